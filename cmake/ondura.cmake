@@ -1,0 +1,23 @@
+# Flags and helpers that every target of the project shares.
+
+add_library(ondura_flags INTERFACE)
+target_include_directories(ondura_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(ondura_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+target_compile_definitions(ondura_flags INTERFACE ONDURA_VERSION="${PROJECT_VERSION}")
+if(ONDURA_SANITIZE)
+  target_compile_options(ondura_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                               -fno-omit-frame-pointer)
+  target_link_options(ondura_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# ondura_library(NAME FOLDER [LIBRARY...]): a static library of every .cpp file directly in FOLDER.
+function(ondura_library name folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    target_link_libraries(${name} PUBLIC ondura_flags ${ARGN})
+  else()
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ondura_flags ${ARGN})
+  endif()
+endfunction()

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <chrono>
+
+#include "platform/local_time.h"
+
+namespace ondura {
+
+// The machine's clock, and the only way to spend time.
+//
+// On Windows: GetLocalTime and Sleep.
+class Clock {
+ public:
+  virtual ~Clock() = default;
+
+  virtual LocalTime Now() = 0;
+
+  // Returns after `duration`. A machine at rehearsal speed returns sooner.
+  virtual void Sleep(std::chrono::milliseconds duration) = 0;
+};
+
+}  // namespace ondura

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ondura {
+
+// The system's single-byte code page. Every byte has a character, so bytes survive the way there and back.
+//
+// On Windows: MultiByteToWideChar and WideCharToMultiByte with CP_ACP.
+class CodePage {
+ public:
+  virtual ~CodePage() = default;
+
+  // Characters that the code page lacks become "?".
+  virtual std::string FromUtf8(std::string_view text) = 0;
+
+  virtual std::string ToUtf8(std::string_view bytes) = 0;
+};
+
+}  // namespace ondura

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ondura {
+
+// The kinds as the scripting file-system object numbers them.
+enum class DriveKind { kUnknown = 0, kRemovable = 1, kFixed = 2, kNetwork = 3, kCdRom = 4, kRamDisk = 5 };
+
+// Drives, and the names of places on them.
+//
+// On Windows: GetLogicalDriveStringsA, GetDriveTypeA, GetDiskFreeSpaceExA, GetShortPathNameA,
+// GetLongPathNameA, GetSystemDirectoryA.
+class Drives {
+ public:
+  virtual ~Drives() = default;
+
+  // Root texts such as "C:\", in letter order.
+  virtual std::vector<std::string> Roots() = 0;
+
+  virtual DriveKind KindOf(std::string_view root) = 0;
+
+  // Bytes free for the caller on the drive that holds `path`.
+  virtual std::optional<std::uint64_t> FreeBytes(std::string_view path) = 0;
+
+  // The 8.3 form, or empty for a path that does not exist. Where a volume has no short names: the path.
+  virtual std::string ShortPath(std::string_view path) = 0;
+
+  // The full form with every part's own letter case, or empty for a path that does not exist.
+  virtual std::string LongPath(std::string_view path) = 0;
+
+  // "C:\Windows\system32" or what the machine has in its place.
+  virtual std::string SystemFolder() = 0;
+};
+
+}  // namespace ondura

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/local_time.h"
+
+namespace ondura {
+
+enum class IfMissing { kFail, kCreate };
+enum class IfPresent { kFail, kReplace };
+
+// kForce also removes what is marked read-only.
+enum class Removal { kPlain, kForce };
+
+// A file held open for writing in order. Destruction closes it.
+class FileWriter {
+ public:
+  virtual ~FileWriter() = default;
+
+  // True when every byte reached the file.
+  virtual bool Append(std::string_view bytes) = 0;
+};
+
+// Whole files, byte for byte.
+//
+// Paths are UTF-8 with backslashes and a drive ("C:\x\y"); letter case and doubled backslashes do not
+// matter. Every call opens, works and closes; nothing is locked against other processes. On Windows: the
+// scripting file-system object's calls, made on CreateFileW, ReadFile, WriteFile, DeleteFileW, CopyFileW,
+// GetFileAttributesExW.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  // True for a file, false for a folder or nothing.
+  virtual bool Exists(std::string_view path) = 0;
+
+  virtual std::optional<std::uint64_t> Size(std::string_view path) = 0;
+
+  virtual std::optional<LocalTime> Modified(std::string_view path) = 0;
+
+  virtual std::optional<std::string> Read(std::string_view path) = 0;
+
+  // At most the first `limit_bytes` bytes.
+  virtual std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) = 0;
+
+  // Makes or replaces the file. False leaves it missing, as it was, or cut short.
+  virtual bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) = 0;
+
+  virtual bool Append(std::string_view path, std::string_view bytes, IfMissing if_missing) = 0;
+
+  // Overwrites in place from byte `offset` (from 0) on; the rest of the file stays. False for a file that
+  // is not there: none is made.
+  virtual bool Patch(std::string_view path, std::uint64_t offset, std::string_view bytes) = 0;
+
+  // Null when the file can't be opened.
+  virtual std::unique_ptr<FileWriter> OpenWriter(std::string_view path, IfPresent if_present) = 0;
+
+  // Continues behind the file's last byte. Null when the file can't be opened.
+  virtual std::unique_ptr<FileWriter> OpenAppender(std::string_view path, IfMissing if_missing) = 0;
+
+  virtual bool Remove(std::string_view path, Removal removal) = 0;
+
+  // Replaces `to`.
+  virtual bool Copy(std::string_view from, std::string_view to) = 0;
+};
+
+}  // namespace ondura

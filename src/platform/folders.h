@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+#include "platform/files.h"
+#include "platform/local_time.h"
+
+namespace ondura {
+
+struct FolderEntry {
+  std::string_view name;  // UTF-8, without the folder; valid during the visit only
+  bool is_folder = false;
+  std::uint64_t size_bytes = 0;  // 0 for a folder
+  LocalTime modified;
+};
+
+enum class Visit { kContinue, kStop };
+
+// Folders and what is in them.
+//
+// On Windows: FindFirstFileW, FindNextFileW and FindClose; CreateDirectoryW; RemoveDirectoryW under the
+// contents removed one by one.
+class Folders {
+ public:
+  virtual ~Folders() = default;
+
+  // True for a folder, false for a file or nothing. A drive's root ("C:\" or "C:") is a folder.
+  virtual bool Exists(std::string_view path) = 0;
+
+  // Makes the last part of `path`. False when it is there already or its parent is not.
+  virtual bool Make(std::string_view path) = 0;
+
+  // Removes the folder with all it holds. False when any of it stayed.
+  virtual bool Remove(std::string_view path, Removal removal) = 0;
+
+  // Shows every entry but "." and ".." in no promised order, one at a time, until the visitor stops it. An
+  // entry that vanishes meanwhile is left out. False when the folder can't be listed.
+  virtual bool List(std::string_view path, const std::function<Visit(const FolderEntry&)>& visit) = 0;
+};
+
+}  // namespace ondura

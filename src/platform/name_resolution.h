@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ondura {
+
+// One look-up with the start and the clean-up around it.
+struct NameLookup {
+  bool started = false;              // WSAStartup with version 257
+  std::optional<std::string> found;  // a dotted address, or a host name
+  bool cleaned_up = false;           // WSACleanup
+};
+
+// On Windows: WSAStartup, gethostbyname, inet_addr, gethostbyaddr, WSACleanup.
+class NameResolution {
+ public:
+  virtual ~NameResolution() = default;
+
+  // The first address of the host.
+  virtual NameLookup AddressOf(std::string_view host_name) = 0;
+
+  // The name of a dotted address. Not found too when the text is no address.
+  virtual NameLookup NameOf(std::string_view address) = 0;
+};
+
+}  // namespace ondura

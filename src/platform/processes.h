@@ -1,0 +1,90 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ondura {
+
+// A process of this machine held by number; to be closed by whoever got it.
+using ProcessHandle = std::int32_t;
+inline constexpr ProcessHandle kNoProcess = -1;
+
+using ProcessId = std::uint32_t;
+
+// The exit code of a process that is still running.
+inline constexpr std::uint32_t kStillActive = 259;
+
+// Rights of an opened process, as the platform numbers them.
+enum class ProcessAccess : std::uint32_t {
+  kTerminate = 0x1,
+  kQuery = 0x400,
+  kQueryAndTerminate = 0x401,
+  kQueryAndRead = 0x410,
+  kQueryReadAndTerminate = 0x411,
+};
+
+// How the table of processes is taken: the snapshot walk (CreateToolhelp32Snapshot) of the oldest systems,
+// or the list of ids with their first module (EnumProcesses, EnumProcessModules).
+enum class ProcessSource { kSnapshot, kModules };
+
+struct ProcessEntry {
+  ProcessId id = 0;
+  std::string module_path;  // GetModuleFileNameExA of the first module
+  std::string base_name;    // GetModuleBaseNameA of the first module
+};
+
+enum class ProcessWait { kEnded, kTimedOut };
+
+struct LaunchRequest {
+  std::string file;        // full path, or a bare name that the system finds
+  std::string parameters;  // handed on as they stand
+  std::string folder;      // working folder, without a trailing backslash
+  int show_mode = 0;       // 0 hidden, 1 normal, 3 maximised
+  std::string verb = "open";
+};
+
+// The machine's processes.
+class Processes {
+ public:
+  virtual ~Processes() = default;
+
+  // A picture of the process table. Processes that may not be looked into are left out.
+  virtual std::vector<ProcessEntry> List(ProcessSource source) = 0;
+
+  // ShellExecuteExA with the mask that keeps the process handle. kNoProcess when nothing was started.
+  virtual ProcessHandle Launch(const LaunchRequest& request) = 0;
+
+  // ShellExecuteA: starts a program for the person at the desktop and forgets it.
+  virtual bool OpenForUser(const LaunchRequest& request) = 0;
+
+  // OpenProcess. kNoProcess when there is no such process or the rights are refused.
+  virtual ProcessHandle OpenById(ProcessId id, ProcessAccess access) = 0;
+
+  // WaitForSingleObject. kNoProcess spends the whole `limit` and times out.
+  virtual ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) = 0;
+
+  // GetExitCodeProcess; kStillActive while it runs. Nothing for a bad handle.
+  virtual std::optional<std::uint32_t> ExitCode(ProcessHandle handle) = 0;
+
+  // NtQueryInformationProcess, class 0. 0 for a bad handle.
+  virtual ProcessId IdOf(ProcessHandle handle) = 0;
+
+  // TerminateProcess. False when it had ended already or the rights are missing.
+  virtual bool Terminate(ProcessHandle handle, std::uint32_t exit_code) = 0;
+
+  // CloseHandle. The process goes on.
+  virtual void Close(ProcessHandle handle) = 0;
+
+  // OpenProcessToken with access 40, LookupPrivilegeValueA and AdjustTokenPrivileges: enables a privilege
+  // such as "SeDebugPrivilege" for this process.
+  virtual bool EnablePrivilege(std::string_view name) = 0;
+
+  // SetPriorityClass with BELOW_NORMAL_PRIORITY_CLASS (0x4000) on this process.
+  virtual void LowerOwnPriority() = 0;
+};
+
+}  // namespace ondura

@@ -1,0 +1,24 @@
+#pragma once
+
+namespace ondura {
+
+// The fields of GetVersionExA that the component looks at.
+struct SystemVersion {
+  int platform_id = 0;  // 1 the oldest systems, 2 the NT family
+  int major = 0;
+  int minor = 0;
+  bool is_workstation = true;  // product type VER_NT_WORKSTATION
+};
+
+// On Windows: GetVersionExA and IsWow64Process on the current process.
+class SystemInfo {
+ public:
+  virtual ~SystemInfo() = default;
+
+  virtual SystemVersion Version() = 0;
+
+  // True for a 32-bit process on a 64-bit system.
+  virtual bool IsWow64() = 0;
+};
+
+}  // namespace ondura
