@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/drives.h"
+#include "platform/files.h"
+#include "platform/local_time.h"
+
+namespace ondura {
+
+enum class ListOrder { kByName, kReversed };
+
+// What happens to a write that does not fit on the drive: nothing of it is kept, or its first half.
+enum class FullDisk { kKeepsNothing, kTearsWrites };
+
+// The disks of a simulated machine: a tree of names that match without regard to letter case and keep the
+// case they were made with. Doubled and trailing backslashes do not count.
+class MemoryDisk {
+ public:
+  struct Node {
+    std::string path;  // as made, with the parents' own letter case
+    bool is_folder = false;
+    bool is_read_only = false;
+    bool refuses_access = false;
+    std::string bytes;
+    LocalTime modified;
+    std::uint64_t version = 0;  // grows with every change of any file
+  };
+
+  explicit MemoryDisk(std::function<LocalTime()> now);
+
+  // Adds a drive such as "D:\" or sets its kind and free space anew. There is a fixed "C:\" from the start.
+  void PutDrive(std::string_view root, DriveKind kind, std::uint64_t free_bytes);
+  void RemoveDrive(std::string_view root);  // with all it holds
+  void SetFreeBytes(std::string_view root, std::uint64_t free_bytes);
+  void SetFullDisk(FullDisk behaviour) { full_disk_ = behaviour; }
+
+  // Put with all missing parents, whatever the flags of what is there say. An unknown drive is added.
+  void PutFile(std::string_view path, std::string_view bytes);
+  void PutFolder(std::string_view path);
+  void Erase(std::string_view path);  // file or folder with contents
+
+  // The flags are those of a file that is there; false for another.
+  bool SetReadOnly(std::string_view path, bool is_read_only);
+  bool SetModified(std::string_view path, LocalTime modified);
+  // A file that can't be opened or removed, or a folder that can't be listed.
+  bool SetRefusing(std::string_view path, bool refuses);
+
+  void SetListOrder(ListOrder order) { list_order_ = order; }
+
+  // The short form that a path has instead of its own, such as "C:\PROGRA~1".
+  void SetShortPath(std::string_view path, std::string_view short_path);
+
+  // For the ports. Null for what is not there.
+  const Node* Find(std::string_view path) const;
+  bool CanBeMade(std::string_view path) const;  // a name of its own in a folder that is there
+  // Sets the file's bytes, making it where it is missing. False when it may not be written or does not fit.
+  bool Store(std::string_view path, std::string bytes);
+  bool MakeFolder(std::string_view path);
+  bool RemoveFile(std::string_view path, Removal removal);
+  bool RemoveFolder(std::string_view path, Removal removal);
+  // The paths of what is directly in the folder, in the order of listing.
+  std::vector<std::string> Children(std::string_view folder) const;
+  std::vector<std::string> FilesUnder(std::string_view folder) const;
+  std::vector<std::string> Roots() const;
+  DriveKind KindOf(std::string_view root) const;
+  std::optional<std::uint64_t> FreeBytes(std::string_view path) const;
+  std::string ShortPath(std::string_view path) const;
+
+ private:
+  struct Drive {
+    DriveKind kind = DriveKind::kFixed;
+    std::uint64_t free_bytes = 0;
+  };
+  using Nodes = std::map<std::string, Node, std::less<>>;
+
+  Node* FindMutable(std::string_view path);
+  Node& Make(std::string_view clean_path, bool is_folder);
+  Drive* DriveOf(std::string_view path);
+  bool FitsAfter(std::string_view path, std::size_t old_size, std::size_t new_size);
+  void EraseNode(Nodes::iterator node);
+
+  std::function<LocalTime()> now_;
+  Nodes nodes_;                                       // by folded path
+  std::map<std::string, Drive, std::less<>> drives_;  // by folded root without backslash
+  std::map<std::string, std::string, std::less<>> short_paths_;
+  std::uint64_t version_ = 0;
+  ListOrder list_order_ = ListOrder::kByName;
+  FullDisk full_disk_ = FullDisk::kKeepsNothing;
+};
+
+// Without doubled and trailing backslashes, "/" taken for a backslash. "C:\" becomes "C:".
+std::string CleanPath(std::string_view path);
+
+}  // namespace ondura

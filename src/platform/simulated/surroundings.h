@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/continuous_backup.h"
+#include "platform/desktop.h"
+#include "platform/internet.h"
+#include "platform/locale_info.h"
+#include "platform/registry.h"
+#include "platform/system_info.h"
+
+namespace ondura {
+
+struct ShownMessage {
+  std::string text;
+  std::string title;
+  MessageIcon icon = MessageIcon::kNone;
+
+  friend bool operator==(const ShownMessage&, const ShownMessage&) = default;
+};
+
+// What a simulated machine is like beside its clock, disk and processes: a test sets the upper fields at
+// any time and reads the lower ones.
+struct Surroundings {
+  SystemVersion version{2, 6, 1, true};
+  bool is_wow64 = false;
+  std::map<int, std::string> locale_texts{
+      {kLocaleShortDate, "M/d/yyyy"}, {kLocaleTimeFormat, "h:mm:ss tt"}, {kLocaleDecimal, "."}};
+  ConnectedState connected_state{true, 0x12, "Local Area Connection"};
+  bool is_connected = true;
+  std::map<std::string, int> service_states;     // by lower-case service name
+  std::map<std::string, std::string> addresses;  // host name to dotted address
+  bool name_resolution_starts = true;
+  bool name_resolution_cleans_up = true;
+  std::map<WindowHandle, ProcessId> windows;
+  bool exits_windows = true;
+  // Runs inside PostCDPStatusMsg, as the continuous backup's own reaction.
+  std::function<void(ContinuousBackupState)> on_continuous_backup;
+
+  // What the component did.
+  std::vector<ShownMessage> messages;
+  std::vector<std::uint32_t> windows_exits;  // flags of each ExitWindows
+  std::vector<ContinuousBackupState> continuous_backup_states;
+  int database_validations = 0;  // calls of ValidateLocalDBDllVersion
+};
+
+}  // namespace ondura
