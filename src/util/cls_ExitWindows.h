@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/power.h"
+#include "platform/processes.h"
+
+namespace ondura {
+
+// Ends Windows without asking the programs that are open.
+class cls_ExitWindows {
+ public:
+  cls_ExitWindows(Processes& processes, Power& power) : processes_(processes), power_(power) {}
+
+  // `nFlag` as in power.h; force is always added. A refusal goes unnoticed.
+  void ExitWindows(std::uint32_t nFlag);
+
+ private:
+  Processes& processes_;
+  Power& power_;
+};
+
+}  // namespace ondura
