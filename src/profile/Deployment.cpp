@@ -1,0 +1,21 @@
+#include "profile/Deployment.h"
+
+#include <string_view>
+
+#include "util/text.h"
+
+namespace ondura {
+
+Deployment ReadDeployment(const Machine& machine, const Installation& installation) {
+  const std::string file = installation.ExeLocation + "Deployment.ini";
+  const auto read = [&](std::string_view key, std::string_view placeholder) {
+    const std::string value = machine.profiles.ReadString({file, "Deployment", key});
+    const auto trimmed = Trim(value);
+    return std::string{trimmed.empty() ? placeholder : trimmed};
+  };
+  return {.PrimaryServer = read("PrimaryServer", "primary.backup.example"),
+          .SecondaryServer = read("SecondaryServer", "secondary.backup.example"),
+          .NotificationHost = read("NotificationHost", "notify.backup.example")};
+}
+
+}  // namespace ondura
