@@ -1,0 +1,31 @@
+#include "schedule/schedule_header.h"
+
+#include "util/text_files.h"
+
+namespace ondura {
+
+namespace {
+
+// Headers are one character long; of a file that is something else a piece is enough to tell.
+constexpr std::size_t kHeaderLimitBytes = 256;
+
+}  // namespace
+
+std::optional<std::string> ReadHeaderWord(Files& files, std::string_view path) {
+  const auto head = files.ReadHead(path, kHeaderLimitBytes);
+  if (!head) return std::nullopt;
+  const auto lines = LinesOf(*head);
+  return lines.empty() ? std::string{} : lines.front();
+}
+
+bool WriteHeaderWord(Files& files, std::string_view path, std::string_view word) {
+  return files.Patch(path, 0, std::string{word}.append(kLineEnd));
+}
+
+bool ResetStaleHeader(Files& files, std::string_view path) {
+  const auto first = files.ReadHead(path, 1);
+  if (!first || first->empty() || first->front() < '1' || first->front() > '5') return false;
+  return WriteHeaderWord(files, path, "0");
+}
+
+}  // namespace ondura

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace ondura {
+
+// The first line of a schedule file is its header word: "0" while it is idle, the number of the running
+// job's record otherwise. It is the meeting place with the user interface and is changed in place, so that
+// the records behind it are never touched.
+
+// The word as it stands, not trimmed; empty for an empty file. Nothing when the file can't be read.
+std::optional<std::string> ReadHeaderWord(Files& files, std::string_view path);
+
+// Overwrites the file's first bytes with `word` and a line end. Every word is one character long: a longer
+// one would eat into the first record. False when the file is missing, which stays so, or not writable.
+bool WriteHeaderWord(Files& files, std::string_view path, std::string_view word);
+
+// Turns a first byte of "1" to "5", left by a job that was cut off, back to the idle word. True when it did.
+bool ResetStaleHeader(Files& files, std::string_view path);
+
+}  // namespace ondura
