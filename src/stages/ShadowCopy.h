@@ -33,7 +33,7 @@ class ShadowCopy : public ShadowCopyRelease {
   // Writes "0" into those of the status files that exist, and waits.
   void CheckAndCloseVSS();
 
-  // After a job: the request goes back to "0".
+  // After a job: the request goes back to "0", where there is such a file at all.
   void ResetLaunchStatus();
 
   // Serves a request, if there is one, until the helper has ended or reported. Called again and again; a
@@ -41,11 +41,11 @@ class ShadowCopy : public ShadowCopyRelease {
   void Cont_LaunchAdminProcess();
 
  private:
-  bool TakeRequest();
+  void Serve(bool is_64_bit);
   std::string ReadCommand();
   void LaunchHelper(const std::string& helper, const std::string& command);
-  void WaitForHelper32(const std::string& helper);
-  void WaitForHelper64();
+  void WaitForEnd(const std::string& helper);
+  void WaitForReport();
   void WriteLine(std::string_view name, std::string_view line);
   void WriteLineIfPresent(std::string_view name, std::string_view line);
 

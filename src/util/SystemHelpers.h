@@ -95,7 +95,9 @@ class SystemHelpers {
 
  private:
   ProcessTable ReadTableOfPlatform();
-  void EndProcess(ProcessId id, ProcessAccess access);
+  std::vector<ProcessId> ProcessesOfFile(std::string_view sExeName);
+  bool EndProcess(ProcessId id, ProcessAccess access);
+  bool IsFirstMatchFolder(std::string_view beginning);
   std::string Stamp();
 
   Machine machine_;

@@ -24,7 +24,7 @@ class clsIPResolve {
 
  private:
   void Tell(std::string_view text);
-  void TellFailedEnds(const NameLookup& lookup);
+  void TellFailedCleanUp(const NameLookup& lookup);
 
   NameResolution& names_;
   Desktop& desktop_;
