@@ -1,5 +1,6 @@
 #include "util/date_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <charconv>
@@ -31,10 +32,11 @@ bool IsPictureLetter(char letter) { return std::string_view{"dmyhs"}.find(letter
 
 // Reads a number of one to `most_digits` digits and steps over it.
 std::optional<int> TakeNumber(std::string_view& text, std::size_t most_digits) {
+  if (text.empty() || text.front() < '0' || text.front() > '9') return std::nullopt;
   int number = 0;
   const char* last = text.data() + std::min(text.size(), most_digits);
   const auto [end, error] = std::from_chars(text.data(), last, number);
-  if (error != std::errc{} || number < 0) return std::nullopt;
+  if (error != std::errc{}) return std::nullopt;
   text.remove_prefix(static_cast<std::size_t>(end - text.data()));
   return number;
 }
@@ -51,9 +53,11 @@ bool IsTimeOfDay(const TimeFields& fields) {
 
 bool IsDate(const TimeFields& fields) {
   using namespace std::chrono;
-  return fields.year >= 100 && year_month_day{year{fields.year}, month{static_cast<unsigned>(fields.month)},
-                                              day{static_cast<unsigned>(fields.day)}}
-                                   .ok();
+  // The calendar types hold a month and a day in one byte, so larger numbers would come round to valid ones.
+  if (fields.year < 100 || fields.month > 12 || fields.day > 31) return false;
+  return year_month_day{year{fields.year}, month{static_cast<unsigned>(fields.month)},
+                        day{static_cast<unsigned>(fields.day)}}
+      .ok();
 }
 
 // Fills numbers separated by `separator`; false unless every one is there.
@@ -96,6 +100,7 @@ std::optional<LocalTime> ParseFixedDate(std::string_view text) {
   if (!TakeNumbers<3>(text, '-', {&fields.month, &fields.day, &fields.year}) || !IsDate(fields)) {
     return std::nullopt;
   }
+  if (!text.empty() && !text.starts_with(' ')) return std::nullopt;
   text = Trim(text);
   if (!text.empty() && !TakeNumbers<3>(text, ':', {&fields.hour, &fields.minute, &fields.second})) {
     return std::nullopt;

@@ -14,38 +14,45 @@ namespace {
 struct CaseRange {
   char32_t first_upper;
   char32_t last_upper;
-  char32_t distance;  // from the upper to the lower letter
-  char32_t step;      // 1 for blocks of capitals, 2 where capitals and small letters alternate
+  std::int32_t distance;  // from the upper to the lower letter
+  char32_t step;          // 1 for blocks of capitals, 2 where capitals and small letters alternate
 };
 
 // The ranges of the alphabets that file names use; a full table would not change a match in practice.
 constexpr std::array kCaseRanges{
-    CaseRange{'A', 'Z', 32, 1},       CaseRange{0xC0, 0xD6, 32, 1},    CaseRange{0xD8, 0xDE, 32, 1},
-    CaseRange{0x100, 0x12E, 1, 2},    CaseRange{0x132, 0x136, 1, 2},   CaseRange{0x139, 0x147, 1, 2},
-    CaseRange{0x14A, 0x176, 1, 2},    CaseRange{0x179, 0x17D, 1, 2},   CaseRange{0x391, 0x3A1, 32, 1},
-    CaseRange{0x3A3, 0x3AB, 32, 1},   CaseRange{0x400, 0x40F, 80, 1},  CaseRange{0x410, 0x42F, 32, 1},
-    CaseRange{0x460, 0x480, 1, 2},    CaseRange{0x48A, 0x4BE, 1, 2},   CaseRange{0x4D0, 0x52E, 1, 2},
+    CaseRange{0xC0, 0xD6, 32, 1},     CaseRange{0xD8, 0xDE, 32, 1},    CaseRange{0x100, 0x12E, 1, 2},
+    CaseRange{0x132, 0x136, 1, 2},    CaseRange{0x139, 0x147, 1, 2},   CaseRange{0x14A, 0x176, 1, 2},
+    CaseRange{0x178, 0x178, -121, 1}, CaseRange{0x179, 0x17D, 1, 2},   CaseRange{0x1CD, 0x1DB, 1, 2},
+    CaseRange{0x1DE, 0x1EE, 1, 2},    CaseRange{0x1F8, 0x21E, 1, 2},   CaseRange{0x222, 0x232, 1, 2},
+    CaseRange{0x386, 0x386, 38, 1},   CaseRange{0x388, 0x38A, 37, 1},  CaseRange{0x38C, 0x38C, 64, 1},
+    CaseRange{0x38E, 0x38F, 63, 1},   CaseRange{0x391, 0x3A1, 32, 1},  CaseRange{0x3A3, 0x3AB, 32, 1},
+    CaseRange{0x400, 0x40F, 80, 1},   CaseRange{0x410, 0x42F, 32, 1},  CaseRange{0x460, 0x480, 1, 2},
+    CaseRange{0x48A, 0x4BE, 1, 2},    CaseRange{0x4C1, 0x4CD, 1, 2},   CaseRange{0x4D0, 0x52E, 1, 2},
     CaseRange{0x531, 0x556, 48, 1},   CaseRange{0x1E00, 0x1E94, 1, 2}, CaseRange{0x1EA0, 0x1EFE, 1, 2},
     CaseRange{0xFF21, 0xFF3A, 32, 1},
 };
 
+constexpr char32_t kFirstBeyondAscii = 0x80;
+constexpr char32_t kAsciiDistance = 'a' - 'A';
+
+bool IsUpperOf(const CaseRange& range, char32_t letter) {
+  return letter >= range.first_upper && letter <= range.last_upper &&
+         (letter - range.first_upper) % range.step == 0;
+}
+
 char32_t Upper(char32_t letter) {
+  if (letter < kFirstBeyondAscii) return letter >= 'a' && letter <= 'z' ? letter - kAsciiDistance : letter;
   for (const CaseRange& range : kCaseRanges) {
-    const char32_t upper = letter - range.distance;
-    if (letter >= range.distance && upper >= range.first_upper && upper <= range.last_upper &&
-        (upper - range.first_upper) % range.step == 0) {
-      return upper;
-    }
+    const char32_t upper = letter - static_cast<char32_t>(range.distance);
+    if (IsUpperOf(range, upper)) return upper;
   }
   return letter;
 }
 
 char32_t Lower(char32_t letter) {
+  if (letter < kFirstBeyondAscii) return letter >= 'A' && letter <= 'Z' ? letter + kAsciiDistance : letter;
   for (const CaseRange& range : kCaseRanges) {
-    if (letter >= range.first_upper && letter <= range.last_upper &&
-        (letter - range.first_upper) % range.step == 0) {
-      return letter + range.distance;
-    }
+    if (IsUpperOf(range, letter)) return letter + static_cast<char32_t>(range.distance);
   }
   return letter;
 }
@@ -70,6 +77,12 @@ std::string ChangeLetters(std::string_view text, Change change) {
     at += next.bytes;
   }
   return result;
+}
+
+// The number parsers know no plus sign.
+std::string_view WithoutPlus(std::string_view number) {
+  const bool has_plus = number.starts_with('+') && !number.starts_with("+-");
+  return has_plus ? number.substr(1) : number;
 }
 
 }  // namespace
@@ -102,7 +115,14 @@ std::string Join(const std::vector<std::string>& parts, std::string_view separat
 }
 
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
-  return Join(Split(text, from), to);
+  std::string result;
+  while (!from.empty()) {
+    const auto at = text.find(from);
+    if (at == std::string_view::npos) break;
+    result.append(text.substr(0, at)).append(to);
+    text.remove_prefix(at + from.size());
+  }
+  return result.append(text);
 }
 
 std::string ToUpper(std::string_view text) { return ChangeLetters(text, Upper); }
@@ -118,8 +138,7 @@ bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix) {
 }
 
 std::optional<double> ParseNumber(std::string_view text) {
-  text = Trim(text);
-  if (text.starts_with('+')) text.remove_prefix(1);
+  text = WithoutPlus(Trim(text));
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(number)) return std::nullopt;
@@ -127,8 +146,7 @@ std::optional<double> ParseNumber(std::string_view text) {
 }
 
 std::optional<std::int64_t> ParseInteger(std::string_view text) {
-  text = Trim(text);
-  if (text.starts_with('+')) text.remove_prefix(1);
+  text = WithoutPlus(Trim(text));
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;

@@ -37,7 +37,7 @@ std::optional<std::int16_t> ParseInt16(std::string_view text);
 // The shortest text of up to 15 digits: "402", "-12008", "1.5".
 std::string NumberText(double number);
 
-// `number` with zeros in front up to `width` digits.
+// `number`, which is not negative, with zeros in front up to `width` digits.
 std::string Padded(int number, int width);
 
 // Appends a backslash where the text does not end in one.

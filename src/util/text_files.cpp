@@ -1,5 +1,8 @@
 #include "util/text_files.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "util/utf16.h"
 
 namespace ondura {
@@ -8,6 +11,9 @@ namespace {
 
 // A first line longer than this is not one of ours; what is cut off does not matter to any reader.
 constexpr std::size_t kFirstLineLimitBytes = 4096;
+
+// A file of more lines is damaged, and a text of its own for each of them would fill the memory.
+constexpr std::ptrdiff_t kMostLines = 2'000'000;
 
 }  // namespace
 
@@ -32,7 +38,7 @@ std::optional<std::string> TextFiles::Read(std::string_view path, Encoding encod
 
 std::optional<std::vector<std::string>> TextFiles::ReadLines(std::string_view path, Encoding encoding) {
   const auto text = Read(path, encoding);
-  if (!text) return std::nullopt;
+  if (!text || std::count(text->begin(), text->end(), '\n') > kMostLines) return std::nullopt;
   return LinesOf(*text);
 }
 

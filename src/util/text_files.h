@@ -24,6 +24,7 @@ class TextFiles {
   // The whole text. Nothing when the file can't be read.
   std::optional<std::string> Read(std::string_view path, Encoding encoding);
 
+  // Nothing too for a file of more than two million lines.
   std::optional<std::vector<std::string>> ReadLines(std::string_view path, Encoding encoding);
 
   // The first line, read without the rest of the file. Nothing when the file can't be read; empty for an

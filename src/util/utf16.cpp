@@ -68,6 +68,11 @@ void AppendUtf8(std::string& text, char32_t character) {
 
 void AppendUtf16(std::string& bytes, std::string_view utf8) {
   for (std::size_t at = 0; at < utf8.size();) {
+    if (const auto byte = static_cast<unsigned char>(utf8[at]); byte < 0x80) {
+      AppendUnit(bytes, byte);
+      ++at;
+      continue;
+    }
     const DecodedCharacter next = DecodeUtf8(utf8.substr(at));
     const char32_t character = next.valid ? next.character : kReplacement;
     if (character >= 0x10000) {
