@@ -58,9 +58,8 @@ class DBaction {
   std::int16_t CountScheduleRecords(std::string_view path);
 
  private:
-  std::int16_t FillTable(std::string bytes);
   [[nodiscard]] std::string WholeText() const;
-  void Rewrite();
+  void Rewrite() const;
 
   Machine machine_;
   const Installation& installation_;

@@ -27,7 +27,7 @@ enum class MoveOutcome { kMoved, kDoesNotRepeat, kCannotMove };
 // `nexttime` and `sortkey` step forward until they lie in the present minute or behind it.
 class Scheduler {
  public:
-  Scheduler(const Machine& machine, Trace& trace, Transfer& transfer, DBaction& schedule)
+  Scheduler(const Machine& machine, Trace& trace, const Transfer& transfer, DBaction& schedule)
       : machine_(machine), trace_(trace), transfer_(transfer), schedule_(schedule) {}
 
   // The locale's short date and time format, set on every dispatch pass.
@@ -83,17 +83,15 @@ class Scheduler {
 
  private:
   [[nodiscard]] LocaleFacts Locale() const { return {DateFormatText, TimeFormatText}; }
-  double NowKey();
-  bool IsBehind(const std::string& sortkey);
-  std::int16_t Judge(std::int16_t index, double now_key, double key);
-  void DropFileWithoutKey();
+  [[nodiscard]] double NowKey() const;
+  [[nodiscard]] std::int16_t Judge(double late_by);
   MoveOutcome Move(Step step);
   void SleepThroughSteps(int steps);
   void PutIntoFixedForm();
 
   Machine machine_;
   Trace& trace_;
-  Transfer& transfer_;
+  const Transfer& transfer_;
   DBaction& schedule_;
 };
 

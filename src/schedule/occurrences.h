@@ -16,6 +16,9 @@ using DayFlagTexts = std::array<std::string, 8>;
 
 enum class Step { kHour, kListedDay, kWorkingDay, kWeekendDay, kWeek, kMonth };
 
+// What a catch-up goes on with: a weekend schedule that has fallen behind continues on working days.
+constexpr Step CatchUpStep(Step first) { return first == Step::kWeekendDay ? Step::kWorkingDay : first; }
+
 // Where a record comes to stand.
 struct Occurrence {
   std::string nexttime;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "platform/clock.h"
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
@@ -10,7 +12,7 @@ namespace ondura {
 // in the user's profile.
 class ResetDate {
  public:
-  ResetDate(Clock& clock, ProfileStore& store, Transfer& transfer)
+  ResetDate(Clock& clock, const ProfileStore& store, const Transfer& transfer)
       : clock_(clock), store_(store), transfer_(transfer) {}
 
   // False while no day is stored.
@@ -23,11 +25,11 @@ class ResetDate {
   void SetNext();
 
  private:
-  int Part(std::string_view key, int todays);
+  std::int64_t Part(std::string_view key, int todays);
 
   Clock& clock_;
-  ProfileStore& store_;
-  Transfer& transfer_;
+  const ProfileStore& store_;
+  const Transfer& transfer_;
 };
 
 }  // namespace ondura

@@ -1,0 +1,135 @@
+#include "schedule/Scheduler.h"
+
+#include <algorithm>
+
+#include "schedule/locale_dates.h"
+#include "schedule/schedule_header.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// How late a record may be, in units of the key: two keys are subtracted as numbers, also across hours
+// and days, where the difference is no number of minutes.
+constexpr double kMostLateUnits = 60;
+
+// Every step of a catch-up yields for a moment. A record of decades ago is moved without yielding on, so
+// that a spoiled date can't hold a pass up for long.
+constexpr int kMostYieldingSteps = 10'000;
+
+}  // namespace
+
+void Scheduler::SetDayFlags(std::string_view mask) { DayFlags = DayFlagsOf(mask); }
+
+std::string Scheduler::Sch_SortBuildDate(std::string_view date) { return SortKeyOfText(date); }
+
+double Scheduler::NowKey() const { return ParseNumber(SortKeyOf(machine_.clock.Now())).value_or(0); }
+
+std::int16_t Scheduler::Sch_Load_ScheduleData() {
+  schedule_.DB_ReadSchData("");
+  const double now_key = NowKey();
+  schedule_.SelectedRecord = -1;
+  for (std::int16_t i = 0; i < schedule_.RecordCount; ++i) {
+    const ScheduleRecord& record = schedule_.ScheduleTable[static_cast<std::size_t>(i)];
+    if (record.sortkey.empty()) {
+      machine_.files.Remove(schedule_.ScheduleFilePath, Removal::kPlain);
+      trace_.plain().WriteTrace("Schedule your data for backup again. ");
+      continue;
+    }
+    const auto key = ParseNumber(record.sortkey);
+    // A key that is no number is never due.
+    if (!key || now_key < *key) continue;
+    schedule_.SelectedRecord = i;
+    return Judge(now_key - *key);
+  }
+  return kNothingDue;
+}
+
+std::int16_t Scheduler::Judge(double late_by) {
+  const std::string start_missed = transfer_.Trf_ReadUserNameProfileReg("STARTMISSEDSCH");
+  trace_.User("  Missed sch Backup option: " + start_missed);
+  if (start_missed == "1" || late_by <= kMostLateUnits) return kDue;
+  trace_.User("  value : " + NumberText(late_by));
+  return kMissed;
+}
+
+void Scheduler::sch_changefiledata(std::string_view word) {
+  WriteHeaderWord(machine_.files, schedule_.ScheduleFilePath, word);
+}
+
+MoveOutcome Scheduler::Sch_addhour_list() { return Move(Step::kHour); }
+
+MoveOutcome Scheduler::Sch_addDay_list() { return Move(Step::kListedDay); }
+
+MoveOutcome Scheduler::Sch_addweekDay_list() { return Move(Step::kWorkingDay); }
+
+MoveOutcome Scheduler::Sch_addweekEnd_list() { return Move(Step::kWeekendDay); }
+
+MoveOutcome Scheduler::Sch_addWeek_list() { return Move(Step::kWeek); }
+
+MoveOutcome Scheduler::Sch_addMonth_list() { return Move(Step::kMonth); }
+
+std::string Scheduler::ValidateAddDay(std::string_view date) {
+  const auto from = ReadRecordDate(date, schedule_.schvTemp.sortkey, Locale());
+  const auto next = from ? Stepped(*from, Step::kListedDay, DayFlags) : std::nullopt;
+  return next ? DefaultDateText(*next, Locale()) : std::string{date};
+}
+
+// The clock is read again behind the catch-up, because its sleeps may have let the new occurrence pass.
+MoveOutcome Scheduler::Move(Step step) {
+  ScheduleRecord& record = schedule_.schvTemp;
+  do {
+    const auto next = NextOccurrence(record, step, DayFlags, machine_.clock.Now(), Locale());
+    if (!next) {
+      trace_.User("  Schedule record can't be moved on : " + record.nexttime);
+      return MoveOutcome::kCannotMove;
+    }
+    record.nexttime = next->nexttime;
+    record.sortkey = next->sortkey;
+    SleepThroughSteps(next->catch_up_steps);
+    step = CatchUpStep(step);
+  } while (NowKey() > ParseNumber(record.sortkey).value_or(0));
+  return MoveOutcome::kMoved;
+}
+
+void Scheduler::SleepThroughSteps(int steps) {
+  for (int i = 0; i < std::min(steps, kMostYieldingSteps); ++i) {
+    machine_.clock.Sleep(1ms);
+    machine_.clock.Sleep(1ms);
+  }
+}
+
+MoveOutcome Scheduler::sch_CheckRepeatAppend() {
+  const std::string kind = schedule_.schvTemp.repeatkind;
+  if (kind != "5" && kind != "6") return MoveOutcome::kDoesNotRepeat;
+  const std::string as_it_stood = schedule_.schvTemp.nexttime;
+  PutIntoFixedForm();
+  const MoveOutcome outcome = kind == "6" ? Sch_addDay_list() : Sch_addMonth_list();
+  PutIntoFixedForm();
+  if (outcome != MoveOutcome::kMoved) schedule_.schvTemp.nexttime = as_it_stood;
+  return outcome;
+}
+
+// A machine that writes its dates day first keeps the record in the fixed form between two moves.
+void Scheduler::PutIntoFixedForm() {
+  if (!IsDayFirst(Locale())) return;
+  const auto time = TimeOf(schedule_.schvTemp);
+  if (time) schedule_.schvTemp.nexttime = FormatDate(kStampPicture, *time);
+}
+
+std::optional<LocalTime> Scheduler::TimeOf(const ScheduleRecord& record) const {
+  return ReadRecordDate(record.nexttime, record.sortkey, Locale());
+}
+
+std::string Scheduler::ConvertToDate(std::string_view text) {
+  return ondura::ConvertToDate(text, DateFormatText);
+}
+
+std::string Scheduler::ConvertToTime(std::string_view text) {
+  return ondura::ConvertToTime(text, TimeFormatText);
+}
+
+}  // namespace ondura
