@@ -1,0 +1,67 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "demo/common/client.h"
+#include "demo/common/engine_result.h"
+#include "demo/common/file_states.h"
+#include "demo/common/local_database.h"
+#include "demo/common/vault.h"
+#include "demo/engine/candidate.h"
+#include "demo/engine/progress_file.h"
+#include "demo/engine/session_report.h"
+#include "demo/engine/stop_requests.h"
+
+namespace ondura::demo {
+
+// One transfer: finds what has changed since the last one and copies it into the vault.
+//
+// With the local database method the run walks the selection itself and compares with its database. With
+// the compare-list method it takes the files from the list that the job writes, and compares with the vault.
+class BackupRun {
+ public:
+  BackupRun(Client& client, Vault& vault);
+
+  EngineResult Run();
+
+ private:
+  void RunByDatabase();
+  void RunByCompareList();
+
+  // Sorts out what has changed and sends it.
+  void Transfer(const std::vector<Candidate>& files);
+  std::vector<Candidate> PickChanged(const std::vector<Candidate>& files);
+  void Send(const Candidate& file);
+  [[nodiscard]] bool FitsQuota(const Candidate& file) const;
+
+  // True when a person, the clock or the quota has ended the run.
+  bool IsOver();
+  EngineResult ResultOfRun();
+  void WriteNames(std::string_view name, const std::vector<std::string>& paths);
+
+  Client& client_;
+  Vault& vault_;
+  LocalDatabase database_;
+  StopRequests stop_requests_;
+  ProgressFile progress_;
+  SessionReport report_;
+
+  FileStates known_;
+  RunFigures figures_;
+  std::vector<std::string> changed_paths_;
+  std::vector<std::string> in_sync_paths_;
+  bool met_exclusion_ = false;
+  bool gave_up_ = false;
+  bool quota_is_used_up_ = false;
+  std::uint64_t used_bytes_ = 0;
+  std::uint64_t max_bytes_ = 0;
+  std::chrono::milliseconds pace_;
+};
+
+// Bytes that a user may keep in a vault that says nothing else.
+std::uint64_t DefaultQuotaBytes(Client& client);
+
+}  // namespace ondura::demo

@@ -1,0 +1,94 @@
+#include "demo/engine/compare_list.h"
+
+#include <chrono>
+
+#include "util/date_text.h"
+#include "util/text.h"
+#include "util/utf16.h"
+
+namespace ondura::demo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kPause = 500ms;
+constexpr auto kPatience = 10min;
+constexpr std::string_view kLineEndBytes{"\r\0\n\0", 4};
+
+// Where the bytes of the last whole line end; a UTF-16 unit begins at an even place.
+std::size_t EndOfLastLine(std::string_view bytes) {
+  auto at = bytes.rfind(kLineEndBytes);
+  while (at != std::string_view::npos && at % 2 != 0) {
+    at = at == 0 ? std::string_view::npos : bytes.rfind(kLineEndBytes, at - 1);
+  }
+  return at == std::string_view::npos ? 0 : at + kLineEndBytes.size();
+}
+
+}  // namespace
+
+std::optional<Candidate> ParseCompareLine(std::string_view line) {
+  const auto fields = Split(line, "/");
+  if (fields.size() != 5) return std::nullopt;
+  const auto size = ParseInteger(fields[1]);
+  const auto modified = ParseFixedDate(fields[2]);
+  const auto later = ParseFixedDate(fields[3]);
+  const auto earlier = ParseFixedDate(fields[4]);
+  if (fields[0].empty() || !size || *size < 0 || !modified || !later || !earlier) return std::nullopt;
+  return Candidate{fields[0], static_cast<std::uint64_t>(*size), *modified, *later, *earlier};
+}
+
+bool GrowingPart::Follow(Files& files) {
+  const std::string content = files.Read(path_).value_or(std::string{});
+  const std::string_view lines = std::string_view{content}.substr(0, EndOfLastLine(content));
+  if (lines == bytes_) return false;
+  if (!lines.starts_with(bytes_)) {
+    bytes_.clear();
+    candidates_.clear();
+  }
+  for (const std::string& line : LinesOf(FromUtf16(lines.substr(bytes_.size())))) {
+    if (auto candidate = ParseCompareLine(line)) candidates_.push_back(std::move(*candidate));
+  }
+  bytes_ = lines;
+  return true;
+}
+
+std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>& is_over) {
+  const int number = taken_ + 1;
+  const Machine& machine = client_.machine();
+  GrowingPart part(PathOf(number));
+  Look last = ReadKeys();
+  part.Follow(machine.files);
+  LocalTime last_sign = machine.clock.Now();
+  while (!is_over()) {
+    machine.clock.Sleep(kPause);
+    const Look look = ReadKeys();
+    const bool grew = part.Follow(machine.files);
+    const Progress progress = ProgressOf(number, look);
+    if (look == last && !grew && progress != Progress::kGrowing) {
+      ++taken_;
+      return CompareListPart{part.Take(), progress == Progress::kLast};
+    }
+    if (look != last || grew) last_sign = machine.clock.Now();
+    if (machine.clock.Now() - last_sign > kPatience) return std::nullopt;
+    last = look;
+  }
+  return std::nullopt;
+}
+
+CompareList::Look CompareList::ReadKeys() {
+  return {client_.ReadStatus("CompareListCount"), client_.ReadStatus("StatusCheckCount")};
+}
+
+CompareList::Progress CompareList::ProgressOf(int number, const Look& look) const {
+  const int parts = ParseInt16(look.part_count).value_or(0);
+  if (number > parts) return Progress::kGrowing;
+  if (number < parts || look.list_count == "1") return Progress::kComplete;
+  return client_.machine().files.Exists(PathOf(number + 1)) ? Progress::kComplete : Progress::kLast;
+}
+
+std::string CompareList::PathOf(int number) const {
+  return client_.installation().UserFile("TempCom\\CompareListInput") + std::to_string(number) + ".txt";
+}
+
+}  // namespace ondura::demo
