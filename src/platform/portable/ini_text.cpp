@@ -57,10 +57,8 @@ void IniText::IndexLine(Range line, std::size_t next_line) {
   sections_.back().insert_at = next_line;
   const std::size_t equals = text.find('=');
   if (text.front() == ';' || equals == std::string_view::npos) return;
-  entries_.push_back({sections_.size() - 1,
-                      Trimmed({trimmed.begin, trimmed.begin + equals}),
-                      Trimmed({trimmed.begin + equals + 1, trimmed.end}),
-                      {line.begin, trimmed.end}});
+  entries_.push_back({sections_.size() - 1, Trimmed({trimmed.begin, trimmed.begin + equals}),
+                      Trimmed({trimmed.begin + equals + 1, trimmed.end})});
 }
 
 IniText::Range IniText::Trimmed(Range range) const {
@@ -103,7 +101,7 @@ std::optional<std::string_view> IniText::Find(std::string_view section, std::str
 bool IniText::Set(std::string_view section, std::string_view key, std::string_view value) {
   if (const Entry* const entry = FindEntry(section, key)) {
     if (View(entry->value) == TrimBlanks(value)) return false;
-    const Range behind_key{entry->key.end, entry->line.end};
+    const Range behind_key{entry->key.end, entry->value.end};
     bytes_.replace(behind_key.begin, behind_key.end - behind_key.begin, "=" + std::string{value});
   } else {
     const std::string line = std::string{TrimBlanks(key)} + "=" + std::string{value} + std::string{kNewLine};

@@ -41,8 +41,7 @@ class IniText {
   struct Entry {
     std::size_t section = 0;
     Range key;
-    Range value;  // trimmed, with its quotes
-    Range line;   // without its end
+    Range value;  // trimmed, with its quotes; ends where the line does
   };
 
   void Index();

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/internet.h"
+#include "platform/portable/code_page_table.h"
+#include "platform/system_info.h"
+
+namespace ondura {
+
+// What `machine.ini` in the root folder says about the machine, with the default of every entry.
+struct MachineSettings {
+  std::map<char, std::string> drives;  // letter to host folder
+  std::string short_date = "M/d/yyyy";
+  std::string time_format = "h:mm:ss tt";
+  std::string decimal = ".";
+  CodePageTable code_page;
+  SystemVersion version{2, 6, 1, true};
+  bool is_wow64 = false;
+  std::string system_folder = R"(C:\Windows\system32)";
+  std::string exit_command;
+  ConnectedState connection{true, 0x12, "Local Area Connection"};  // a network card, and configured
+  std::map<std::string, int> services;                             // lower-case name to state
+};
+
+// Fills `settings`. A missing file leaves the defaults. The error is empty, or a sentence that names the
+// line at fault.
+std::string LoadMachineSettings(const std::string& root, MachineSettings& settings);
+
+}  // namespace ondura

@@ -1,0 +1,7 @@
+#include "platform/posix/signal_counters.h"
+
+namespace ondura {
+
+SignalCounters signal_counters;
+
+}  // namespace ondura
