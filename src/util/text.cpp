@@ -129,6 +129,8 @@ std::string ToUpper(std::string_view text) { return ChangeLetters(text, Upper); 
 
 std::string ToLower(std::string_view text) { return ChangeLetters(text, Lower); }
 
+char32_t LowerOf(char32_t letter) { return Lower(letter); }
+
 bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
   return left == right || ToLower(left) == ToLower(right);
 }

@@ -24,6 +24,9 @@ std::string ReplaceAll(std::string_view text, std::string_view from, std::string
 std::string ToUpper(std::string_view text);
 std::string ToLower(std::string_view text);
 
+// The same for one letter, for comparisons that make no text.
+char32_t LowerOf(char32_t letter);
+
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
 

@@ -1,0 +1,237 @@
+#include "backupset/CompareList.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "util/separators.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr std::string_view kOldInput = "CompareListInput.txt";
+constexpr std::string_view kPartsFolder = "TempCom";
+constexpr std::string_view kSkippedFiles = "SkippedFiles.txt";
+constexpr std::string_view kAutomaticSelection = "AutoFileSelection.txt";
+constexpr std::string_view kStatusSection = "BackupStatus";
+
+constexpr std::size_t kLongestPathUnits = 256;
+constexpr std::size_t kLongestNumber = 20;
+constexpr std::size_t kUnitsBesidePath = kLongestNumber + 3 * StampText::kUnits + 6;
+
+constexpr std::chrono::milliseconds kPartPause{2000};
+constexpr std::chrono::milliseconds kFirstFilePause{1};
+constexpr std::chrono::hours kShift{1};
+
+char16_t* WriteNumber(std::uint64_t number, char16_t* into) {
+  std::array<char, kLongestNumber> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  return std::copy(digits.data(), end, into);
+}
+
+char16_t* WriteLineEnd(char16_t* into) {
+  *into++ = u'\r';
+  *into++ = u'\n';
+  return into;
+}
+
+}  // namespace
+
+CompareList::CompareList(const Machine& machine, const Installation& installation, const Transfer& transfer,
+                         Exclusions& exclusions, MappedDrives& mapped_drives, StopCheck& stop,
+                         std::int64_t lines_per_part)
+    : machine_(machine),
+      installation_(installation),
+      transfer_(transfer),
+      exclusions_(exclusions),
+      mapped_drives_(mapped_drives),
+      stop_(stop),
+      lines_per_part_(lines_per_part),
+      total_(machine, installation),
+      text_files_(machine.files, machine.code_page),
+      list_(machine),
+      skipped_list_(machine) {}
+
+void CompareList::RemoveOldInput() {
+  machine_.files.Remove(installation_.UserFile(kOldInput), Removal::kForce);
+  machine_.folders.Remove(installation_.UserFile(kPartsFolder), Removal::kForce);
+}
+
+BuildStart CompareList::Begin() {
+  RemoveOldInput();
+  machine_.folders.Make(installation_.UserFile(kPartsFolder));
+  stamps_.SetMode(PresentDateMode(machine_.locale, machine_.clock.Now()));
+  part_ = 1;
+  files_ = skipped_ = 0;
+  size_bytes_ = 0;
+  endings_.clear();
+  skipped_list_.Open(installation_.UserFile(kSkippedFiles));
+  OpenPart();
+  return mapped_drives_.CheckServiceModeMappedDrive() ? BuildStart::kBlocked : BuildStart::kReady;
+}
+
+bool CompareList::HasAutomaticSelection() {
+  const std::string path = installation_.UserFile(kAutomaticSelection);
+  if (!machine_.files.Exists(path)) return false;
+  endings_ = text_files_.ReadLines(path, Encoding::kCodePage).value_or(std::vector<std::string>{});
+  // The first line is a flag for the user interface.
+  if (!endings_.empty()) endings_.erase(endings_.begin());
+  return true;
+}
+
+WalkOutcome CompareList::WalkFixedDrives() {
+  for (const std::string& root : machine_.drives.Roots()) {
+    if (machine_.drives.KindOf(root) != DriveKind::kFixed) continue;
+    if (WalkTree(ToUpper(root.substr(0, 2))) == WalkOutcome::kStopped) return WalkOutcome::kStopped;
+  }
+  return WalkOutcome::kDone;
+}
+
+WalkOutcome CompareList::WalkItem(const SelectedItem& item) {
+  if (item.kind == ItemKind::kFolder) return WalkTree(item.path);
+  WalkFile(item.path);
+  if (!MustStop()) return WalkOutcome::kDone;
+  CloseFiles();
+  return WalkOutcome::kStopped;
+}
+
+void CompareList::Finish() {
+  CloseFiles();
+  total_.Add({size_bytes_, static_cast<double>(files_)});
+}
+
+WalkOutcome CompareList::WalkTree(const std::string& root) {
+  queue_.clear();
+  queue_.push_back({WithBackslash(root), {}});
+  queue_.front().key = exclusions_.KeyOf(queue_.front().path);
+  while (!queue_.empty()) {
+    const Folder folder = std::move(queue_.front());
+    queue_.pop_front();
+    if (stop_.Stopped() || ScanFolderForCompareList(folder) == WalkOutcome::kStopped) {
+      CloseFiles();
+      return WalkOutcome::kStopped;
+    }
+  }
+  return WalkOutcome::kDone;
+}
+
+WalkOutcome CompareList::ScanFolderForCompareList(const Folder& folder) {
+  WalkOutcome outcome = WalkOutcome::kDone;
+  EnterFolder(folder.path);
+  machine_.folders.List(folder.path, [&](const FolderEntry& entry) {
+    if (entry.is_folder) {
+      TakeSubfolder(folder, entry.name);
+    } else {
+      TakeFile(folder, {entry.name, entry.size_bytes, entry.modified});
+    }
+    if ((entry.is_folder || endings_.empty()) && MustStop()) outcome = WalkOutcome::kStopped;
+    return outcome == WalkOutcome::kStopped ? Visit::kStop : Visit::kContinue;
+  });
+  return outcome;
+}
+
+void CompareList::WalkFile(std::string_view path) {
+  const std::string_view exclusion = exclusions_.FindExclusion(ExclusionKind::kFile, path);
+  if (!exclusion.empty()) return exclusions_.AddAppliedExclusion(exclusion);
+  const auto modified = machine_.files.Modified(path);
+  if (!modified) return;
+  const std::size_t name_at = path.rfind('\\') + 1;
+  EnterFolder(path.substr(0, name_at));
+  AddFile({path.substr(name_at), machine_.files.Size(path).value_or(0), *modified});
+}
+
+void CompareList::EnterFolder(std::string_view folder_text) {
+  const std::string trimmed = TrimSpaceFromPathOne(folder_text);
+  line_folder_.resize(trimmed.size());
+  const char16_t* end = WriteUtf16(trimmed, line_folder_.data());
+  line_folder_.resize(static_cast<std::size_t>(end - line_folder_.data()));
+}
+
+void CompareList::TakeSubfolder(const Folder& folder, std::string_view name) {
+  FolderKey key;
+  const std::string_view exclusion = exclusions_.FindFolder(folder.path, folder.key, name, key);
+  if (!exclusion.empty()) return exclusions_.AddAppliedExclusion(exclusion);
+  std::string path;
+  path.reserve(folder.path.size() + name.size() + 1);
+  path.append(folder.path).append(name).append("\\");
+  queue_.push_back({std::move(path), key});
+}
+
+void CompareList::TakeFile(const Folder& folder, const FileEntry& file) {
+  const std::string_view exclusion = exclusions_.FindFile(folder.path, folder.key, file.name);
+  if (!exclusion.empty()) return exclusions_.AddAppliedExclusion(exclusion);
+  if (EndsAsWanted(file.name)) AddFile(file);
+}
+
+void CompareList::AddFile(const FileEntry& file) {
+  if (files_ == lines_per_part_) StartNextPart();
+  WriteLine(file);
+  ++files_;
+  if (endings_.empty()) return;
+  size_bytes_ += static_cast<double>(file.size_bytes);
+  if (files_ == 1) {
+    machine_.clock.Sleep(kFirstFilePause);
+    machine_.pump.Pump();
+  }
+}
+
+void CompareList::WriteLine(const FileEntry& file) {
+  // A time that is no date of the calendar has no stamp, and a file without a stamp no line.
+  if (!StampText::IsStampable(file.modified)) return;
+  char16_t* const line = list_.Reserve(line_folder_.size() + file.name.size() + kUnitsBesidePath);
+  char16_t* at = std::copy(line_folder_.begin(), line_folder_.end(), line);
+  at = WriteUtf16(file.name, at);
+  const auto path_units = static_cast<std::size_t>(at - line);
+  if (path_units > kLongestPathUnits) AddSkipped({line, path_units});
+  *at++ = u'/';
+  at = WriteNumber(file.size_bytes, at);
+  for (const LocalTime stamp : {file.modified, file.modified + kShift, file.modified - kShift}) {
+    *at++ = u'/';
+    at = stamps_.Write(stamp, at);
+  }
+  list_.Commit(WriteLineEnd(at));
+}
+
+void CompareList::AddSkipped(std::u16string_view path) {
+  char16_t* const line = skipped_list_.Reserve(path.size() + 2);
+  skipped_list_.Commit(WriteLineEnd(std::copy(path.begin(), path.end(), line)));
+  ++skipped_;
+}
+
+void CompareList::StartNextPart() {
+  CloseFiles();
+  transfer_.Trf_WriteUserProfileDefault(kStatusSection, "StatusCheckCount", std::to_string(part_));
+  transfer_.Trf_WriteUserProfileDefault(kStatusSection, "CompareListCount", "1");
+  // The size goes on growing, so that the displayed total counts a part more than once.
+  if (!endings_.empty()) total_.Add({size_bytes_, static_cast<double>(files_)});
+  files_ = 0;
+  machine_.clock.Sleep(kPartPause);
+  ++part_;
+  skipped_list_.Open(installation_.UserFile(kSkippedFiles));
+  OpenPart();
+}
+
+bool CompareList::EndsAsWanted(std::string_view name) const {
+  return endings_.empty() || std::any_of(endings_.begin(), endings_.end(),
+                                         [&](const auto& ending) { return name.ends_with(ending); });
+}
+
+bool CompareList::MustStop() {
+  machine_.pump.Pump();
+  return stop_.Stopped();
+}
+
+void CompareList::OpenPart() {
+  std::string name{kPartsFolder};
+  name.append("\\CompareListInput").append(std::to_string(part_)).append(".txt");
+  list_.Open(installation_.UserFile(name));
+}
+
+void CompareList::CloseFiles() {
+  list_.Close();
+  skipped_list_.Close();
+}
+
+}  // namespace ondura

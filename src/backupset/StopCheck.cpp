@@ -1,0 +1,18 @@
+#include "backupset/StopCheck.h"
+
+#include "profile/profile_paths.h"
+
+namespace ondura {
+
+bool StatusStopCheck::Stopped() { return stop_flag_ || IsAborted(); }
+
+bool StatusStopCheck::IsAborted() {
+  if (!watch_ || watched_user_ != installation_.CurrentUser) {
+    watched_user_ = installation_.CurrentUser;
+    watch_ = machine_.watches.Watch(UserProfilePath(installation_, watched_user_));
+  }
+  if (watch_->MayHaveChanged()) aborted_ = profile_.ReadProfileValue("BackupStatus", "Status") == "5";
+  return aborted_;
+}
+
+}  // namespace ondura

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platform/machine.h"
+
+namespace ondura {
+
+// A UTF-16 text file that grows by many short lines while another program reads it. Text goes out in blocks
+// of at most 64 KiB, whole lines each.
+class Utf16ListFile {
+ public:
+  explicit Utf16ListFile(const Machine& machine) : machine_(machine) {}
+
+  // Continues the file, which is made with its mark when it is missing. What is added to a file that can't
+  // be opened is lost.
+  void Open(std::string_view path);
+
+  // Writes out what is waiting.
+  void Close();
+
+  // Room for a line of at most `units`; Commit tells where it ends.
+  char16_t* Reserve(std::size_t units);
+  void Commit(const char16_t* end);
+
+ private:
+  static constexpr std::size_t kBlockUnits = 32 * 1024;
+
+  void WriteOut();
+
+  Machine machine_;
+  std::unique_ptr<FileWriter> writer_;
+  std::vector<char16_t> block_;
+  std::size_t used_ = 0;
+};
+
+// Writes the text as UTF-16, at most one unit a byte; returns the place behind it. A byte that is not UTF-8
+// becomes U+FFFD.
+char16_t* WriteUtf16(std::string_view utf8, char16_t* into);
+
+}  // namespace ondura
