@@ -13,7 +13,7 @@ class Transfer;
 // BackupProgress.ini, which the engine fills and the tray shows, and the flags of the progress display.
 class Progress {
  public:
-  Progress(const Machine& machine, const Installation& installation, Transfer& transfer)
+  Progress(const Machine& machine, const Installation& installation, const Transfer& transfer)
       : machine_(machine), installation_(installation), transfer_(transfer) {}
 
   // Clears the file, so that a run that is over leaves nothing on the screen.
@@ -23,7 +23,7 @@ class Progress {
   bool EndProgress();
 
   // The job's stop flag.
-  [[nodiscard]] bool ProgressEnded() const { return progress_ended_; }
+  [[nodiscard]] const bool& ProgressEnded() const { return progress_ended_; }
   [[nodiscard]] bool ProgressRunning() const { return progress_running_; }
 
   // Before a job: no end has been asked for yet.
@@ -47,7 +47,7 @@ class Progress {
 
   Machine machine_;
   const Installation& installation_;
-  Transfer& transfer_;
+  const Transfer& transfer_;
   bool progress_running_ = false;
   bool progress_ended_ = false;
 };

@@ -1,0 +1,134 @@
+#include "job/AbortForms.h"
+
+#include <string>
+
+#include "job/job_texts.h"
+#include "schedule/schedule_record.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+// The handle argument with which processes are ended by id: no window, so that the id counts.
+constexpr WindowHandle kNoWindow = 1;
+
+}  // namespace
+
+bool AbortForms::AbortAsked() { return job_.keys.CheckAborted() || job_.services.progress.ProgressEnded(); }
+
+Leave AbortForms::TestForAbort(std::string_view trace_text) {
+  if (!AbortAsked()) return std::nullopt;
+  return LeaveAborted(trace_text);
+}
+
+JobCode AbortForms::LeaveAborted(std::string_view trace_text, Programs programs) {
+  TraceAbort(trace_text);
+  MarkAborted();
+  WriteAbortLog(SessionWrite::kReplace);
+  job_.state.run.cancelled = true;
+  job_.end_status.WriteJobEndStatus(1);
+  job_.temp_folder.DeleteTempFolder();
+  job_.keys.ClearFailureDays();
+  if (programs == Programs::kEnd) EndPrograms();
+  return kJobStopped;
+}
+
+JobCode AbortForms::LeaveAfterInput(std::string_view trace_text) {
+  TraceAbort(trace_text);
+  return LeaveTransfer();
+}
+
+JobCode AbortForms::LeaveFromWalk() {
+  Options& trace = job_.services.trace.plain();
+  trace.WriteTrace("ScheduleCancelled 1");
+  trace.WriteTrace("Aborted...");
+  job_.keys.Write("RetValue", NumberText(job_.engine.ReadResult()));
+  const JobCode code = LeaveTransfer();
+  job_.temp_folder.DeleteTempFolder();
+  job_.services.machine.files.Remove(job_.services.installation.UserFile("MappedDriveInput.txt"),
+                                     Removal::kPlain);
+  return code;
+}
+
+JobCode AbortForms::LeaveTransfer() {
+  MarkAborted();
+  job_.keys.StampEnd();
+  job_.keys.Write("StatusMessageIndicaton", "1");
+  WriteAbortLog(SessionWrite::kAppend);
+  job_.end_status.WriteStatusText(job_texts::kManualCancel);
+  job_.end_status.WriteJobEndStatus(1);
+  RemoveShadowTempFolder();
+  job_.keys.ClearFailureDays();
+  EndPrograms();
+  return kJobStopped;
+}
+
+void AbortForms::RecordFailure(std::string_view text) {
+  JobRun& run = job_.state.run;
+  run.result_text = text;
+  const std::string session_path = job_.services.session_log.NewPath();
+  job_.services.session_log.WriteBlock(session_path, text, SessionWrite::kAppend);
+  job_.keys.WriteStatus("3");
+  job_.keys.MarkEndedByMessage();
+  run.session_path = session_path;
+}
+
+JobCode AbortForms::LeaveFailed(std::string_view text, double result) {
+  RecordFailure(text);
+  job_.end_status.WriteJobEndStatus(result);
+  return kJobFailed;
+}
+
+JobCode AbortForms::LeaveWithoutPort() {
+  JobRun& run = job_.state.run;
+  run.result_text = job_texts::kNoPortInformation;
+  run.session_path = job_.services.session_log.NewPath();
+  job_.services.session_log.WriteShortMessage(run.session_path, run.result_text, SessionWrite::kAppend);
+  job_.end_status.WriteJobEndStatus(1);
+  return kJobFailed;
+}
+
+JobCode AbortForms::LeaveWithoutSchedule(double result) {
+  job_.services.machine.files.Remove(job_.services.installation.UserFile(kScheduleFileName), Removal::kPlain);
+  job_.end_status.WriteJobEndStatus(1);
+  return static_cast<JobCode>(result);
+}
+
+void AbortForms::EndPrograms() {
+  job_.services.helpers.IsProcessRunningByModule(job_.services.installation.ClientExe, Kill::kYes);
+  EndDatabaseManager();
+}
+
+void AbortForms::EndDatabaseManager() {
+  job_.services.helpers.ProcessTerminate(job_.state.run.lDBManagerPID, kNoWindow);
+}
+
+void AbortForms::RemoveShadowTempFolder() {
+  const std::string& folder = job_.state.run.shadow_temp_folder;
+  if (!folder.empty()) job_.services.machine.folders.Remove(folder, Removal::kForce);
+}
+
+void AbortForms::TraceAbort(std::string_view trace_text) {
+  if (trace_text.empty()) return;
+  job_.services.trace.plain().WriteTrace(trace_text);
+  job_.services.trace.plain().WriteTraceMain(trace_text);
+}
+
+void AbortForms::MarkAborted() {
+  JobRun& run = job_.state.run;
+  run.result_text = job_texts::kUserAbort;
+  run.cancelled = true;
+  job_.keys.WriteStatus("3");
+  job_.keys.Write("DLLStatus", "3");
+}
+
+void AbortForms::WriteAbortLog(SessionWrite how) {
+  JobRun& run = job_.state.run;
+  const std::string session_path = job_.services.session_log.NewPath();
+  job_.services.trace.User(" You have aborted the scheduled backup job" + session_path);
+  job_.services.session_log.WriteBlock(session_path, job_texts::kUserAbort, how);
+  run.session_path = session_path;
+}
+
+}  // namespace ondura

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string_view>
+
+#include "job/JobContext.h"
+
+namespace ondura {
+
+// The ways in which a job leaves before its end: aborted by its user, or failed. Each form exists once; the
+// places on the road differ in the text that they trace.
+class AbortForms {
+ public:
+  explicit AbortForms(JobContext& job) : job_(job) {}
+
+  // The user interface or the host asks for the end of the job.
+  bool AbortAsked();
+
+  // Traces the text of the place, writes the abort's log and status, ends engine and database manager.
+  enum class Programs { kEnd, kLeaveRunning };
+  JobCode LeaveAborted(std::string_view trace_text, Programs programs = Programs::kEnd);
+
+  // AbortAsked and LeaveAborted in one.
+  Leave TestForAbort(std::string_view trace_text);
+
+  // The forms of the transfer, while the engine runs: the status file tells of a manual cancel, the shadow
+  // copy's folder goes and the session log is continued.
+  JobCode LeaveAfterInput(std::string_view trace_text);
+  JobCode LeaveFromWalk();
+
+  // A failure that the user reads in the session log: `text` becomes the job's result text.
+  JobCode LeaveFailed(std::string_view text, double result);
+
+  // A failure without port information: its two-line log, and no failure keys.
+  JobCode LeaveWithoutPort();
+
+  // The schedule is no longer valid: its file goes, and no log is written.
+  JobCode LeaveWithoutSchedule(double result);
+
+  // Writes the failure's log and keys without the status routine and without a code.
+  void RecordFailure(std::string_view text);
+
+  void EndPrograms();
+  void EndDatabaseManager();
+
+  // Deletes the shadow copy's folder when it is there.
+  void RemoveShadowTempFolder();
+
+ private:
+  void TraceAbort(std::string_view trace_text);
+  void MarkAborted();
+  void WriteAbortLog(SessionWrite how);
+  JobCode LeaveTransfer();
+
+  JobContext& job_;
+};
+
+}  // namespace ondura

@@ -1,0 +1,54 @@
+#include "job/CDummyCall.h"
+
+#include <chrono>
+
+#include "job/EngineCommands.h"
+#include "util/clsIPResolve.h"
+#include "util/text_files.h"
+#include "util/waits.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::string_view kDummyUser = "schusername";
+
+}  // namespace
+
+double CDummyCall::DoDummycall(std::string_view sExeName) {
+  Machine& machine = services_.machine;
+  const Installation& installation = services_.installation;
+  // The look-up wakes the connection; its answer is not needed.
+  clsIPResolve(machine.names, machine.desktop).GetIPFromHostName(installation.DomainName);
+  const std::string folder = installation.FolderOf(kDummyUser);
+  services_.schedule_file.ScheduleFilePath = folder;
+  machine.folders.Make(folder);
+  CreateTempFolder(kDummyUser, "d");
+  const std::string parameters = EngineCommands::ParameterText(12, GetTempFolderPath());
+  ProcessWatch engine(machine.processes,
+                      services_.helpers.LaunchHidden(installation.ExeLocation + "\\" + std::string{sExeName},
+                                                     parameters, installation.WorkingFolder(), 0));
+  WaitUntilEnded(machine, engine, milliseconds{0});
+  machine.clock.Sleep(milliseconds{1000});
+  const double result = services_.store.ReadLastRetValue();
+  machine.clock.Sleep(milliseconds{2000});
+  DeleteTempFolder();
+  machine.folders.Remove(folder, Removal::kPlain);
+  return result;
+}
+
+EngineFileResult CDummyCall::ResdDLLOutputFile() {
+  TextFiles text_files(services_.machine.files, services_.machine.code_page);
+  EngineFileResult result = ReadEngineResultFile(text_files, GetTempFolderPath() + "\\DLLOutput.txt");
+  if (result.bResult) {
+    result.strDescrip.clear();
+    return result;
+  }
+  result = ReadEngineResultFile(text_files, GetTempFolderPath() + "\\DLLOutputInfo.txt");
+  result.bResult = false;
+  return result;
+}
+
+}  // namespace ondura

@@ -1,0 +1,218 @@
+#include "job/Connection.h"
+
+#include <chrono>
+
+#include "job/Quota.h"
+#include "job/engine_results.h"
+#include "job/failure_texts.h"
+#include "job/job_texts.h"
+#include "util/text.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr int kMostTries = 10;
+constexpr int kTriesBeforeFallback = 5;
+constexpr milliseconds kPauseAfterTry{1000};
+constexpr std::string_view kAccountSection = "Tolmera";
+
+bool ReadsAsTrue(std::string_view text) {
+  return EqualsIgnoringCase(Trim(text), "true") || ParseNumber(text).value_or(0) != 0;
+}
+
+}  // namespace
+
+void Connection::ReadPort() {
+  JobRun& run = job_.state.run;
+  const JobServices& services = job_.services;
+  services.trace.User("  OutgoingPort : " + services.installation.DefaultPort);
+  run.port = services.transfer.Trf_ReadUserProfile("port");
+  if (run.port.empty()) {
+    run.port = services.installation.DefaultPort;
+    services.transfer.Trf_WriteUserProfileDefault(kAccountSection, "OutPort", run.port);
+    services.transfer.Trf_WriteUserProfile("port", run.port);
+  }
+  services.trace.User("  OutgoingPort : " + run.port);
+  services.trace.User("  Sch_IPAddress : " + run.serverip);
+}
+
+void Connection::ReadAccount() {
+  Account& account = job_.state.run.account;
+  const Transfer& transfer = job_.services.transfer;
+  account.user_name = transfer.Trf_ReadUserProfile("username");
+  account.password = transfer.Trf_ReadUserProfile("password");
+  account.encryption_password = transfer.Trf_ReadUserProfileNew("encpasswordnew");
+  if (account.encryption_password.empty()) {
+    account.encryption_password = transfer.Trf_ReadUserProfile("encpassword");
+  }
+  job_.state.run.serverip = transfer.Trf_ReadUserProfile("serverip");
+  account.random = transfer.Trf_ReadUserProfile("random");
+  if (account.random.empty()) {
+    account.random = job_.services.store.ReadSharedRegistryValue(
+        job_.services.installation.ProductInstallationName + " client system random number");
+  }
+}
+
+void Connection::SettleAddress() {
+  JobRun& run = job_.state.run;
+  const JobServices& services = job_.services;
+  if (run.serverip.empty()) {
+    run.serverip = services.installation.DefaultServerAddress;
+    services.transfer.Trf_WriteUserProfileDefault(kAccountSection, "IPAddres", run.serverip);
+    services.transfer.Trf_WriteUserProfile("serverip", run.serverip);
+  }
+  services.trace.User("  Sch_IPAddress : " + run.serverip);
+  services.trace.User("  ini file : " + services.installation.UserFolder() +
+                      services.installation.ProfileIniName);
+  ReadProxy();
+  services.trace.User("  Recieved all configuration data.");
+}
+
+void Connection::ReadProxy() {
+  ProxyProfile& proxy = job_.state.run.proxy;
+  const auto read = [this](std::string_view key) { return job_.services.transfer.Trf_ReadProxyProfile(key); };
+  proxy = {};
+  proxy.Proxyset = read("Proxyset");
+  if (proxy.Proxyset.empty()) proxy.Proxyset = "0";
+  if (proxy.Proxyset != "1") return;
+  proxy.proxytypehttp = read("proxytypehttp");
+  proxy.proxytypesocks = read("proxytypesocks");
+  proxy.ProxyName = read("ProxyName");
+  proxy.ProxyPort = read("ProxyPort");
+  proxy.ProxyAuthOn = read("ProxyAuthOn");
+  if (!ReadsAsTrue(proxy.ProxyAuthOn)) return;
+  proxy.ProxyUser = read("ProxyUser");
+  proxy.ProxyPass = read("ProxyPass");
+}
+
+Leave Connection::DiscoverPort() {
+  double result = 0;
+  if (auto leave = AskForPort(result)) return leave;
+  if (engine_results::EndsJobBeforeTransfer(result)) return FailPort(result);
+  TakeEngineAnswer();
+  if (auto leave = RequireAddress()) return leave;
+  Options& trace = job_.services.trace.plain();
+  trace.WriteTrace("Checking aborted after port info");
+  trace.WriteTraceMain("Checking aborted after port info");
+  if (auto leave = abort_.TestForAbort(job_texts::kAbortedPort)) return leave;
+  job_.services.trace.User("  IP : " + job_.state.run.serverip);
+  job_.services.trace.User("  Port : " + job_.state.run.port);
+  return std::nullopt;
+}
+
+Leave Connection::AskForPort(double& result) {
+  const JobServices& services = job_.services;
+  const std::string parameters = EngineCommands::ParameterText(24, job_.temp_folder.GetTempFolderPath());
+  services.trace.User(" [CALLING] API_GET_PORTNUMBER() for getting port info");
+  for (int tries = 0; tries < kMostTries;) {
+    job_.state.run.start_time = services.machine.clock.Now();
+    services.trace.plain().WriteTrace("Calling Clsclient with cmdline : " + parameters);
+    services.trace.plain().WriteTrace("Exe path is : " + job_.engine.EnginePath());
+    if (job_.engine.RunPortNumber(parameters) == PortWait::kAborted) {
+      return abort_.LeaveAborted(job_texts::kAborted28);
+    }
+    result = job_.engine.ReadResult();
+    services.trace.User("  Finished API_GET_PORTNUMBER,Return value from backup engine  " +
+                        NumberText(result));
+    if (engine_results::IsConnectionTrouble(result)) {
+      ++tries;
+      if (services.helpers.LogConnectionState()) {
+        services.machine.clock.Sleep(kPauseAfterTry);
+        if (tries % kTriesBeforeFallback == 0) TakeFallbackAddress();
+      }
+    } else if (result == engine_results::kWrongPassword) {
+      tries = kMostTries;
+    } else if (result == engine_results::kNoPortInformation) {
+      services.trace.User("  retval = -40, No port information for this user.");
+      const JobCode code = abort_.LeaveWithoutPort();
+      job_.keys.AddFailureDay();
+      return code;
+    } else {
+      tries = kMostTries;
+      services.machine.clock.Sleep(kPauseAfterTry);
+    }
+    if (job_.keys.CheckAborted()) return abort_.LeaveAborted(job_texts::kAborted28);
+  }
+  return std::nullopt;
+}
+
+void Connection::TakeFallbackAddress() {
+  job_.state.run.port = job_.services.installation.DefaultPort;
+  job_.state.run.serverip = job_.services.installation.AlternateServerAddress;
+  StoreAddress();
+}
+
+void Connection::StoreAddress() {
+  const JobRun& run = job_.state.run;
+  const Transfer& transfer = job_.services.transfer;
+  transfer.Trf_WriteUserProfileDefault(kAccountSection, "IPAddres", run.serverip);
+  transfer.Trf_WriteUserProfileDefault(kAccountSection, "OutPort", run.port);
+  transfer.Trf_WriteUserProfile("serverip", run.serverip);
+  transfer.Trf_WriteUserProfile("port", run.port);
+}
+
+Leave Connection::FailPort(double result) {
+  job_.keys.AddFailureDay();
+  if (engine_results::EndsSchedule(result)) return abort_.LeaveWithoutSchedule(result);
+  if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
+  if (result == engine_results::kWrongPassword) job_.services.transfer.Trf_WriteUserProfile("password", "");
+  return abort_.LeaveFailed(
+      FailureText(result, job_texts::kUnableToPerform, job_.services.installation.ProductName), result);
+}
+
+void Connection::TakeEngineAnswer() {
+  JobRun& run = job_.state.run;
+  TextFiles text_files(job_.services.machine.files, job_.services.machine.code_page);
+  const auto lines =
+      text_files.ReadLines(job_.services.installation.UserFile("DLLOutput1.txt"), Encoding::kCodePage);
+  if (!lines) return;
+  if (!lines->empty()) run.port = lines->at(0);
+  if (lines->size() > 1) run.serverip = lines->at(1);
+  StoreAddress();
+  job_.services.trace.User("  Sch_IPAddress (New) :  " + run.serverip);
+  job_.services.trace.User("  OutgoingPort (New) : " + run.port);
+}
+
+Leave Connection::RequireAddress() {
+  JobRun& run = job_.state.run;
+  if (!run.serverip.empty()) return std::nullopt;
+  run.serverip = job_.services.transfer.Trf_ReadUserProfile("serverip");
+  run.port = job_.services.transfer.Trf_ReadUserProfile("port");
+  if (!run.serverip.empty()) return std::nullopt;
+  job_.services.trace.User("  No port information recieved from server.");
+  const JobCode code = abort_.LeaveWithoutPort();
+  job_.temp_folder.DeleteTempFolder();
+  job_.keys.AddFailureDay();
+  return code;
+}
+
+Leave Connection::StopOverQuota() {
+  const Quota quota = ReadQuotaOutputFile(job_.services.store);
+  if (!quota.IsExceeded()) return std::nullopt;
+  JobRun& run = job_.state.run;
+  Options& trace = job_.services.trace.plain();
+  trace.WriteTrace("User's quota is exceeding so not calling backup command");
+  trace.WriteTrace(QuotaTrace(quota));
+  abort_.EndPrograms();
+  job_.keys.StampEnd();
+  job_.keys.Write("StatusMessageIndicaton", "1");
+  job_.end_status.WriteStatusText(job_texts::kQuotaStop);
+  Progress& progress = job_.services.progress;
+  run.result_text = "Used Quota: " + progress.GetProperSizeValue(quota.used) +
+                    "\r\nMax Quota: " + progress.GetProperSizeValue(quota.max) + "\r\n\r\n" +
+                    std::string{job_texts::kQuotaStop};
+  run.session_path = job_.services.session_log.NewPath();
+  job_.services.session_log.WriteQuotaSessionLog(run.session_path, run.result_text);
+  run.result_text = job_texts::kQuotaStop;
+  job_.end_status.WriteJobEndStatus(engine_results::kQuotaUsedUp);
+  job_.engine.StartTotalSize();
+  job_.keys.WriteKilled();
+  progress.WriteTransferOver();
+  return kJobStopped;
+}
+
+}  // namespace ondura

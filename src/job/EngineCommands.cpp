@@ -1,0 +1,74 @@
+#include "job/EngineCommands.h"
+
+#include <chrono>
+
+#include "util/date_text.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr int kPortPasses = 300;
+constexpr milliseconds kPortPause{1000};
+constexpr milliseconds kServerListPause{100};
+constexpr milliseconds kShortPause{3};
+
+}  // namespace
+
+std::string EngineCommands::ParameterText(int number, std::string_view argument) {
+  return " " + std::to_string(number) + "<" + std::string{argument} + ">";
+}
+
+std::string EngineCommands::EnginePath() const {
+  return services_.installation.ExeLocation + services_.installation.ClientExe;
+}
+
+ProcessWatch EngineCommands::Start(std::string_view parameter_text) {
+  const ProcessHandle handle =
+      services_.helpers.LaunchHidden(EnginePath(), parameter_text, services_.installation.WorkingFolder(), 0);
+  return {services_.machine.processes, handle};
+}
+
+PortWait EngineCommands::RunPortNumber(std::string_view parameter_text) {
+  ProcessWatch engine = Start(parameter_text);
+  for (int pass = 1;; ++pass) {
+    services_.machine.pump.Pump();
+    services_.machine.clock.Sleep(kPortPause);
+    if (pass > kPortPasses) {
+      services_.trace.plain().WriteTrace("Getting Port info : -416");
+      return PortWait::kGaveUp;
+    }
+    if (keys_.CheckAborted()) return PortWait::kAborted;
+    if (engine.EndedWithin(kProcessPass)) return PortWait::kEnded;
+  }
+}
+
+WaitOutcome EngineCommands::RunServerList() {
+  services_.trace.User(" [CALLING] Cmd 28 for server list fetching");
+  ProcessWatch engine = Start(ParameterText(28, state_.memory.RunFolderText));
+  return WaitUntilEndedOrStopped(services_.machine, engine, kServerListPause, [this] {
+    return keys_.CheckAborted() || services_.progress.ProgressEnded();
+  });
+}
+
+ProcessWatch EngineCommands::StartTransfer() {
+  services_.trace.User(" CALLING with Cmd 51 ");
+  std::string& argument = state_.memory.RunFolderText;
+  argument += "\\" + FormatDate(kStampFolderPicture, services_.machine.clock.Now());
+  keys_.Write("RetValue", "0");
+  return Start(ParameterText(51, argument));
+}
+
+void EngineCommands::RunTotalSize() {
+  ProcessWatch engine = Start(ParameterText(16, temp_folder_.GetTempFolderPath()));
+  WaitUntilEnded(services_.machine, engine, kShortPause);
+}
+
+void EngineCommands::RunRemote() {
+  ProcessWatch engine = Start(" 17");
+  WaitUntilEnded(services_.machine, engine, kShortPause);
+}
+
+}  // namespace ondura

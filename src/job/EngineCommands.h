@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "job/JobServices.h"
+#include "job/JobState.h"
+#include "job/StatusKeys.h"
+#include "job/TempFolder.h"
+#include "util/waits.h"
+
+namespace ondura {
+
+enum class PortWait { kEnded, kGaveUp, kAborted };
+
+// The conversation with the engine: a number and at most one folder text on its command line, and a number
+// in the user's profile back.
+class EngineCommands {
+ public:
+  EngineCommands(JobServices& services, JobState& state, StatusKeys& keys, TempFolder& temp_folder)
+      : services_(services), state_(state), keys_(keys), temp_folder_(temp_folder) {}
+
+  // " 24<argument>". The argument is never quoted, also with blanks in it.
+  static std::string ParameterText(int number, std::string_view argument);
+
+  [[nodiscard]] std::string EnginePath() const;
+
+  // Starts the engine and does not wait. An engine that can't be started behaves as one that never ends.
+  ProcessWatch Start(std::string_view parameter_text);
+
+  // RetValue; 0 where it is empty. What the last command left stands there until the next one writes.
+  double ReadResult() { return services_.store.ReadLastRetValue(); }
+
+  // Command 24: gives up after 300 passes and leaves the engine running then.
+  PortWait RunPortNumber(std::string_view parameter_text);
+
+  // Command 28: until the engine ends or an abort is asked for.
+  WaitOutcome RunServerList();
+
+  // Command 51: clears RetValue and starts the transfer, whose waits are the caller's.
+  ProcessWatch StartTransfer();
+
+  // Command 16.
+  void RunTotalSize();
+  void StartTotalSize() { Start(ParameterText(16, temp_folder_.GetTempFolderPath())); }
+
+  // Command 17.
+  void RunRemote();
+
+ private:
+  JobServices& services_;
+  JobState& state_;
+  StatusKeys& keys_;
+  TempFolder& temp_folder_;
+};
+
+}  // namespace ondura

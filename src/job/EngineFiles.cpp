@@ -1,0 +1,86 @@
+#include "job/EngineFiles.h"
+
+#include <limits>
+
+#include "profile/LightCiphers.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr int kFirstShortPort = 11810;
+constexpr int kLastShortPort = 11812;
+constexpr int kFirstPort = 11910;
+constexpr int kLastPort = 11930;
+
+std::int32_t ToInt32(std::string_view text) {
+  const auto number = ParseInteger(text).value_or(0);
+  using Limits = std::numeric_limits<std::int32_t>;
+  return number < Limits::min() || number > Limits::max() ? 0 : static_cast<std::int32_t>(number);
+}
+
+}  // namespace
+
+EngineFiles::EngineFiles(JobContext& job)
+    : job_(job), text_files_(job.services.machine.files, job.services.machine.code_page) {}
+
+void EngineFiles::WriteDLLInputFileTempFd(const EngineFileProxy& proxy, std::string_view AsciiRandom) {
+  const JobRun& run = job_.state.run;
+  LightCiphers ciphers(job_.services.machine.code_page, job_.services.machine.pump);
+  const std::string path = job_.temp_folder.GetTempFolderPath() + "\\DLLInput.txt";
+  job_.services.machine.files.Remove(path, Removal::kPlain);
+  const std::vector<std::string> lines{run.serverip,
+                                       run.port,
+                                       ciphers.ShiftEncodePlain(run.account.user_name),
+                                       ciphers.ShiftEncodePlain(run.account.password),
+                                       ciphers.ShiftEncodePlain(run.account.encryption_password),
+                                       std::string{AsciiRandom},
+                                       std::to_string(proxy.proxyexistsflag),
+                                       std::to_string(proxy.proxytype),
+                                       proxy.proxyserverip,
+                                       proxy.proxyserverport,
+                                       proxy.proxyserveruname,
+                                       proxy.proxyserverpwd};
+  text_files_.Append(path, Join(lines, kLineEnd).append(kLineEnd), Encoding::kCodePage, IfMissing::kFail);
+}
+
+EngineFileResult EngineFiles::ResdDLLOutputFileTempFd() {
+  return ReadResult(job_.temp_folder.GetTempFolderPath() + "\\DLLOutput.txt");
+}
+
+EngineFileResult EngineFiles::ResdDLLOutputFile() {
+  return ReadResult(job_.services.installation.UserFile("DLLOutput.txt"));
+}
+
+EngineFileResult EngineFiles::ReadResult(const std::string& path) {
+  return ReadEngineResultFile(text_files_, path);
+}
+
+bool EngineFiles::ReadScheduleStatusFile() {
+  const std::string status = job_.keys.Read("Status");
+  return status == "1" || status == "2";
+}
+
+void EngineFiles::CallIPPORTCheckFull() { job_.state.run.port = job_.services.installation.DefaultPort; }
+
+void EngineFiles::Trf_WritePORTNumbers(std::int32_t nCount) {
+  std::vector<std::string>& ports = job_.state.memory.ports;
+  ports.clear();
+  const bool is_short = nCount == 2;
+  const int last = is_short ? kLastShortPort : kLastPort;
+  for (int port = is_short ? kFirstShortPort : kFirstPort; port <= last; ++port) {
+    ports.push_back(std::to_string(port));
+  }
+}
+
+EngineFileResult ReadEngineResultFile(TextFiles& text_files, const std::string& path) {
+  const auto lines = text_files.ReadLines(path, Encoding::kCodePage);
+  if (!lines) return {};
+  EngineFileResult result{true, 0, ""};
+  if (!lines->empty()) result.lValue = ToInt32(lines->at(0));
+  if (lines->size() > 1) result.strDescrip = lines->at(1);
+  return result;
+}
+
+}  // namespace ondura

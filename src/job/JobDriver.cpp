@@ -1,0 +1,247 @@
+#include "job/JobDriver.h"
+
+#include <chrono>
+
+#include "job/Quota.h"
+#include "job/engine_results.h"
+#include "job/job_texts.h"
+#include "util/text.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kBeforeConnection{2000};
+constexpr double kLeastFreeBytes = 1073741824;
+constexpr std::uint64_t kEngineTraceCapBytes = 5242880;
+constexpr int kMostNestedRuns = 16;
+constexpr std::string_view kNoEncryptionPassword = "NOENC";
+
+}  // namespace
+
+JobDriver::JobDriver(JobContext& job)
+    : job_(job), abort_(job), connection_(job, abort_), transfer_(job, abort_) {}
+
+JobCode JobDriver::Cont_SchBackup() {
+  Reset();
+  ReadProfile();
+  if (auto leave = RefuseWithoutEncryptionPassword()) return *leave;
+  if (auto leave = RunStage()) return *leave;
+  BeginConnection();
+  ResetProgressFiles();
+  if (auto leave = EndAtSupportMarker()) return *leave;
+  if (auto leave = connection_.DiscoverPort()) return *leave;
+  TakeStageItems();
+  RefreshServiceState();
+  FallBackWhenSpaceIsShort();
+  if (auto leave = connection_.StopOverQuota()) return *leave;
+  if (auto leave = abort_.TestForAbort(job_texts::kAbortedBefore28)) return *leave;
+  if (auto leave = PrepareBackupSet()) return *leave;
+  return Transfer();
+}
+
+void JobDriver::Reset() {
+  const JobServices& services = job_.services;
+  std::string mail_text = std::move(job_.state.run.extra_mail_text);
+  job_.state.run = JobRun{};
+  job_.state.run.extra_mail_text = std::move(mail_text);
+  job_.state.run.new_password_text =
+      "Logout from the account (" + services.installation.CurrentUser +
+      ") and then login with your new Password and attempt the operation again.";
+  job_.end_status.ResetStatusFiles();
+  job_.keys.Write("Paused", "0");
+  services.transfer.Trf_WriteUserProfileDefault("sj", "LSN", "");
+  services.trace.plain().WriteTrace(QuotaTrace(ReadQuotaOutputFile(services.store)));
+  services.transfer.Trf_WriteUserProfileDefault("REALTIME", "DriveList", services.helpers.DriveListText());
+  services.trace.User("  (5.5.17) Reading configuration data");
+}
+
+void JobDriver::ReadProfile() {
+  JobRun& run = job_.state.run;
+  const JobServices& services = job_.services;
+  run.Sch_SQLTEMP = services.transfer.Trf_ReadUserProfile("SQLTEMP");
+  run.APIEXCHANGE = services.transfer.Trf_ReadUserProfile("APIEXCHANGE");
+  run.EXCHBRICK = services.transfer.Trf_ReadUserProfile("EXCHBRICK");
+  connection_.ReadAccount();
+  connection_.ReadPort();
+  services.machine.files.Remove(services.installation.UserFile("STBTraceFile.txt"), Removal::kPlain);
+}
+
+Leave JobDriver::RefuseWithoutEncryptionPassword() {
+  JobRun& run = job_.state.run;
+  if (run.account.encryption_password != kNoEncryptionPassword) return std::nullopt;
+  job_.services.trace.User(" NOENC. So could not backup ");
+  run.result_text = job_texts::kBadEncryptionPassword;
+  run.session_path = job_.services.session_log.NewPath();
+  job_.services.session_log.WriteMessage(run.session_path, run.result_text, SessionWrite::kAppend);
+  job_.keys.ClearFailureDays();
+  return kJobStopped;
+}
+
+Leave JobDriver::RunStage() {
+  JobRun& run = job_.state.run;
+  const std::string& recordno = job_.services.schedule_file.schvTemp.recordno;
+  job_.services.progress.MarkProgressRunning();
+  job_.services.trace.plain().WriteTrace("Cont_SchBackup : Sch_SQLTEMP :: " + run.Sch_SQLTEMP);
+  job_.services.trace.plain().WriteTrace("Cont_SchBackup : schvTemp.recordno :: " + recordno);
+  if (Stage* stage = job_.services.stages.ForRecord(recordno)) return stage->Run(job_.state);
+  run.kind_word = " ";
+  job_.keys.Write("RetValue", "0");
+  job_.keys.WriteStatus("1");
+  return std::nullopt;
+}
+
+void JobDriver::BeginConnection() {
+  job_.services.machine.clock.Sleep(kBeforeConnection);
+  job_.services.machine.clock.Sleep(kBeforeConnection);
+  job_.services.machine.pump.Pump();
+  job_.services.trace.User("  Sch_IPAddress : " + job_.state.run.serverip);
+  job_.keys.WriteStatus("1");
+  connection_.SettleAddress();
+}
+
+void JobDriver::ResetProgressFiles() {
+  const JobServices& services = job_.services;
+  TextFiles(services.machine.files, services.machine.code_page)
+      .Write(services.installation.UserFile("scheduleInfo.txt"), "0;0;0 KB;0 KB;0;00:00:00\r\n",
+             Encoding::kCodePage);
+  const std::string trace_file = services.installation.UserFile("TraceFile.txt");
+  if (services.machine.files.Size(trace_file).value_or(0) > kEngineTraceCapBytes) {
+    services.machine.files.Remove(trace_file, Removal::kForce);
+  }
+  services.progress.WriteWindowStatusReset();
+}
+
+// Support engineers leave the marker on the system's drive to take a machine out of the schedule.
+Leave JobDriver::EndAtSupportMarker() {
+  const JobServices& services = job_.services;
+  const std::string marker =
+      services.machine.drives.SystemFolder().substr(0, 3) + "SupportUtility\\Support.txt";
+  if (!services.machine.files.Exists(marker)) return std::nullopt;
+  const std::string schedule_file = services.installation.UserFile(kScheduleFileName);
+  services.trace.plain().WriteTrace("Support Utility File Exists.. So REMOVED ScheduleData File..." +
+                                    schedule_file);
+  return abort_.LeaveWithoutSchedule(engine_results::kScheduleEnds);
+}
+
+void JobDriver::TakeStageItems() {
+  JobRun& run = job_.state.run;
+  run.items.clear();
+  Stage* stage = job_.services.stages.ForRecord(job_.services.schedule_file.schvTemp.recordno);
+  if (stage == nullptr) return;
+  run.items = stage->Items(job_.state);
+  if (run.items.empty()) job_.services.trace.User(stage->NoItemsTrace());
+}
+
+void JobDriver::RefreshServiceState() {
+  bool& running = job_.state.memory.ServiceRunningFlag;
+  const int state =
+      job_.services.helpers.ServiceState(job_.services.installation.ProductInstallationName + " Service");
+  running = SystemHelpers::NextServiceRunningFlag(state, running);
+}
+
+// The local database would fill what is left of the drive.
+void JobDriver::FallBackWhenSpaceIsShort() {
+  const JobServices& services = job_.services;
+  Options& trace = services.trace.plain();
+  const double free_bytes = services.helpers.GetFreeDiskBytes(services.installation.VirtualPath);
+  if (free_bytes < kLeastFreeBytes) {
+    services.trace.User(" Setting DB to 0 , dblFreeSpace : " + NumberText(free_bytes));
+    services.transfer.Trf_WriteUserNameDBProfile("DB", "0");
+    trace.WriteTrace("Deleting LDB related files");
+    services.local_database.DeleteLDBFiles(services.installation.CurrentUser);
+  }
+  trace.WriteTrace("Checking DBDllVersion through Realtime ");
+  services.machine.continuous_backup.ValidateLocalDBDllVersion();
+  trace.WriteTrace("DB Val : " + services.transfer.Trf_ReadUserNameDBProfile("DB"));
+}
+
+Leave JobDriver::PrepareBackupSet() {
+  const JobServices& services = job_.services;
+  if (Trim(services.transfer.Trf_ReadUserNameDBProfile("DB")) == "0") transfer_.ReadBackupSet();
+  if (auto leave = abort_.TestForAbort(job_texts::kAbortedBefore28)) return leave;
+  if (transfer_.UsesLocalDatabase()) {
+    if (auto leave = transfer_.StartLocalDatabase()) return leave;
+  }
+  services.trace.User(" Calling calculatetotalsize");
+  services.trace.plain().WriteTrace("checking aborted after getting contents");
+  return abort_.TestForAbort(job_texts::kAbortedContents);
+}
+
+JobCode JobDriver::Transfer() {
+  const TransferRun::Outcome outcome = transfer_.Run();
+  switch (outcome.next) {
+    case TransferRun::Next::kLeave:
+      return outcome.code;
+    case TransferRun::Next::kRunAgain:
+      return RunAgain();
+    case TransferRun::Next::kWrapUp:
+      break;
+  }
+  return WrapUp(outcome.result);
+}
+
+// The engine asks for the whole job once more. The inner job's code does not pass out.
+JobCode JobDriver::RunAgain() {
+  const JobCode code = job_.state.run.code;
+  if (nested_runs_ < kMostNestedRuns) {
+    ++nested_runs_;
+    Cont_SchBackup();
+    --nested_runs_;
+  } else {
+    job_.services.trace.User("  The engine keeps asking for another run; stopped after " +
+                             std::to_string(kMostNestedRuns) + " nested runs.");
+  }
+  job_.temp_folder.DeleteTempFolder();
+  job_.keys.ClearFailureDays();
+  return code;
+}
+
+JobCode JobDriver::WrapUp(double result) {
+  const JobServices& services = job_.services;
+  services.trace.User(" [CALLING] API_GET_TOTALSIZE() ");
+  if (result == engine_results::kDone || result == engine_results::kQuotaUsedUp) {
+    result = RefreshQuota(result);
+  }
+  services.trace.User("  Finished API_GET_TOTALSIZE  " + NumberText(result));
+  TestQuota(result);
+  job_.end_status.WriteJobEndStatus(result);
+  const std::string dll_status = job_.keys.Read("DLLStatus");
+  if (Trim(dll_status) == "3") job_.keys.WriteStatus("-414");
+  services.trace.User("                     *****Exit Cont_SchBackup = " +
+                      std::to_string(job_.state.run.code) + " retval = " + NumberText(result));
+  // Status after a job always shows the engine's last result, also over the one just written.
+  job_.keys.WriteResult(result);
+  transfer_.WriteSkippedCount();
+  services.machine.files.Remove(services.installation.UserFile("SkippedFiles.txt"), Removal::kForce);
+  return job_.state.run.code;
+}
+
+double JobDriver::RefreshQuota(double result) {
+  constexpr int kMostTries = 5;
+  for (int tries = 0; tries < kMostTries; ++tries) {
+    job_.temp_folder.DeleteTempFolder();
+    job_.temp_folder.CreateTempFolder(job_.services.installation.CurrentUser, "G");
+    job_.engine.RunTotalSize();
+    result = job_.engine.ReadResult();
+    if (result == engine_results::kDone) break;
+  }
+  return result;
+}
+
+void JobDriver::TestQuota(double result) {
+  if (result != engine_results::kDone && result != engine_results::kQuotaUsedUp) return;
+  const JobServices& services = job_.services;
+  const Quota quota = ReadQuotaOutputFile(services.store);
+  services.trace.User("  Total Space: " + NumberText(quota.max));
+  services.trace.User("  Used Space: " + NumberText(quota.used));
+  if (!quota.IsExceeded()) return;
+  services.trace.User("  Quota limit exceeded");
+  services.machine.files.Write(services.installation.UserFile("QuotaExceeded.txt"), "", IfPresent::kFail);
+  job_.end_status.WriteJobEndStatus(engine_results::kQuotaUsedUp);
+}
+
+}  // namespace ondura

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "job/AbortForms.h"
+#include "job/Connection.h"
+#include "job/JobContext.h"
+#include "job/TransferRun.h"
+
+namespace ondura {
+
+// One whole scheduled backup of the current user, from its first stage to its result. What it is to do
+// stands in the shared state: the current user and the record in `schvTemp`.
+class JobDriver {
+ public:
+  explicit JobDriver(JobContext& job);
+
+  // Returns the job's code, as JobState.h tells.
+  JobCode Cont_SchBackup();
+
+ private:
+  void Reset();
+  void ReadProfile();
+  Leave RefuseWithoutEncryptionPassword();
+  Leave RunStage();
+  void BeginConnection();
+  void ResetProgressFiles();
+  Leave EndAtSupportMarker();
+  void TakeStageItems();
+  void FallBackWhenSpaceIsShort();
+  void RefreshServiceState();
+  Leave PrepareBackupSet();
+  JobCode Transfer();
+  JobCode RunAgain();
+  JobCode WrapUp(double result);
+  double RefreshQuota(double result);
+  void TestQuota(double result);
+
+  JobContext& job_;
+  AbortForms abort_;
+  Connection connection_;
+  TransferRun transfer_;
+  int nested_runs_ = 0;
+};
+
+}  // namespace ondura

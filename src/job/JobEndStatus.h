@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "job/JobServices.h"
+#include "job/JobState.h"
+#include "job/StatusKeys.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+// What a job leaves for its readers: SchStatus.txt and SchStatusError.txt with one sentence each, and the
+// keys that ask for a window.
+class JobEndStatus {
+ public:
+  JobEndStatus(JobServices& services, JobState& state, StatusKeys& keys);
+
+  // `code`: 1 no special text, a result of the engine, 10 the cut-off time, 500 a missed occurrence. Each
+  // call replaces what the one before it wrote.
+  void WriteJobEndStatus(double code);
+
+  // The end of a job by a message of its own.
+  enum class Target { kStatusFile, kErrorFile };
+  void WriteJobMessage(std::string_view text, Target target, std::int16_t indicator);
+
+  // Both files gone and an empty SchStatus.txt in place: the start of a job.
+  void ResetStatusFiles();
+
+  // Replaces the sentence in SchStatus.txt.
+  void WriteStatusText(std::string_view text);
+
+  // "Backup has failed." in SchStatusError.txt.
+  void WriteBackupFailed();
+
+ private:
+  bool IsDefaultUsersJob();
+  void WriteStatusWindow(double code);
+  void WriteSentence(double code);
+  void TraceSessionFile();
+
+  JobServices& services_;
+  JobState& state_;
+  StatusKeys& keys_;
+  TextFiles text_files_;
+};
+
+}  // namespace ondura

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "backupset/LocalDatabase.h"
+#include "backupset/MappedDrives.h"
+#include "job/ShadowCopyRelease.h"
+#include "job/Stage.h"
+#include "platform/machine.h"
+#include "profile/Installation.h"
+#include "profile/ProfileStore.h"
+#include "profile/Transfer.h"
+#include "reporting/progress.h"
+#include "reporting/session_log.h"
+#include "reporting/trace.h"
+#include "schedule/DBaction.h"
+#include "schedule/Scheduler.h"
+#include "util/SystemHelpers.h"
+
+namespace ondura {
+
+// What every step of the job works with. The composition root makes it; it outlives the job's classes.
+struct JobServices {
+  Machine machine;
+  Installation& installation;
+  Transfer& transfer;
+  ProfileStore& store;
+  Trace& trace;
+  SystemHelpers& helpers;
+  DBaction& schedule_file;
+  Scheduler& scheduler;
+  SessionLog& session_log;
+  Progress& progress;
+  LocalDatabase& local_database;
+  MappedDrives& mapped_drives;
+  ShadowCopyRelease& shadow_copy;
+  Stages& stages;
+};
+
+}  // namespace ondura

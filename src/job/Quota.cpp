@@ -1,0 +1,26 @@
+#include "job/Quota.h"
+
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr double kGigabyte = 1073741824;
+constexpr std::string_view kSection = "QuotaStatus";
+
+}  // namespace
+
+Quota ReadQuotaOutputFile(ProfileStore& store) {
+  Quota quota;
+  quota.used = ParseNumber(store.ReadProfileValue(kSection, "Used")).value_or(quota.used);
+  const std::string max = store.ReadProfileValue(kSection, "Max");
+  quota.max = Trim(max) == "1" ? quota.used + kGigabyte : ParseNumber(max).value_or(quota.max);
+  return quota;
+}
+
+std::string QuotaTrace(const Quota& quota) {
+  return "Used Quota : " + NumberText(quota.used) + ", Max Quota: " + NumberText(quota.max);
+}
+
+}  // namespace ondura

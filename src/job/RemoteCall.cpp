@@ -1,0 +1,64 @@
+#include "job/RemoteCall.h"
+
+#include <chrono>
+#include <initializer_list>
+
+#include "util/text.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr int kLoginPasses = 5000;
+
+}  // namespace
+
+void RemoteCall::CallDummy() {
+  const JobServices& services = job_.services;
+  WaitForLogin();
+  const std::string marker = services.installation.DataFile("NewInstallation.txt");
+  if (!services.machine.files.Exists(marker)) return;
+  services.machine.files.Remove(marker, Removal::kPlain);
+  services.machine.clock.Sleep(milliseconds{1000});
+  services.trace.User("  Dummy Call started");
+  ReadSettings();
+  // The name is appended to a file that is not made, so nothing is left behind.
+  const std::string name_file = services.installation.DataFile("UserName.txt");
+  services.machine.files.Remove(name_file, Removal::kPlain);
+  services.trace.User("  Recieved all info");
+  DeleteEngineFiles();
+  job_.state.run.start_time = services.machine.clock.Now();
+  job_.engine.RunRemote();
+  services.trace.User("  Finished API_REMOTE  " + NumberText(job_.engine.ReadResult()));
+  services.machine.files.Remove(services.installation.UserFile("DLLInput.txt"), Removal::kPlain);
+  services.machine.files.Remove(services.installation.UserFile("DLLOutput.txt"), Removal::kPlain);
+  services.trace.User("  Dummy call success");
+}
+
+void RemoteCall::WaitForLogin() {
+  const JobServices& services = job_.services;
+  const std::string marker = services.installation.UserFile("LoginProgress.txt");
+  for (int pass = 0; pass <= kLoginPasses && services.machine.files.Exists(marker); ++pass) {
+    services.machine.clock.Sleep(milliseconds{100});
+  }
+}
+
+void RemoteCall::ReadSettings() {
+  JobRun& run = job_.state.run;
+  connection_.ReadAccount();
+  run.port = job_.services.transfer.Trf_ReadUserProfile("port");
+  if (run.port.empty()) run.port = job_.services.installation.DefaultPort;
+  if (run.serverip != "localhost") run.serverip = job_.services.installation.DefaultServerAddress;
+  connection_.ReadProxy();
+}
+
+void RemoteCall::DeleteEngineFiles() {
+  for (const char* name : {"DLLOutput.txt", "DLLInput.txt", "DLLOutputInfo.txt"}) {
+    job_.services.machine.files.Remove(job_.services.installation.UserFile(name), Removal::kPlain);
+  }
+}
+
+}  // namespace ondura

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "backupset/selection.h"
+#include "job/JobState.h"
+
+namespace ondura {
+
+// Prepares one kind of application data before the transfer: a local dump by an outside tool. The units
+// stand above the job; the composition root hands them in.
+class Stage {
+ public:
+  virtual ~Stage() = default;
+
+  // Makes the dump. A stage that fails has written its session log and keys, and says the code to leave with.
+  virtual Leave Run(JobState& state) = 0;
+
+  // The items that the dump adds to the job's list; also sets the job's dump folder. Empty where the dump
+  // left nothing: that is traced and the job goes on.
+  virtual std::vector<SelectedItem> Items(JobState& state) = 0;
+
+  // The trace for an empty list.
+  virtual std::string_view NoItemsTrace() const = 0;
+};
+
+class Stages {
+ public:
+  virtual ~Stages() = default;
+
+  // The stage of a record number, or null for a file job.
+  virtual Stage* ForRecord(std::string_view recordno) = 0;
+};
+
+}  // namespace ondura

@@ -1,0 +1,273 @@
+#include "job/TransferRun.h"
+
+#include <chrono>
+#include <initializer_list>
+
+#include "job/engine_results.h"
+#include "job/failure_texts.h"
+#include "job/job_texts.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::string_view kDatabaseManager = "OnduraSDBManager.exe";
+constexpr double kLargeTotalBytes = 5'000'000;
+constexpr milliseconds kAfterEngine{1000};
+constexpr milliseconds kAfterLostConnection{2000};
+
+}  // namespace
+
+TransferRun::TransferRun(JobContext& job, AbortForms& abort)
+    : job_(job),
+      abort_(abort),
+      text_files_(job.services.machine.files, job.services.machine.code_page),
+      selection_(job.services.machine, job.services.installation, job.services.helpers, job.services.trace),
+      exclusions_(job.services.machine, job.services.installation, job.services.transfer),
+      stop_(job.services.machine, job.services.installation, job.services.progress.ProgressEnded()),
+      compare_list_(job.services.machine, job.services.installation, job.services.transfer, exclusions_,
+                    job.services.mapped_drives, stop_) {}
+
+bool TransferRun::UsesLocalDatabase() {
+  const std::string method = job_.services.transfer.Trf_ReadUserNameDBProfile("DB");
+  return Trim(method) == "1" || Trim(method).empty();
+}
+
+void TransferRun::ReadBackupSet() {
+  JobRun& run = job_.state.run;
+  for (SelectedItem& item : selection_.ReadItems()) run.items.push_back(std::move(item));
+  run.items_read = true;
+}
+
+Leave TransferRun::StartLocalDatabase() {
+  LaunchDatabaseManager();
+  if (job_.engine.RunServerList() == WaitOutcome::kStopped) return abort_.LeaveAborted(job_texts::kAborted28);
+  const double result = job_.engine.ReadResult();
+  job_.services.trace.User("  Returun value from 28 cmd : " + NumberText(result));
+  if (engine_results::EndsJobBeforeTransfer(result)) return FailServerList(result);
+  return std::nullopt;
+}
+
+void TransferRun::LaunchDatabaseManager() {
+  const JobServices& services = job_.services;
+  JobRun& run = job_.state.run;
+  Options& trace = services.trace.plain();
+  trace.WriteTrace("Launching OnduraSDBManager.exe ");
+  // The blanks inside the quotes are the manager's own form.
+  const std::string parameters = "\" " + services.installation.UserFolder() + "\\LDB\\ \"";
+  const std::string path = services.installation.ExeLocation + std::string{kDatabaseManager};
+  run.database_manager.emplace(
+      services.machine.processes,
+      services.helpers.LaunchHidden(path, parameters, services.installation.WorkingFolder(), 0));
+  trace.WriteTrace("Calling OnduraSDBManager with cmd : " + parameters);
+  trace.WriteTrace("hOnduraSDBManager : " + std::to_string(run.database_manager->handle()));
+  services.machine.pump.Pump();
+  run.lDBManagerPID = services.helpers.WhatsMyProcessID(run.database_manager->handle());
+  trace.WriteTrace("lDBManagerPID : " + std::to_string(run.lDBManagerPID));
+}
+
+// The status routine runs twice here but for a wrong password: first with the result, then without a special
+// text, and the last call's sentence stays.
+Leave TransferRun::FailServerList(double result) {
+  const JobServices& services = job_.services;
+  job_.keys.AddFailureDay();
+  if (engine_results::EndsSchedule(result)) return abort_.LeaveWithoutSchedule(result);
+  const bool wrong_password = result == engine_results::kWrongPassword;
+  if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
+  if (wrong_password) {
+    services.transfer.Trf_WriteUserProfile("password", "");
+    services.machine.desktop.ShowMessage(job_.state.run.new_password_text,
+                                         services.installation.ProductName + " failure", MessageIcon::kStop);
+  }
+  abort_.RecordFailure(FailureText(result, job_texts::kConnectionFailed, services.installation.ProductName));
+  if (!wrong_password) job_.end_status.WriteJobEndStatus(result);
+  job_.end_status.WriteJobEndStatus(1);
+  return static_cast<JobCode>(result);
+}
+
+TransferRun::Outcome TransferRun::Run() {
+  const auto leave = [](JobCode code) { return Outcome{Next::kLeave, code}; };
+  job_.services.trace.User(" [CALLING] API_ENTRY() ");
+  job_.state.run.start_time = job_.services.machine.clock.Now();
+  abnormal_ends_ = 0;
+  SettleShadowTempFolder();
+  ResetInputKeys();
+  bool use_compare_list = false;
+  if (const auto code = ChooseMethod(use_compare_list)) return leave(*code);
+  if (const auto code = abort_.TestForAbort(job_texts::kAborted28)) return leave(*code);
+  StartEngine();
+  if (use_compare_list) {
+    if (const auto code = PrepareInput()) return leave(*code);
+  }
+  job_.services.trace.plain().WriteTrace(
+      "Cheking user has aborted scheduled backup (After preparing CompareList Input)");
+  if (abort_.AbortAsked()) return leave(abort_.LeaveAfterInput(job_texts::kAbortedInput));
+  const std::string dll_status = job_.keys.Read("DLLStatus");
+  if (dll_status == "3" || dll_status.empty() || dll_status == "0") job_.keys.Write("DLLStatus", "4");
+  RewriteExcludedFiles();
+
+  TransferWait wait(job_, abort_);
+  const bool cut_off = wait.Run(*job_.state.run.engine) == TransferWait::End::kCutOff;
+  CleanUpAfterEngine();
+  if (cut_off) return leave(WrapUpHardStop());
+  const double result = ReadEndResult();
+  if (result == engine_results::kRunAgain) return {Next::kRunAgain, job_.state.run.code, result};
+  job_.state.run.end_time = job_.services.machine.clock.Now();
+  return BranchOnResult(result);
+}
+
+void TransferRun::SettleShadowTempFolder() {
+  const JobServices& services = job_.services;
+  const std::string base = services.transfer.Trf_ReadUserNameProfile("VSSTEMPPATH");
+  job_.state.run.shadow_temp_folder =
+      (base.empty() ? services.installation.VirtualPath : WithBackslash(base)) + "OxVSSTEMP";
+  services.trace.plain().WriteTrace(job_.state.run.shadow_temp_folder);
+  services.shadow_copy.CloseVSS();
+}
+
+void TransferRun::ResetInputKeys() {
+  job_.keys.Write("CompareListCount", "0");
+  job_.keys.Write("StatusCheckCount", "0");
+  job_.state.run.skipped_count = 0;
+  exclusions_.Load();
+}
+
+Leave TransferRun::ChooseMethod(bool& use_compare_list) {
+  Options& trace = job_.services.trace.plain();
+  const auto trace_method = [&](std::string_view label) {
+    trace.WriteTrace(std::string{label} + job_.services.transfer.Trf_ReadUserNameDBProfile("DB"));
+  };
+  trace_method("DB Val : ");
+  if (!UsesLocalDatabase()) {
+    use_compare_list = true;
+    trace.WriteTrace("Following Comparelist method for backup");
+  } else {
+    trace.WriteTrace("Following DB method for backup");
+    const auto ready = job_.services.local_database.CheckLDBStatus(job_.state.memory.RunFolderText);
+    if (ready == kLocalDatabaseAborted) return abort_.LeaveAborted("", AbortForms::Programs::kLeaveRunning);
+    trace_method("After LDBChecking DB Val : ");
+    use_compare_list = Trim(job_.services.transfer.Trf_ReadUserNameDBProfile("DB")) == "0";
+  }
+  // The method may have changed since the selection was due to be read; without it nothing would be backed
+  // up.
+  if (use_compare_list && !job_.state.run.items_read) ReadBackupSet();
+  return std::nullopt;
+}
+
+void TransferRun::StartEngine() {
+  JobRun& run = job_.state.run;
+  run.engine.emplace(job_.engine.StartTransfer());
+  compare_list_.RemoveOldInput();
+  run.lClsClientPID = job_.services.helpers.WhatsMyProcessID(run.engine->handle());
+  job_.services.trace.plain().WriteTrace("lClsClientPID : " + std::to_string(run.lClsClientPID));
+}
+
+Leave TransferRun::PrepareInput() {
+  job_.services.trace.User(" DB Failed so preparing comparelistinput for backup ");
+  if (compare_list_.Begin() == BuildStart::kReady) {
+    if (auto code = WalkItems()) return code;
+    compare_list_.Finish();
+  }
+  for (const SelectedItem& item : job_.state.run.items) {
+    job_.services.trace.User("  Selected path :  " + item.path);
+  }
+  job_.state.run.items.clear();
+  WriteInputKeys();
+  return std::nullopt;
+}
+
+Leave TransferRun::WalkItems() {
+  if (compare_list_.HasAutomaticSelection()) {
+    if (compare_list_.WalkFixedDrives() == WalkOutcome::kStopped) return abort_.LeaveFromWalk();
+    return std::nullopt;
+  }
+  for (const SelectedItem& item : job_.state.run.items) {
+    if (compare_list_.WalkItem(item) == WalkOutcome::kStopped || abort_.AbortAsked()) {
+      return abort_.LeaveFromWalk();
+    }
+  }
+  return std::nullopt;
+}
+
+void TransferRun::WriteInputKeys() {
+  const DisplaySize total = TotalDisplaySize(job_.services.machine, job_.services.installation).Read();
+  job_.keys.Write("CompareListCount", total.size_bytes < kLargeTotalBytes ? "0" : "2");
+  const auto parts = compare_list_.parts();
+  job_.keys.Write("StatusCheckCount", std::to_string(parts == 0 ? 1 : parts));
+  job_.state.run.skipped_count = compare_list_.skipped();
+  WriteSkippedCount();
+}
+
+void TransferRun::WriteSkippedCount() {
+  job_.keys.Write("SCount", std::to_string(job_.state.run.skipped_count));
+  job_.state.run.skipped_count = 0;
+}
+
+void TransferRun::RewriteExcludedFiles() {
+  for (const char* name : {"ToBackup.txt", "noToBackup.txt", "CompareListTrace.txt", "ExcludedFiles.txt"}) {
+    job_.services.machine.files.Remove(Path(name), Removal::kPlain);
+  }
+  std::string lines;
+  for (const std::string& path : exclusions_.Applied()) lines.append(path).append(kLineEnd);
+  text_files_.Write(Path("ExcludedFiles.txt"), lines, Encoding::kUtf16);
+}
+
+void TransferRun::CleanUpAfterEngine() {
+  const JobServices& services = job_.services;
+  services.progress.WriteTransferOver();
+  job_.keys.StampEnd();
+  services.machine.clock.Sleep(kAfterEngine);
+  const std::string& dump_folder = job_.state.run.dump_folder;
+  if (job_.engine.ReadResult() == engine_results::kDone && services.machine.folders.Exists(dump_folder)) {
+    services.machine.folders.Remove(dump_folder, Removal::kForce);
+  }
+  services.transfer.Trf_WriteUserNameRegistryProfile("Excluded", "0");
+  services.machine.files.Remove(Path("ExcludedFiles.txt"), Removal::kPlain);
+  exclusions_.Clear();
+}
+
+JobCode TransferRun::WrapUpHardStop() {
+  JobRun& run = job_.state.run;
+  job_.keys.ClearFailureDays();
+  job_.keys.WriteStatus("402");
+  job_.temp_folder.DeleteTempFolder();
+  run.result_text = job_texts::kHardStopResult;
+  job_.services.trace.User(std::string{job_texts::kHardStopTrace} + run.session_path);
+  FindSessionFile();
+  job_.keys.StampEnd();
+  job_.keys.Write("StatusMessageIndicaton", "1");
+  job_.end_status.WriteStatusText(job_texts::kHardStopStatus);
+  job_.end_status.WriteJobEndStatus(10);
+  abort_.RemoveShadowTempFolder();
+  job_.keys.ClearFailureDays();
+  return kJobStopped;
+}
+
+double TransferRun::ReadEndResult() {
+  const JobServices& services = job_.services;
+  const double result = job_.engine.ReadResult();
+  FindSessionFile();
+  services.machine.files.Remove(Path("DLLInput.txt"), Removal::kPlain);
+  services.machine.files.Remove(Path("DLLOutput.txt"), Removal::kPlain);
+  if (engine_results::IsConnectionTrouble(result)) services.machine.clock.Sleep(kAfterLostConnection);
+  if (result == engine_results::kEndedAbnormally) {
+    services.trace.User("  Backup engine abnormally terminated:  " + std::to_string(abnormal_ends_));
+    ++abnormal_ends_;
+  }
+  services.trace.User("  Returun value from API_ENTRY: " + NumberText(result));
+  abort_.RemoveShadowTempFolder();
+  services.machine.files.Remove(job_.temp_folder.GetTempFolderPath() + "\\MappedDriveInput.txt",
+                                Removal::kPlain);
+  job_.state.run.engine_status = static_cast<std::int64_t>(result);
+  return result;
+}
+
+void TransferRun::FindSessionFile() {
+  job_.state.run.session_path =
+      job_.services.session_log.FindLatestSessionFile(job_.services.session_log.Folder());
+}
+
+}  // namespace ondura

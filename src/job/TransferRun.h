@@ -1,0 +1,91 @@
+#pragma once
+
+#include <string>
+
+#include "backupset/CompareList.h"
+#include "backupset/Exclusions.h"
+#include "backupset/StopCheck.h"
+#include "backupset/selection.h"
+#include "job/AbortForms.h"
+#include "job/JobContext.h"
+#include "job/TransferWait.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+// The transfer itself: the engine's command 51 does the upload while the job prepares what it needs, watches
+// it and turns its result into the job's outcome.
+class TransferRun {
+ public:
+  TransferRun(JobContext& job, AbortForms& abort);
+
+  // Key `DB` stands for the local database method.
+  bool UsesLocalDatabase();
+
+  // The user's selection into the job's items.
+  void ReadBackupSet();
+
+  // Starts the database manager and runs command 28.
+  Leave StartLocalDatabase();
+
+  enum class Next { kWrapUp, kLeave, kRunAgain };
+  struct Outcome {
+    Next next = Next::kLeave;
+    JobCode code = kJobStopped;
+    double result = 0;
+  };
+
+  // From the shadow copy's folder to the branch of the engine's result.
+  Outcome Run();
+
+  // `SCount` := the skipped items, whose count begins anew.
+  void WriteSkippedCount();
+
+ private:
+  // Before the engine runs.
+  void LaunchDatabaseManager();
+  Leave FailServerList(double result);
+  void SettleShadowTempFolder();
+  void ResetInputKeys();
+  Leave ChooseMethod(bool& use_compare_list);
+
+  // While it runs.
+  void StartEngine();
+  Leave PrepareInput();
+  Leave WalkItems();
+  void WriteInputKeys();
+  void RewriteExcludedFiles();
+
+  // When it has ended.
+  void CleanUpAfterEngine();
+  JobCode WrapUpHardStop();
+  double ReadEndResult();
+  Outcome BranchOnResult(double result);
+
+  // The branches of its result (transfer_results.cpp).
+  JobCode EndUnconnected(double result);
+  JobCode EndLocked(double result);
+  JobCode EndRunningElsewhere(double result);
+  JobCode EndExcluded(double result);
+  JobCode EndWithFailureFile(double result, std::string_view text);
+  JobCode EndNothingNew(double result);
+  JobCode EndOfRow(double result, std::string_view trace_text, JobCode code);
+  void TakeDone();
+  void TakeUpToDate();
+  void TakeCancelled(double result);
+  void TakeOther(double result);
+  std::string SelectionText();
+  void FindSessionFile();
+  std::string Path(std::string_view name) const { return job_.services.installation.UserFile(name); }
+
+  JobContext& job_;
+  AbortForms& abort_;
+  TextFiles text_files_;
+  Selection selection_;
+  Exclusions exclusions_;
+  StatusStopCheck stop_;
+  CompareList compare_list_;
+  int abnormal_ends_ = 0;
+};
+
+}  // namespace ondura

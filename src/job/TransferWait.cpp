@@ -1,0 +1,91 @@
+#include "job/TransferWait.h"
+
+#include <chrono>
+
+#include "util/date_text.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kTransferPause{1000};
+constexpr int kCancelPassesGranted = 3;
+constexpr int kHardStopPassesGranted = 20;
+// No window, so that a process is ended by its id.
+constexpr WindowHandle kNoWindow = 1;
+constexpr std::size_t kTimeTextRest = 6;
+
+}  // namespace
+
+std::optional<std::string> HourMinuteText(std::string_view date_and_time) {
+  const auto blank = date_and_time.find(' ');
+  const std::string_view time =
+      blank == std::string_view::npos ? date_and_time : date_and_time.substr(blank + 1);
+  const auto colon = time.find(':');
+  if (colon == std::string_view::npos || time.size() < kTimeTextRest) return std::nullopt;
+  return std::string{time.substr(0, colon)}.append(time.substr(colon + 1, time.size() - kTimeTextRest));
+}
+
+TransferWait::End TransferWait::Run(ProcessWatch& engine) {
+  while (!engine.EndedWithin(kProcessPass)) {
+    job_.services.machine.pump.Pump();
+    job_.services.machine.clock.Sleep(kTransferPause);
+    TestCancel();
+    TestHardStop();
+  }
+  return hardStopped_ ? End::kCutOff : End::kByItself;
+}
+
+void TransferWait::TestCancel() {
+  if (job_.services.transfer.Trf_ReadOutputValue("BackupStatus", "Cancel") != 1) return;
+  job_.services.machine.pump.Pump();
+  job_.services.machine.clock.Sleep(kTransferPause);
+  if (++cancelPasses_ <= kCancelPassesGranted) return;
+  abort_.EndPrograms();
+  job_.keys.WriteKilled();
+  cancelPasses_ = 0;
+}
+
+// A job that runs past the ten minutes of the cut-off time is not stopped, and one that starts within them
+// is stopped at its next pass.
+void TransferWait::TestHardStop() {
+  const ProfileStore& store = job_.services.store;
+  if (store.ReadSharedRegistryValue("StopSchedule") != "1") return;
+  const auto stop = HourMinuteText(store.ReadSharedRegistryValue("StopScheduleTime"));
+  const auto now = HourMinuteText(FormatDate(kStampPicture, job_.services.machine.clock.Now()));
+  if (!stop || !now) return;
+  if (*now == *stop) {
+    StopHard("strEndTime = strCurrentTime Aborting the scheduled backup job hard stop time reached ");
+    if (hardStopPasses_ > kHardStopPassesGranted) EndByHardStop();
+    return;
+  }
+  const auto stop_number = ParseNumber(*stop);
+  const auto now_number = ParseNumber(*now);
+  if (!stop_number || !now_number || *now_number <= *stop_number) return;
+  if (WithoutLast(*now) != WithoutLast(*stop)) return;
+  StopHard("Aborting the scheduled backup job hard stop time reached ");
+  job_.services.trace.plain().WriteTrace("Hard stop value :" + job_.keys.Read("Status"));
+  if (hardStopPasses_ > kHardStopPassesGranted) {
+    job_.services.trace.plain().WriteTrace("kill exes as hard stop time reached");
+    EndByHardStop();
+  }
+}
+
+void TransferWait::StopHard(std::string_view trace_text) {
+  hardStopped_ = true;
+  job_.services.trace.plain().WriteTrace(trace_text);
+  job_.keys.WriteStatus("10");
+  ++hardStopPasses_;
+}
+
+void TransferWait::EndByHardStop() {
+  abort_.EndDatabaseManager();
+  job_.services.helpers.ProcessTerminate(job_.state.run.lClsClientPID, kNoWindow);
+  job_.keys.WriteStatus("0");
+  job_.keys.Write("ProgStatus", "0");
+}
+
+}  // namespace ondura
