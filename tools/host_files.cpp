@@ -1,0 +1,99 @@
+#include "host_files.h"
+
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "failure.h"
+#include "platform/portable/code_page_table.h"
+#include "platform/portable/ini_text.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ReadHostFile(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+struct DriveMapping {
+  std::string letter;
+  std::string folder;
+};
+
+DriveMapping ParseDrive(const std::string& text) {
+  const bool well_formed =
+      text.size() > 2 && std::isalpha(static_cast<unsigned char>(text[0])) != 0 && text[1] == '=';
+  if (!well_formed) {
+    throw Failure(Exit::kUsage,
+                  "--drive: '" + text + "' should be a letter and a folder, such as D=/srv/data");
+  }
+  std::string letter = ToUpper(text.substr(0, 1));
+  if (letter == "C")
+    throw Failure(Exit::kUsage, "--drive: C is the machine's own drive; choose another letter");
+  std::error_code error;
+  const fs::path folder = fs::absolute(text.substr(2), error);
+  if (!fs::is_directory(folder, error)) {
+    throw Failure(Exit::kUsage, "--drive: there is no folder '" + text.substr(2) + "'");
+  }
+  return {std::move(letter), folder.string()};
+}
+
+void WriteDrives(const fs::path& file, const std::vector<DriveMapping>& drives) {
+  const CodePageTable code_page;
+  IniText ini(ReadHostFile(file), code_page);
+  for (const auto& drive : drives) ini.Set("Drives", drive.letter, drive.folder);
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out << ini.bytes();
+  out.close();
+  if (!out) throw Failure(Exit::kFailed, "can't write '" + file.string() + "'");
+}
+
+// The entry of `folder` with that name in any letter case, or the name as it stands.
+fs::path Entry(const fs::path& folder, std::string_view name) {
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(folder, error)) {
+    if (EqualsIgnoringCase(entry.path().filename().string(), name)) return entry.path();
+  }
+  return folder / name;
+}
+
+}  // namespace
+
+void PrepareRoot(const std::string& root, const std::vector<std::string>& drives, bool force) {
+  if (root.empty())
+    throw Failure(Exit::kUsage, "where? Name the machine's folder with --root DIR or in ONDURA_ROOT");
+  std::vector<DriveMapping> mappings;
+  mappings.reserve(drives.size());
+  for (const auto& drive : drives) mappings.push_back(ParseDrive(drive));
+
+  const fs::path folder(root);
+  std::error_code error;
+  if (fs::exists(folder / "machine.ini", error) && !force) {
+    throw Failure(Exit::kFailed, "'" + root + "' holds a machine already; --force rewrites its files");
+  }
+  fs::create_directories(folder / "C", error);
+  if (error) throw Failure(Exit::kFailed, "can't make '" + root + "': " + error.message());
+  WriteDrives(folder / "machine.ini", mappings);
+}
+
+void InstallProgram(const std::string& from, const std::string& root, std::string_view path) {
+  fs::path target = Entry(root, "C");
+  for (const auto& part : Split(path.substr(3), "\\")) {
+    if (!part.empty()) target = Entry(target, part);
+  }
+  std::error_code error;
+  fs::copy_file(from, target, fs::copy_options::overwrite_existing, error);
+  if (!error) fs::permissions(target, fs::perms::owner_exec, fs::perm_options::add, error);
+  if (error)
+    throw Failure(Exit::kFailed,
+                  "can't copy '" + from + "' to '" + target.string() + "': " + error.message());
+}
+
+}  // namespace ondura

@@ -1,0 +1,137 @@
+#include "machine_setup.h"
+
+#include <cctype>
+#include <iostream>
+#include <random>
+#include <utility>
+
+#include "failure.h"
+#include "host_files.h"
+#include "opened_machine.h"
+#include "profile/ProductConfiguration.h"
+#include "profile/profile_paths.h"
+#include "util/text.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr std::string_view kDatabaseManagerExe = "OnduraSDBManager.exe";
+
+// Makes a folder with those above it.
+void MakeFolders(const Machine& machine, const std::string& folder) {
+  for (auto end = folder.find('\\', 3); end != std::string::npos; end = folder.find('\\', end + 1)) {
+    const std::string part = folder.substr(0, end);
+    if (!machine.folders.Exists(part) && !machine.folders.Make(part)) {
+      throw Failure(Exit::kFailed, "can't make the folder '" + part + "' of the machine; look at its rights");
+    }
+  }
+}
+
+void WriteValue(const Machine& machine, const IniKey& key, std::string_view value) {
+  if (!machine.profiles.WriteString(key, value)) {
+    throw Failure(Exit::kFailed,
+                  "can't write '" + std::string{key.file} + "' of the machine; look at its rights");
+  }
+}
+
+std::string RandomDigits() {
+  std::random_device random;
+  std::string digits;
+  for (int i = 0; i < 10; ++i) digits += static_cast<char>('0' + random() % 10);
+  return digits;
+}
+
+void WriteConfiguration(const Machine& machine, Installation& installation, const MachinePlan& plan) {
+  const ProductConfiguration configuration(machine, installation);
+  const std::string file = installation.DataFile("Configuration.ini");
+  const auto write = [&](std::string_view section, std::string_view key, std::string_view value) {
+    const std::string stored_key = configuration.StoredForm(key);
+    WriteValue(machine, {file, section, stored_key}, configuration.StoredForm(value));
+  };
+  write("ProductInfo", "ProductNumber", std::to_string(plan.product_number));
+  write("ProductInfo", "ProductName", plan.name);
+  write("ProductInfo", "ProductInstallationName", plan.installation_name);
+  write("ProductInfo", "ExeGroup", plan.exe_group);
+  write("ProductInfo", "ProductCaption", plan.caption);
+  write("ProductInfo", "Language", plan.language);
+  write("ConnectionInfo", "DomainName", plan.domain);
+}
+
+void WriteDeployment(const Machine& machine, const Installation& installation, const MachinePlan& plan) {
+  const std::string file = installation.ExeLocation + "Deployment.ini";
+  WriteValue(machine, {file, "Deployment", "PrimaryServer"}, plan.primary_server);
+  WriteValue(machine, {file, "Deployment", "SecondaryServer"}, plan.secondary_server);
+  WriteValue(machine, {file, "Deployment", "NotificationHost"}, plan.notification_host);
+}
+
+// The service starts in charge and idle, so that its first tick does not wait for a twin.
+void WriteSharedState(const Machine& machine, const Installation& installation, const MachinePlan& plan) {
+  const std::string file = SharedStatePath(installation);
+  WriteValue(machine, {file, "Registry", "OnduraE client"}, installation.ExeLocation);
+  const std::string random_key = plan.installation_name + " client system random number";
+  if (machine.profiles.ReadString({file, "Registry", random_key}).empty()) {
+    WriteValue(machine, {file, "Registry", random_key}, RandomDigits());
+  }
+  WriteValue(machine, {file, "Tolmera", "Standard"}, "0");
+  WriteValue(machine, {file, "Tolmera", "Started"}, "0");
+  if (!TextFiles(machine.files, machine.code_page)
+           .CreateMissing(installation.DataFile("userlist.ini"), Encoding::kCodePage)) {
+    throw Failure(Exit::kFailed,
+                  "can't write the user list of the machine; look at the rights of its data folder");
+  }
+}
+
+void CopyPrograms(const Globals& globals, const Installation& installation, const MachinePlan& plan) {
+  const auto copy = [&](const std::string& from, const std::string& name) {
+    if (!from.empty()) InstallProgram(from, globals.root, installation.ExeLocation + name);
+  };
+  copy(plan.engine, installation.ClientExe);
+  copy(plan.scanner, installation.ExeGroup + "Scan.exe");
+  copy(plan.database_manager, std::string{kDatabaseManagerExe});
+}
+
+// A folder of the machine, with one kind of slash and a backslash at its end.
+std::string MachineFolder(const std::string& path, const char* option) {
+  const std::string folder = WithBackslash(ReplaceAll(path, "/", "\\"));
+  const bool has_drive = folder.size() >= 3 && std::isalpha(static_cast<unsigned char>(folder[0])) != 0 &&
+                         folder.substr(1, 2) == ":\\";
+  if (!has_drive) {
+    throw Failure(Exit::kUsage,
+                  std::string{option} + ": '" + path +
+                      "' is no folder of the machine; give it with its drive, such as C:\\Data\\");
+  }
+  return folder;
+}
+
+}  // namespace
+
+void SetUpMachine(const Globals& globals, const MachinePlan& plan) {
+  Installation installation;
+  installation.ExeLocation = MachineFolder(globals.install, "--install");
+  installation.VirtualPath = MachineFolder(plan.data_folder, "--data");
+  if (Trim(plan.name).empty() || Trim(plan.installation_name).empty()) {
+    throw Failure(Exit::kUsage, "--name and --installation-name must not be empty");
+  }
+  PrepareRoot(globals.root, plan.drives, plan.force);
+
+  const auto owner = OpenMachineFolder(globals);
+  const Machine& machine = owner->machine();
+  MakeFolders(machine, installation.ExeLocation);
+  MakeFolders(machine, installation.VirtualPath);
+  WriteValue(machine, {InstallPointerPath(installation), "Registry", "VirtualPath"},
+             installation.VirtualPath);
+  WriteConfiguration(machine, installation, plan);
+  WriteDeployment(machine, installation, plan);
+  WriteSharedState(machine, installation, plan);
+  if (!ProductConfiguration(machine, installation).LoadProductConfiguration()) {
+    throw Failure(Exit::kFailed,
+                  "the configuration does not read back; choose names within the machine's code page");
+  }
+  CopyPrograms(globals, installation, plan);
+  std::cout << "The machine is in " << globals.root << ". Next: ondura --root '" << globals.root
+            << "' user add NAME\n";
+}
+
+}  // namespace ondura

@@ -1,0 +1,66 @@
+// The tool for people: sets a machine up, tells it what to back up and when, and shows how that went.
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "commands.h"
+#include "failure.h"
+
+namespace {
+
+using ondura::Exit;
+
+int Leave(Exit exit) { return static_cast<int>(exit); }
+
+int Run(int argc, char** argv) {
+  ondura::Globals globals;
+  CLI::App app{"Sets up and watches scheduled backups on a machine kept in a folder.", "ondura"};
+  app.set_version_flag("--version", "ondura " ONDURA_VERSION);
+  app.add_option("--root", globals.root, "The machine's folder")->envname("ONDURA_ROOT")->type_name("DIR");
+  app.add_option("--install", globals.install, "The install folder as the machine sees it")
+      ->type_name("PATH")
+      ->capture_default_str();
+  app.require_subcommand(1);
+  app.fallthrough();
+  app.footer(
+      "Example:\n"
+      "  ondura --root /srv/machine init --engine ./engine\n"
+      "  ondura --root /srv/machine user add ann\n"
+      "  ondura --root /srv/machine select ann 'C:\\Users\\ann\\Documents'\n"
+      "  ondura --root /srv/machine schedule add ann --at '2026-11-14 12:30' --repeat daily\n"
+      "  ondura --root /srv/machine status\n"
+      "Exit codes: 0 done, 1 not there or not possible, 2 wrong usage or no machine folder.");
+  AddInitCommand(app, globals);
+  AddUserCommand(app, globals);
+  AddSetCommand(app, globals);
+  AddGetCommand(app, globals);
+  AddScheduleCommand(app, globals);
+  AddSelectCommand(app, globals);
+  AddExcludeCommand(app, globals);
+  AddStatusCommand(app, globals);
+  AddLogCommand(app, globals);
+  try {
+    app.parse(argc, argv);
+    std::cout.flush();
+    if (!std::cout)
+      throw ondura::Failure(Exit::kFailed, "the output could not be written; look at where it goes");
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? Leave(Exit::kDone) : Leave(Exit::kUsage);
+  }
+  return Leave(Exit::kDone);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const ondura::Failure& failure) {
+    std::cerr << "ondura: " << failure.what() << "\n";
+    return Leave(failure.exit());
+  } catch (const std::exception& error) {
+    std::cerr << "ondura: " << error.what() << "\n";
+    return Leave(Exit::kFailed);
+  }
+}

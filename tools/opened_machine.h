@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "commands.h"
+#include "platform/machine.h"
+#include "platform/posix/posix_machine.h"
+#include "profile/Installation.h"
+#include "profile_keys.h"
+
+namespace ondura {
+
+// A machine folder that was set up before, with its product configuration read.
+class OpenedMachine {
+ public:
+  // Throws Failure (kUsage) where there is no such folder or no configured machine in it.
+  explicit OpenedMachine(const Globals& globals);
+
+  [[nodiscard]] const Machine& machine() const { return owner_->machine(); }
+  [[nodiscard]] const Installation& installation() const { return installation_; }
+  [[nodiscard]] const ProfileKeys& keys() const { return *keys_; }
+
+  // The names of the user list, in its order, without empty ones.
+  [[nodiscard]] std::vector<std::string> Users() const;
+
+  // Makes the named user the current one, in the spelling of the user list. Throws Failure (kFailed) where
+  // there is none.
+  void Serve(std::string_view user);
+
+  // The same for one who is not in the list yet.
+  void ServeNew(const std::string& user) { installation_.CurrentUser = user; }
+
+ private:
+  std::unique_ptr<PosixMachine> owner_;
+  Installation installation_;
+  std::unique_ptr<ProfileKeys> keys_;
+};
+
+// The machine of an existing folder. Throws Failure (kUsage) where it can't be had.
+std::unique_ptr<PosixMachine> OpenMachineFolder(const Globals& globals);
+
+}  // namespace ondura

@@ -1,0 +1,174 @@
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "failure.h"
+#include "opened_machine.h"
+#include "schedule/record_dates.h"
+#include "schedule_file.h"
+#include "schedule_plan.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+struct ScheduleRequest {
+  std::string user;
+  SchedulePlan plan;
+  bool replace = false;
+  std::size_t number = 0;
+  bool all = false;
+  bool as_json = false;
+};
+
+ScheduleFile Load(const OpenedMachine& opened) {
+  return {opened.machine(), opened.installation().UserFile(kScheduleFileName)};
+}
+
+// For a change: not while a job runs, which reads the file and will write it.
+ScheduleFile LoadForChange(const OpenedMachine& opened) {
+  ScheduleFile file = Load(opened);
+  const std::string& user = opened.installation().CurrentUser;
+  if (file.IsRunning()) {
+    throw Failure(Exit::kFailed, "a " + KindWord(file.HeaderWord()) + " job of " + user +
+                                     " is running; change the schedule when it is over");
+  }
+  if (file.BrokenLines() > 0) {
+    std::cerr << "ondura: warning: " << file.BrokenLines()
+              << " line(s) of the schedule file were no records and are "
+              << "left out\n";
+  }
+  return file;
+}
+
+void Save(const ScheduleFile& file) {
+  if (!file.Save())
+    throw Failure(Exit::kFailed, "can't write the schedule file; look at the rights of the user's folder");
+}
+
+void AddSchedule(const Globals& globals, const ScheduleRequest& request) {
+  OpenedMachine opened(globals);
+  opened.Serve(request.user);
+  const LocalTime now = opened.machine().clock.Now();
+  const ScheduleRecord record = RecordOf(request.plan, now);
+  ScheduleFile file = LoadForChange(opened);
+  const auto records = file.Records();
+  const auto same = std::ranges::find(records, record.recordno, &ScheduleRecord::recordno);
+  if (same != records.end()) {
+    if (!request.replace) {
+      throw Failure(Exit::kFailed, opened.installation().CurrentUser + " has a " + request.plan.kind +
+                                       " schedule already; --replace takes its place");
+    }
+    file.Remove(static_cast<std::size_t>(same - records.begin()));
+  }
+  file.Add(record);
+  Save(file);
+  std::cout << "Next " << request.plan.kind << " backup of " << opened.installation().CurrentUser << ": "
+            << TimeWord(record.sortkey) << " (" << RepeatWord(record) << ")\n";
+  if (record.sortkey < SortKeyOf(now)) {
+    std::cerr
+        << "ondura: warning: that is in the past; the service counts it as missed once it is late, unless "
+           "STARTMISSEDSCH is 1\n";
+  }
+}
+
+void RemoveSchedule(const Globals& globals, const ScheduleRequest& request) {
+  if (request.all == (request.number > 0)) {
+    throw Failure(Exit::kUsage, "which one? Give its number from 'ondura schedule list', or --all");
+  }
+  OpenedMachine opened(globals);
+  opened.Serve(request.user);
+  ScheduleFile file = LoadForChange(opened);
+  if (request.all) {
+    file.Clear();
+  } else if (request.number <= file.Records().size()) {
+    file.Remove(request.number - 1);
+  } else {
+    throw Failure(Exit::kFailed, "there is no schedule " + std::to_string(request.number) +
+                                     "; 'ondura schedule list " + request.user + "' shows what there is");
+  }
+  Save(file);
+}
+
+nlohmann::ordered_json AsJson(std::size_t number, const ScheduleRecord& record) {
+  return {{"number", number},
+          {"kind", KindWord(record.recordno)},
+          {"name", record.schname},
+          {"next", TimeWord(record.sortkey)},
+          {"repeat", RepeatWord(record)},
+          {"mail", record.mailids.empty() ? std::vector<std::string>{} : Split(record.mailids, ";")},
+          {"mail_when", MailWord(record)}};
+}
+
+void ListSchedules(const Globals& globals, const ScheduleRequest& request) {
+  OpenedMachine opened(globals);
+  opened.Serve(request.user);
+  const auto records = Load(opened).Records();
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (std::size_t i = 0; i < records.size(); ++i) list.push_back(AsJson(i + 1, records[i]));
+  if (request.as_json) {
+    std::cout << list.dump(2) << "\n";
+    return;
+  }
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    const ScheduleRecord& record = records[i];
+    std::cout << i + 1 << "  " << TimeWord(record.sortkey) << "  " << KindWord(record.recordno) << "  "
+              << RepeatWord(record) << "  mail: " << MailWord(record) << "  " << record.schname << "\n";
+  }
+}
+
+void AddAddCommand(CLI::App& schedule, const Globals& globals) {
+  auto& add = *schedule.add_subcommand("add", "Adds a schedule; a user has one for each kind of backup");
+  auto request = std::make_shared<ScheduleRequest>();
+  SchedulePlan& plan = request->plan;
+  add.add_option("USER", request->user, "A user of the machine")->required();
+  add.add_option("--at", plan.at, "First time, in the machine's local time, or now")
+      ->required()
+      ->type_name("'YYYY-MM-DD HH:MM'");
+  add.add_option("--repeat", plan.repeat, "once, daily, monthly or days such as weekly:mon,wed")
+      ->capture_default_str();
+  add.add_option("--kind", plan.kind, "files, sql, system-state, exchange or mailbox")->capture_default_str();
+  add.add_option("--mail", plan.mail, "Address to notify; repeatable")->allow_extra_args(false);
+  add.add_option("--mail-when", plan.mail_when, "never, failure or always")->capture_default_str();
+  add.add_option("--name", plan.name, "A name to know the schedule by");
+  add.add_flag("--replace", request->replace, "Take the place of the schedule of the same kind");
+  add.footer(
+      "Example: ondura schedule add ann --at '2026-11-16 22:00' --repeat weekly:mon,thu --mail "
+      "ann@example.com");
+  add.callback([&globals, request] { AddSchedule(globals, *request); });
+}
+
+void AddListCommand(CLI::App& schedule, const Globals& globals) {
+  auto& list = *schedule.add_subcommand("list", "Lists a user's schedules with their numbers");
+  auto request = std::make_shared<ScheduleRequest>();
+  list.add_option("USER", request->user, "A user of the machine")->required();
+  list.add_flag("--json", request->as_json, "As a JSON array");
+  list.footer("Example: ondura schedule list ann");
+  list.callback([&globals, request] { ListSchedules(globals, *request); });
+}
+
+void AddRemoveCommand(CLI::App& schedule, const Globals& globals) {
+  auto& remove = *schedule.add_subcommand("remove", "Removes a schedule");
+  auto request = std::make_shared<ScheduleRequest>();
+  remove.add_option("USER", request->user, "A user of the machine")->required();
+  remove.add_option("NUMBER", request->number, "Its number in the list")->check(CLI::PositiveNumber);
+  remove.add_flag("--all", request->all, "Remove all of the user's schedules");
+  remove.footer("Example: ondura schedule remove ann 1");
+  remove.callback([&globals, request] { RemoveSchedule(globals, *request); });
+}
+
+}  // namespace
+
+void AddScheduleCommand(CLI::App& app, const Globals& globals) {
+  auto& schedule = *app.add_subcommand("schedule", "Says when a user's backups run");
+  schedule.require_subcommand(1)->fallthrough();
+  schedule.footer("Example: ondura schedule add ann --at '2026-11-14 12:30' --repeat daily");
+  AddAddCommand(schedule, globals);
+  AddListCommand(schedule, globals);
+  AddRemoveCommand(schedule, globals);
+}
+
+}  // namespace ondura

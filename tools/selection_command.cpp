@@ -1,0 +1,144 @@
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "failure.h"
+#include "opened_machine.h"
+#include "selection_list.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr std::string_view kSelected = "atbkupfolderlist.txt";
+constexpr std::string_view kExcludedFolders = "atbkupExcludelist.txt";
+constexpr std::string_view kExcludedFiles = "atbkupExcludeFilePath.txt";
+constexpr std::string_view kEveryDrive = "My Computer";
+
+struct PathsRequest {
+  std::string user;
+  std::vector<std::string> paths;
+  bool list = false;
+  bool remove = false;
+  bool as_json = false;
+};
+
+// Files and folders go to lists of their own, or both to the same.
+struct Lists {
+  SelectionList folders;
+  SelectionList files;
+  bool are_one = false;
+
+  SelectionList& For(bool is_folder) { return is_folder || are_one ? folders : files; }
+};
+
+Lists SelectedLists(const OpenedMachine& opened) {
+  const SelectionList list(opened.machine(), opened.installation().UserFile(kSelected));
+  return {list, list, true};
+}
+
+Lists ExcludedLists(const OpenedMachine& opened) {
+  return {SelectionList(opened.machine(), opened.installation().UserFile(kExcludedFolders)),
+          SelectionList(opened.machine(), opened.installation().UserFile(kExcludedFiles)), false};
+}
+
+using OpenLists = Lists (*)(const OpenedMachine&);
+
+struct PathOnMachine {
+  std::string text;
+  bool is_folder = false;
+};
+
+// The path in its own letter case; a folder ends in a backslash, as the size calculation wants it.
+PathOnMachine FindPath(const Machine& machine, const std::string& path) {
+  const std::string plain = ReplaceAll(path, "/", "\\");
+  const bool is_folder = machine.folders.Exists(plain);
+  if (!is_folder && !machine.files.Exists(plain)) {
+    throw Failure(Exit::kFailed, "there is nothing at '" + path +
+                                     "'; give a path as the machine sees it, such as D:\\Documents");
+  }
+  const std::string found = machine.drives.LongPath(plain);
+  const std::string text = found.empty() ? plain : found;
+  return {is_folder ? WithBackslash(text) : text, is_folder};
+}
+
+void AddPaths(const Machine& machine, Lists& lists, const std::vector<std::string>& paths) {
+  std::vector<PathOnMachine> found;
+  for (const auto& path : paths) {
+    const bool is_keyword = lists.are_one && path == kEveryDrive;
+    found.push_back(is_keyword ? PathOnMachine{path, false} : FindPath(machine, path));
+  }
+  for (const auto& path : found) {
+    if (!lists.For(path.is_folder).Add(path.text))
+      std::cerr << "ondura: " << path.text << " is in the list already\n";
+  }
+}
+
+void RemovePaths(Lists& lists, const std::vector<std::string>& paths) {
+  for (const auto& path : paths) {
+    const std::string plain = ReplaceAll(path, "/", "\\");
+    const bool removed = lists.For(true).Remove(plain) || lists.For(false).Remove(plain);
+    if (!removed) throw Failure(Exit::kFailed, "'" + path + "' is not in the list; --list shows it");
+  }
+}
+
+void Print(const Lists& lists, bool as_json) {
+  auto entries = lists.folders.Entries();
+  if (!lists.are_one)
+    entries.insert(entries.end(), lists.files.Entries().begin(), lists.files.Entries().end());
+  if (as_json) {
+    std::cout << nlohmann::json(entries).dump(2) << "\n";
+    return;
+  }
+  for (const auto& entry : entries) std::cout << entry << "\n";
+}
+
+void ChangePaths(const Globals& globals, const PathsRequest& request, OpenLists open) {
+  if (request.list != request.paths.empty()) {
+    throw Failure(Exit::kUsage, "give paths to add, paths behind --remove, or --list alone");
+  }
+  OpenedMachine opened(globals);
+  opened.Serve(request.user);
+  Lists lists = open(opened);
+  if (request.list) {
+    Print(lists, request.as_json);
+    return;
+  }
+  if (request.remove) {
+    RemovePaths(lists, request.paths);
+  } else {
+    AddPaths(opened.machine(), lists, request.paths);
+  }
+  if (!lists.folders.Save() || (!lists.are_one && !lists.files.Save())) {
+    throw Failure(Exit::kFailed, "can't write the list; look at the rights of the user's folder");
+  }
+}
+
+void AddPathsCommand(CLI::App& command, const Globals& globals, OpenLists open) {
+  auto request = std::make_shared<PathsRequest>();
+  command.add_option("USER", request->user, "A user of the machine")->required();
+  command.add_option("PATH", request->paths, "Files and folders as the machine sees them");
+  command.add_flag("--list", request->list, "Show the list");
+  command.add_flag("--remove", request->remove, "Take the paths off the list");
+  command.add_flag("--json", request->as_json, "With --list: as a JSON array");
+  command.callback([&globals, request, open] { ChangePaths(globals, *request, open); });
+}
+
+}  // namespace
+
+void AddSelectCommand(CLI::App& app, const Globals& globals) {
+  auto& select = *app.add_subcommand("select", "Chooses the files and folders that a user's backups hold");
+  select.footer(
+      "'My Computer' stands for every drive.\nExample: ondura select ann 'D:\\Documents' 'D:\\notes.txt'");
+  AddPathsCommand(select, globals, SelectedLists);
+}
+
+void AddExcludeCommand(CLI::App& app, const Globals& globals) {
+  auto& exclude = *app.add_subcommand("exclude", "Leaves files and folders out of a user's backups");
+  exclude.footer("Example: ondura exclude ann 'D:\\Documents\\Cache'");
+  AddPathsCommand(exclude, globals, ExcludedLists);
+}
+
+}  // namespace ondura

@@ -1,0 +1,113 @@
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "profile/Transfer.h"
+#include "reporting/progress.h"
+#include "user_status.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+struct StatusRequest {
+  std::string user;
+  bool as_json = false;
+};
+
+nlohmann::ordered_json AsJson(const UserStatus& status) {
+  nlohmann::ordered_json json = {{"user", status.user}, {"state", status.state}, {"words", status.words}};
+  json["last_result"] = nullptr;
+  if (status.last_result) {
+    json["last_result"] = {{"code", status.last_result->code}, {"words", status.last_result->words}};
+  }
+  json["last_end"] = status.last_end;
+  json["sentence"] = status.sentence;
+  json["failures_in_a_row"] = status.failures_in_a_row;
+  json["disabled"] = status.is_disabled;
+  json["next"] = nullptr;
+  if (status.next) json["next"] = {{"time", status.next->time}, {"kind", status.next->kind}};
+  json["quota"] = nullptr;
+  if (status.quota) json["quota"] = {{"used", status.quota->used_bytes}, {"max", status.quota->max_bytes}};
+  json["progress"] = nlohmann::ordered_json::object();
+  for (const auto& [figure, value] : status.progress) json["progress"][figure] = value;
+  return json;
+}
+
+std::string QuotaText(const OpenedMachine& opened, const Quota& quota) {
+  Transfer transfer(opened.machine(), opened.installation());
+  Progress progress(opened.machine(), opened.installation(), transfer);
+  const auto size = [&](const std::string& bytes) {
+    const auto number = ParseNumber(bytes);
+    return number ? progress.GetProperSizeValue(*number) : "?";
+  };
+  if (quota.max_bytes == "1") return size(quota.used_bytes) + " used, a gigabyte is left";
+  return size(quota.used_bytes) + " of " + size(quota.max_bytes) + " used";
+}
+
+void PrintLine(const std::string& name, const std::string& text) {
+  if (!text.empty()) std::cout << "  " << name << std::string(10 - name.size(), ' ') << text << "\n";
+}
+
+std::string LastJobText(const UserStatus& status) {
+  if (!status.last_result) return status.last_end.empty() ? "" : "ended " + status.last_end;
+  const std::string result =
+      status.last_result->words + " (" + std::to_string(status.last_result->code) + ")";
+  return status.last_end.empty() ? result : result + ", ended " + status.last_end;
+}
+
+std::string NextText(const UserStatus& status) {
+  if (!status.next) return "no schedule";
+  return status.next->time + ", " + status.next->kind +
+         (status.is_disabled ? " (schedules are switched off)" : "");
+}
+
+void Print(const OpenedMachine& opened, const UserStatus& status) {
+  std::cout << status.user << "\n";
+  PrintLine("state", status.words);
+  for (const auto& [figure, value] : status.progress) PrintLine("", figure + ": " + value);
+  PrintLine("last job", LastJobText(status));
+  PrintLine("says", status.sentence);
+  if (status.failures_in_a_row > 0)
+    PrintLine("failures", std::to_string(status.failures_in_a_row) + " in a row");
+  PrintLine("next", NextText(status));
+  if (status.quota) PrintLine("quota", QuotaText(opened, *status.quota));
+}
+
+void ShowStatus(const Globals& globals, const StatusRequest& request) {
+  OpenedMachine opened(globals);
+  const auto users = request.user.empty() ? opened.Users() : std::vector<std::string>{request.user};
+  const std::string in_charge = opened.keys().Read("Standard") == "1" ? "twin" : "service";
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const auto& user : users) {
+    opened.Serve(user);
+    const UserStatus status = ReadUserStatus(opened);
+    if (request.as_json) {
+      list.push_back(AsJson(status));
+    } else {
+      Print(opened, status);
+    }
+  }
+  if (request.as_json) {
+    const nlohmann::ordered_json all = {{"in_charge", in_charge}, {"users", list}};
+    std::cout << all.dump(2) << "\n";
+  } else if (users.empty()) {
+    std::cout << "There are no users; add one with: ondura user add NAME\n";
+  }
+}
+
+}  // namespace
+
+void AddStatusCommand(CLI::App& app, const Globals& globals) {
+  auto& status =
+      *app.add_subcommand("status", "Says what each user's backup is doing, how it ended and what is next");
+  auto request = std::make_shared<StatusRequest>();
+  status.add_option("USER", request->user, "Only this user");
+  status.add_flag("--json", request->as_json, "As a JSON object");
+  status.footer("Example: ondura status ann");
+  status.callback([&globals, request] { ShowStatus(globals, *request); });
+}
+
+}  // namespace ondura

@@ -1,0 +1,94 @@
+#include "user_status.h"
+
+#include <algorithm>
+#include <array>
+
+#include "result_words.h"
+#include "schedule_file.h"
+#include "schedule_plan.h"
+#include "util/text.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+namespace {
+
+struct StateWords {
+  std::string_view status;  // of the profile
+  std::string_view state;
+  std::string_view words;
+};
+
+constexpr std::array kStates = {
+    StateWords{"1", "interrupted", "a job began and was cut off; the service clears this when it starts"},
+    StateWords{"2", "interactive", "an interactive backup is running"},
+    StateWords{"3", "idle", "idle; the last job failed or was stopped"},
+    StateWords{"5", "stopping", "a stop has been asked for"},
+    StateWords{"10", "idle", "idle; the last job was stopped at its cut-off time"},
+};
+
+constexpr std::array<std::string_view, 9> kFigures = {"Percentage",     "FileName",     "Backedup Files",
+                                                      "Total Progress", "Time Elapsed", "Est Time",
+                                                      "Tans Rate",      "FilePath",     "FilePer"};
+
+void ReadState(const OpenedMachine& opened, const ScheduleFile& schedule, UserStatus& status) {
+  const ProfileKeys& keys = opened.keys();
+  const bool is_served =
+      keys.Read("Started") == "1" && EqualsIgnoringCase(keys.Read("Scheduled"), status.user);
+  const std::string kept = keys.Read("Status");
+  const auto found = std::ranges::find(kStates, kept, &StateWords::status);
+  status.state = found == kStates.end() ? "idle" : found->state;
+  status.words = found == kStates.end() ? "idle" : found->words;
+  if ((schedule.IsRunning() || is_served) && kept != "5") {
+    status.state = "running";
+    status.words = schedule.IsRunning() ? "a " + KindWord(schedule.HeaderWord()) + " backup is running"
+                                        : "a scheduled backup is running";
+  }
+}
+
+void ReadNextRun(const ScheduleFile& schedule, UserStatus& status) {
+  const auto records = schedule.Records();
+  const auto next = std::ranges::min_element(records, {}, &ScheduleRecord::sortkey);
+  if (next != records.end()) status.next = NextRun{TimeWord(next->sortkey), KindWord(next->recordno)};
+}
+
+std::string FirstLine(const OpenedMachine& opened, std::string_view file) {
+  return TextFiles(opened.machine().files, opened.machine().code_page)
+      .ReadFirstLine(opened.installation().UserFile(file), Encoding::kUtf16)
+      .value_or("");
+}
+
+void ReadProgress(const OpenedMachine& opened, UserStatus& status) {
+  const std::string file = opened.installation().UserFile("BackupProgress.ini");
+  for (const auto& figure : kFigures) {
+    const std::string value = opened.machine().profiles.ReadString({file, "BackupProgressInfo", figure});
+    if (!value.empty()) status.progress.emplace_back(figure, value);
+  }
+}
+
+}  // namespace
+
+UserStatus ReadUserStatus(const OpenedMachine& opened) {
+  const ProfileKeys& keys = opened.keys();
+  UserStatus status;
+  status.user = opened.installation().CurrentUser;
+  const ScheduleFile schedule(opened.machine(), opened.installation().UserFile(kScheduleFileName));
+  ReadState(opened, schedule, status);
+  if (const auto result = ParseInteger(keys.Read("RetValue"))) {
+    const int code = static_cast<int>(*result);
+    status.last_result = JobResult{code, ResultWords(code)};
+  }
+  status.last_end = keys.Read("SchEndTime");
+  status.sentence = Trim(FirstLine(opened, "SchStatus.txt"));
+  if (status.sentence.empty()) status.sentence = Trim(FirstLine(opened, "SchStatusError.txt"));
+  status.failures_in_a_row = static_cast<int>(ParseInteger(keys.Read("BackupFailureDays")).value_or(0));
+  const std::string disabled = keys.Read("ScheduleDisable");
+  status.is_disabled = !disabled.empty() && disabled != "FALSE";
+  ReadNextRun(schedule, status);
+  const Quota quota{keys.Read("Used"), keys.Read("Max")};
+  if (!quota.used_bytes.empty() || !quota.max_bytes.empty()) status.quota = quota;
+  ReadProgress(opened, status);
+  return status;
+}
+
+}  // namespace ondura
