@@ -17,7 +17,7 @@ struct PowerCut {
 };
 
 // Whether the call at which the component is stopped still takes effect. A torn write leaves its first
-// half; a torn call that writes nothing takes effect.
+// half; a torn call that writes no bytes has no effect.
 enum class CutMoment { kBeforeEffect, kAfterEffect, kTorn };
 
 // A call that changes what others see, or one that only looks.
@@ -38,8 +38,8 @@ class CallJournal {
   // would be wrong.
   static constexpr std::size_t kLimit = 1'000'000;
 
-  // The recorded calls, oldest first. Polling and pure conversion (Clock, MessagePump, FileWatch, CodePage,
-  // Crypto, Processes.Wait, Processes.ExitCode) is left out until RecordAlso names it.
+  // The recorded calls, oldest first. Polling and pure conversion (Clock, MessagePump, FileWatch, Crypto,
+  // Processes.Wait, Processes.ExitCode) is left out until RecordAlso names it.
   std::vector<std::string> Calls() const { return CallsMatching(""); }
   std::vector<std::string> CallsMatching(std::string_view pattern) const;
   void ClearCalls();
@@ -67,10 +67,12 @@ class CallJournal {
   // How many changing calls have been made since the journal was made or StopDeadAt was called.
   std::size_t ChangingCalls() const { return changing_calls_; }
 
-  // For the recording ports: one call is Begin, its effect unless the verdict says otherwise, and End.
-  bool WantsText(std::string_view port_method) const;
-  Verdict Begin(const std::string& call, CallKind kind);
-  void End(const std::string& call, CallKind kind);
+  // For the recording ports. A call is Begin, its effect as the verdict says, and End; a call that can't
+  // fail is Note in place of Begin. `text` may be the method alone where WantsText denies.
+  bool WantsText(std::string_view method) const;
+  Verdict Begin(std::string_view text, CallKind kind);
+  Verdict Note(std::string_view text, CallKind kind);
+  void End(std::string_view text, CallKind kind);
 
  private:
   struct Fault {
@@ -80,8 +82,8 @@ class CallJournal {
     bool fired = false;
   };
 
-  bool IsRecorded(std::string_view call) const;
-  Verdict Judge(const std::string& call);
+  bool IsRecorded(std::string_view text) const;
+  Verdict Judge(std::string_view text);
 
   std::vector<std::string> calls_;
   std::size_t dropped_ = 0;

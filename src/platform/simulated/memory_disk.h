@@ -17,7 +17,7 @@ namespace ondura {
 
 enum class ListOrder { kByName, kReversed };
 
-// What happens to a write that does not fit on the drive: nothing of it is kept, or its first half.
+// What is left of a write that does not fit on the drive: nothing, or its first half where that fits.
 enum class FullDisk { kKeepsNothing, kTearsWrites };
 
 // The disks of a simulated machine: a tree of names that match without regard to letter case and keep the
@@ -60,9 +60,14 @@ class MemoryDisk {
 
   // For the ports. Null for what is not there.
   const Node* Find(std::string_view path) const;
-  bool CanBeMade(std::string_view path) const;  // a name of its own in a folder that is there
+  // Null where there is no file or it can't be opened.
+  const Node* FindReadable(std::string_view path) const;
   // Sets the file's bytes, making it where it is missing. False when it may not be written or does not fit.
-  bool Store(std::string_view path, std::string bytes);
+  bool Store(std::string_view path, std::string_view bytes);
+  // Adds to a file that is there.
+  bool Extend(std::string_view path, std::string_view bytes);
+  // Gives `to` the bytes, time and read-only flag of `from`.
+  bool Copy(std::string_view from, std::string_view to);
   bool MakeFolder(std::string_view path);
   bool RemoveFile(std::string_view path, Removal removal);
   bool RemoveFolder(std::string_view path, Removal removal);
@@ -83,14 +88,18 @@ class MemoryDisk {
 
   Node* FindMutable(std::string_view path);
   Node& Make(std::string_view clean_path, bool is_folder);
+  void MakeParents(std::string_view clean_path);
+  bool CanBeMade(std::string_view clean_path) const;
   Drive* DriveOf(std::string_view path);
-  bool FitsAfter(std::string_view path, std::size_t old_size, std::size_t new_size);
+  std::string_view WhatFits(std::string_view path, std::string_view bytes, std::size_t freed_bytes);
+  void SetBytes(Node& node, std::string_view kept, std::string_view added);
   void EraseNode(Nodes::iterator node);
+  std::string Resolve(std::string_view path) const;
 
   std::function<LocalTime()> now_;
   Nodes nodes_;                                       // by folded path
   std::map<std::string, Drive, std::less<>> drives_;  // by folded root without backslash
-  std::map<std::string, std::string, std::less<>> short_paths_;
+  std::map<std::string, std::string> short_paths_;    // by folded full path
   std::uint64_t version_ = 0;
   ListOrder list_order_ = ListOrder::kByName;
   FullDisk full_disk_ = FullDisk::kKeepsNothing;

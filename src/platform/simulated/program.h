@@ -46,7 +46,6 @@ class ProgramRun {
  private:
   friend class SimulatedProcesses;
 
-  void Repeat(std::chrono::milliseconds period, const Action& action);
   void EndIfDone();
 
   SimulatedProcesses& processes_;
@@ -57,6 +56,7 @@ class ProgramRun {
   int actions_to_come_ = 0;
   bool goes_on_ = false;
   bool started_ = false;
+  bool has_ended_ = false;
 };
 
 using Program = std::function<void(ProgramRun&)>;

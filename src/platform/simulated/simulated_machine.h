@@ -78,8 +78,8 @@ class SimulatedMachine {
   ProcessId PutProcess(std::string_view path, Access access = Access::kOpen);
   void EndProcess(ProcessId id, std::uint32_t exit_code = 0);
   bool IsRunning(std::string_view base_name);
-  std::vector<LaunchRequest> Launches();       // every Launch, those that failed too
-  std::vector<LaunchRequest> OpenedForUser();  // every OpenForUser
+  std::vector<LaunchRequest> Launches();       // that reached the machine, started or not
+  std::vector<LaunchRequest> OpenedForUser();  // the same for OpenForUser
   std::size_t OpenHandles();                   // of processes, not closed so far
   std::vector<std::string> EnabledPrivileges();
   int PriorityLowerings();

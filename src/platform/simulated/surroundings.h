@@ -30,6 +30,7 @@ struct ShownMessage {
 struct Surroundings {
   SystemVersion version{2, 6, 1, true};
   bool is_wow64 = false;
+  std::string system_folder = "C:\\Windows\\system32";
   std::map<int, std::string> locale_texts{
       {kLocaleShortDate, "M/d/yyyy"}, {kLocaleTimeFormat, "h:mm:ss tt"}, {kLocaleDecimal, "."}};
   ConnectedState connected_state{true, 0x12, "Local Area Connection"};

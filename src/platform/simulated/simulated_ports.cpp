@@ -1,0 +1,133 @@
+#include "platform/simulated/simulated_ports.h"
+
+#include <algorithm>
+
+#include "util/text.h"
+
+namespace ondura {
+namespace {
+
+bool IsAddress(std::string_view text) {
+  const auto parts = Split(text, ".");
+  return parts.size() == 4 && std::all_of(parts.begin(), parts.end(), [](const std::string& part) {
+           const auto number = ParseInteger(part);
+           return number && *number >= 0 && *number <= 255;
+         });
+}
+
+std::string RegistryKey(const RegistryName& name) {
+  std::string_view key = name.key;
+  while (key.starts_with('\\')) key.remove_prefix(1);
+  const std::string root = name.root == RegistryRoot::kLocalMachine ? "machine" : "user";
+  return root + '\n' + ToLower(key) + '\n' + ToLower(name.value);
+}
+
+}  // namespace
+
+std::string SimulatedLocaleInfo::Text(int kind) {
+  const auto found = surroundings_.locale_texts.find(kind);
+  return found != surroundings_.locale_texts.end() ? found->second : "";
+}
+
+int SimulatedServices::State(std::string_view service_name, ServiceManagerAccess) {
+  for (const auto& [name, state] : surroundings_.service_states) {
+    if (EqualsIgnoringCase(name, service_name)) return state;
+  }
+  return 0;
+}
+
+void SimulatedDesktop::ShowMessage(std::string_view text, std::string_view title, MessageIcon icon) {
+  surroundings_.messages.push_back({std::string(text), std::string(title), icon});
+}
+
+ProcessId SimulatedDesktop::ProcessOfWindow(WindowHandle window) {
+  const auto found = surroundings_.windows.find(window);
+  return found != surroundings_.windows.end() ? found->second : 0;
+}
+
+bool SimulatedPower::ExitWindows(std::uint32_t flags) {
+  surroundings_.windows_exits.push_back(flags);
+  return surroundings_.exits_windows;
+}
+
+NameLookup SimulatedNameResolution::Started() const {
+  NameLookup lookup;
+  lookup.started = surroundings_.name_resolution_starts;
+  lookup.cleaned_up = lookup.started && surroundings_.name_resolution_cleans_up;
+  return lookup;
+}
+
+NameLookup SimulatedNameResolution::AddressOf(std::string_view host_name) {
+  NameLookup lookup = Started();
+  for (const auto& [name, address] : surroundings_.addresses) {
+    if (lookup.started && EqualsIgnoringCase(name, host_name)) lookup.found = address;
+  }
+  if (lookup.started && IsAddress(host_name)) lookup.found = host_name;
+  return lookup;
+}
+
+NameLookup SimulatedNameResolution::NameOf(std::string_view address) {
+  NameLookup lookup = Started();
+  for (const auto& [name, its_address] : surroundings_.addresses) {
+    if (lookup.started && !lookup.found && its_address == address) lookup.found = name;
+  }
+  return lookup;
+}
+
+void SimulatedContinuousBackup::PostCDPStatusMsg(ContinuousBackupState state) {
+  surroundings_.continuous_backup_states.push_back(state);
+  if (surroundings_.on_continuous_backup) surroundings_.on_continuous_backup(state);
+}
+
+std::optional<RegistryValue> SimulatedRegistry::Read(const RegistryName& name, RegistryAccess) {
+  const auto found = values_.find(RegistryKey(name));
+  if (found == values_.end()) return std::nullopt;
+  return found->second;
+}
+
+bool SimulatedRegistry::Write(const RegistryName& name, const RegistryValue& value) {
+  values_[RegistryKey(name)] = value;
+  return true;
+}
+
+MutexHandle SimulatedNamedMutexes::Create(std::string_view name) {
+  owners_.try_emplace(std::string(name), Owner::kComponent);
+  handles_[++last_handle_] = name;
+  return last_handle_;
+}
+
+bool SimulatedNamedMutexes::Wait(MutexHandle handle, std::chrono::milliseconds limit) {
+  const auto held = handles_.find(handle);
+  if (held == handles_.end()) return false;
+  const auto is_to_be_had = [&] { return owners_[held->second] != Owner::kOther; };
+  timeline_.Wait(limit, is_to_be_had);
+  if (!is_to_be_had()) return false;
+  owners_[held->second] = Owner::kComponent;
+  return true;
+}
+
+void SimulatedNamedMutexes::Release(MutexHandle handle) {
+  const auto held = handles_.find(handle);
+  if (held == handles_.end()) return;
+  Owner& owner = owners_[held->second];
+  if (owner == Owner::kComponent) owner = Owner::kNobody;
+}
+
+void SimulatedNamedMutexes::Close(MutexHandle handle) {
+  const auto held = handles_.find(handle);
+  if (held == handles_.end()) return;
+  const std::string name = held->second;
+  handles_.erase(held);
+  const bool is_open_still =
+      std::any_of(handles_.begin(), handles_.end(), [&](const auto& entry) { return entry.second == name; });
+  if (!is_open_still && owners_[name] != Owner::kOther) owners_.erase(name);
+}
+
+void SimulatedNamedMutexes::Hold(std::string_view name) { owners_[std::string(name)] = Owner::kOther; }
+
+void SimulatedNamedMutexes::LetGo(std::string_view name) {
+  const auto found = owners_.find(std::string(name));
+  if (found != owners_.end() && found->second == Owner::kOther) found->second = Owner::kNobody;
+}
+
+}  // namespace ondura

@@ -1,0 +1,123 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/machine.h"
+#include "platform/simulated/surroundings.h"
+#include "platform/simulated/timeline.h"
+
+namespace ondura {
+
+// The small ports, which answer from the surroundings and leave their traces there.
+
+class SimulatedSystemInfo : public SystemInfo {
+ public:
+  explicit SimulatedSystemInfo(const Surroundings& surroundings) : surroundings_(surroundings) {}
+  SystemVersion Version() override { return surroundings_.version; }
+  bool IsWow64() override { return surroundings_.is_wow64; }
+
+ private:
+  const Surroundings& surroundings_;
+};
+
+class SimulatedLocaleInfo : public LocaleInfo {
+ public:
+  explicit SimulatedLocaleInfo(const Surroundings& surroundings) : surroundings_(surroundings) {}
+  std::string Text(int kind) override;
+
+ private:
+  const Surroundings& surroundings_;
+};
+
+class SimulatedInternet : public Internet {
+ public:
+  explicit SimulatedInternet(const Surroundings& surroundings) : surroundings_(surroundings) {}
+  ConnectedState ExtendedState() override { return surroundings_.connected_state; }
+  bool IsConnected() override { return surroundings_.is_connected; }
+
+ private:
+  const Surroundings& surroundings_;
+};
+
+class SimulatedServices : public Services {
+ public:
+  explicit SimulatedServices(const Surroundings& surroundings) : surroundings_(surroundings) {}
+  int State(std::string_view service_name, ServiceManagerAccess access) override;
+
+ private:
+  const Surroundings& surroundings_;
+};
+
+class SimulatedDesktop : public Desktop {
+ public:
+  explicit SimulatedDesktop(Surroundings& surroundings) : surroundings_(surroundings) {}
+  void ShowMessage(std::string_view text, std::string_view title, MessageIcon icon) override;
+  ProcessId ProcessOfWindow(WindowHandle window) override;
+
+ private:
+  Surroundings& surroundings_;
+};
+
+class SimulatedPower : public Power {
+ public:
+  explicit SimulatedPower(Surroundings& surroundings) : surroundings_(surroundings) {}
+  bool ExitWindows(std::uint32_t flags) override;
+
+ private:
+  Surroundings& surroundings_;
+};
+
+class SimulatedNameResolution : public NameResolution {
+ public:
+  explicit SimulatedNameResolution(const Surroundings& surroundings) : surroundings_(surroundings) {}
+  NameLookup AddressOf(std::string_view host_name) override;
+  NameLookup NameOf(std::string_view address) override;
+
+ private:
+  NameLookup Started() const;
+
+  const Surroundings& surroundings_;
+};
+
+class SimulatedContinuousBackup : public ContinuousBackup {
+ public:
+  explicit SimulatedContinuousBackup(Surroundings& surroundings) : surroundings_(surroundings) {}
+  void PostCDPStatusMsg(ContinuousBackupState state) override;
+  void ValidateLocalDBDllVersion() override { ++surroundings_.database_validations; }
+
+ private:
+  Surroundings& surroundings_;
+};
+
+class SimulatedRegistry : public Registry {
+ public:
+  std::optional<RegistryValue> Read(const RegistryName& name, RegistryAccess access) override;
+  bool Write(const RegistryName& name, const RegistryValue& value) override;
+
+ private:
+  std::map<std::string, RegistryValue> values_;  // by root, folded key and folded value name
+};
+
+// The component is one owner; other processes hold a mutex through Hold.
+class SimulatedNamedMutexes : public NamedMutexes {
+ public:
+  explicit SimulatedNamedMutexes(Timeline& timeline) : timeline_(timeline) {}
+  MutexHandle Create(std::string_view name) override;
+  bool Wait(MutexHandle handle, std::chrono::milliseconds limit) override;
+  void Release(MutexHandle handle) override;
+  void Close(MutexHandle handle) override;
+
+  void Hold(std::string_view name);
+  void LetGo(std::string_view name);
+
+ private:
+  enum class Owner { kNobody, kComponent, kOther };
+
+  std::map<std::string, Owner> owners_;  // of the mutexes that exist
+  std::map<MutexHandle, std::string> handles_;
+  MutexHandle last_handle_ = 0;
+  Timeline& timeline_;
+};
+
+}  // namespace ondura

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/processes.h"
+#include "platform/simulated/memory_disk.h"
+#include "platform/simulated/program.h"
+#include "platform/simulated/timeline.h"
+
+namespace ondura {
+
+// The process table of a simulated machine and the programs that can be started on it.
+class SimulatedProcesses : public Processes {
+ public:
+  SimulatedProcesses(SimulatedMachine& machine, Timeline& timeline, MemoryDisk& disk)
+      : machine_(machine), timeline_(timeline), disk_(disk) {}
+
+  std::vector<ProcessEntry> List(ProcessSource source) override;
+  ProcessHandle Launch(const LaunchRequest& request) override;
+  bool OpenForUser(const LaunchRequest& request) override;
+  ProcessHandle OpenById(ProcessId id, ProcessAccess access) override;
+  ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) override;
+  std::optional<std::uint32_t> ExitCode(ProcessHandle handle) override;
+  ProcessId IdOf(ProcessHandle handle) override;
+  bool Terminate(ProcessHandle handle, std::uint32_t exit_code) override;
+  void Close(ProcessHandle handle) override { handles_.erase(handle); }
+  bool EnablePrivilege(std::string_view name) override;
+  void LowerOwnPriority() override { ++priority_lowerings_; }
+
+  void Install(std::string_view path, Program program);
+  void Uninstall(std::string_view path);
+  ProcessId Put(std::string_view path, bool can_be_opened);
+  // The process is gone; what its script still had to do is dropped.
+  void End(ProcessId id, std::uint32_t exit_code);
+  bool IsRunning(std::string_view base_name) const;
+
+  const std::vector<LaunchRequest>& launches() const { return launches_; }
+  const std::vector<LaunchRequest>& opened_for_user() const { return opened_for_user_; }
+  const std::vector<std::string>& privileges() const { return privileges_; }
+  std::size_t open_handles() const { return handles_.size(); }
+  int priority_lowerings() const { return priority_lowerings_; }
+  Timeline& timeline() { return timeline_; }
+
+ private:
+  struct Process {
+    std::string path;
+    bool can_be_opened = true;
+    bool has_ended = false;
+    std::uint32_t exit_code = kStillActive;
+    std::unique_ptr<ProgramRun> run;  // null without a script
+  };
+  struct Handle {
+    ProcessId id = 0;
+    std::uint32_t access = 0;
+  };
+
+  ProcessId Start(const LaunchRequest& request);  // 0 when nothing was started
+  const std::pair<const std::string, std::pair<std::string, Program>>* FindProgram(
+      std::string_view file) const;
+  Process* ProcessOf(ProcessHandle handle);
+  ProcessHandle NewHandle(ProcessId id, std::uint32_t access);
+  ProcessId NewId();
+
+  SimulatedMachine& machine_;
+  Timeline& timeline_;
+  MemoryDisk& disk_;
+  std::map<std::string, std::pair<std::string, Program>> programs_;  // path and script by folded path
+  std::map<ProcessId, Process> processes_;
+  std::map<ProcessHandle, Handle> handles_;
+  ProcessId last_id_ = 1000;
+  ProcessHandle last_handle_ = 0;
+  std::vector<LaunchRequest> launches_;
+  std::vector<LaunchRequest> opened_for_user_;
+  std::vector<std::string> privileges_;
+  int priority_lowerings_ = 0;
+};
+
+}  // namespace ondura
