@@ -109,7 +109,9 @@ void SimulatedMachine::WriteIni(std::string_view file, std::string_view section,
 LocalTime SimulatedMachine::Now() { return parts_->timeline.Now(); }
 void SimulatedMachine::SetNow(LocalTime now) { parts_->timeline.SetNow(now); }
 
-void SimulatedMachine::At(LocalTime moment, Action action) { parts_->timeline.At(moment, std::move(action)); }
+void SimulatedMachine::At(LocalTime moment, Action action) {
+  After(parts_->timeline.Until(moment), std::move(action));
+}
 
 void SimulatedMachine::After(std::chrono::milliseconds delay, Action action) {
   parts_->timeline.After(delay, 0, std::move(action));
