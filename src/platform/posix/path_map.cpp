@@ -1,5 +1,6 @@
 #include "platform/posix/path_map.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/posix/host_names.h"
@@ -83,6 +84,11 @@ std::string PathMap::Joined(const Parts& parts, std::size_t count) {
 std::string PathMap::ToHost(std::string_view path) const {
   const auto parts = Split(path);
   return parts ? Joined(*parts, parts->names.size()) : std::string{};
+}
+
+bool PathMap::IsDriveRoot(std::string_view path) const {
+  const auto parts = Split(path);
+  return parts && parts->names.empty();
 }
 
 // The first `count` names in whatever letter case; their form as given is known to be missing.

@@ -29,6 +29,9 @@ class PathMap {
   // The host's form of a path in the letter case as given. Empty for a path that names no drive.
   [[nodiscard]] std::string ToHost(std::string_view path) const;
 
+  // True for "C:" and what else names a drive alone.
+  [[nodiscard]] bool IsDriveRoot(std::string_view path) const;
+
   // What is there under the path in another letter case, for a path that is not there as given.
   std::optional<std::string> FindOtherCase(std::string_view path);
 

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "platform/portable/code_page_table.h"
+#include "platform/portable/ini_text.h"
+#include "platform/posix/host_io.h"
+
+namespace ondura {
+
+// Holds the folder of an ini file for one change, so that two processes that change different keys at the
+// same moment do not lose one of them: on Windows the platform does the same within one call.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::string& host_file);
+
+ private:
+  Fd folder_;
+};
+
+// Ini files by their host paths. A parsed file is kept for as long as its stamp stays, so that reading it
+// again costs one look at the folder.
+class IniStore {
+ public:
+  explicit IniStore(const CodePageTable& code_page) : code_page_(code_page) {}
+
+  // Null when the file is missing or can't be read; LastError tells which.
+  std::shared_ptr<const IniText> Load(const std::string& host_path);
+
+  // Replaces the file as a whole or makes it, and keeps its rights. False leaves what was there.
+  bool Save(const std::string& host_path, const IniText& text);
+
+ private:
+  struct Parsed {
+    FileStamp stamp;
+    std::shared_ptr<const IniText> text;
+  };
+
+  void Remember(const std::string& host_path, Parsed parsed);
+
+  const CodePageTable& code_page_;
+  std::unordered_map<std::string, Parsed> parsed_;
+  std::size_t remembered_bytes_ = 0;
+};
+
+}  // namespace ondura
