@@ -1,0 +1,82 @@
+#include "posix_fixture.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "contract.h"
+
+namespace ondura {
+
+namespace {
+
+class PosixUnderTest : public TestedMachine {
+ public:
+  const Machine& machine() override { return first_.owner->machine(); }
+  const Machine& other() override { return second_.owner->machine(); }
+
+  LaunchRequest PutProgram(std::string_view path, std::chrono::milliseconds lifetime,
+                           int exit_code) override {
+    root_.PutShell(machine(), path);
+    std::ostringstream script;
+    script << "sleep " << static_cast<double>(lifetime.count()) / 1000 << "; exit " << exit_code;
+    return TemporaryRoot::ShellRequest(path, script.str());
+  }
+
+ private:
+  TemporaryRoot root_;
+  PosixMachineResult first_ = root_.Make();
+  PosixMachineResult second_ = root_.Make();
+};
+
+std::unique_ptr<TestedMachine> MakePosixUnderTest() { return std::make_unique<PosixUnderTest>(); }
+
+}  // namespace
+
+TemporaryRoot::TemporaryRoot() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "ondura-test-XXXXXX").string();
+  path_ = std::filesystem::canonical(mkdtemp(pattern.data()));
+  std::filesystem::create_directory(path_ / "C");
+}
+
+TemporaryRoot::~TemporaryRoot() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+void TemporaryRoot::Put(std::string_view name, std::string_view bytes) const {
+  const auto file = path_ / name;
+  std::filesystem::create_directories(file.parent_path());
+  std::ofstream{file, std::ios::binary} << bytes;
+}
+
+std::string TemporaryRoot::Bytes(std::string_view name) const {
+  std::ostringstream bytes;
+  bytes << std::ifstream{path_ / name, std::ios::binary}.rdbuf();
+  return bytes.str();
+}
+
+PosixMachineResult TemporaryRoot::Make(int speed) const { return MakePosixMachine({path_, speed, {}}); }
+
+void TemporaryRoot::PutShell(const Machine& machine, std::string_view path) const {
+  const std::string host_name = std::filesystem::canonical("/bin/sh").string();
+  Put("C/shell", "");
+  std::filesystem::copy_file(host_name, path_ / "C/shell", std::filesystem::copy_options::overwrite_existing);
+  ASSERT_TRUE(machine.files.Copy(R"(C:\shell)", path));
+  std::filesystem::remove(path_ / "C/shell");
+  std::string host = std::string{path.substr(2)};
+  for (char& c : host) c = c == '\\' ? '/' : c;
+  std::filesystem::permissions(path_ / ("C" + host), std::filesystem::perms::owner_all);
+}
+
+LaunchRequest TemporaryRoot::ShellRequest(std::string_view path, std::string_view script) {
+  return {std::string{path}, "-c \"" + std::string{script} + "\"", "C:", 0, "open"};
+}
+
+INSTANTIATE_TEST_SUITE_P(Posix, PlatformContract, testing::Values(&MakePosixUnderTest));
+
+}  // namespace ondura
