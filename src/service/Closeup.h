@@ -1,0 +1,21 @@
+#pragma once
+
+#include "service/ServiceContext.h"
+
+namespace ondura {
+
+// The end of an occurrence: the record moves to its next one, or falls out when it ran once. It does so
+// whatever the job's result was.
+class Closeup {
+ public:
+  explicit Closeup(ServiceContext& context) : context_(context) {}
+
+  void Closeupoperation();
+
+ private:
+  bool TakeOverChanges();
+
+  ServiceContext& context_;
+};
+
+}  // namespace ondura

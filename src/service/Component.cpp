@@ -1,0 +1,60 @@
+#include "service/Component.h"
+
+#include "job/Connection.h"
+#include "service/no_stages.h"
+
+namespace ondura {
+
+// Members are made in this order, lowest first.
+struct Component::Parts {
+  explicit Parts(const Machine& ports) : machine(ports) {}
+
+  Machine machine;
+  Installation installation;
+  Options options{machine, installation};
+  Trace trace{options, machine.clock};
+  Transfer transfer{machine, installation};
+  ProfileStore store{machine, installation};
+  ProductConfiguration configuration{machine, installation};
+  SystemHelpers helpers{machine, options};
+  SessionLog session_log{machine, installation};
+  Progress progress{machine, installation, transfer};
+  DBaction schedule_file{machine, installation, trace};
+  Scheduler scheduler{machine, trace, transfer, schedule_file};
+  BackupSetStore backup_set{machine, installation};
+  ResetDate reset_date{machine.clock, store, transfer};
+  Selection selection{machine, installation, helpers, trace};
+  MappedDrives mapped_drives;
+  LocalDatabase local_database{machine, installation, transfer, store, helpers, trace};
+  ShadowCopy shadow_copy{machine, installation, trace, helpers};
+  NoStages stages;
+  JobContext job{{machine, installation, transfer, store, trace, helpers, schedule_file, scheduler,
+                  session_log, progress, local_database, mapped_drives, shadow_copy, stages}};
+  JobDriver driver{job};
+  AbortForms abort{job};
+  Connection connection{job, abort};
+  EngineFiles engine_files{job};
+  RemoteCall remote_call{job, connection};
+  ServiceContext context{job, driver, configuration, backup_set, shadow_copy, {}};
+  StartUp start_up{context};
+  Closeup closeup{context};
+  MissedSchedules missed{context};
+  MailLauncher mail{context};
+  JobBracket bracket{context, closeup, missed, mail};
+  DispatchPass pass{context, bracket, missed};
+  HostTick tick{context, pass};
+  Controller controller{
+      {context, start_up, tick, pass, bracket, closeup, engine_files, remote_call, reset_date, selection}};
+};
+
+Component::Component(const Machine& machine) : parts_(std::make_unique<Parts>(machine)) {}
+
+Component::~Component() = default;
+
+Controller& Component::controller() { return parts_->controller; }
+Transfer& Component::transfer() { return parts_->transfer; }
+Scheduler& Component::scheduler() { return parts_->scheduler; }
+Installation& Component::installation() { return parts_->installation; }
+ServiceContext& Component::context() { return parts_->context; }
+
+}  // namespace ondura

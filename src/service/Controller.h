@@ -1,0 +1,126 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "job/EngineFiles.h"
+#include "job/RemoteCall.h"
+#include "schedule/reset_date.h"
+#include "service/Closeup.h"
+#include "service/HostTick.h"
+#include "service/JobBracket.h"
+#include "service/ServiceContext.h"
+#include "service/StartUp.h"
+
+namespace ondura {
+
+// What stands behind the operations of Controller.
+struct ControllerParts {
+  ServiceContext& context;
+  StartUp& start_up;
+  HostTick& tick;
+  DispatchPass& pass;
+  JobBracket& bracket;
+  Closeup& closeup;
+  EngineFiles& engine_files;
+  RemoteCall& remote_call;
+  ResetDate& reset_date;
+  Selection& selection;
+};
+
+// The component as its hosts see it. Every operation hands on to the class that does the work; failures are
+// dropped there, so none is reported here unless an operation says so.
+class Controller {
+ public:
+  explicit Controller(const ControllerParts& parts) : parts_(parts) {}
+
+  // Start-up of the service and of its background twin; `path` is the install folder.
+  void cont_InitialSch(std::string_view path) { parts_.start_up.cont_InitialSch(path); }
+  void cont_InitialSch_Backgrnd(std::string_view path) { parts_.start_up.cont_InitialSch_Backgrnd(path); }
+  void const_InitUserdata(std::string_view user) { parts_.start_up.const_InitUserdata(user); }
+  // Gives a new user the schedule and selection files that the product starts with.
+  void CopyDefaults(std::string_view user);
+  void Cont_login() { parts_.start_up.Cont_login(); }
+
+  // The service's tick, and one pass; a job runs inside and may last for hours.
+  void Cont_CheckStandardRunning() { parts_.tick.Cont_CheckStandardRunning(); }
+  void Cont_startschBackup() { parts_.pass.Cont_startschBackup(); }
+  void Closeupoperation() { parts_.closeup.Closeupoperation(); }
+  void cont_RestartRealtimeSystem() { parts_.bracket.cont_RestartRealtimeSystem(); }
+  // One job on the shared state as it stands; JobState.h tells the codes.
+  JobCode Cont_SchBackup() { return parts_.context.driver.Cont_SchBackup(); }
+  void CallDummy() { parts_.remote_call.CallDummy(); }
+
+  // Progress display and size texts.
+  void ResetBackupProgressIni() { services().progress.ResetBackupProgressIni(); }
+  bool EndProgress() { return services().progress.EndProgress(); }
+  std::string GetProperSizeValue(double nBytes) { return services().progress.GetProperSizeValue(nBytes); }
+
+  // Shadow copy.
+  void Cont_LaunchAdminProcess() { parts_.context.shadow_copy.Cont_LaunchAdminProcess(); }
+  void CloseVSS() { parts_.context.shadow_copy.CloseVSS(); }
+  void CheckAndCloseVSS() { parts_.context.shadow_copy.CheckAndCloseVSS(); }
+
+  // The engine's local database.
+  std::int16_t CheckLDBStatus();
+  void DeleteLDBFiles(std::string_view user) { services().local_database.DeleteLDBFiles(user); }
+  void VaccumDB() { services().local_database.VaccumDB(); }
+  bool IsScanInProgress() { return services().local_database.IsScanInProgress(); }
+  bool IsmutexInProgress(std::string_view name, bool release) {
+    return services().local_database.IsmutexInProgress(name, release);
+  }
+  bool bCheckDate() { return parts_.reset_date.bCheckDate(); }
+
+  // Backup set and selection.
+  void DB_ReadBackdataNew(std::string_view path, std::vector<std::string>& lines) {
+    parts_.context.backup_set.DB_ReadBackdataNew(path, lines);
+  }
+  bool HasBackupSelection() { return parts_.selection.HasBackupSelection(); }
+  void RemoveDuplicate(std::vector<std::string>& list);
+  std::string TrimSpaceFromPathOne(std::string_view sPath);
+
+  // Values of the machine key.
+  std::string ReadProfilefromRegistry(std::string_view param);
+  std::string ReadProfilefromRegistryWithoutDeCrypt(std::string_view param);
+  std::string ReadRandomNumFromRegistry(std::string_view param);
+
+  // Temp folder and the older file interface.
+  void CreateTempFolder(std::string_view sCurrentUser, std::string_view sPostfix) {
+    parts_.context.job.temp_folder.CreateTempFolder(sCurrentUser, sPostfix);
+  }
+  std::string GetTempFolderPath() { return parts_.context.job.temp_folder.GetTempFolderPath(); }
+  void DeleteTempFolder() { parts_.context.job.temp_folder.DeleteTempFolder(); }
+  void DeleteInputOutFilesInTempFd() { parts_.context.job.temp_folder.DeleteInputOutFilesInTempFd(); }
+  void WriteDLLInputFileTempFd(const EngineFileProxy& proxy, std::string_view AsciiRandom) {
+    parts_.engine_files.WriteDLLInputFileTempFd(proxy, AsciiRandom);
+  }
+  EngineFileResult ResdDLLOutputFileTempFd() { return parts_.engine_files.ResdDLLOutputFileTempFd(); }
+  EngineFileResult ResdDLLOutputFile() { return parts_.engine_files.ResdDLLOutputFile(); }
+  bool ReadScheduleStatusFile() { return parts_.engine_files.ReadScheduleStatusFile(); }
+  void CallIPPORTCheckFull() { parts_.engine_files.CallIPPORTCheckFull(); }
+  void Trf_WritePORTNumbers(std::int32_t nCount) { parts_.engine_files.Trf_WritePORTNumbers(nCount); }
+  void WriteGeneralMessage(FileWriter& stream);
+
+  // Processes, machine and names.
+  bool ProcessTerminate(ProcessId& lProcessID, WindowHandle lHwndWindow) {
+    return services().helpers.ProcessTerminate(lProcessID, lHwndWindow);
+  }
+  ProcessId WhatsMyProcessID(ProcessHandle hProcess) { return services().helpers.WhatsMyProcessID(hProcess); }
+  bool IsVista() { return services().helpers.IsVista(); }
+  std::string GetLocaleString(int lLocaleNum) { return services().helpers.GetLocaleString(lLocaleNum); }
+  std::string GetSystemTime() { return services().helpers.GetSystemTime(); }
+  bool CheckForWriteAccessPermission(std::string_view sFolder) {
+    return services().helpers.CheckForWriteAccessPermission(sFolder);
+  }
+  std::string GetIPFromHostName(std::string_view sHostName);
+  std::string GetHostNameFromIP(std::string_view sIPAddress);
+
+ private:
+  JobServices& services() { return parts_.context.services(); }
+
+  ControllerParts parts_;
+};
+
+}  // namespace ondura

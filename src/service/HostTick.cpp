@@ -1,0 +1,76 @@
+#include "service/HostTick.h"
+
+#include <chrono>
+
+namespace ondura {
+
+namespace {
+
+// A twin that is absent at both looks, this far apart, is taken over.
+constexpr std::chrono::milliseconds kBetweenLooks{61000};
+constexpr int kShowMaximised = 3;
+
+}  // namespace
+
+void HostTick::Cont_CheckStandardRunning() {
+  const Transfer& transfer = context_.transfer();
+  standard_ = transfer.Trf_ReadUserNameProfile("Standard");
+  started_ = transfer.Trf_ReadUserNameProfile("Started");
+  standby_backup_ = context_.store().ReadSharedRegistryValue("StandbyBackup");
+  context_.trace().Main(" (5.5.17) Calling from first Service exe service.");
+  context_.state.CalledFromService = false;
+  if (standard_ == "0" && started_ == "0") {
+    if (transfer.Trf_ReadUserNameProfile("Standard") != "1") {
+      transfer.Trf_WriteUserNameProfile("Standard", "0");
+      context_.WriteStarted("0");
+      RunPass();
+    }
+  } else if (standard_ == "0" && started_ == "1") {
+    context_.installation().CurrentUser = transfer.Trf_ReadUserNameProfile("Scheduled");
+    context_.trace().Main(" Calling from Service exe2.");
+    RunPass();
+  } else if (TwinIsGone()) {
+    const bool between_jobs = standard_ == "1" && started_ == "0";
+    TakeOver(between_jobs ? " Calling from Service exe3." : " Calling from Service exe4.");
+    if (!between_jobs) context_.WriteStarted("0");
+    RunPass();
+  }
+  context_.state.CalledFromService = false;
+}
+
+bool HostTick::TwinIsGone() {
+  SystemHelpers& helpers = context_.services().helpers;
+  const std::string& twin = context_.installation().BackgroundExe;
+  if (helpers.IsProcessRunningByModule(twin, Kill::kNo)) return false;
+  context_.machine().clock.Sleep(kBetweenLooks);
+  return !helpers.IsProcessRunningByModule(twin, Kill::kNo);
+}
+
+void HostTick::TakeOver(std::string_view trace_text) {
+  context_.transfer().Trf_WriteUserNameProfile("Standard", "0");
+  context_.trace().Main(trace_text);
+}
+
+void HostTick::RunPass() {
+  context_.state.CalledFromService = true;
+  OpenMonitorAfterTakeOver();
+  pass_.Cont_startschBackup();
+}
+
+// The process table is looked at last, as the other tests are nearly free.
+void HostTick::OpenMonitorAfterTakeOver() {
+  const Transfer& transfer = context_.transfer();
+  if (!standby_backup_.empty() && standby_backup_ != "1") return;
+  if (transfer.Trf_ReadUserNameProfile("Standard") == standard_) return;
+  if (context_.store().ReadSharedRegistryValue("Tray") == "3") return;
+  const Installation& installation = context_.installation();
+  if (context_.services().helpers.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
+  transfer.Trf_WriteUserNameRegistryProfile("Tray", "1");
+  context_.trace().Main(" launching monitor " + standard_ + " " + started_);
+  context_.machine().processes.OpenForUser({.file = installation.ExeLocation + installation.TrayExe,
+                                            .parameters = "",
+                                            .folder = "",
+                                            .show_mode = kShowMaximised});
+}
+
+}  // namespace ondura

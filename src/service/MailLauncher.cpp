@@ -1,0 +1,62 @@
+#include "service/MailLauncher.h"
+
+#include "schedule/record_dates.h"
+#include "util/text.h"
+#include "util/waits.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr std::string_view kMailHelper = "OndruaEStartup.exe";
+constexpr std::string_view kAlways = "3";
+constexpr std::string_view kOnFailure = "2";
+
+}  // namespace
+
+void MailLauncher::StartForRecord(JobCode result) {
+  const ScheduleRecord& record = context_.schedule_file().schvTemp;
+  if (record.mailids.empty()) return;
+  for (const std::string& address : Split(record.mailids, ";")) {
+    if (address.empty()) return;
+    context_.trace().User("  E-mail id : " + address);
+    context_.trace().User("  Mail option: " + record.mailoption);
+    if (record.mailoption == kAlways) {
+      const std::string arguments = Arguments(address, result, true);
+      context_.trace().User(" Email args : " + arguments);
+      Start(arguments);
+    } else if (record.mailoption == kOnFailure && result != kJobOrdinaryEnd) {
+      Start(Arguments(address, result, false));
+    }
+  }
+}
+
+// The engine's status is there with one option only; the helper bears with both lengths.
+std::string MailLauncher::Arguments(const std::string& address, JobCode result, bool with_engine_status) {
+  const JobRun& run = context_.job.state.run;
+  const Scheduler& scheduler = context_.services().scheduler;
+  const auto started = context_.state.BackupStartTime;
+  std::vector<std::string> fields{
+      address,
+      context_.schedule_file().schvTemp.maillog,
+      std::to_string(result),
+      scheduler.DateFormatText,
+      run.session_path,
+      run.result_text,
+      started ? DefaultDateText(*started, {scheduler.DateFormatText, scheduler.TimeFormatText}) : "",
+      run.kind_word,
+      run.extra_mail_text,
+      context_.installation().CurrentUser};
+  if (with_engine_status) fields.push_back(std::to_string(run.engine_status));
+  return Join(fields, ";");
+}
+
+void MailLauncher::Start(const std::string& arguments) {
+  const Installation& installation = context_.installation();
+  const ProcessWatch started(
+      context_.machine().processes,
+      context_.services().helpers.LaunchHidden(installation.ExeLocation + std::string{kMailHelper}, arguments,
+                                               installation.VirtualPath, 0));
+}
+
+}  // namespace ondura

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "backupset/LocalDatabase.h"
+#include "job/JobContext.h"
+#include "job/JobDriver.h"
+#include "profile/ProductConfiguration.h"
+#include "schedule/BackupSetStore.h"
+#include "stages/ShadowCopy.h"
+
+namespace ondura {
+
+// What one pass hands to the next, and the parts of a pass to one another.
+struct ServiceState {
+  // Guards the pass: a job is running, here or in the other host.
+  bool DispatchBusy = false;
+  // The chosen user's file says that a job is running, or one is being started.
+  bool ScheduleFileBusy = false;
+  // A due job was held back for interactive or continuous backup; keeps its occurrence alive.
+  bool WaitingForInteractive = false;
+  std::int16_t IntBackupPasses = 0;
+  // The tick that called the pass was the service's.
+  bool CalledFromService = false;
+  // This component wrote the `Started` that stands now.
+  bool started_here = false;
+
+  // The user's label in mail, and the time of the record being handled.
+  std::string UserNameLabel;
+  std::string MailScheduledTime;
+
+  // Of the present pass.
+  bool RunJob = false;
+  std::int16_t LoadResult = 0;
+  std::optional<LocalTime> BackupStartTime;
+  std::vector<std::string> TargetFileMap;
+
+  // Of the web layer.
+  bool secure = false;
+  std::uint32_t web_request_flags = 0;
+  std::string web_port;
+};
+
+// The parts of the component that the pass works with.
+struct ServiceContext {
+  JobContext& job;
+  JobDriver& driver;
+  ProductConfiguration& configuration;
+  BackupSetStore& backup_set;
+  ShadowCopy& shadow_copy;
+  ServiceState state;
+
+  // Short names for what nearly every step needs.
+  JobServices& services() { return job.services; }
+  Machine& machine() { return job.services.machine; }
+  Installation& installation() { return job.services.installation; }
+  Trace& trace() { return job.services.trace; }
+  const Transfer& transfer() { return job.services.transfer; }
+  ProfileStore& store() { return job.services.store; }
+  DBaction& schedule_file() { return job.services.schedule_file; }
+
+  // Key `Started`, whose "1" says that a job is running.
+  void WriteStarted(std::string_view value) {
+    transfer().Trf_WriteUserNameProfile("Started", value);
+    state.started_here = value == "1";
+  }
+};
+
+}  // namespace ondura

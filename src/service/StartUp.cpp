@@ -1,0 +1,118 @@
+#include "service/StartUp.h"
+
+#include "profile/user_list.h"
+#include "schedule/schedule_header.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr std::int16_t kPluginProduct = 2;
+constexpr std::uint32_t kSecureRequest = 8388608;
+
+}  // namespace
+
+void StartUp::cont_InitialSch(std::string_view path) {
+  SettleFolders(path);
+  Options& trace = context_.trace().plain();
+  trace.WriteTraceMain("(S1)Input files location is " + context_.installation().VirtualPath);
+  trace.WriteTraceMain("(S1)Exe location is " + context_.installation().ExeLocation);
+  if (!LoadProduct()) return;
+  Installation& installation = context_.installation();
+  installation.CurrentUser = context_.store().ReadDefaultUser("Default User name");
+  context_.backup_set.BackupSetFilePath = installation.UserFile(kBackupSetFileName);
+  ResetSharedState();
+  ResetUsers();
+  CapMainTrace();
+  if (installation.ProductNumber == kPluginProduct) SetUpPlugin();
+}
+
+void StartUp::cont_InitialSch_Backgrnd(std::string_view path) {
+  SettleFolders(path);
+  if (!LoadProduct()) return;
+  ResetSharedState();
+  ResetUsers();
+  CapMainTrace();
+}
+
+void StartUp::SettleFolders(std::string_view path) {
+  Installation& installation = context_.installation();
+  installation.ExeLocation = WithBackslash(path);
+  const std::string data_folder = context_.store().ReadInstallRegistryValue("VirtualPath");
+  installation.VirtualPath =
+      Trim(data_folder).empty() ? installation.ExeLocation : WithBackslash(data_folder);
+}
+
+bool StartUp::LoadProduct() {
+  context_.job.state.memory.ServiceRunningFlag = false;
+  return context_.configuration.LoadProductConfiguration();
+}
+
+void StartUp::ResetSharedState() {
+  context_.WriteStarted("0");
+  context_.transfer().Trf_WriteUserNameProfile("Intbackup", "0");
+  context_.state.WaitingForInteractive = false;
+  context_.state.IntBackupPasses = 0;
+  context_.shadow_copy.ClearLaunchFlag();
+}
+
+void StartUp::ResetUsers() {
+  std::vector<std::string> users;
+  if (!ReadUserList(context_.machine(), context_.installation().VirtualPath, users)) return;
+  for (const std::string& user : users) const_InitUserdata(user);
+}
+
+void StartUp::const_InitUserdata(std::string_view user) {
+  if (user.empty()) return;
+  context_.installation().CurrentUser = user;
+  context_.job.keys.WriteStatus("0");
+  WriteHeaderWord(context_.machine().files, context_.installation().UserFile(kScheduleFileName), "0");
+}
+
+void StartUp::CapMainTrace() {
+  const std::string path = context_.installation().DataFile("ScheduleTraceFile.txt");
+  Files& files = context_.machine().files;
+  if (files.Size(path).value_or(0) > kTraceCapBytes) files.Remove(path, Removal::kPlain);
+}
+
+void StartUp::SetUpPlugin() {
+  const std::string launched = context_.transfer().Trf_ReadUserNameProfile("PluginLaunch");
+  if (!launched.empty() && launched != "0") return;
+  if (context_.services().helpers.IsWow64()) {
+    RegisterPlugin64();
+  } else {
+    RegisterPlugin();
+  }
+}
+
+void StartUp::RegisterPlugin64() {
+  const Installation& installation = context_.installation();
+  const std::string batch = installation.ExeLocation + "x64 " + installation.ExeGroup + "UI register.bat";
+  if (!context_.machine().files.Exists(batch)) return;
+  Processes& processes = context_.machine().processes;
+  processes.OpenForUser({.file = batch, .parameters = "", .folder = "", .show_mode = 0});
+  processes.OpenForUser({.file = installation.ExeLocation + installation.ExeGroup + "UI.exe",
+                         .parameters = "",
+                         .folder = "",
+                         .show_mode = 0});
+  context_.transfer().Trf_WriteUserNameProfile("PluginLaunch", "1");
+}
+
+void StartUp::RegisterPlugin() {
+  const Installation& installation = context_.installation();
+  const std::string library = installation.ProductInstallationName + "UI.dll";
+  if (context_.machine().files.Exists(installation.ExeLocation + library)) {
+    const ProcessWatch started(context_.machine().processes, context_.services().helpers.LaunchHidden(
+                                                                 "regsvr32.exe", "/s " + library,
+                                                                 WithoutLast(installation.ExeLocation), 0));
+  }
+  context_.transfer().Trf_WriteUserNameProfile("PluginLaunch", "1");
+}
+
+void StartUp::Cont_login() {
+  context_.state.web_request_flags = context_.state.secure ? kSecureRequest : 0;
+  context_.state.web_port = context_.state.secure ? "443" : "80";
+}
+
+}  // namespace ondura
