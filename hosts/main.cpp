@@ -1,0 +1,36 @@
+#include <exception>
+#include <iostream>
+
+#include "host_options.h"
+#include "hosts.h"
+#include "platform/posix/posix_machine.h"
+#include "platform/posix/stop_signals.h"
+
+namespace {
+
+int Run(const ondura::HostOptions& options) {
+  // Caught from the start: a request that comes during the start-up ends the host before its first tick.
+  const ondura::StopSignals stop;
+  const ondura::PosixMachineResult made = ondura::MakePosixMachine({options.root, options.speed, {}});
+  if (!made.owner) {
+    std::cerr << "ondura-host: " << made.error << "\n";
+    return ondura::kExitUsage;
+  }
+  const bool is_background = options.role == ondura::HostRole::kBackground;
+  return is_background ? ondura::RunBackground(made.owner->machine(), options, stop)
+                       : ondura::RunService(made.owner->machine(), options, stop);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    const ondura::ParsedOptions parsed = ondura::ParseHostOptions(argc, argv);
+    return parsed.options ? Run(*parsed.options) : parsed.exit_code;
+  } catch (const std::exception& error) {
+    std::cerr << "ondura-host: " << error.what() << "\n";
+  } catch (...) {
+    std::cerr << "ondura-host: stopped by an unknown error.\n";
+  }
+  return ondura::kExitFailure;
+}
