@@ -9,6 +9,7 @@
 #include "failure.h"
 #include "platform/portable/code_page_table.h"
 #include "platform/portable/ini_text.h"
+#include "platform/posix/path_map.h"
 #include "util/text.h"
 
 namespace ondura {
@@ -55,15 +56,6 @@ void WriteDrives(const fs::path& file, const std::vector<DriveMapping>& drives) 
   if (!out) throw Failure(Exit::kFailed, "can't write '" + file.string() + "'");
 }
 
-// The entry of `folder` with that name in any letter case, or the name as it stands.
-fs::path Entry(const fs::path& folder, std::string_view name) {
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(folder, error)) {
-    if (EqualsIgnoringCase(entry.path().filename().string(), name)) return entry.path();
-  }
-  return folder / name;
-}
-
 }  // namespace
 
 void PrepareRoot(const std::string& root, const std::vector<std::string>& drives, bool force) {
@@ -84,11 +76,8 @@ void PrepareRoot(const std::string& root, const std::vector<std::string>& drives
 }
 
 void InstallProgram(const std::string& from, const std::string& root, std::string_view path) {
-  fs::path target = Entry(root, "C");
-  for (const auto& part : Split(path.substr(3), "\\")) {
-    if (!part.empty()) target = Entry(target, part);
-  }
   std::error_code error;
+  const fs::path target = PathMap(fs::absolute(root, error).string(), {}).ForCreation(path);
   fs::copy_file(from, target, fs::copy_options::overwrite_existing, error);
   if (!error) fs::permissions(target, fs::perms::owner_exec, fs::perm_options::add, error);
   if (error)

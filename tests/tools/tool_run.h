@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ondura::testing {
+
+struct ToolResult {
+  int exit = -1;
+  std::string out;
+  std::string err;
+};
+
+// A machine folder of its own, on which the built program is run as a person would.
+class ToolHouse {
+ public:
+  ToolHouse();
+  ~ToolHouse();
+  ToolHouse(const ToolHouse&) = delete;
+  ToolHouse& operator=(const ToolHouse&) = delete;
+
+  // Runs the program on this folder.
+  ToolResult Run(std::vector<std::string> arguments, const std::string& input = {}) const;
+
+  // The same without naming the folder.
+  static ToolResult RunBare(const std::vector<std::string>& arguments, const std::string& input = {});
+
+  // A machine with the user ann (password "secret"), and a drive D with a file and a folder.
+  void MakeWithAnn() const;
+
+  // Files by their path under the folder, such as "C/ProgramData/Ondura/userlist.ini". Empty when missing.
+  [[nodiscard]] std::string Bytes(const std::string& path) const;
+  void Put(const std::string& path, const std::string& bytes) const;
+
+  // A file of ann's folder.
+  [[nodiscard]] std::string OfAnn(const std::string& name) const { return Bytes(kAnn + name); }
+  void PutForAnn(const std::string& name, const std::string& bytes) const { Put(kAnn + name, bytes); }
+
+  [[nodiscard]] const std::string& root() const { return root_; }
+
+  static constexpr const char* kData = "C/ProgramData/Ondura/";
+
+ private:
+  inline static const std::string kAnn = "C/ProgramData/Ondura/Onduraann/";
+
+  std::string root_;
+};
+
+}  // namespace ondura::testing

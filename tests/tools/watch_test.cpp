@@ -1,0 +1,124 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tools/tool_run.h"
+
+namespace ondura::testing {
+
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Values;
+
+std::string Utf16(const std::string& ascii) {
+  std::string bytes = "\xFF\xFE";
+  for (const char character : ascii) bytes.append({character, '\0'});
+  return bytes;
+}
+
+TEST(ToolSelect, WritesPathsAsTheJobReadsThem) {
+  const ToolHouse house;
+  house.MakeWithAnn();
+  ASSERT_EQ(house.Run({"select", "ann", "d:\\DOCUMENTS", "D:/notes.txt"}).exit, 0);
+  ASSERT_EQ(house.Run({"select", "ann", "D:\\documents\\", "D:\\"}).exit, 0);
+  EXPECT_EQ(house.OfAnn("atbkupfolderlist.txt"), Utf16("D:\\Documents\\\r\nD:\\notes.txt\r\nD:\\\r\n"));
+  ASSERT_EQ(house.Run({"select", "ann", "--remove", "d:\\documents"}).exit, 0);
+  EXPECT_EQ(house.Run({"select", "ann", "--list"}).out, "D:\\notes.txt\nD:\\\n");
+  ASSERT_EQ(house.Run({"select", "ann", "--remove", "D:\\NOTES.txt", "D:\\"}).exit, 0);
+  EXPECT_FALSE(std::filesystem::exists(house.root() + "/C/ProgramData/Ondura/Onduraann/atbkupfolderlist.txt"))
+      << "an empty file would count as a selection";
+}
+
+TEST(ToolSelect, AddsNothingWhenOneOfThePathsIsMissing) {
+  const ToolHouse house;
+  house.MakeWithAnn();
+  EXPECT_EQ(house.Run({"select", "ann", "D:\\notes.txt", "D:\\gone"}).exit, 1);
+  EXPECT_EQ(house.Run({"select", "ann", "--list", "--json"}).out, "[]\n");
+}
+
+TEST(ToolExclude, KeepsFoldersAndFilesApart) {
+  const ToolHouse house;
+  house.MakeWithAnn();
+  ASSERT_EQ(house.Run({"exclude", "ann", "D:\\Documents", "D:\\notes.txt"}).exit, 0);
+  EXPECT_EQ(house.OfAnn("atbkupExcludelist.txt"), Utf16("D:\\Documents\\\r\n"));
+  EXPECT_EQ(house.OfAnn("atbkupExcludeFilePath.txt"), Utf16("D:\\notes.txt\r\n"));
+  EXPECT_EQ(house.Run({"exclude", "ann", "--list"}).out, "D:\\Documents\\\nD:\\notes.txt\n");
+}
+
+struct StateCase {
+  const char* story;
+  const char* status;
+  const char* header;
+  const char* state;
+  const char* words;
+};
+
+class ToolState : public ::testing::TestWithParam<StateCase> {};
+
+TEST_P(ToolState, SaysWhatTheFilesMean) {
+  const ToolHouse house;
+  house.MakeWithAnn();
+  house.Run({"set", "ann", "Status", GetParam().status});
+  house.PutForAnn("scheduleData.txt", std::string{GetParam().header} + "\r\n");
+  EXPECT_THAT(house.Run({"status", "ann", "--json"}).out,
+              HasSubstr("\"state\": \"" + std::string{GetParam().state} + "\""));
+  EXPECT_THAT(house.Run({"status"}).out, HasSubstr("state     " + std::string{GetParam().words} + "\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tool, ToolState,
+    Values(StateCase{"nothing going on", "0", "0", "idle", "idle"},
+           StateCase{"closed up behind a job", "4", "0", "idle", "idle"},
+           StateCase{"a job of the header's kind", "1", "2", "running", "a sql backup is running"},
+           StateCase{"a job that was cut off", "1", "0", "interrupted",
+                     "a job began and was cut off; the service clears this when it starts"},
+           StateCase{"an interactive backup", "2", "0", "interactive", "an interactive backup is running"},
+           StateCase{"a stop not yet seen by the job", "5", "1", "stopping", "a stop has been asked for"},
+           StateCase{"a failed job", "3", "0", "idle", "idle; the last job failed or was stopped"}));
+
+TEST(ToolStatus, TellsHowTheLastJobEndedAndWhatIsNext) {
+  const ToolHouse house;
+  house.MakeWithAnn();
+  house.Run({"schedule", "add", "ann", "--at", "2090-11-14 06:05", "--repeat", "daily"});
+  house.Run({"set", "ann", "RetValue", "-416"});
+  house.Run({"set", "ann", "SchEndTime", "11-14-2026 12:31:08"});
+  house.Run({"set", "ann", "BackupFailureDays", "3"});
+  house.Run({"set", "ann", "Used", "1536"});
+  house.Run({"set", "ann", "Max", "2147483648"});
+  house.PutForAnn("SchStatus.txt", Utf16("View the log to know the status of the backup job.\r\n"));
+  house.PutForAnn("BackupProgress.ini", "[BackupProgressInfo]\r\nPercentage=42\r\n");
+  EXPECT_EQ(house.Run({"status"}).out,
+            "ann\n"
+            "  state     idle\n"
+            "            Percentage: 42\n"
+            "  last job  no connection to the server (-416), ended 11-14-2026 12:31:08\n"
+            "  says      View the log to know the status of the backup job.\n"
+            "  failures  3 in a row\n"
+            "  next      2090-11-14 06:05, files\n"
+            "  quota     1.5 KB of 2.0 GB used\n");
+  EXPECT_THAT(house.Run({"status", "--json"}).out,
+              AllOf(HasSubstr("\"in_charge\": \"service\""), HasSubstr("\"code\": -416"),
+                    HasSubstr("\"time\": \"2090-11-14 06:05\""), HasSubstr("\"Percentage\": \"42\"")));
+}
+
+TEST(ToolLog, ShowsTheNewestUnlessAnotherIsNamed) {
+  const ToolHouse house;
+  house.MakeWithAnn();
+  house.PutForAnn("Session/Scheduled 11-14-2026 12-30-00.txt", Utf16("older\r\n"));
+  house.PutForAnn("Session/Scheduled 01-01-2027 00-00-00.txt", Utf16("newer\r\n"));
+  namespace fs = std::filesystem;
+  const fs::path session = house.root() + "/C/ProgramData/Ondura/Onduraann/Session";
+  fs::last_write_time(session / "Scheduled 11-14-2026 12-30-00.txt",
+                      fs::file_time_type::clock::now() - std::chrono::hours{24});
+  EXPECT_EQ(house.Run({"log", "ann"}).out, "Scheduled 01-01-2027 00-00-00.txt\nnewer\n");
+  EXPECT_THAT(house.Run({"log", "ann", "--name", "Scheduled 11-14-2026 12-30-00.txt"}).out,
+              HasSubstr("older\n"));
+  EXPECT_EQ(house.Run({"log", "ann", "--name", "..\\Ondura.ini"}).exit, 1) << "not a way to read other files";
+}
+
+}  // namespace
+
+}  // namespace ondura::testing
