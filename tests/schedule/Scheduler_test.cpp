@@ -1,0 +1,147 @@
+#include "schedule/Scheduler.h"
+
+#include "schedule_house.h"
+
+namespace ondura {
+namespace {
+
+struct DueCase {
+  const char* story;
+  LocalTime now;
+  std::vector<const char*> sortkeys;
+  const char* start_missed;
+  int want;
+  int selected;
+};
+
+const auto kHalfPast = SimulatedMachine::kDefaultStart;
+
+TEST(Due, IsDecidedByKeyUnitsInFileOrder) {
+  for (const DueCase& row : std::vector<DueCase>{
+           {"on the minute is due", kHalfPast, {"202611141230"}, "0", 1, 0},
+           {"a minute ahead is not", kHalfPast, {"202611141231"}, "0", 0, -1},
+           {"sixty units late is due", Time(2026, 11, 14, 12, 59), {"202611141199"}, "0", 1, 0},
+           {"61 units late is missed", Time(2026, 11, 14, 12, 59), {"202611141198"}, "0", 2, 0},
+           {"an hour late is a hundred", Time(2026, 11, 14, 13, 30), {"202611141230"}, "0", 2, 0},
+           {"13:59 at 14:00 is 41", Time(2026, 11, 14, 14), {"202611141359"}, "0", 1, 0},
+           {"however late when told to", kHalfPast, {"200001010000"}, "1", 1, 0},
+           {"the first line, not the earliest", kHalfPast, {"202611141230", "202611141200"}, "0", 1, 0},
+           {"a key that is no number", kHalfPast, {"soon", "202611141230"}, "0", 1, 1},
+           {"no records", kHalfPast, {}, "1", 0, -1}}) {
+    ScheduleHouse house;
+    house.machine.SetNow(row.now);
+    house.transfer.Trf_WriteUserNameRegistryProfile("STARTMISSEDSCH", row.start_missed);
+    std::string bytes = "0\r\n";
+    for (const char* sortkey : row.sortkeys) bytes += Line("11-14-2026 12:30:00", sortkey);
+    house.PutSchedule(bytes);
+    EXPECT_EQ(house.scheduler.Sch_Load_ScheduleData(), row.want) << row.story;
+    EXPECT_EQ(house.schedule.SelectedRecord, row.selected) << row.story;
+    EXPECT_EQ(house.machine.FileBytes(house.path), bytes) << row.story;
+  }
+}
+
+TEST(Due, ARecordWithoutAKeyCostsTheFileAndTheOthersGoOn) {
+  ScheduleHouse house;
+  house.machine.SetNow(Time(2026, 11, 15, 0, 0, 5));
+  house.PutSchedule("0\r\n" + Line("x", "") + Line("y", "202611142359"));
+  EXPECT_EQ(house.scheduler.Sch_Load_ScheduleData(), kMissed);
+  EXPECT_EQ(house.schedule.SelectedRecord, 1);
+  EXPECT_EQ(house.machine.FileBytes(house.path), std::nullopt);
+  EXPECT_EQ(house.TraceLines(), (std::vector<std::string>{"Schedule your data for backup again. ",
+                                                          "11-15-2026 00:00:05  Missed sch Backup option: ",
+                                                          "11-15-2026 00:00:05  value : 7641"}));
+}
+
+struct MoveCase {
+  const char* date_format;
+  const char* kind;
+  const char* mask;
+  const char* nexttime;
+  const char* sortkey;
+  const char* want_time;
+  const char* want_key;
+};
+
+void ExpectMove(const MoveCase& row, MoveOutcome outcome, std::size_t trace_lines) {
+  ScheduleHouse house;
+  house.scheduler.DateFormatText = row.date_format;
+  house.scheduler.TimeFormatText = "HH:mm:ss";
+  house.scheduler.SetDayFlags(row.mask);
+  ScheduleRecord& record = house.schedule.schvTemp;
+  record.repeatkind = row.kind;
+  record.nexttime = row.nexttime;
+  record.sortkey = row.sortkey;
+  EXPECT_EQ(house.scheduler.sch_CheckRepeatAppend(), outcome) << row.nexttime;
+  EXPECT_EQ(record.nexttime, row.want_time);
+  EXPECT_EQ(record.sortkey, row.want_key);
+  EXPECT_EQ(house.TraceLines().size(), trace_lines);
+}
+
+constexpr const char* kUs = "M/d/yyyy";
+constexpr const char* kUk = "dd/MM/yyyy";
+constexpr const char* kDashes = "dd-MM-yyyy";
+constexpr const char* kDaily = "1111111";
+
+// It is Saturday, 14 November 2026, 12:30: a week behind, a month ahead, and the present minute.
+TEST(Moving, BringsARepeatingRecordIntoTheFuture) {
+  for (const MoveCase& row : std::vector<MoveCase>{
+           {kUs, "6", "100000", "11-16-2026 6:05:04", "202611160605", "11-23-2026 6:05:04", "202611230605"},
+           {kUs, "6", kDaily, "10-30-2026 08:00:00", "202610300800", "11-15-2026 8:00:00", "202611150800"},
+           {kUs, "6", kDaily, "11-10-2026 12:30:00", "202611101230", "11-14-2026 12:30:00", "202611141230"},
+           {kUs, "5", "", "01-31-2026 9:00:00", "202601310900", "11-28-2026 9:00:00", "202611280900"},
+           {kUs, "5", "", "01-31-2027 9:00:00", "202701310900", "02-28-2027 9:00:00", "202702280900"},
+           {kUk, "6", kDaily, "05/12/2026 08:00:00", "202612050800", "12-06-2026 08:00:00", "202612060800"},
+           {kUk, "5", "", "12-05-2026 8:00:00", "202612050800", "01-05-2027 08:00:00", "202701050800"},
+           {kDashes, "6", kDaily, "05-12-2026 8:00:00", "202612050800", "12-06-2026 08:00:00",
+            "202612060800"},
+           {kDashes, "6", kDaily, "12-05-2026 8:00:00", "202612050800", "12-06-2026 08:00:00",
+            "202612060800"}}) {
+    ExpectMove(row, MoveOutcome::kMoved, 0);
+  }
+}
+
+TEST(Moving, LeavesARecordThatCantBeMovedAndSaysSoOnce) {
+  for (const auto& [date_format, kind, mask, nexttime] :
+       {std::tuple{kUs, "6", "0", "11-10-2026 6:05:04"}, std::tuple{kUk, "6", "", "10/11/2026 06:05:04"},
+        std::tuple{kUs, "5", "", "some day"}, std::tuple{kUs, "6", kDaily, "12-31-9999 8:00:00"}}) {
+    ExpectMove({date_format, kind, mask, nexttime, "200", nexttime, "200"}, MoveOutcome::kCannotMove, 1);
+    ExpectMove({date_format, "4", mask, nexttime, "200", nexttime, "200"}, MoveOutcome::kDoesNotRepeat, 0);
+  }
+}
+
+struct StepCase {
+  MoveOutcome (Scheduler::*move)();
+  const char* nexttime;
+  const char* want;
+  int slept_ms;
+};
+
+TEST(Moving, YieldsAtEachStepButNotForLong) {
+  using S = Scheduler;
+  for (const auto& [move, nexttime, want, slept_ms] :
+       {StepCase{&S::Sch_addhour_list, "11-14-2026 9:45:00", "11-14-2026 12:45:00", 4},
+        StepCase{&S::Sch_addweekDay_list, "11-12-2026 9:00:00", "11-16-2026 9:00:00", 2},
+        StepCase{&S::Sch_addWeek_list, "11-01-2026 9:00:00", "11-15-2026 9:00:00", 2},
+        StepCase{&S::Sch_addweekEnd_list, "11-14-2026 9:00:00", "11-15-2026 9:00:00", 0},
+        // A weekend that has fallen behind lands on a working day.
+        StepCase{&S::Sch_addweekEnd_list, "11-06-2026 9:00:00", "11-16-2026 9:00:00", 12},
+        StepCase{&S::Sch_addhour_list, "11-14-0226 12:45:00", "11-14-2026 12:45:00", 20000}}) {
+    ScheduleHouse house;
+    house.schedule.schvTemp.nexttime = nexttime;
+    EXPECT_EQ((house.scheduler.*move)(), MoveOutcome::kMoved);
+    EXPECT_EQ(house.schedule.schvTemp.nexttime, want) << nexttime;
+    EXPECT_EQ(house.machine.Elapsed().count(), slept_ms) << nexttime;
+  }
+}
+
+TEST(Moving, TheNextListedDayComesInTheMachinesOwnForm) {
+  ScheduleHouse house;
+  house.scheduler.DateFormatText = kUk;
+  house.scheduler.TimeFormatText = "h:mm tt";
+  house.scheduler.SetDayFlags("1000000");
+  EXPECT_EQ(house.scheduler.ValidateAddDay("11-14-2026 12:30:00"), "15/11/2026 12:30 PM");
+  EXPECT_EQ(house.scheduler.ValidateAddDay("never"), "never");
+}
+
+}  // namespace
+}  // namespace ondura
