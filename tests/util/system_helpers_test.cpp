@@ -1,0 +1,204 @@
+#include "util/SystemHelpers.h"
+
+#include <gtest/gtest.h>
+
+#include "support/checked_machine.h"
+#include "util/clsIPResolve.h"
+#include "util/waits.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+class TraceLines : public TraceSink {
+ public:
+  void WriteTrace(std::string_view TraceMsg) override { user.emplace_back(TraceMsg); }
+  void WriteTraceMain(std::string_view TraceMsg) override { main.emplace_back(TraceMsg); }
+
+  std::vector<std::string> user;
+  std::vector<std::string> main;
+};
+
+class SystemTest : public testing::Test {
+ protected:
+  CheckedMachine machine_;
+  TraceLines trace_;
+  SystemHelpers system_{machine_.machine(), trace_};
+};
+
+TEST_F(SystemTest, ANameMatchesWholeBareAndInAnyLetterCase) {
+  struct Case {
+    int platform_id;
+    const char* name;
+    bool by_path;
+    bool by_module;
+  };
+  const auto id = machine_.PutProcess("C:\\i\\AcmeEngine.exe");
+  for (const Case& row :
+       {Case{2, "acmeENGINE.exe", true, true}, Case{2, "C:\\i\\AcmeEngine.exe", false, false},
+        Case{2, "Engine.exe", false, false}, Case{2, "AcmeEngine", false, false},
+        Case{1, "acmeengine.EXE", true, true}, Case{3, "AcmeEngine.exe", false, true}}) {
+    machine_.surroundings().version.platform_id = row.platform_id;
+    EXPECT_EQ(system_.IsProcessRunningByPath(row.name, Kill::kNo), row.by_path) << row.name;
+    EXPECT_EQ(system_.FindProcessId(row.name), row.by_path ? std::optional{id} : std::nullopt) << row.name;
+    EXPECT_EQ(system_.IsProcessRunningByModule(row.name, Kill::kNo), row.by_module) << row.name;
+  }
+  EXPECT_THAT(trace_.main, ElementsAre("Return ture: acmeENGINE.exe", "Return false: ", "Return false: ",
+                                       "Return false: ", "Return ture: acmeengine.EXE", "Return false: "));
+}
+
+TEST_F(SystemTest, EndingByNameSparesNoneOfTheNameNoOtherAndLeaksNoHandle) {
+  for (const bool by_module : {false, true}) {
+    for (const char* path : {"C:\\a\\engine.exe", "C:\\a\\other.exe", "C:\\b\\ENGINE.exe"}) {
+      machine_.PutProcess(path);
+    }
+    const auto last = machine_.PutProcess("C:\\b\\engine.exe");
+    EXPECT_EQ(system_.FindProcessId("engine.exe"), last);
+    EXPECT_TRUE(by_module ? system_.IsProcessRunningByModule("engine.exe", Kill::kYes)
+                          : system_.IsProcessRunningByPath("engine.exe", Kill::kYes));
+    EXPECT_FALSE(machine_.IsRunning("engine.exe"));
+    EXPECT_TRUE(machine_.IsRunning("other.exe"));
+  }
+  EXPECT_EQ(machine_.OpenHandles(), 0U);
+}
+
+TEST_F(SystemTest, TerminationTakesTheProcessOfAWindowAndElseTheId) {
+  const auto by_id = machine_.PutProcess("C:\\a\\id.exe");
+  const auto by_window = machine_.PutProcess("C:\\a\\window.exe");
+  machine_.surroundings().windows[77] = by_window;
+  ProcessId id = 0;
+  EXPECT_FALSE(system_.ProcessTerminate(id, 0)) << "neither id nor window";
+  EXPECT_THAT(machine_.EnabledPrivileges(), ElementsAre());
+  id = by_id;
+  EXPECT_TRUE(system_.ProcessTerminate(id, 77));
+  EXPECT_EQ(id, by_window);
+  id = by_id;
+  EXPECT_TRUE(system_.ProcessTerminate(id, 1)) << "1 is no window, so the id holds";
+  EXPECT_FALSE(system_.ProcessTerminate(id, 1)) << "has ended already";
+  EXPECT_THAT(machine_.EnabledPrivileges(), testing::Contains("SeDebugPrivilege"));
+  EXPECT_EQ(machine_.OpenHandles(), 0U);
+}
+
+TEST_F(SystemTest, OnlyTheOneServerVersionIsAskedToElevate) {
+  struct Case {
+    SystemVersion version;
+    bool is_vista;
+    const char* verb;
+  };
+  for (const Case& row : {Case{{2, 6, 0, false}, true, "runas"}, Case{{2, 6, 0, true}, true, "open"},
+                          Case{{2, 6, 1, false}, true, "open"}, Case{{2, 6, 3, true}, true, "open"},
+                          Case{{2, 6, 4, false}, false, "open"}, Case{{2, 10, 0, false}, false, "open"},
+                          Case{{1, 6, 0, false}, false, "open"}}) {
+    machine_.surroundings().version = row.version;
+    EXPECT_EQ(system_.IsVista(), row.is_vista) << row.version.major << "." << row.version.minor;
+    EXPECT_EQ(system_.LaunchHidden("C:\\i\\missing.exe", " 24<>", "C:\\data", 0), kNoProcess);
+    EXPECT_EQ(machine_.Launches().back().verb, row.verb) << row.version.major << "." << row.version.minor;
+  }
+}
+
+TEST_F(SystemTest, AWaitListensInPassesAndLeavesAStoppedProgramRunning) {
+  machine_.InstallProgram("C:\\i\\engine.exe", [](ProgramRun& run) { run.ExitAfter(1s, 0); });
+  const auto start = [&] {
+    return ProcessWatch{machine_.machine().processes,
+                        system_.LaunchHidden("C:\\i\\engine.exe", "", "C:\\", 0)};
+  };
+  ProcessWatch watch = start();
+  WaitUntilEnded(machine_.machine(), watch, 3ms);
+  EXPECT_EQ(machine_.Elapsed(), 1000ms) << "in the fourth pass, which the end cuts short";
+  watch = start();
+  int tests = 0;
+  const StopTest second_test = [&] { return ++tests == 2; };
+  EXPECT_EQ(WaitUntilEndedOrStopped(machine_.machine(), watch, 100ms, second_test), WaitOutcome::kStopped);
+  EXPECT_EQ(machine_.Elapsed(), 1800ms);
+  EXPECT_TRUE(machine_.IsRunning("engine.exe"));
+  watch = ProcessWatch{machine_.machine().processes, kNoProcess};
+  EXPECT_EQ(machine_.OpenHandles(), 0U);
+  tests = 0;
+  EXPECT_EQ(WaitUntilEndedOrStoppedIfStarted(machine_.machine(), watch, 100ms, second_test),
+            WaitOutcome::kEnded);
+  EXPECT_EQ(WaitUntilEndedOrStopped(machine_.machine(), watch, 100ms, second_test), WaitOutcome::kStopped);
+  EXPECT_EQ(machine_.Elapsed(), 2600ms) << "a program that did not start never ends";
+}
+
+TEST_F(SystemTest, APathIsAFolderWhenTheFirstMatchOfItsNameIs) {
+  machine_.PutFile("C:\\docs\\plan.txt", "x");
+  machine_.PutFile("C:\\docs\\report.txt", "x");
+  machine_.PutFile("C:\\docs\\report\\a.txt", "x");
+  machine_.PutFile("C:\\docs\\zeta 1.txt", "x");
+  machine_.PutFolder("C:\\docs\\zeta 2");
+  for (const char* path : {"", "C:\\", "C:", "C:\\docs", "C:\\docs\\", "C:\\docs\\REPORT", "C:\\docs\\rep"}) {
+    EXPECT_TRUE(system_.IsFolderPath(path)) << path;
+  }
+  for (const char* path : {"Q:\\", "C:\\docs\\plan.txt", "C:\\docs\\plan.txt\\", "C:\\docs\\zeta",
+                           "C:\\docs\\none", "C:\\none\\none", "none"}) {
+    EXPECT_FALSE(system_.IsFolderPath(path)) << path;
+  }
+}
+
+TEST_F(SystemTest, UnknownDrivesAreNotListedAndSpaceBeyondFourGigabytesIsWhole) {
+  machine_.disk().PutDrive("E:\\", DriveKind::kNetwork, 3'298'534'883'328);
+  machine_.disk().PutDrive("D:\\", DriveKind::kUnknown, 1);
+  EXPECT_EQ(system_.DriveListText(), "C:|E:|");
+  EXPECT_EQ(system_.GetFreeDiskBytes("E:\\"), 3298534883328.0);
+  EXPECT_EQ(system_.GetFreeDiskBytes("Q:\\none"), 0.0);
+}
+
+TEST_F(SystemTest, ConnectionLinesTellTheFlagsAndTheVerdictOfASecondQuestion) {
+  machine_.surroundings().connected_state = {true, 18, "Office"};
+  EXPECT_TRUE(system_.LogConnectionState());
+  machine_.surroundings().connected_state = {false, 32, ""};
+  machine_.surroundings().is_connected = false;
+  EXPECT_FALSE(system_.LogConnectionState());
+  EXPECT_THAT(
+      trace_.user,
+      ElementsAre(
+          "11-14-2026 12:30:00 Return Val from ConnectedState : 18. You are connected to Internet via a "
+          "Office",
+          "11-14-2026 12:30:00 Firewall is blocking the Exe.",
+          "11-14-2026 12:30:00 Return Val from ConnectedState : 32. You are not connected to internet",
+          "11-14-2026 12:30:00 There's no internet connection."));
+}
+
+TEST_F(SystemTest, AnUnknownServiceStateKeepsTheFlagAndOnlyRunningSetsIt) {
+  machine_.surroundings().service_states["acme service"] = 4;
+  EXPECT_EQ(system_.ServiceState("Acme Service"), 4);
+  for (int state = 0; state <= 7; ++state) {
+    EXPECT_EQ(SystemHelpers::NextServiceRunningFlag(state, false), state == 4) << state;
+    EXPECT_EQ(SystemHelpers::NextServiceRunningFlag(state, true), state == 4 || state == 0) << state;
+  }
+}
+
+TEST_F(SystemTest, TheWriteTestLeavesNothingBehindAndAnswersTrueInAnyCase) {
+  machine_.PutFolder("C:\\temp");
+  std::vector<std::string> meanwhile;
+  machine_.After(5ms, [&] { meanwhile = machine_.FilesUnder("C:\\temp"); });
+  EXPECT_TRUE(system_.CheckForWriteAccessPermission("C:\\temp\\"));
+  EXPECT_THAT(meanwhile, ElementsAre("C:\\temp\\tmp.mtp"));
+  EXPECT_THAT(machine_.FilesUnder("C:\\temp"), ElementsAre());
+  EXPECT_TRUE(system_.CheckForWriteAccessPermission("C:\\none\\"));
+}
+
+TEST_F(SystemTest, AFailedLookUpShowsItsBoxAndAnEmptyOneForATextThatIsNoAddress) {
+  auto& around = machine_.surroundings();
+  around.addresses["vault.example"] = "192.0.2.7";
+  clsIPResolve resolve{machine_.machine().names, machine_.machine().desktop};
+  EXPECT_EQ(resolve.GetIPFromHostName("vault.example"), "192.0.2.7");
+  EXPECT_EQ(resolve.GetHostNameFromIP("192.0.2.7"), "vault.example");
+  EXPECT_EQ(resolve.GetHostNameFromIP("192.0.2.8"), "");
+  EXPECT_THAT(around.messages, ElementsAre());
+  EXPECT_EQ(resolve.GetIPFromHostName("none.example"), "");
+  EXPECT_EQ(resolve.GetHostNameFromIP("a.b.c.d"), "");
+  around.name_resolution_cleans_up = false;
+  EXPECT_EQ(resolve.GetIPFromHostName("vault.example"), "192.0.2.7");
+  around.name_resolution_starts = false;
+  EXPECT_EQ(resolve.GetHostNameFromIP("192.0.2.7"), "");
+  std::vector<std::string> texts;
+  for (const ShownMessage& message : around.messages) texts.push_back(message.text);
+  EXPECT_THAT(texts, ElementsAre("Failed to open Socket", "", "Error calling apiWSACleanup.",
+                                 "Failed to open Socket"));
+}
+
+}  // namespace
+}  // namespace ondura
