@@ -1,3 +1,5 @@
+#include <stdexcept>
+
 #include "support/checked_machine.h"
 
 namespace ondura {
@@ -6,21 +8,116 @@ namespace {
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 
+constexpr const char* kEngine = "C:\\Program Files\\Ondura\\Engine.exe";
+
 TEST(SimulatedTime, ActionsActInOrderAtTheirOwnMomentsWithinOneLongSleep) {
   CheckedMachine house;
-  std::vector<std::pair<int, TimeFields>> acts;
-  const auto act = [&](int number) {
-    return [&, number] { acts.emplace_back(number, ToFields(house.Now())); };
-  };
+  std::vector<std::pair<int, LocalTime>> acts;
+  const auto act = [&](int number) { return [&, number] { acts.emplace_back(number, house.Now()); }; };
+  const LocalTime start = house.Now();
   house.After(90s, act(3));
-  house.At(house.Now() + 30s, act(1));
-  house.At(house.Now() + 30s, act(2));
+  house.At(start + 30s, act(1));
+  house.At(start + 30s, act(2));
   house.After(91s, act(4));
   house.machine().clock.Sleep(90s);
-  EXPECT_THAT(acts, ElementsAre(std::pair{1, TimeFields{2026, 11, 14, 12, 30, 30}},
-                                std::pair{2, TimeFields{2026, 11, 14, 12, 30, 30}},
-                                std::pair{3, TimeFields{2026, 11, 14, 12, 31, 30}}));
-  EXPECT_EQ(ToFields(house.Now()), (TimeFields{2026, 11, 14, 12, 31, 30}));
+  EXPECT_THAT(acts,
+              ElementsAre(std::pair{1, start + 30s}, std::pair{2, start + 30s}, std::pair{3, start + 90s}));
+  EXPECT_EQ(house.Now(), start + 90s);
+}
+
+TEST(SimulatedTime, AnActorThatSleepsItselfNeverTurnsTheClockBack) {
+  CheckedMachine house;
+  std::vector<std::chrono::milliseconds> moments;
+  const auto note = [&] { moments.push_back(house.Elapsed()); };
+  house.After(10s, [&] {
+    house.machine().clock.Sleep(60s);
+    note();
+  });
+  house.After(20s, note);
+  house.machine().clock.Sleep(30s);
+  note();
+  EXPECT_THAT(moments, ElementsAre(20s, 70s, 70s));
+}
+
+TEST(SimulatedTime, AClockSetBackKeepsWhatIsScheduledAsFarAwayAsItWas) {
+  CheckedMachine house;
+  const LocalTime start = house.Now();
+  LocalTime acted;
+  house.At(start + 60s, [&] { acted = house.Now(); });
+  house.Advance(1500ms);
+  house.SetNow(start - 24h);
+  EXPECT_EQ(house.Now(), start - 24h);
+  house.Advance(58500ms);
+  EXPECT_EQ(acted, start - 24h + 58s);
+}
+
+TEST(SimulatedTime, APumpLetsOthersActWithoutSpendingTimeAndDoesNotReenterThem) {
+  CheckedMachine house;
+  int hook_runs = 0;
+  bool acted = false;
+  house.OnPump([&] {
+    ++hook_runs;
+    house.machine().pump.Pump();
+  });
+  house.After(0ms, [&] { acted = true; });
+  house.machine().pump.Pump();
+  EXPECT_EQ(hook_runs, 1);
+  EXPECT_TRUE(acted);
+  EXPECT_EQ(house.Elapsed(), 0ms);
+}
+
+TEST(SimulatedTime, ALoopThatOnlyPumpsStillReachesTheNextAction) {
+  CheckedMachine house;
+  bool is_over = false;
+  house.After(20ms, [&] { is_over = true; });
+  while (!is_over) house.machine().pump.Pump();
+  EXPECT_EQ(house.Elapsed(), 20ms);
+}
+
+struct EndlessCase {
+  const char* story;
+  std::function<void(SimulatedMachine&)> wait_once;
+};
+
+class EndlessWaitTest : public ::testing::TestWithParam<EndlessCase> {};
+
+TEST_P(EndlessWaitTest, ThrowsInsteadOfHanging) {
+  CheckedMachine house;
+  house.SetPatience(24h * 400, 2000);
+  house.InstallProgram(kEngine, [](ProgramRun& run) {
+    run.NeverEnds();
+    run.Every(1s, [] {});
+  });
+  house.outside().processes.Launch({kEngine, "", "", 0});
+  const auto wait_for_ever = [&] {
+    for (int pass = 0; pass < 10'000'000; ++pass) GetParam().wait_once(house);
+  };
+  EXPECT_THROW(wait_for_ever(), std::runtime_error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    SimulatedTime, EndlessWaitTest,
+    ::testing::Values(
+        EndlessCase{"for a process that never started",
+                    [](SimulatedMachine& house) { house.machine().processes.Wait(kNoProcess, 300ms); }},
+        EndlessCase{"for a process that only shows signs of life",
+                    [](SimulatedMachine& house) {
+                      house.machine().processes.Wait(4, 300ms);
+                      house.machine().clock.Sleep(100ms);
+                    }},
+        EndlessCase{"without a limit",
+                    [](SimulatedMachine& house) { house.machine().clock.Sleep(24h * 500); }},
+        EndlessCase{"by pumping alone", [](SimulatedMachine& house) { house.machine().pump.Pump(); }}));
+
+TEST(SimulatedTime, AYearOfTicksIsNoEndlessWaitWhileTheTestMovesTheClock) {
+  CheckedMachine house;
+  house.SetPatience(24h * 400, 3);
+  for (int day = 0; day < 800; ++day) {
+    house.machine().clock.Sleep(2s);
+    house.machine().clock.Sleep(1s);
+    house.Advance(24h);
+  }
+  EXPECT_EQ(house.Elapsed(), 24h * 800 + 800 * 3s);
 }
 
 }  // namespace

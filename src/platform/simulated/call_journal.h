@@ -36,7 +36,7 @@ class CallJournal {
 
   // How many calls are kept at most. Asking for calls after more have been made throws, because the answer
   // would be wrong.
-  static constexpr std::size_t kLimit = 1'000'000;
+  static constexpr std::size_t kLimit = 250'000;
 
   // The recorded calls, oldest first. Polling and pure conversion (Clock, MessagePump, FileWatch, Crypto,
   // Processes.Wait, Processes.ExitCode) is left out until RecordAlso names it.

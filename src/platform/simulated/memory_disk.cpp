@@ -40,6 +40,11 @@ bool IsLegalName(std::string_view name) {
   });
 }
 
+bool IsAtOrBelow(std::string_view clean_path, std::string_view folder) {
+  const bool ends_a_name = clean_path.size() <= folder.size() || clean_path[folder.size()] == '\\';
+  return ends_a_name && StartsWithIgnoringCase(clean_path, folder);
+}
+
 }  // namespace
 
 std::string CleanPath(std::string_view path) {
@@ -131,9 +136,7 @@ void MemoryDisk::SetShortPath(std::string_view path, std::string_view short_path
 std::string MemoryDisk::Resolve(std::string_view path) const {
   std::string clean = CleanPath(path);
   for (const auto& [full, brief] : short_paths_) {
-    const bool is_below =
-        clean.size() == brief.size() || (clean.size() > brief.size() && clean[brief.size()] == '\\');
-    if (is_below && StartsWithIgnoringCase(clean, brief)) return full + clean.substr(brief.size());
+    if (IsAtOrBelow(clean, brief)) return full + clean.substr(brief.size());
   }
   return clean;
 }
@@ -311,9 +314,7 @@ std::string MemoryDisk::ShortPath(std::string_view path) const {
   const std::string clean = Resolve(path);
   for (auto entry = short_paths_.rbegin(); entry != short_paths_.rend(); ++entry) {
     const auto& [full, brief] = *entry;
-    const bool is_below =
-        clean.size() == full.size() || (clean.size() > full.size() && clean[full.size()] == '\\');
-    if (is_below && StartsWithIgnoringCase(clean, full)) return brief + clean.substr(full.size());
+    if (IsAtOrBelow(clean, full)) return brief + clean.substr(full.size());
   }
   return std::string(path);
 }

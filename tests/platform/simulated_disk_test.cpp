@@ -1,0 +1,132 @@
+#include "support/checked_machine.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::vector<std::string> Listed(const Machine& machine, std::string_view folder) {
+  std::vector<std::string> names;
+  machine.folders.List(folder, [&](const FolderEntry& entry) {
+    names.emplace_back(entry.name);
+    return Visit::kContinue;
+  });
+  return names;
+}
+
+TEST(SimulatedDisk, ListsEachChildOnceInNameOrderThoughNamesShareBeginnings) {
+  CheckedMachine house;
+  for (const char* path : {"C:\\d\\sub\\deep\\x", "C:\\d\\sub-1", "C:\\d\\Sub.txt", "C:\\d\\sub\\a",
+                           "C:\\dd\\no", "C:\\d\\\xC3\x84rger"}) {
+    house.PutFile(path, "");
+  }
+  EXPECT_THAT(Listed(house.machine(), "c:\\D\\"), ElementsAre("sub", "sub-1", "Sub.txt", "\xC3\x84rger"));
+  house.disk().SetListOrder(ListOrder::kReversed);
+  EXPECT_THAT(Listed(house.machine(), "C:\\d"), ElementsAre("\xC3\x84rger", "Sub.txt", "sub-1", "sub"));
+  EXPECT_THAT(house.FilesUnder("C:\\d\\SUB"), ElementsAre("C:\\d\\sub\\a", "C:\\d\\sub\\deep\\x"));
+}
+
+TEST(SimulatedDisk, AnEntryThatVanishesDuringTheListingIsLeftOut) {
+  CheckedMachine house;
+  house.PutFile("C:\\d\\1", "");
+  house.PutFile("C:\\d\\2", "");
+  std::vector<std::string> names;
+  house.machine().folders.List("C:\\d", [&](const FolderEntry& entry) {
+    names.emplace_back(entry.name);
+    house.disk().Erase("C:\\d\\2");
+    return Visit::kContinue;
+  });
+  EXPECT_THAT(names, ElementsAre("1"));
+}
+
+struct FullCase {
+  const char* story;
+  FullDisk behaviour;
+  std::uint64_t free_bytes;
+  const char* left;
+  bool written;
+};
+
+class FullDiskTest : public ::testing::TestWithParam<FullCase> {};
+
+TEST_P(FullDiskTest, LosesTheWriteAsItIsTold) {
+  const FullCase& row = GetParam();
+  CheckedMachine house;
+  house.PutFile("C:\\x", "ab");
+  house.disk().SetFreeBytes("C:\\", row.free_bytes);
+  house.disk().SetFullDisk(row.behaviour);
+  EXPECT_EQ(house.machine().files.Append("C:\\x", "cdef", IfMissing::kFail), row.written) << row.story;
+  EXPECT_EQ(house.FileBytes("C:\\x"), row.left) << row.story;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    SimulatedDisk, FullDiskTest,
+    ::testing::Values(FullCase{"just fits", FullDisk::kKeepsNothing, 4, "abcdef", true},
+                      FullCase{"one byte short", FullDisk::kKeepsNothing, 3, "ab", false},
+                      FullCase{"one byte short, torn", FullDisk::kTearsWrites, 3, "abcd", false},
+                      FullCase{"no room even for half", FullDisk::kTearsWrites, 1, "ab", false}));
+
+TEST(SimulatedDisk, RoomComesBackWithWhatIsRemovedOrReplaced) {
+  CheckedMachine house;
+  house.PutFile("C:\\d\\x", "12345678");
+  house.disk().SetFreeBytes("C:\\", 0);
+  Files& files = house.machine().files;
+  EXPECT_TRUE(files.Write("C:\\d\\x", "1234", IfPresent::kReplace));
+  EXPECT_EQ(house.machine().drives.FreeBytes("C:\\d"), 4U);
+  EXPECT_TRUE(house.machine().folders.Remove("C:\\d", Removal::kPlain));
+  EXPECT_EQ(house.machine().drives.FreeBytes("C:\\"), 8U);
+}
+
+TEST(SimulatedDisk, WhatRefusesAccessIsThereButCannotBeUsed) {
+  CheckedMachine house;
+  house.PutFile("C:\\d\\locked.ini", "[a]\r\nb=c\r\n");
+  house.disk().SetRefusing("C:\\d\\locked.ini", true);
+  const Machine& machine = house.machine();
+  EXPECT_TRUE(machine.files.Exists("C:\\d\\locked.ini"));
+  EXPECT_EQ(machine.files.Read("C:\\d\\locked.ini"), std::nullopt);
+  EXPECT_FALSE(machine.files.Append("C:\\d\\locked.ini", "x", IfMissing::kCreate));
+  EXPECT_FALSE(machine.files.Remove("C:\\d\\locked.ini", Removal::kForce));
+  EXPECT_FALSE(machine.profiles.WriteString({"C:\\d\\locked.ini", "a", "b"}, "d"));
+  EXPECT_FALSE(machine.folders.Remove("C:\\d", Removal::kForce)) << "part of it stayed";
+  EXPECT_EQ(house.FileBytes("C:\\d\\locked.ini"), "[a]\r\nb=c\r\n");
+  house.disk().SetRefusing("C:\\d", true);
+  EXPECT_FALSE(machine.folders.List("C:\\d", [](const FolderEntry&) { return Visit::kContinue; }));
+  EXPECT_THAT(house.UnfiredFaults(), IsEmpty());
+}
+
+TEST(SimulatedDisk, ReadOnlyStandsInTheWayOfWritingAndOfPlainRemoval) {
+  CheckedMachine house;
+  house.PutFile("C:\\d\\x", "1");
+  house.disk().SetReadOnly("C:\\d\\x", true);
+  Files& files = house.machine().files;
+  EXPECT_FALSE(files.Write("C:\\d\\x", "2", IfPresent::kReplace));
+  EXPECT_FALSE(files.Patch("C:\\d\\x", 0, "2"));
+  EXPECT_FALSE(files.Remove("C:\\d\\x", Removal::kPlain));
+  EXPECT_FALSE(house.machine().folders.Remove("C:\\d", Removal::kPlain));
+  EXPECT_EQ(files.Read("C:\\d\\x"), "1");
+  EXPECT_TRUE(files.Remove("C:\\d\\x", Removal::kForce));
+}
+
+TEST(SimulatedDisk, ShortNamesLeadToTheSameFiles) {
+  CheckedMachine house;
+  house.PutFile("C:\\Program Files\\Ondura\\a.txt", "x");
+  house.disk().SetShortPath("C:\\Program Files", "C:\\PROGRA~1");
+  const Machine& machine = house.machine();
+  EXPECT_EQ(machine.drives.ShortPath("C:\\Program Files\\Ondura"), "C:\\PROGRA~1\\Ondura");
+  EXPECT_EQ(machine.drives.LongPath("c:\\progra~1\\ONDURA"), "C:\\Program Files\\Ondura");
+  EXPECT_EQ(machine.files.Read("C:\\PROGRA~1\\Ondura\\a.txt"), "x");
+  EXPECT_EQ(machine.drives.ShortPath("C:\\Program Filesystem"), "");
+}
+
+TEST(SimulatedDisk, OnlyLegalNamesInFoldersThatAreThereCanBeMade) {
+  CheckedMachine house;
+  for (const char* path : {"", "x.txt", "C:\\", "C:\\a:b", "C:\\a?", "C:\\missing\\x", "Q:\\x", "C:\\a\tb"}) {
+    EXPECT_FALSE(house.machine().files.Write(path, "x", IfPresent::kReplace)) << path;
+  }
+  EXPECT_THAT(house.FilesUnder("C:\\"), IsEmpty());
+}
+
+}  // namespace
+}  // namespace ondura

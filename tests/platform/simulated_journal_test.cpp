@@ -1,0 +1,165 @@
+#include "support/checked_machine.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Optional;
+
+struct PatternCase {
+  const char* story;
+  const char* pattern;
+  const char* call;
+  bool matches;
+};
+
+class CallPatternTest : public ::testing::TestWithParam<PatternCase> {};
+
+TEST_P(CallPatternTest, DecidesWhichCallsAreMeant) {
+  EXPECT_EQ(MatchesCall(GetParam().pattern, GetParam().call), GetParam().matches) << GetParam().story;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CallJournal, CallPatternTest,
+    ::testing::Values(PatternCase{"a beginning is enough", "Files.Read", "Files.ReadHead C:\\x", true},
+                      PatternCase{"the blank ends the method", "Files.Read ", "Files.ReadHead C:\\x", false},
+                      PatternCase{"letter case does not count", "files.read c:\\X", "Files.Read C:\\x", true},
+                      PatternCase{"a longer name is met too", "Files.Read C:\\x", "Files.Read C:\\xy", true},
+                      PatternCase{"unless the end is asked for", "Files.Read C:\\x$", "Files.Read C:\\xy",
+                                  false},
+                      PatternCase{"the end is met exactly", "Files.Read C:\\x$", "Files.Read C:\\x", true},
+                      PatternCase{"a star stands for anything", "*] Started=1$",
+                                  "ProfileFiles.WriteString f [T] Started=1", true},
+                      PatternCase{"a star tries every place", "*a*b$", "aab ab", true},
+                      PatternCase{"a call shorter than the pattern", "Files.Read C:", "Files.Read", false}));
+
+TEST(CallJournal, TellsWhatAPassReadAndWrote) {
+  CheckedMachine house;
+  house.PutFile("C:\\data\\a.txt", "1");
+  const Machine& machine = house.machine();
+  machine.files.Read("C:\\data\\\\a.txt");
+  machine.profiles.WriteString({"C:\\data\\\\x.ini", "T", "Started"}, "1");
+  machine.clock.Sleep(20ms);
+  house.FileBytes("C:\\data\\a.txt");
+  machine.files.OpenAppender("C:\\data\\a.txt", IfMissing::kFail)->Append("2");
+  EXPECT_THAT(
+      house.Calls(),
+      ElementsAre("Files.Read C:\\data\\a.txt", "ProfileFiles.WriteString C:\\data\\x.ini [T] Started=1",
+                  "Files.OpenAppender C:\\data\\a.txt", "FileWriter.Append C:\\data\\a.txt"));
+  house.ClearCalls();
+  house.journal().RecordAlso("Clock.Sleep");
+  machine.clock.Sleep(20ms);
+  machine.clock.Now();
+  EXPECT_THAT(house.Calls(), ElementsAre("Clock.Sleep 20"));
+}
+
+TEST(CallJournal, RefusesToAnswerFromARecordThatIsNotWhole) {
+  CheckedMachine house;
+  for (std::size_t call = 0; call <= CallJournal::kLimit; ++call) house.machine().internet.IsConnected();
+  EXPECT_THROW(house.Calls(), std::runtime_error);
+  house.ClearCalls();
+  EXPECT_THAT(house.Calls(), IsEmpty());
+}
+
+TEST(Faults, AFailedCallAnswersNothingHasNoEffectAndTheNextOneWorks) {
+  CheckedMachine house;
+  house.PutFile("C:\\data\\x.txt", "old");
+  house.Fail("Files.Write C:\\data\\x.txt");
+  house.Fail("Files.Read ", 2);
+  house.Fail("Processes.List");
+  house.Fail("Drives.FreeBytes");
+  const Machine& machine = house.machine();
+  EXPECT_FALSE(machine.files.Write("C:\\data\\x.txt", "new", IfPresent::kReplace));
+  EXPECT_EQ(house.FileBytes("C:\\data\\x.txt"), "old");
+  EXPECT_TRUE(machine.files.Write("C:\\data\\x.txt", "new", IfPresent::kReplace));
+  EXPECT_EQ(machine.files.Read("C:\\data\\x.txt"), std::nullopt);
+  EXPECT_EQ(machine.files.Read("C:\\data\\x.txt"), std::nullopt);
+  EXPECT_EQ(machine.files.Read("C:\\data\\x.txt"), "new");
+  house.PutProcess("C:\\tray.exe");
+  EXPECT_THAT(machine.processes.List(ProcessSource::kModules), IsEmpty());
+  EXPECT_EQ(machine.drives.FreeBytes("C:\\"), std::nullopt);
+}
+
+TEST(Faults, AFaultThatNoCallMetIsTold) {
+  SimulatedMachine house;
+  house.Fail("Files.Read C:\\never.txt");
+  house.Fail("Internet.IsConnected", CallJournal::kAlways);
+  house.machine().internet.IsConnected();
+  EXPECT_THAT(house.UnfiredFaults(), ElementsAre("Files.Read C:\\never.txt"));
+}
+
+TEST(Faults, ATornWriteLeavesItsFirstHalf) {
+  CheckedMachine house;
+  house.PutFile("C:\\x.txt", "head");
+  house.journal().Tear("Files.Write C:\\x.txt");
+  house.journal().Tear("FileWriter.Append");
+  EXPECT_FALSE(house.machine().files.Write("C:\\x.txt", "0123456789", IfPresent::kReplace));
+  EXPECT_THAT(house.FileBytes("C:\\x.txt"), Optional(std::string("01234")));
+  EXPECT_FALSE(house.machine().files.OpenAppender("C:\\x.txt", IfMissing::kFail)->Append("abcd"));
+  EXPECT_THAT(house.FileBytes("C:\\x.txt"), Optional(std::string("01234ab")));
+}
+
+TEST(Faults, ASeedDecidesTheSameFailuresEveryTime) {
+  const auto answers = [](std::uint64_t seed) {
+    CheckedMachine house;
+    house.journal().RandomFaults(seed, 0.5);
+    std::string text;
+    for (int call = 0; call < 64; ++call) text += house.machine().internet.IsConnected() ? '1' : '0';
+    return text;
+  };
+  EXPECT_EQ(answers(1), answers(1));
+  EXPECT_NE(answers(1), answers(2));
+  EXPECT_NE(answers(1).find('1'), std::string::npos);
+  EXPECT_NE(answers(1).find('0'), std::string::npos);
+}
+
+struct CutCase {
+  const char* story;
+  CutMoment moment;
+  std::size_t at;
+  const char* first;  // what the files hold afterwards
+  const char* second;
+};
+
+class PowerCutTest : public ::testing::TestWithParam<CutCase> {};
+
+TEST_P(PowerCutTest, LeavesWhatHadReachedTheDiskAndTheNextComponentGoesOn) {
+  const CutCase& row = GetParam();
+  CheckedMachine house;
+  house.PutFile("C:\\1.txt", "----");
+  house.PutFile("C:\\2.txt", "----");
+  const auto component = [&] {
+    house.machine().files.Read("C:\\1.txt");
+    house.machine().files.Write("C:\\1.txt", "aaaa", IfPresent::kReplace);
+    house.machine().clock.Sleep(1s);
+    house.machine().files.Write("C:\\2.txt", "bbbb", IfPresent::kReplace);
+  };
+  house.StopDeadAt(row.at, row.moment);
+  EXPECT_THROW(component(), PowerCut) << row.story;
+  EXPECT_EQ(house.FileBytes("C:\\1.txt"), row.first) << row.story;
+  EXPECT_EQ(house.FileBytes("C:\\2.txt"), row.second) << row.story;
+  component();
+  EXPECT_EQ(house.FileBytes("C:\\2.txt"), "bbbb");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, PowerCutTest,
+    ::testing::Values(CutCase{"before the first write", CutMoment::kBeforeEffect, 1, "----", "----"},
+                      CutCase{"behind the first write", CutMoment::kAfterEffect, 1, "aaaa", "----"},
+                      CutCase{"before the second write", CutMoment::kBeforeEffect, 2, "aaaa", "----"},
+                      CutCase{"within the second write", CutMoment::kTorn, 2, "aaaa", "bb"}));
+
+TEST(Faults, AComponentCanBeStoppedDeadAtAMoment) {
+  CheckedMachine house;
+  house.After(1s, [] { throw PowerCut{"in its sleep"}; });
+  house.After(2s, [&] { house.PutFile("C:\\later.txt", ""); });
+  EXPECT_THROW(house.machine().clock.Sleep(5s), PowerCut);
+  EXPECT_EQ(house.Elapsed(), 1s);
+  house.Advance(5s);
+  EXPECT_THAT(house.FilesUnder("C:\\"), ElementsAre("C:\\later.txt"));
+}
+
+}  // namespace
+}  // namespace ondura

@@ -1,0 +1,109 @@
+#include "support/checked_machine.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* kEngine = "C:\\Program Files\\Ondura\\Engine.exe";
+constexpr const char* kProfile = "C:\\data\\x.ini";
+
+TEST(SimulatedProcesses, AProgramWorksWhileTheComponentWaitsForItAndStopsTheWaitAtItsEnd) {
+  CheckedMachine house;
+  house.InstallProgram(kEngine, [](ProgramRun& run) {
+    run.After(200ms, [&run] { run.machine().WriteIni(kProfile, "BackupStatus", "RetValue", "402"); });
+    run.ExitAfter(450ms, 7);
+  });
+  Processes& processes = house.machine().processes;
+  const ProcessHandle engine = processes.Launch({kEngine, " 51<\\a b>", "C:\\data", 0});
+  EXPECT_EQ(processes.Wait(engine, 100ms), ProcessWait::kTimedOut);
+  EXPECT_EQ(house.ReadIni(kProfile, "BackupStatus", "RetValue"), "");
+  EXPECT_EQ(processes.Wait(engine, 300ms), ProcessWait::kTimedOut);
+  EXPECT_EQ(house.ReadIni(kProfile, "BackupStatus", "RetValue"), "402");
+  EXPECT_EQ(processes.ExitCode(engine), kStillActive);
+  EXPECT_EQ(processes.Wait(engine, 300ms), ProcessWait::kEnded);
+  EXPECT_EQ(house.Elapsed(), 450ms);
+  EXPECT_EQ(processes.ExitCode(engine), 7U);
+  EXPECT_THAT(house.CallsMatching("Processes.Launch"),
+              ElementsAre("Processes.Launch C:\\Program Files\\Ondura\\Engine.exe  51<\\a b>"));
+}
+
+TEST(SimulatedProcesses, AScriptSeesItsCommandLineAsItWasSent) {
+  CheckedMachine house;
+  std::vector<std::string> seen;
+  house.InstallProgram(kEngine, [&](ProgramRun& run) {
+    seen = {run.path(), run.parameters(), run.folder()};
+  });
+  house.machine().processes.Launch({"engine.EXE", " 28<>", "C:\\data", 0});
+  EXPECT_THAT(seen, ElementsAre(kEngine, " 28<>", "C:\\data"));
+  EXPECT_FALSE(house.IsRunning("Engine.exe")) << "a script with nothing to do has ended";
+}
+
+TEST(SimulatedProcesses, AnEndedProgramDoesNothingMore) {
+  for (const bool is_terminated : {true, false}) {
+    CheckedMachine house;
+    std::vector<std::string> acts;
+    house.InstallProgram(kEngine, [&](ProgramRun& run) {
+      run.Every(1s, [&] { acts.emplace_back("beat"); });
+      run.ExitAfter(5s, 0);
+      run.OnTerminated([&] {
+        acts.emplace_back("terminated");
+        run.After(1s, [&] { acts.emplace_back("late"); });
+      });
+    });
+    Processes& processes = house.machine().processes;
+    const ProcessHandle engine = processes.Launch({kEngine, "", "", 0});
+    house.Advance(1500ms);
+    if (is_terminated) {
+      EXPECT_TRUE(processes.Terminate(engine, 9));
+    } else {
+      house.EndProcess(processes.IdOf(engine), 9);
+    }
+    house.Advance(10s);
+    EXPECT_EQ(acts.size(), is_terminated ? 2U : 1U);
+    EXPECT_EQ(processes.ExitCode(engine), 9U);
+    EXPECT_FALSE(processes.Terminate(engine, 1)) << "it had ended already";
+    EXPECT_THAT(processes.List(ProcessSource::kModules), IsEmpty());
+  }
+}
+
+TEST(SimulatedProcesses, OnlyAnInstalledProgramWhoseFileIsThereStarts) {
+  CheckedMachine house;
+  Processes& processes = house.machine().processes;
+  EXPECT_EQ(processes.Launch({kEngine, "", "", 0}), kNoProcess);
+  house.InstallProgram(kEngine, [](ProgramRun& run) { run.NeverEnds(); });
+  EXPECT_NE(processes.Launch({"c:\\program files\\\\ondura\\ENGINE.exe", "", "", 0}), kNoProcess);
+  house.disk().Erase(kEngine);
+  EXPECT_EQ(processes.Launch({kEngine, "", "", 0}), kNoProcess);
+  EXPECT_FALSE(processes.OpenForUser({kEngine, "", "", 0}));
+}
+
+TEST(SimulatedProcesses, RightsHoldForWhoAsksByNumber) {
+  CheckedMachine house;
+  Processes& processes = house.machine().processes;
+  const ProcessId tray = house.PutProcess("C:\\Program Files\\Ondura\\Tray.exe");
+  const ProcessId guarded = house.PutProcess("C:\\Windows\\guard.exe", SimulatedMachine::Access::kRefused);
+  EXPECT_EQ(processes.OpenById(guarded, ProcessAccess::kQuery), kNoProcess);
+  EXPECT_EQ(processes.List(ProcessSource::kModules).size(), 1U);
+  EXPECT_FALSE(processes.Terminate(processes.OpenById(tray, ProcessAccess::kQuery), 0));
+  EXPECT_TRUE(house.IsRunning("tray.exe"));
+  EXPECT_TRUE(processes.Terminate(processes.OpenById(tray, ProcessAccess::kTerminate), 0));
+  EXPECT_EQ(processes.OpenById(tray, ProcessAccess::kQuery), kNoProcess);
+}
+
+TEST(SimulatedProcesses, AMutexThatAnotherProcessHoldsCostsTheWholeWait) {
+  CheckedMachine house;
+  NamedMutexes& mutexes = house.machine().mutexes;
+  house.HoldMutex("Global\\scan");
+  const MutexHandle handle = mutexes.Create("Global\\scan");
+  EXPECT_FALSE(mutexes.Wait(handle, 1s));
+  EXPECT_EQ(house.Elapsed(), 1s);
+  house.After(300ms, [&] { house.LetGoOfMutex("Global\\scan"); });
+  EXPECT_TRUE(mutexes.Wait(handle, 1s));
+  EXPECT_EQ(house.Elapsed(), 1300ms);
+}
+
+}  // namespace
+}  // namespace ondura
