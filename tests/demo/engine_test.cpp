@@ -1,0 +1,257 @@
+#include <functional>
+#include <thread>
+
+#include "rehearsal.h"
+#include "util/date_text.h"
+
+namespace ondura::demo {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
+using ::testing::UnorderedElementsAreArray;
+using ::testing::Values;
+
+const std::string kDocuments = "C:\\Users\\ann\\Documents\\";
+
+struct AnswerCase {
+  const char* story;
+  const char* parameters;
+  const char* want;
+  std::function<void(Rehearsal&)> given;
+};
+
+class AnswerTest : public testing::TestWithParam<AnswerCase> {};
+
+TEST_P(AnswerTest, LeavesTheResultOfTheTable) {
+  Rehearsal house;
+  house.PutFile(kDocuments + "a.txt", "some text");
+  house.PutLines("atbkupfolderlist.txt", {kDocuments});
+  house.MakeFolder("C:\\Empty");
+  house.Run(" 17");
+  GetParam().given(house);
+  EXPECT_EQ(house.Run(GetParam().parameters), GetParam().want) << GetParam().story;
+}
+
+void Nothing(Rehearsal&) {}
+
+INSTANTIATE_TEST_SUITE_P(
+    Engine, AnswerTest,
+    Values(AnswerCase{"the call after an installation, without brackets", " 17", "402", Nothing},
+           AnswerCase{"the call of a host, with a folder with blanks", " 12<C:\\Temp Files\\x d>", "402",
+                      Nothing},
+           AnswerCase{"the list of the server, with the empty text of a first job", " 28<>", "402", Nothing},
+           AnswerCase{"another password than the first contact's", " 24<>", "-403",
+                      [](Rehearsal& house) { house.transfer().Trf_WriteUserProfile("password", "trout"); }},
+           AnswerCase{"a password that a wrong result has cleared", " 51<>", "-403",
+                      [](Rehearsal& house) { house.transfer().Trf_WriteUserProfile("password", ""); }},
+           AnswerCase{"another encryption password", " 28<>", "-404",
+                      [](Rehearsal& house) { house.transfer().Trf_WriteUserProfile("encpassword", "sled"); }},
+           AnswerCase{
+               "a server that is not there", " 51<\\9_05_07_57>", "-416",
+               [](Rehearsal& house) { house.transfer().Trf_WriteUserProfile("serverip", "10.0.0.9"); }},
+           AnswerCase{"an empty selection", " 51<>", "-409",
+                      [](Rehearsal& house) {
+                        house.PutLines("atbkupfolderlist.txt", {"", "  "});
+                      }},
+           AnswerCase{"a selection with no file in it", " 51<>", "-411",
+                      [](Rehearsal& house) { house.PutLines("atbkupfolderlist.txt", {"C:\\Empty"}); }},
+           AnswerCase{"a selection that is excluded as a whole", " 51<>", "-426",
+                      [](Rehearsal& house) { house.PutLines("atbkupExcludelist.txt", {"c:\\users\\ANN"}); }},
+           AnswerCase{"a chosen file that has gone", " 51<>", "-1001",
+                      [](Rehearsal& house) {
+                        house.PutLines("atbkupfolderlist.txt", {kDocuments, "C:\\gone.txt"});
+                      }},
+           AnswerCase{"more than the account may hold", " 51<>", "-432",
+                      [](Rehearsal& house) {
+                        house.machine().profiles.WriteString(
+                            {Rehearsal::VaultFile("account.ini"), "Account", "Max"}, "8");
+                      }},
+           AnswerCase{"a result that is rehearsed", " 51<>", "-427", [](Rehearsal& house) {
+                        house.machine().profiles.WriteString(
+                            {Rehearsal::VaultFile("account.ini"), "Rehearsal", "51"}, "-427");
+                      }}));
+
+TEST(EngineTest, RefusesWhatIsNoCommandAndWritesNothing) {
+  for (const char* parameters : {"", " 52<>", " 51<", " fifty<>"}) {
+    Rehearsal house;
+    EXPECT_EQ(house.Finish(house.Start(parameters)), 2U) << parameters;
+    EXPECT_EQ(house.Result(), "0") << parameters;
+  }
+}
+
+TEST(EngineTest, PortLookUpKeepsThePortAndTheAddressOfTheProfile) {
+  Rehearsal house;
+  EXPECT_EQ(house.Run(" 24<>"), "402");
+  EXPECT_EQ(house.Read(house.UserFile("DLLOutput1.txt")), "11905\r\nlocalhost\r\n");
+  house.transfer().Trf_WriteUserProfile("port", "11911");
+  house.Run(" 24<>");
+  EXPECT_EQ(house.Read(house.UserFile("DLLOutput1.txt")), "11911\r\nlocalhost\r\n");
+}
+
+// Writes the compare list of all files given, as the job does while the engine runs.
+void WriteCompareList(Rehearsal& house, const std::vector<std::string>& paths) {
+  std::vector<std::string> lines;
+  for (const std::string& path : paths) {
+    const LocalTime modified = *house.machine().files.Modified(path);
+    lines.push_back(path + "/" + std::to_string(*house.machine().files.Size(path)) + "/" +
+                    FormatDate(kStampPicture, modified) + "/" +
+                    FormatDate(kStampPicture, modified + std::chrono::hours{1}) + "/" +
+                    FormatDate(kStampPicture, modified - std::chrono::hours{1}));
+  }
+  house.MakeFolder(house.UserFile("TempCom"));
+  house.PutLines("TempCom\\CompareListInput1.txt", lines);
+  house.SetStatus("CompareListCount", "0");
+  house.SetStatus("StatusCheckCount", "1");
+}
+
+class MethodTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(MethodTest, CopiesEveryFileOnceAndThenOnlyWhatHasChanged) {
+  Rehearsal house;
+  house.transfer().Trf_WriteUserNameDBProfile("DB", GetParam());
+  const std::string deep = kDocuments + std::string(120, 'd') + "\\" + std::string(120, 'e') + "\\long.txt";
+  std::vector<std::string> paths{kDocuments + "a.txt", kDocuments + "empty.bin",
+                                 kDocuments +
+                                     "\xC3\x9C"
+                                     "bersicht \xE2\x82\xAC.txt",
+                                 deep};
+  for (const std::string& path : paths) house.PutFile(path, path.ends_with(".bin") ? "" : path);
+  house.PutLines("atbkupfolderlist.txt", {kDocuments});
+
+  WriteCompareList(house, paths);
+  ASSERT_EQ(house.Run(" 51<>"), "402");
+  EXPECT_THAT(house.Lines("ToBackup.txt"), UnorderedElementsAreArray(paths));
+  for (const std::string& path : paths) {
+    const std::string copy = Rehearsal::VaultFile("C" + path.substr(2));
+    EXPECT_EQ(house.Read(copy), house.Read(path));
+    EXPECT_EQ(house.machine().files.Modified(copy), house.machine().files.Modified(path)) << path;
+  }
+
+  EXPECT_EQ(house.Run(" 51<>"), "426");
+  EXPECT_THAT(house.Lines("noToBackup.txt"), UnorderedElementsAreArray(paths));
+
+  paths.push_back(kDocuments + "new.txt");
+  house.PutFile(paths.back(), "new");
+  house.PutFile(paths.front(), "other text of another size");
+  WriteCompareList(house, paths);
+  EXPECT_EQ(house.Run(" 51<>"), "402");
+  EXPECT_THAT(house.Lines("ToBackup.txt"), UnorderedElementsAre(paths.front(), paths.back()));
+  EXPECT_EQ(house.Read(Rehearsal::VaultFile("C\\Users\\ann\\Documents\\a.txt")),
+            "other text of another size");
+
+  EXPECT_EQ(house.Run(" 16<>"), "402");
+  std::size_t bytes = 0;
+  for (const std::string& path : paths) bytes += house.Read(path).size();
+  EXPECT_EQ(house.ProfileValue("QuotaStatus", "Used"), std::to_string(bytes));
+  EXPECT_EQ(house.ProfileValue("QuotaStatus", "Max"), "10737418240");
+}
+
+INSTANTIATE_TEST_SUITE_P(Engine, MethodTest, Values("", "1", "0"));
+
+TEST(CompareListTest, WaitsForCompletePartsAndTakesNothingFromTheListOfTheLastJob) {
+  Rehearsal house;
+  house.transfer().Trf_WriteUserNameDBProfile("DB", "0");
+  house.PutLines("atbkupfolderlist.txt", {kDocuments});
+  for (const char* name : {"stale.txt", "one.txt", "two.txt"}) house.PutFile(kDocuments + name, name);
+  WriteCompareList(house, {kDocuments + "stale.txt"});
+  house.SetStatus("StatusCheckCount", "0");
+
+  const ProcessHandle engine = house.Start(" 51<>");
+  const auto pause = [] { std::this_thread::sleep_for(std::chrono::milliseconds{60}); };
+  pause();
+  EXPECT_FALSE(house.machine().files.Exists(Rehearsal::VaultFile("C\\Users\\ann\\Documents\\stale.txt")));
+  WriteCompareList(house, {kDocuments + "one.txt"});
+  house.SetStatus("CompareListCount", "1");
+  pause();
+  const std::string first = house.Read(house.UserFile("TempCom\\CompareListInput1.txt"));
+  WriteCompareList(house, {kDocuments + "two.txt"});
+  const std::string second = house.Read(house.UserFile("TempCom\\CompareListInput1.txt"));
+  house.PutFile(house.UserFile("TempCom\\CompareListInput2.txt"), second);
+  house.PutFile(house.UserFile("TempCom\\CompareListInput1.txt"), first);
+  house.SetStatus("CompareListCount", "2");
+  pause();
+  EXPECT_EQ(house.Result(), "0") << "the number of parts still is the old one";
+  house.SetStatus("StatusCheckCount", "2");
+  EXPECT_EQ(house.Finish(engine), 0U);
+  EXPECT_EQ(house.Result(), "402");
+  EXPECT_THAT(house.Lines("ToBackup.txt"), ElementsAre(kDocuments + "one.txt", kDocuments + "two.txt"));
+}
+
+struct StopCase {
+  const char* story;
+  const char* key;
+  const char* value;
+  const char* want;
+  const char* closing;
+};
+
+class StopTest : public testing::TestWithParam<StopCase> {};
+
+TEST_P(StopTest, EndsBetweenTwoFilesAndSaysSo) {
+  Rehearsal house;
+  house.PutFile(std::string{kInstall} + "Deployment.ini", "[Demo]\r\nMillisecondsPerFile=5000\r\n");
+  for (int i = 0; i < 200; ++i) house.PutFile(kDocuments + std::to_string(i) + ".txt", "x");
+  house.PutLines("atbkupfolderlist.txt", {kDocuments});
+  const ProcessHandle engine = house.Start(" 51<>");
+  const std::string progress = house.UserFile("BackupProgress.ini");
+  const IniKey shown{progress, "BackupProgressInfo", "Backedup Files"};
+  for (int i = 0; i < 200 && !house.machine().profiles.ReadString(shown).starts_with("2 of 200"); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds{20});
+  }
+  house.SetStatus(GetParam().key, GetParam().value);
+  house.Finish(engine);
+  EXPECT_EQ(house.Result(), GetParam().want) << GetParam().story;
+
+  std::size_t copied = 0;
+  house.machine().folders.List(Rehearsal::VaultFile("C\\Users\\ann\\Documents"), [&](const FolderEntry&) {
+    ++copied;
+    return Visit::kContinue;
+  });
+  EXPECT_THAT(copied, testing::AllOf(testing::Ge(2U), testing::Lt(200U)));
+  std::string session;
+  house.machine().folders.List(house.UserFile("Session"), [&](const FolderEntry& entry) {
+    session = "Session\\" + std::string{entry.name};
+    return Visit::kContinue;
+  });
+  EXPECT_EQ(house.Lines(session).back(), GetParam().closing + std::string{"     [Backed up Files : "} +
+                                             std::to_string(copied) + ", Size : " + std::to_string(copied) +
+                                             " bytes, Failed Files : 0]");
+}
+
+INSTANTIATE_TEST_SUITE_P(Engine, StopTest,
+                         Values(StopCase{"cancelled by the person", "Cancel", "1", "-414", "Backup Canceled"},
+                                StopCase{"the hour has come", "Status", "10", "-424",
+                                         "Backup ended by the hard stop at the Cut Off time"}));
+
+TEST(ScannerTest, BuildsTheDatabaseThatSparesTheNextRunEverything) {
+  for (const char* command : {"29", "5"}) {
+    Rehearsal house;
+    house.Install(DEMO_SCANNER, "OnduraScan.exe");
+    house.PutFile(kDocuments + "a.txt", "some text");
+    house.PutLines("atbkupfolderlist.txt", {kDocuments});
+    ASSERT_EQ(house.Run(" 51<>"), "402");
+    const std::string database = house.Read(house.UserFile("LDB\\OnduraLDB.Ond"));
+    house.PutFile(house.UserFile("LDB\\OnduraLDB.Ond"), "damaged");
+    EXPECT_EQ(house.Finish(house.Start(command, "OnduraScan.exe")), 0U);
+    EXPECT_EQ(house.ProfileValue("REALTIME", "scanStatus"), "0");
+    EXPECT_NE(house.ProfileValue("REALTIME", "ScannerId"), "");
+    EXPECT_EQ(house.Read(house.UserFile("LDB\\OnduraLDB.Ond")), database);
+    EXPECT_EQ(house.Run(" 51<>"), "426");
+  }
+}
+
+TEST(DatabaseManagerTest, StaysForTheJobAndNoLonger) {
+  Rehearsal house;
+  house.Install(DEMO_DATABASE_MANAGER, "OnduraSDBManager.exe");
+  house.transfer().Trf_WriteUserNameProfile("Started", "1");
+  const ProcessHandle manager = house.Start("\" " + house.UserFile("LDB") + "\\ \"", "OnduraSDBManager.exe");
+  EXPECT_EQ(house.machine().processes.Wait(manager, std::chrono::milliseconds{40'000}),
+            ProcessWait::kTimedOut);
+  EXPECT_TRUE(house.machine().folders.Exists(house.UserFile("LDB")));
+  house.transfer().Trf_WriteUserNameProfile("Started", "0");
+  EXPECT_EQ(house.Finish(manager), 0U);
+}
+
+}  // namespace
+}  // namespace ondura::demo
