@@ -1,0 +1,258 @@
+#include "backupset/CompareList.h"
+
+#include "backup_set_house.h"
+#include "util/date_text.h"
+
+namespace ondura {
+namespace {
+
+using testing::ElementsAre;
+using testing::Values;
+
+constexpr std::string_view kFirstPart = "TempCom\\CompareListInput1.txt";
+constexpr std::string_view kStamps = "/11-14-2026 12:30:00/11-14-2026 13:30:00/11-14-2026 11:30:00\r\n";
+
+struct Build : BackupSetHouse {
+  explicit Build(std::int64_t lines_per_part = CompareList::kLinesPerPart)
+      : list{machine.machine(), installation, transfer, exclusions, drives, stop, lines_per_part} {}
+
+  void PutFile(const std::string& path, std::string_view bytes = "12345") { machine.PutFile(path, bytes); }
+  void PutFiles(int count) {
+    for (int i = 0; i < count; ++i) PutFile("C:\\docs\\" + std::to_string(i));
+  }
+  WalkOutcome Walk(std::string path, ItemKind kind = ItemKind::kFolder) {
+    return list.WalkItem({std::move(path), kind});
+  }
+  // The paths of a part's lines.
+  std::vector<std::string> Paths(std::string_view part = kFirstPart) {
+    std::vector<std::string> paths;
+    for (const auto& line : LinesOf(List(part))) paths.push_back(line.substr(0, line.find('/')));
+    return paths;
+  }
+
+  MappedDrives drives;
+  CompareList list;
+};
+
+TEST(CompareList, WritesPathSizeAndThreeStampsForEachFileBelowTheItem) {
+  Build build;
+  build.PutFile("C:\\docs\\sub\\b.txt", "");
+  build.PutFile("C:\\docs\\Käse 𝄞.txt");
+  build.machine.disk().SetModified("C:\\docs\\sub\\b.txt", ToLocalTime({2027, 1, 1, 0, 5, 9}));
+  build.PutFile("C:\\data\\Acmeann\\CompareListInput.txt");
+  build.PutFile("C:\\data\\Acmeann\\TempCom\\CompareListInput7.txt");
+  build.PutList("SkippedFiles.txt", "C:\\of\\an\\earlier\\run\r\n");
+  EXPECT_EQ(build.list.Begin(), BuildStart::kReady);
+  EXPECT_EQ(build.Walk("C:\\docs"), WalkOutcome::kDone);
+  build.list.Finish();
+  EXPECT_EQ(build.List(kFirstPart),
+            "C:\\docs\\Käse 𝄞.txt/5" + std::string{kStamps} +
+                "C:\\docs\\sub\\b.txt/0/01-01-2027 00:05:09/01-01-2027 01:05:09/12-31-2026 23:05:09\r\n");
+  EXPECT_THAT(build.machine.FilesUnder(build.UserFile("TempCom")), ElementsAre(build.UserFile(kFirstPart)));
+  EXPECT_EQ(build.List("CompareListInput.txt"), "(no file)");
+  EXPECT_EQ(build.List("SkippedFiles.txt"), "C:\\of\\an\\earlier\\run\r\n");
+  EXPECT_EQ(build.List("TotalDisplaySize.txt"), "0\r\n2\r\n");
+}
+
+TEST(CompareList, ReadsBreadthFirstAndRepairsABlankBeforeABackslashInTheFolderText) {
+  Build build;
+  build.PutFile("C:\\docs\\a \\deep\\1");
+  build.PutFile("C:\\docs\\b\\2");
+  build.list.Begin();
+  build.Walk("C:\\docs");
+  build.list.Finish();
+  EXPECT_THAT(build.Paths(), ElementsAre("C:\\docs\\b\\2", "C:\\docs\\a\\deep\\1"));
+}
+
+TEST(CompareList, NamesPathsOfMoreThan256UnitsInBothFiles) {
+  Build build;
+  const std::string folder = "C:\\docs\\";
+  const std::string fits = folder + std::string(244, 'x') + "𝄞é.";
+  const std::string too_long = fits + "y";
+  ASSERT_EQ(Utf16Length(fits), 256U);
+  build.PutFile(fits);
+  build.PutFile(too_long);
+  build.list.Begin();
+  build.Walk("C:\\docs");
+  build.list.Finish();
+  EXPECT_THAT(build.Paths(), ElementsAre(fits, too_long));
+  EXPECT_EQ(build.List("SkippedFiles.txt"), too_long + "\r\n");
+  EXPECT_EQ(build.list.skipped(), 1);
+}
+
+struct PartCase {
+  const char* story;
+  int files;
+  const char* endings;  // null without an automatic selection
+  std::vector<std::size_t> lines;
+  const char* status_check_count;
+  const char* total;
+  int waited_ms;
+};
+
+class CompareListParts : public testing::TestWithParam<PartCase> {};
+
+TEST_P(CompareListParts, HoldTheirLines) {
+  Build build{3};
+  build.PutFiles(GetParam().files);
+  if (GetParam().endings) build.PutFile("C:\\data\\Acmeann\\AutoFileSelection.txt", GetParam().endings);
+  build.list.Begin();
+  EXPECT_EQ(build.list.HasAutomaticSelection(), GetParam().endings != nullptr);
+  build.Walk("C:\\docs");
+  build.list.Finish();
+  ASSERT_EQ(build.list.parts(), static_cast<std::int64_t>(GetParam().lines.size())) << GetParam().story;
+  for (std::size_t part = 0; part < GetParam().lines.size(); ++part) {
+    const std::string name = "TempCom\\CompareListInput" + std::to_string(part + 1) + ".txt";
+    EXPECT_EQ(build.Paths(name).size(), GetParam().lines[part]) << name;
+  }
+  EXPECT_EQ(build.Profile("BackupStatus", "StatusCheckCount"), GetParam().status_check_count);
+  EXPECT_EQ(build.Profile("BackupStatus", "CompareListCount"), GetParam().lines.size() > 1 ? "1" : "");
+  EXPECT_EQ(build.List("TotalDisplaySize.txt"), GetParam().total);
+  EXPECT_EQ(build.machine.Elapsed().count(), GetParam().waited_ms);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CompareList, CompareListParts,
+    Values(PartCase{"an empty folder", 0, nullptr, {0}, "", "0\r\n0\r\n", 0},
+           PartCase{"a full part needs no second one", 3, nullptr, {3}, "", "0\r\n3\r\n", 0},
+           PartCase{"one line more opens it", 4, nullptr, {3, 1}, "1", "0\r\n1\r\n", 2000},
+           PartCase{"each part is announced", 8, nullptr, {3, 3, 2}, "2", "0\r\n2\r\n", 4000},
+           PartCase{"with endings the size counts earlier parts again",
+                    7,
+                    "1\r\n1\r\n3\r\n5\r\n4\r\n",
+                    {3, 1},
+                    "1",
+                    "35\r\n4\r\n",
+                    2002},
+           PartCase{"no endings behind the flag take all", 2, "0", {2}, "", "0\r\n2\r\n", 0}));
+
+TEST(CompareList, TakesOnlyNamesWithAnEndingAndOnlyFromFixedDrives) {
+  Build build;
+  build.machine.disk().PutDrive("d:\\", DriveKind::kFixed, 1);
+  build.machine.disk().PutDrive("E:\\", DriveKind::kNetwork, 1);
+  for (const char* path : {"d:\\a.doc", "d:\\b.DOC", "d:\\c.doc.bak", "E:\\e.doc"}) build.PutFile(path);
+  build.PutFile("C:\\data\\Acmeann\\AutoFileSelection.txt", "1\r\n.doc\r\n.bak\r\n");
+  build.list.Begin();
+  ASSERT_TRUE(build.list.HasAutomaticSelection());
+  EXPECT_EQ(build.list.WalkFixedDrives(), WalkOutcome::kDone);
+  build.list.Finish();
+  EXPECT_THAT(build.Paths(), ElementsAre("D:\\a.doc", "D:\\c.doc.bak"));
+  EXPECT_EQ(build.list.size_bytes(), 10);
+}
+
+TEST(CompareList, LeavesOutWhatIsExcludedAndNotesEachEntryOnce) {
+  Build build;
+  for (const char* path : {"C:\\docs\\keep", "C:\\docs\\drop", "C:\\docs\\tmp\\1", "C:\\docs\\tmp2\\2"}) {
+    build.PutFile(path);
+  }
+  build.PutList("atbkupExcludelist.txt", "c:\\docs\\TMP\r\n");
+  build.PutList("atbkupExcludeFilePath.txt", "C:\\DOCS\\drop\r\n");
+  build.exclusions.Load();
+  build.list.Begin();
+  build.Walk("C:\\docs");
+  build.Walk("C:\\docs\\drop", ItemKind::kFile);
+  build.Walk("C:\\docs\\tmp\\1", ItemKind::kFile);
+  build.Walk("C:\\gone", ItemKind::kFile);
+  build.Walk("C:\\gone", ItemKind::kFolder);
+  build.Walk("", ItemKind::kFile);
+  build.list.Finish();
+  EXPECT_THAT(build.Paths(), ElementsAre("C:\\docs\\keep", "C:\\docs\\tmp2\\2", "C:\\docs\\tmp\\1"));
+  EXPECT_THAT(build.exclusions.Applied(), ElementsAre("C:\\DOCS\\drop", "c:\\docs\\TMP"));
+  EXPECT_EQ(build.List("TotalDisplaySize.txt"), "0\r\n3\r\n");
+}
+
+struct StopCase {
+  const char* story;
+  int stop_at_pump;
+  const char* endings;
+  std::size_t lines;
+};
+
+class CompareListStop : public testing::TestWithParam<StopCase> {};
+
+TEST_P(CompareListStop, EndsTheWalkBehindTheEntryAndKeepsItsLines) {
+  for (const bool by_flag : {false, true}) {
+    Build build;
+    build.PutFiles(4);
+    build.PutFile("C:\\docs\\sub\\x");
+    build.PutFile("C:\\data\\Acmeann\\AutoFileSelection.txt", GetParam().endings);
+    build.list.Begin();
+    build.list.HasAutomaticSelection();
+    int pumps = 0;
+    build.machine.OnPump([&] {
+      if (++pumps != GetParam().stop_at_pump) return;
+      build.stop_flag = by_flag;
+      if (!by_flag) build.SetProfile("BackupStatus", "Status", "5");
+    });
+    EXPECT_EQ(build.Walk("C:\\docs"), WalkOutcome::kStopped) << GetParam().story;
+    EXPECT_EQ(build.Paths().size(), GetParam().lines) << GetParam().story;
+    EXPECT_EQ(build.List("TotalDisplaySize.txt"), "(no file)");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(CompareList, CompareListStop,
+                         Values(StopCase{"behind the first file", 1, "1", 1},
+                                StopCase{"behind the third file", 3, "1", 3},
+                                StopCase{"behind the folder", 5, "1", 4},
+                                StopCase{"behind the last file of all", 6, "1", 5},
+                                StopCase{"with endings behind the folder alone", 1, "1\r\n\r\n", 4}));
+
+TEST(CompareList, ReachesTheFileInBlocksWhileItGrows) {
+  Build build;
+  build.PutFiles(2000);
+  std::size_t most_waiting = 0;
+  std::size_t lines = 0;
+  build.list.Begin();
+  build.machine.OnPump([&] {
+    ++lines;
+    const std::size_t least = lines * (9 + 2 + kStamps.size()) * 2;
+    const std::size_t there = build.machine.FileBytes(build.UserFile(kFirstPart))->size();
+    most_waiting = std::max(most_waiting, least - std::min(least, there));
+  });
+  build.Walk("C:\\docs");
+  EXPECT_GT(most_waiting, 32U * 1024);
+  EXPECT_LE(most_waiting, 64U * 1024);
+}
+
+TEST(CompareList, IsNotBuiltWhereAMappedDriveIsNeeded) {
+  struct NeededDrive : MappedDrives {
+    bool CheckServiceModeMappedDrive() override { return true; }
+  } needed;
+  BackupSetHouse house;
+  CompareList list{
+      house.machine.machine(), house.installation, house.transfer, house.exclusions, needed, house.stop};
+  EXPECT_EQ(list.Begin(), BuildStart::kBlocked);
+}
+
+TEST(StatusStopCheck, ReadsTheProfileOnlyWhenItChangesAndSeesAWriteAtOnce) {
+  BackupSetHouse house;
+  house.SetProfile("BackupStatus", "Status", "1");
+  for (int i = 0; i < 50; ++i) EXPECT_FALSE(house.stop.Stopped());
+  const auto reads = [&] { return house.machine.CallsMatching("ProfileFiles.ReadString").size(); };
+  const auto reads_before = reads();
+  EXPECT_LE(reads_before, 2U);
+  house.SetProfile("BackupStatus", "Status", "5");
+  EXPECT_TRUE(house.stop.Stopped());
+  EXPECT_EQ(reads(), reads_before + 1);
+  house.installation.CurrentUser = "bob";
+  EXPECT_FALSE(house.stop.Stopped());
+}
+
+TEST(StampText, AgreesWithThePictureOnDaysThatShareAPlace) {
+  StampText stamps;
+  for (std::int16_t mode = 0; mode < 4; ++mode) {
+    stamps.SetMode(mode);
+    for (std::int64_t hours = -5'000'000; hours < 5'000'000; hours += 6'143) {
+      const LocalTime time = LocalTime{std::chrono::hours{hours}} + std::chrono::seconds{hours % 3'600};
+      std::u16string text(StampText::kUnits, u'?');
+      EXPECT_EQ(stamps.Write(time, text.data()), text.data() + text.size());
+      ASSERT_EQ(std::string(text.begin(), text.end()), FormatDate("mm-dd-yyyy HH:MM:SS", time));
+    }
+  }
+  EXPECT_TRUE(StampText::IsStampable(ToLocalTime({9999, 12, 31, 22, 59, 59})));
+  EXPECT_FALSE(StampText::IsStampable(ToLocalTime({9999, 12, 31, 23, 0, 0})));
+  EXPECT_FALSE(StampText::IsStampable(ToLocalTime({100, 1, 1, 0, 59, 59})));
+}
+
+}  // namespace
+}  // namespace ondura

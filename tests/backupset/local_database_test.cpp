@@ -1,0 +1,234 @@
+#include "backupset/LocalDatabase.h"
+
+#include "backup_set_house.h"
+#include "util/text.h"
+
+namespace ondura {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::Values;
+
+constexpr std::string_view kScanner = "C:\\exe\\OxScan.exe";
+constexpr std::string_view kEngine = "C:\\exe\\OxClsClient.exe";
+constexpr std::string_view kDatabase = "LDB\\OnduraLDB.Ond";
+
+struct DatabaseHouse : BackupSetHouse {
+  DatabaseHouse() {
+    for (const auto program : {kScanner, kEngine}) {
+      machine.InstallProgram(program, [](ProgramRun& run) { run.ExitAfter(milliseconds{500}, 0); });
+    }
+  }
+
+  void SetShared(std::string_view key, std::string_view value) {
+    machine.WriteIni("C:\\data\\UserName.ini", "Tolmera", key, value);
+  }
+  std::vector<std::string> Started() {
+    std::vector<std::string> started;
+    for (const auto& launch : machine.Launches()) {
+      started.push_back(launch.file.substr(7) + ":" + launch.parameters + ":" + launch.folder);
+    }
+    return started;
+  }
+  // The user's trace without the times that some lines begin with.
+  std::vector<std::string> Traces() {
+    auto lines = LinesOf(List("ScheduleTraceFile.txt"));
+    for (auto& line : lines) {
+      if (line.starts_with("11-")) line.erase(0, 19);
+    }
+    return lines;
+  }
+
+  ResetDate reset_date{machine.machine().clock, profile, transfer};
+  LocalDatabase database{machine.machine(), installation, transfer, profile, reset_date, helpers, trace};
+};
+
+struct CheckCase {
+  const char* story;
+  const char* watcher;
+  const char* scan;
+  const char* owner;
+  const char* interactive;
+  std::string traces;   // behind the two status lines
+  std::string started;  // all that was
+  int waited_ms;
+};
+
+class CheckLDBStatusTest : public testing::TestWithParam<CheckCase> {};
+
+TEST_P(CheckLDBStatusTest, TakesItsBranch) {
+  DatabaseHouse house;
+  house.SetProfile("REALTIME", "WatcherStatus", GetParam().watcher);
+  house.SetProfile("REALTIME", "scanStatus", GetParam().scan);
+  house.SetShared("Scheduled", GetParam().owner);
+  house.SetShared("Interactive", GetParam().interactive);
+  house.machine.PutFile(house.UserFile(kDatabase), "old");
+  house.machine.After(milliseconds{950}, [&] { house.SetProfile("REALTIME", "scanStatus", "0"); });
+  EXPECT_EQ(house.database.CheckLDBStatus("\\run"), kLocalDatabaseReady) << GetParam().story;
+  EXPECT_EQ(Join(house.Traces(), "|"), "strScannStatus  : " + std::string{GetParam().scan} +
+                                           "|strWatcherStatus  : " + GetParam().watcher + GetParam().traces +
+                                           "|LDB Checking is over");
+  EXPECT_EQ(Join(house.Started(), "|"), GetParam().started) << GetParam().story;
+  EXPECT_EQ(house.machine.Elapsed().count(), GetParam().waited_ms) << GetParam().story;
+  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+  EXPECT_EQ(house.Profile("BackupStatus", "CompareListCount"), "0");
+  EXPECT_EQ(house.Profile("BackupStatus", "StatusCheckCount"), "1");
+}
+
+const std::string kDigests = "| atbkupchksum : | Realtimechksum : ";
+const std::string kByEngine = "OxClsClient.exe: 30<\\run>:C:\\data";
+const std::string kNoScan = "| WatcherStatus is 1 : Scan is not in progress so call Scan.exe with 29";
+const std::string kForeignScan =
+    "| WatcherStatus is 1 : Scan is going on,so wait till Scanstatus is 0 |WatcherStatus is 1 : Scan is over";
+const std::string kNewOwner = kDigests + "| b30cmdcall is True so calling backend with 30 ";
+
+INSTANTIATE_TEST_SUITE_P(
+    LocalDatabase, CheckLDBStatusTest,
+    Values(CheckCase{"watched, no scan: the scanner rebuilds", "1", "", "ann", "ANN", kNoScan,
+                     "OxScan.exe:29:C:\\data", 2500},
+           CheckCase{"watched, scan under way: waits for it", "1", "1", "ann", "ann", kForeignScan, "", 1000},
+           CheckCase{"new owner: the engine, cleared twice", "0", "0", "ann", "bob", kNewOwner, kByEngine,
+                     4500},
+           CheckCase{"the same owner: the engine", "0", "0", " ann", "Ann ", kDigests, kByEngine, 3500},
+           CheckCase{"no owner is no new owner", "", "", "", "bob", kDigests, kByEngine, 3500}));
+
+struct AbortCase {
+  const char* story;
+  const char* watcher;
+  const char* scan;
+  const char* text;
+  bool in_main_trace;
+};
+
+class CheckLDBAbort : public testing::TestWithParam<AbortCase> {};
+
+TEST_P(CheckLDBAbort, EndsEveryWaitWithFourAndLeavesTheKeys) {
+  DatabaseHouse house;
+  for (const auto program : {kScanner, kEngine}) {
+    house.machine.InstallProgram(program, [](ProgramRun& run) { run.NeverEnds(); });
+  }
+  house.SetProfile("REALTIME", "WatcherStatus", GetParam().watcher);
+  house.SetProfile("REALTIME", "scanStatus", GetParam().scan);
+  house.machine.After(milliseconds{6000}, [&] { house.SetProfile("BackupStatus", "Status", "5"); });
+  EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseAborted) << GetParam().story;
+  EXPECT_EQ(house.Traces().back(), GetParam().text);
+  const auto main_trace = house.machine.FileBytes("C:\\data\\ScheduleTraceFile.txt");
+  EXPECT_EQ(main_trace.has_value(), GetParam().in_main_trace);
+  EXPECT_EQ(house.Profile("BackupStatus", "CompareListCount"), "");
+  EXPECT_LT(house.machine.Elapsed(), milliseconds{6500});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    LocalDatabase, CheckLDBAbort,
+    Values(AbortCase{"a scan without end", "1", "1", "User aborted scheduled backup Scan is going on", false},
+           AbortCase{"the scanner", "1", "0", "User aborted scheduled backup Scan in progress", true},
+           AbortCase{"the engine", "0", "0", "User aborted scheduled backup 30 in progress", true}));
+
+TEST(LocalDatabase, GoesOnWhenTheEngineCannotBeStarted) {
+  DatabaseHouse house;
+  house.machine.RemoveProgram(kEngine);
+  EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseReady);
+  EXPECT_EQ(house.machine.Elapsed(), milliseconds{3000});
+}
+
+TEST(LocalDatabase, EndsTheScannerOfAScanThatNobodyWatches) {
+  DatabaseHouse house;
+  const ProcessId scanner = house.machine.PutProcess(kScanner);
+  house.SetProfile("REALTIME", "scanStatus", "1");
+  house.SetProfile("REALTIME", "ScannerId", std::to_string(scanner));
+  house.database.CheckLDBStatus("");
+  EXPECT_FALSE(house.machine.IsRunning("OxScan.exe"));
+  EXPECT_THAT(house.Traces(),
+              testing::IsSupersetOf({" Scan is going on kill backend and call backend with 30 ",
+                                     "Backup engine successfully terminated"}));
+  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+}
+
+TEST(LocalDatabase, IsNotHeldUpByAScannerThatRefusesToEnd) {
+  DatabaseHouse house;
+  const ProcessId scanner = house.machine.PutProcess(kScanner);
+  house.machine.Fail("Processes.Terminate");
+  house.SetProfile("REALTIME", "scanStatus", "1");
+  house.SetProfile("REALTIME", "ScannerId", std::to_string(scanner));
+  EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseReady);
+  EXPECT_THAT(house.Started(), ElementsAre("OxClsClient.exe: 30<>:C:\\data"));
+}
+
+TEST(DeleteLDBFiles, TriesAgainAndGivesUpOnWhatStays) {
+  DatabaseHouse house;
+  for (const std::string_view name : {std::string_view{"atbkupfolderlistRealTime.txt"},
+                                      std::string_view{"AutoFileSelectionRealTime.txt"}, kDatabase}) {
+    house.machine.PutFile(house.UserFile(name), "x");
+  }
+  house.machine.Fail("Files.Remove " + house.UserFile("AutoFileSelectionRealTime.txt"));
+  house.machine.Fail("Files.Remove " + house.UserFile(kDatabase), 4);
+  house.database.DeleteLDBFiles("ann");
+  EXPECT_THAT(house.Traces(), ElementsAre("File(AutoFileSelectionRealTime.txt) exists even after DeleteFile",
+                                          "File(OnduraLDB.Ond) exists even after DeleteFile1Retry",
+                                          "File(OnduraLDB.Ond) exists even after DeleteFile2Retry",
+                                          "File(OnduraLDB.Ond) exists even after DeleteFile3Retry"));
+  EXPECT_EQ(house.machine.Elapsed(), milliseconds{2000 + 1000 + 3 * 5000});
+  EXPECT_TRUE(house.machine.FileBytes(house.UserFile(kDatabase)));
+  EXPECT_FALSE(house.machine.FileBytes(house.UserFile("AutoFileSelectionRealTime.txt")));
+}
+
+struct ResetCase {
+  const char* story;
+  const char* day;
+  const char* month;
+  const char* year;
+  const char* started;
+  const char* trace;
+  const char* next_day;
+};
+
+class VaccumTest : public testing::TestWithParam<ResetCase> {};
+
+TEST_P(VaccumTest, ResetsWhenTheDateHasComeAndOnlyOnce) {
+  DatabaseHouse house;
+  house.SetProfile("Tolmera", "TrayIconDay", GetParam().day);
+  house.SetProfile("Tolmera", "TrayIconMonth", GetParam().month);
+  house.SetProfile("Tolmera", "TrayIconYear", GetParam().year);
+  house.database.VaccumDB();
+  house.database.VaccumDB();
+  EXPECT_EQ(Join(house.Started(), "|"), GetParam().started) << GetParam().story;
+  EXPECT_EQ(house.List("ScheduleTraceFile.txt"), GetParam().trace) << GetParam().story;
+  EXPECT_EQ(house.Profile("Tolmera", "TrayIconDay"), GetParam().next_day) << GetParam().story;
+  EXPECT_EQ(house.machine.Elapsed().count(), 0);
+  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(LocalDatabase, VaccumTest,
+                         Values(ResetCase{"no date: it is set", " ", "", "", "", "Next DB Date is set \r\n",
+                                          "21"},
+                                ResetCase{"due today", "14", "11", "2026", "OxScan.exe:5:C:\\data",
+                                          "7Days reached reset DB and set date \r\n", "21"},
+                                ResetCase{"due tomorrow", "15", "11", "2026", "", "(no file)", "15"}));
+
+TEST(LocalDatabase, TellsWhetherTheScannerRuns) {
+  DatabaseHouse house;
+  EXPECT_FALSE(house.database.IsScanInProgress());
+  house.SetProfile("REALTIME", "ScannerId", "4000000");
+  EXPECT_FALSE(house.database.IsScanInProgress());
+  EXPECT_THAT(house.Traces(),
+              ElementsAre(" ClientProcID : 0", " ClientProcID : 4000000", " Process is not running "));
+  house.SetProfile("REALTIME", "ScannerId", std::to_string(house.machine.PutProcess(kScanner)));
+  EXPECT_TRUE(house.database.IsScanInProgress());
+  EXPECT_THAT(house.Traces().back(), testing::StartsWith(" Process is running with handle : "));
+  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+}
+
+TEST(LocalDatabase, TestsAMutexAndNeverKeepsIt) {
+  DatabaseHouse house;
+  EXPECT_FALSE(house.database.IsmutexInProgress("Global\\scan", false));
+  EXPECT_THAT(house.Traces().back(), testing::StartsWith(" Global Mutex is Not in use with Handle ID : "));
+  house.machine.HoldMutex("Global\\scan");
+  EXPECT_TRUE(house.database.IsmutexInProgress("Global\\scan", false));
+  EXPECT_EQ(house.machine.Elapsed(), milliseconds{1000});
+  EXPECT_THAT(house.Traces().back(), testing::StartsWith(" Global Mutex is in use with Handle ID : "));
+  EXPECT_FALSE(house.database.IsmutexInProgress("Global\\scan", true));
+}
+
+}  // namespace
+}  // namespace ondura
