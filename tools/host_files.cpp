@@ -78,8 +78,11 @@ void PrepareRoot(const std::string& root, const std::vector<std::string>& drives
 void InstallProgram(const std::string& from, const std::string& root, std::string_view path) {
   std::error_code error;
   const fs::path target = PathMap(fs::absolute(root, error).string(), {}).ForCreation(path);
-  fs::copy_file(from, target, fs::copy_options::overwrite_existing, error);
-  if (!error) fs::permissions(target, fs::perms::owner_exec, fs::perm_options::add, error);
+  // The old program may be running: it keeps its file until it ends.
+  const fs::path fresh = target.string() + ".new";
+  fs::copy_file(from, fresh, fs::copy_options::overwrite_existing, error);
+  if (!error) fs::permissions(fresh, fs::perms::owner_exec, fs::perm_options::add, error);
+  if (!error) fs::rename(fresh, target, error);
   if (error)
     throw Failure(Exit::kFailed,
                   "can't copy '" + from + "' to '" + target.string() + "': " + error.message());

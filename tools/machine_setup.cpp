@@ -76,8 +76,11 @@ void WriteSharedState(const Machine& machine, const Installation& installation, 
   }
   WriteValue(machine, {file, "Tolmera", "Standard"}, "0");
   WriteValue(machine, {file, "Tolmera", "Started"}, "0");
-  if (!TextFiles(machine.files, machine.code_page)
-           .CreateMissing(installation.DataFile("userlist.ini"), Encoding::kCodePage)) {
+  const std::string user_list = installation.DataFile("userlist.ini");
+  const bool is_there =
+      machine.files.Exists(user_list) ||
+      TextFiles(machine.files, machine.code_page).CreateMissing(user_list, Encoding::kCodePage);
+  if (!is_there) {
     throw Failure(Exit::kFailed,
                   "can't write the user list of the machine; look at the rights of its data folder");
   }

@@ -21,7 +21,7 @@ int Run(int argc, char** argv) {
   app.add_option("--install", globals.install, "The install folder as the machine sees it")
       ->type_name("PATH")
       ->capture_default_str();
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
   app.fallthrough();
   app.footer(
       "Example:\n"
@@ -42,6 +42,9 @@ int Run(int argc, char** argv) {
   AddLogCommand(app, globals);
   try {
     app.parse(argc, argv);
+    if (app.get_subcommands().empty()) {
+      throw ondura::Failure(Exit::kUsage, "which command? 'ondura --help' lists them");
+    }
     std::cout.flush();
     if (!std::cout)
       throw ondura::Failure(Exit::kFailed, "the output could not be written; look at where it goes");

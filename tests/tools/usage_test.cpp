@@ -34,7 +34,7 @@ INSTANTIATE_TEST_SUITE_P(
     Tool, ToolRefusal,
     Values(
         RefusalCase{"a command that there is not", {"frobnicate"}, 2, "frobnicate"},
-        RefusalCase{"no command at all", {}, 2, "subcommand"},
+        RefusalCase{"no command at all", {}, 2, "which command?"},
         RefusalCase{"a machine made twice", {"init"}, 1, "--force"},
         RefusalCase{"a user added twice in other letters", {"user", "add", "ANN"}, 1, "already"},
         RefusalCase{"a name that would break the list", {"user", "add", "a;b"}, 2, "can't be a user's name"},
