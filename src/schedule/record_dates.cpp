@@ -116,8 +116,8 @@ std::optional<LocalTime> ReadRecordDate(std::string_view text, std::string_view 
 
 std::string DefaultDateText(LocalTime time, const LocaleFacts& locale) {
   const TimeFields fields = ToFields(time);
-  const std::string own = WriteByPicture({locale.date_format, PictureKind::kDate}, fields) + " " +
-                          WriteByPicture({locale.time_format, PictureKind::kTime}, fields);
+  std::string own = WriteByPicture({locale.date_format, PictureKind::kDate}, fields) + " " +
+                    WriteByPicture({locale.time_format, PictureKind::kTime}, fields);
   // Files are in the code page, which may lack other characters.
   if (IsAscii(own) && ReadRecordDate(own, "", locale) == time) return own;
   return FormatDate(kStampPicture, time);
