@@ -52,7 +52,8 @@ void AddInitCommand(CLI::App& app, const Globals& globals) {
       ->type_name("LETTER=DIR")
       ->allow_extra_args(false);
   init.add_flag("--force", plan->force, "Rewrite the files of a machine that is there; users stay");
-  init.footer("Example: ondura init --root /srv/machine --engine build/dev/demo/demo-engine --drive D=/srv/data");
+  init.footer(
+      "Example: ondura init --root /srv/machine --engine build/dev/demo/demo-engine --drive D=/srv/data");
   init.callback([&globals, plan] { SetUpMachine(globals, *plan); });
 }
 

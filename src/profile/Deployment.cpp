@@ -8,10 +8,10 @@ namespace ondura {
 
 Deployment ReadDeployment(const Machine& machine, const Installation& installation) {
   const std::string file = installation.ExeLocation + "Deployment.ini";
-  const auto read = [&](std::string_view key, std::string_view placeholder) {
+  const auto read = [&](std::string_view key, std::string_view fallback) {
     const std::string value = machine.profiles.ReadString({file, "Deployment", key});
     const auto trimmed = Trim(value);
-    return std::string{trimmed.empty() ? placeholder : trimmed};
+    return std::string{trimmed.empty() ? fallback : trimmed};
   };
   return {.PrimaryServer = read("PrimaryServer", "primary.backup.example"),
           .SecondaryServer = read("SecondaryServer", "secondary.backup.example"),

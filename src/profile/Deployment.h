@@ -17,7 +17,7 @@ struct Deployment {
   std::string NotificationHost;
 };
 
-// A value that is missing or blank is a placeholder under a reserved domain, which no address answers to:
+// A value that is missing or blank falls back to a name under a reserved domain, which no address answers to:
 // "primary.backup.example", "secondary.backup.example" and "notify.backup.example".
 Deployment ReadDeployment(const Machine& machine, const Installation& installation);
 
