@@ -7,7 +7,7 @@ namespace ondura::demo {
 
 namespace {
 
-constexpr std::size_t kPendingBytes = 16 * 1024;
+constexpr std::size_t kPendingBytes = 16'384;
 
 std::string SessionName(LocalTime time) {
   return "Scheduled " + FormatDate("mm-dd-yyyy HH-mm-ss", time) + ".txt";
@@ -56,7 +56,7 @@ void SessionReport::Close(EngineResult result, const RunFigures& figures) {
   Line("Number of files considered for Backup: " + std::to_string(figures.considered));
   Line("Number of files found to be in sync : " + std::to_string(figures.in_sync));
   Line("Backup End Time : " + FormatDate(kStampPicture, end));
-  Line("Duration : " + std::to_string((end - start_).count()) + " seconds");
+  Line("Duration in seconds : " + std::to_string((end - start_).count()));
   Line(std::string{ClosingWords(result)} + "     [Backed up Files : " + std::to_string(figures.sent) +
        ", Size : " + std::to_string(figures.sent_bytes) +
        " bytes, Failed Files : " + std::to_string(figures.failed) + "]");
