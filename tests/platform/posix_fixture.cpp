@@ -1,9 +1,8 @@
 #include "posix_fixture.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <array>
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -21,10 +20,11 @@ class PosixUnderTest : public TestedMachine {
 
   LaunchRequest PutProgram(std::string_view path, std::chrono::milliseconds lifetime,
                            int exit_code) override {
-    root_.PutShell(machine(), path);
+    root_.PutPerl(path);
     std::ostringstream script;
-    script << "sleep " << static_cast<double>(lifetime.count()) / 1000 << "; exit " << exit_code;
-    return TemporaryRoot::ShellRequest(path, script.str());
+    script << "select undef, undef, undef, " << static_cast<double>(lifetime.count()) / 1000 << "; exit "
+           << exit_code;
+    return TemporaryRoot::PerlRequest(path, script.str());
   }
 
  private:
@@ -62,19 +62,14 @@ std::string TemporaryRoot::Bytes(std::string_view name) const {
 
 PosixMachineResult TemporaryRoot::Make(int speed) const { return MakePosixMachine({path_, speed, {}}); }
 
-void TemporaryRoot::PutShell(const Machine& machine, std::string_view path) const {
-  const std::string host_name = std::filesystem::canonical("/bin/sh").string();
-  Put("C/shell", "");
-  std::filesystem::copy_file(host_name, path_ / "C/shell", std::filesystem::copy_options::overwrite_existing);
-  ASSERT_TRUE(machine.files.Copy(R"(C:\shell)", path));
-  std::filesystem::remove(path_ / "C/shell");
-  std::string host = std::string{path.substr(2)};
-  for (char& c : host) c = c == '\\' ? '/' : c;
-  std::filesystem::permissions(path_ / ("C" + host), std::filesystem::perms::owner_all);
+void TemporaryRoot::PutPerl(std::string_view path) const {
+  std::string host = "C/" + std::string{path.substr(3)};
+  std::ranges::replace(host, '\\', '/');
+  std::filesystem::copy_file("/usr/bin/perl", path_ / host);
 }
 
-LaunchRequest TemporaryRoot::ShellRequest(std::string_view path, std::string_view script) {
-  return {std::string{path}, "-c \"" + std::string{script} + "\"", "C:", 0, "open"};
+LaunchRequest TemporaryRoot::PerlRequest(std::string_view path, std::string_view script) {
+  return {std::string{path}, "-e \"" + std::string{script} + "\"", "C:", 0, "open"};
 }
 
 INSTANTIATE_TEST_SUITE_P(Posix, PlatformContract, testing::Values(&MakePosixUnderTest));

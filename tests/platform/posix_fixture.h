@@ -26,9 +26,9 @@ class TemporaryRoot {
 
   [[nodiscard]] PosixMachineResult Make(int speed = 1) const;
 
-  // Puts the system's shell at `path`, as a program that can be told what to do.
-  void PutShell(const Machine& machine, std::string_view path) const;
-  [[nodiscard]] static LaunchRequest ShellRequest(std::string_view path, std::string_view script);
+  // Puts the system's Perl at `path`: a program that does what a script says without a child of its own.
+  void PutPerl(std::string_view path) const;
+  [[nodiscard]] static LaunchRequest PerlRequest(std::string_view path, std::string_view script);
 
  private:
   std::filesystem::path path_;

@@ -1,0 +1,186 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "contract.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+using testing::Optional;
+
+// The cipher under the first five bytes of the SHA-1 and the salt, filled up with zeros, worked out apart.
+constexpr std::string_view kExpectedSecret{"\xE0\xC1\x02\xC3\x8E\x8E\xA0\x54\x17\x0F", 10};
+
+constexpr milliseconds kPatience{20'000};
+constexpr milliseconds kLong{60'000};
+
+std::vector<ProcessEntry> Running(const Machine& machine, std::string_view base_name) {
+  auto entries = machine.processes.List(ProcessSource::kModules);
+  std::erase_if(entries, [&](const ProcessEntry& entry) { return entry.base_name != base_name; });
+  return entries;
+}
+
+TEST_P(PlatformContract, AProcessRunsEndsAndTellsItsExitCode) {
+  const LaunchRequest request = tested_->PutProgram(R"(C:\Tool.exe)", milliseconds{300}, 7);
+  const ProcessHandle handle = machine_.processes.Launch(request);
+  ASSERT_GT(handle, 0);
+  EXPECT_EQ(machine_.processes.Wait(handle, milliseconds{1}), ProcessWait::kTimedOut);
+  EXPECT_THAT(machine_.processes.ExitCode(handle), Optional(kStillActive));
+  const auto running = Running(machine_, "Tool.exe");
+  ASSERT_EQ(running.size(), 1U);
+  EXPECT_EQ(running[0].module_path, R"(C:\Tool.exe)");
+  EXPECT_EQ(running[0].id, machine_.processes.IdOf(handle));
+  EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
+  EXPECT_THAT(machine_.processes.ExitCode(handle), Optional(7U));
+  EXPECT_TRUE(Running(machine_, "Tool.exe").empty());
+  EXPECT_FALSE(machine_.processes.Terminate(handle, 1)) << "it has ended already";
+  machine_.processes.Close(handle);
+  EXPECT_EQ(machine_.processes.ExitCode(handle), std::nullopt);
+}
+
+TEST_P(PlatformContract, AnotherProcessFindsAndEndsARunningOne) {
+  const LaunchRequest request = tested_->PutProgram(R"(C:\Tool.exe)", kLong, 0);
+  const ProcessHandle handle = machine_.processes.Launch(request);
+  const ProcessId id = machine_.processes.IdOf(handle);
+  const ProcessHandle looked = other_.processes.OpenById(id, ProcessAccess::kQueryAndRead);
+  ASSERT_NE(looked, kNoProcess);
+  EXPECT_FALSE(other_.processes.Terminate(looked, 0)) << "the right is missing";
+  const ProcessHandle held = other_.processes.OpenById(id, ProcessAccess::kQueryReadAndTerminate);
+  EXPECT_TRUE(other_.processes.Terminate(held, 3));
+  EXPECT_EQ(other_.processes.Wait(held, kPatience), ProcessWait::kEnded);
+  EXPECT_THAT(other_.processes.ExitCode(held), Optional(3U));
+  EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
+  EXPECT_TRUE(Running(machine_, "Tool.exe").empty());
+  EXPECT_EQ(other_.processes.OpenById(id, ProcessAccess::kTerminate), kNoProcess);
+}
+
+TEST_P(PlatformContract, ATerminatedProcessKeepsTheCodeItWasGiven) {
+  const ProcessHandle handle = machine_.processes.Launch(tested_->PutProgram(R"(C:\Tool.exe)", kLong, 0));
+  EXPECT_TRUE(machine_.processes.Terminate(handle, 0));
+  EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
+  EXPECT_THAT(machine_.processes.ExitCode(handle), Optional(0U));
+}
+
+TEST_P(PlatformContract, ABareNameIsLookedUpInTheWorkingFolderAndThenTheSystems) {
+  machine_.folders.Make(R"(C:\Windows)");
+  machine_.folders.Make(R"(C:\Windows\system32)");
+  LaunchRequest request = tested_->PutProgram(R"(C:\Windows\system32\regsvr32.exe)", milliseconds{1}, 0);
+  request.file = "REGSVR32.exe";
+  const ProcessHandle handle = machine_.processes.Launch(request);
+  EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
+  tested_->PutProgram(R"(C:\local.exe)", milliseconds{1}, 0);
+  request.file = "local.exe";
+  EXPECT_TRUE(machine_.processes.OpenForUser(request));
+}
+
+TEST_P(PlatformContract, WhatIsNoProgramIsNotStarted) {
+  LaunchRequest request = tested_->PutProgram(R"(C:\Tool.exe)", milliseconds{1}, 0);
+  for (const char* file : {R"(C:\none.exe)", "none.exe", "C:\\", ""}) {
+    request.file = file;
+    EXPECT_EQ(machine_.processes.Launch(request), kNoProcess) << file;
+    EXPECT_FALSE(machine_.processes.OpenForUser(request)) << file;
+  }
+}
+
+TEST_P(PlatformContract, NoProcessIsWaitedForInVain) {
+  EXPECT_EQ(machine_.processes.Wait(kNoProcess, milliseconds{1}), ProcessWait::kTimedOut);
+  EXPECT_EQ(machine_.processes.ExitCode(kNoProcess), std::nullopt);
+  EXPECT_EQ(machine_.processes.IdOf(0), 0U);
+  EXPECT_FALSE(machine_.processes.Terminate(kNoProcess, 0));
+  EXPECT_EQ(machine_.processes.OpenById(0x7FFFFFF0, ProcessAccess::kTerminate), kNoProcess);
+}
+
+TEST_P(PlatformContract, AMutexBelongsToItsMakerUntilReleased) {
+  NamedMutexes& first = machine_.mutexes;
+  NamedMutexes& second = other_.mutexes;
+  const MutexHandle mine = first.Create(R"(Global\Ondura scan)");
+  const MutexHandle theirs = second.Create(R"(Global\Ondura scan)");
+  ASSERT_NE(mine, 0);
+  ASSERT_NE(theirs, 0);
+  EXPECT_FALSE(second.Wait(theirs, milliseconds{10}));
+  EXPECT_TRUE(first.Wait(mine, milliseconds{10})) << "the owner may take it again";
+  first.Release(mine);
+  EXPECT_FALSE(second.Wait(theirs, milliseconds{10})) << "and has to release it as often";
+  first.Release(mine);
+  EXPECT_TRUE(second.Wait(theirs, milliseconds{10}));
+  EXPECT_FALSE(first.Wait(mine, milliseconds{10}));
+  second.Close(theirs);
+  first.Close(mine);
+  EXPECT_FALSE(first.Wait(mine, milliseconds{10})) << "a closed handle";
+  EXPECT_NE(first.Create("another"), 0);
+}
+
+TEST_P(PlatformContract, RegistryValuesKeepTypeAndContent) {
+  const RegistryValue kValues[] = {{RegistryType::kText, " a=b; \"c\" 100% \r\nÄ ", 0},
+                                   {RegistryType::kText, "", 0},
+                                   {RegistryType::kDword, "", 0xFFFFFFFF},
+                                   {RegistryType::kBinary, "", 200}};
+  for (const RegistryValue& value : kValues) {
+    const RegistryName name{RegistryRoot::kLocalMachine, R"(Software\Ondura)", "A=[Value]"};
+    ASSERT_TRUE(machine_.registry.Write(name, value));
+    const RegistryName same{RegistryRoot::kLocalMachine, R"(SOFTWARE\ondura)", "a=[value]"};
+    const auto read = other_.registry.Read(same, RegistryAccess::kQueryValue);
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ(read->type, value.type);
+    EXPECT_EQ(read->text, value.text);
+    EXPECT_EQ(read->number, value.number);
+    const RegistryName user{RegistryRoot::kCurrentUser, name.key, name.value};
+    EXPECT_EQ(machine_.registry.Read(user, RegistryAccess::kAll), std::nullopt);
+  }
+}
+
+TEST_P(PlatformContract, SleepSpendsAtLeastItsTime) {
+  const LocalTime before = machine_.clock.Now();
+  machine_.clock.Sleep(milliseconds{1100});
+  EXPECT_GE(machine_.clock.Now() - before, std::chrono::seconds{1});
+  machine_.clock.Sleep(milliseconds{-5});
+}
+
+TEST_P(PlatformContract, TheDefaultsDescribeOneMachine) {
+  EXPECT_EQ(machine_.locale.Text(kLocaleShortDate), "M/d/yyyy");
+  EXPECT_EQ(machine_.locale.Text(kLocaleTimeFormat), "h:mm:ss tt");
+  EXPECT_EQ(machine_.locale.Text(kLocaleDecimal), ".");
+  EXPECT_EQ(machine_.locale.Text(999), "");
+  EXPECT_EQ(machine_.system.Version().platform_id, 2);
+  EXPECT_EQ(machine_.system.Version().major, 6);
+  EXPECT_TRUE(machine_.system.Version().is_workstation);
+  EXPECT_FALSE(machine_.system.IsWow64());
+  EXPECT_TRUE(machine_.internet.IsConnected());
+  EXPECT_TRUE(machine_.internet.ExtendedState().connected);
+  EXPECT_EQ(machine_.services.State("Ondura Service", ServiceManagerAccess::kRead), 0);
+  EXPECT_EQ(machine_.desktop.ProcessOfWindow(12345), 0U);
+}
+
+TEST_P(PlatformContract, EveryCodePageByteGoesThereAndBack) {
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+  EXPECT_EQ(machine_.code_page.FromUtf8(machine_.code_page.ToUtf8(bytes)), bytes);
+  EXPECT_EQ(machine_.code_page.FromUtf8("€ Ä Ж \xFF"), "\x80 \xC4 ? ?");
+  EXPECT_EQ(machine_.code_page.ToUtf8("\x80\x81"), "€\xC2\x81");
+}
+
+TEST_P(PlatformContract, DigestAndCipherMatchKnownAnswers) {
+  const auto digest = machine_.crypto.Md5("abc");
+  ASSERT_TRUE(digest.has_value());
+  EXPECT_EQ((*digest)[0], 0x90);
+  EXPECT_EQ((*digest)[15], 0x72);
+  const CryptoProvider provider = machine_.crypto.Acquire("Microsoft Base Cryptographic Provider v1.0");
+  EXPECT_NE(provider, 0);
+  EXPECT_EQ(machine_.crypto.Acquire("Nobody's Provider"), 0);
+  const StreamCipherKey key{"pass phrase", "salt"};
+  const auto secret = machine_.crypto.StreamCipher(provider, key, "clear text", CipherDirection::kEncrypt);
+  ASSERT_TRUE(secret.has_value());
+  EXPECT_EQ(*secret, kExpectedSecret);
+  EXPECT_THAT(machine_.crypto.StreamCipher(provider, key, *secret, CipherDirection::kDecrypt),
+              Optional(std::string{"clear text"}));
+  EXPECT_EQ(machine_.crypto.StreamCipher(0, key, "x", CipherDirection::kEncrypt), std::nullopt);
+  machine_.crypto.Release(provider);
+  EXPECT_EQ(machine_.crypto.StreamCipher(provider, key, "x", CipherDirection::kEncrypt), std::nullopt);
+}
+
+}  // namespace
+
+}  // namespace ondura

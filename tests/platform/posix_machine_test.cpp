@@ -1,0 +1,314 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "platform/posix/command_line.h"
+#include "platform/posix/host_time.h"
+#include "posix_fixture.h"
+
+namespace ondura {
+
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Optional;
+using testing::UnorderedElementsAre;
+
+constexpr milliseconds kPatience{20'000};
+
+class PosixMachineTest : public testing::Test {
+ protected:
+  // The folder's names, links and special files as the machine shows them.
+  std::vector<std::string> Names(std::string_view folder) {
+    std::vector<std::string> names;
+    machine_.folders.List(folder, [&](const FolderEntry& entry) {
+      names.emplace_back(entry.name);
+      return Visit::kContinue;
+    });
+    return names;
+  }
+
+  TemporaryRoot root_;
+  PosixMachineResult made_ = root_.Make();
+  const Machine& machine_ = made_.owner->machine();
+};
+
+TEST_F(PosixMachineTest, NamesThatWindowsCannotHoldGoThereAndBack) {
+  const std::string host_names[] = {"a:b*c?\"<>|\\d", "line\nbreak", std::string("latin\xE9"),
+                                    "\xEF\x80\xBA"};
+  for (const std::string& name : host_names) root_.Put("C/d/" + name, name);
+  const auto shown = Names(R"(C:\d)");
+  ASSERT_EQ(shown.size(), std::size(host_names));
+  std::vector<std::string> contents;
+  for (const std::string& name : shown) {
+    EXPECT_EQ(name.find_first_of("\\/:*?\"<>|\n"), std::string::npos);
+    contents.push_back(machine_.files.Read(R"(C:\d\)" + name).value_or("unreadable"));
+  }
+  EXPECT_THAT(contents, testing::UnorderedElementsAreArray(host_names));
+}
+
+TEST_F(PosixMachineTest, LinksToFilesAreFilesAndLinksToFoldersAreLeftOut) {
+  root_.Put("C/d/file", "12345");
+  const auto folder = root_.path() / "C/d";
+  std::filesystem::create_symlink("file", folder / "link");
+  std::filesystem::create_symlink("..", folder / "loop");
+  std::filesystem::create_symlink("nowhere", folder / "broken");
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  EXPECT_THAT(Names(R"(C:\d)"), UnorderedElementsAre("file", "link"));
+  EXPECT_THAT(machine_.files.Size(R"(C:\d\LINK)"), Optional(5U));
+  EXPECT_EQ(machine_.files.Read(R"(C:\d\pipe)"), std::nullopt) << "and no wait for a writer";
+}
+
+TEST_F(PosixMachineTest, RemovingAFolderDoesNotFollowItsLinks) {
+  root_.Put("C/keep/file", "x");
+  root_.Put("C/d/file", "x");
+  std::filesystem::create_symlink("../keep", root_.path() / "C/d/link");
+  EXPECT_TRUE(machine_.folders.Remove(R"(C:\d)", Removal::kForce));
+  EXPECT_EQ(root_.Bytes("C/keep/file"), "x");
+  EXPECT_FALSE(machine_.folders.Remove("C:\\", Removal::kForce));
+  EXPECT_EQ(root_.Bytes("C/keep/file"), "x") << "a drive is no folder to remove";
+}
+
+TEST_F(PosixMachineTest, ReadOnlyFilesGoByForceAlone) {
+  root_.Put("C/kept", "x");
+  chmod((root_.path() / "C/kept").c_str(), 0444);
+  EXPECT_FALSE(machine_.files.Remove(R"(C:\kept)", Removal::kPlain));
+  EXPECT_TRUE(machine_.files.Remove(R"(C:\KEPT)", Removal::kForce));
+}
+
+TEST_F(PosixMachineTest, PathsStayWithinTheirDrive) {
+  root_.Put("outside", "x");
+  EXPECT_FALSE(machine_.files.Exists(R"(C:\..\outside)"));
+  EXPECT_FALSE(machine_.files.Exists("C:\\../../outside"));
+  EXPECT_FALSE(machine_.files.Exists(std::string("C:\\\xEF\x80\xAF..\xEF\x80\xAFoutside")));
+}
+
+TEST_F(PosixMachineTest, AnIniWriteKeepsRightsAndLinkAndTouchesNothingWithoutNeed) {
+  root_.Put("C/real.ini", "[S]\r\nKey=1\r\n");
+  const auto file = root_.path() / "C/real.ini";
+  chmod(file.c_str(), 0640);
+  std::filesystem::create_symlink("real.ini", root_.path() / "C/User.ini");
+  EXPECT_TRUE(machine_.profiles.WriteString({R"(C:\User.ini)", "S", "Key"}, "2"));
+  EXPECT_EQ(root_.Bytes("C/real.ini"), "[S]\r\nKey=2\r\n");
+  EXPECT_TRUE(std::filesystem::is_symlink(root_.path() / "C/User.ini"));
+  struct stat before {};
+  struct stat after {};
+  ASSERT_EQ(stat(file.c_str(), &before), 0);
+  EXPECT_EQ(before.st_mode & 0777U, 0640U);
+  EXPECT_TRUE(machine_.profiles.WriteString({R"(C:\User.ini)", "S", "key "}, "2"));
+  ASSERT_EQ(stat(file.c_str(), &after), 0);
+  EXPECT_EQ(before.st_ino, after.st_ino);
+  EXPECT_THAT(Names("C:\\"), UnorderedElementsAre("real.ini", "User.ini")) << "nothing is left beside it";
+}
+
+TEST_F(PosixMachineTest, ChangesOfTwoProcessesToOneIniFileAreBothKept) {
+  constexpr int kWrites = 200;
+  const pid_t child = fork();
+  const std::string key = child == 0 ? "Child" : "Parent";
+  for (int i = 1; i <= kWrites; ++i) {
+    machine_.profiles.WriteString({R"(C:\User.ini)", "S", key + std::to_string(i)}, "x");
+  }
+  if (child == 0) _exit(0);
+  waitpid(child, nullptr, 0);
+  for (const char* name : {"Child", "Parent"}) {
+    for (int i = 1; i <= kWrites; ++i) {
+      EXPECT_EQ(machine_.profiles.ReadString({R"(C:\User.ini)", "S", name + std::to_string(i)}), "x");
+    }
+  }
+}
+
+TEST_F(PosixMachineTest, AnotherProcessesWriteIsSeenAtTheVeryNextLook) {
+  const auto watch = machine_.watches.Watch(R"(C:\Status.ini)");
+  for (int i = 0; i < 50; ++i) {
+    watch->MayHaveChanged();
+    const pid_t child = fork();
+    if (child == 0) {
+      root_.Put("C/Status.ini", std::to_string(i % 10));
+      _exit(0);
+    }
+    waitpid(child, nullptr, 0);
+    EXPECT_TRUE(watch->MayHaveChanged()) << i;
+  }
+  watch->MayHaveChanged();
+  root_.Put("C/Other.ini", "x");
+  EXPECT_FALSE(watch->MayHaveChanged()) << "a neighbour's change";
+}
+
+TEST_F(PosixMachineTest, AWatchOutlivesItsFolder) {
+  root_.Put("C/d/Status.ini", "1");
+  const auto watch = machine_.watches.Watch(R"(C:\d\Status.ini)");
+  watch->MayHaveChanged();
+  std::filesystem::remove_all(root_.path() / "C/d");
+  EXPECT_TRUE(watch->MayHaveChanged());
+  root_.Put("C/d/Status.ini", "2");
+  EXPECT_TRUE(watch->MayHaveChanged());
+}
+
+TEST_F(PosixMachineTest, ProgramsOutsideOfTheRootAreNeitherShownNorOpened) {
+  for (const ProcessEntry& entry : machine_.processes.List(ProcessSource::kSnapshot)) {
+    ADD_FAILURE() << entry.module_path;
+  }
+  EXPECT_EQ(machine_.processes.OpenById(static_cast<ProcessId>(getpid()), ProcessAccess::kTerminate),
+            kNoProcess);
+}
+
+TEST_F(PosixMachineTest, AChildGetsItsArgumentsFolderAndMachine) {
+  root_.Put("C/Work/x", "");
+  root_.PutPerl(R"(C:\Tool.exe)");
+  const PosixMachineResult quick = root_.Make(50);
+  LaunchRequest request = TemporaryRoot::PerlRequest(
+      R"(C:\TOOL.EXE)",
+      "open F, '>', 'out'; print F join('|', @ARGV, $ENV{ONDURA_ROOT}, $ENV{ONDURA_SPEED})");
+  request.parameters += R"( 51<\a "b c")";
+  request.folder = R"(C:\work)";
+  Processes& processes = quick.owner->machine().processes;
+  const ProcessHandle handle = processes.Launch(request);
+  EXPECT_EQ(processes.Wait(handle, kPatience * 50), ProcessWait::kEnded);
+  EXPECT_EQ(root_.Bytes("C/Work/out"), R"(51<\a|b c|)" + root_.path().string() + "|50");
+}
+
+TEST_F(PosixMachineTest, EndedChildrenLeaveNoZombiesAndNoDescriptors) {
+  root_.PutPerl(R"(C:\Tool.exe)");
+  const auto open_files = [] {
+    return std::distance(std::filesystem::directory_iterator{"/proc/self/fd"}, {});
+  };
+  const auto before = open_files();
+  for (int i = 0; i < 5; ++i) {
+    const ProcessHandle handle =
+        machine_.processes.Launch(TemporaryRoot::PerlRequest(R"(C:\Tool.exe)", "exit 0"));
+    EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
+  }
+  EXPECT_EQ(open_files(), before) << "though no handle was closed";
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST_F(PosixMachineTest, RehearsalSpeedShortensWaits) {
+  const PosixMachineResult quick = root_.Make(1000);
+  const auto begin = std::chrono::steady_clock::now();
+  quick.owner->machine().clock.Sleep(milliseconds{61'000});
+  quick.owner->machine().processes.Wait(kNoProcess, milliseconds{61'000});
+  const auto spent = std::chrono::steady_clock::now() - begin;
+  EXPECT_GE(spent, milliseconds{122});
+  EXPECT_LT(spent, milliseconds{5000});
+}
+
+TEST(MachineSettings, TheFileDescribesTheMachine) {
+  const TemporaryRoot root;
+  root.Put("elsewhere/File.txt", "mapped");
+  root.Put("machine.ini",
+           "; a rehearsal\n[Drives]\nd = elsewhere/\n[Locale]\nShortDate=dd.MM.yyyy\nTimeFormat=HH:mm:ss\n"
+           "Decimal=,\n[System]\nCodePage=1251\nVersion=10.0\nWorkstation=0\nWow64=1\n"
+           "[Internet]\nConnected=0\nFlags=32\nConnection=Modem\n[Services]\nOndura Service=4\n");
+  const PosixMachineResult made = root.Make();
+  ASSERT_TRUE(made.owner) << made.error;
+  const Machine& machine = made.owner->machine();
+  EXPECT_THAT(machine.files.Read(R"(D:\file.TXT)"), Optional(std::string{"mapped"}));
+  EXPECT_EQ(machine.drives.LongPath(R"(d:\FILE.txt)"), R"(D:\File.txt)");
+  EXPECT_THAT(machine.drives.Roots(), ElementsAre("C:\\", "D:\\"));
+  EXPECT_EQ(machine.locale.Text(kLocaleShortDate), "dd.MM.yyyy");
+  EXPECT_EQ(machine.locale.Text(kLocaleDecimal), ",");
+  EXPECT_EQ(machine.code_page.FromUtf8("Ж"), "\xC6");
+  EXPECT_EQ(machine.system.Version().major, 10);
+  EXPECT_FALSE(machine.system.Version().is_workstation);
+  EXPECT_TRUE(machine.system.IsWow64());
+  EXPECT_FALSE(machine.internet.IsConnected());
+  EXPECT_EQ(machine.internet.ExtendedState().flags, 32U);
+  EXPECT_EQ(machine.services.State("ONDURA service", ServiceManagerAccess::kRead), 4);
+}
+
+TEST(MachineSettings, AFaultIsReportedWithItsLine) {
+  struct Case {
+    const char* text;
+    const char* want;
+  };
+  constexpr Case kCases[] = {
+      {"[Nothing]", "line 1: there is no section [Nothing]"},
+      {"\n[System]\nColour=1", "line 3: there is no setting Colour in [System]"},
+      {"[System]\nCodePage=437", "line 2: \"437\" is no value for CodePage"},
+      {"[System]\nWow64=yes", "line 2: \"yes\" is no value for Wow64"},
+      {"[Drives]\nDD=/x", "line 2: \"/x\" is no value for DD"},
+      {"[Services]\nx=8", "line 2: \"8\" is no value for x"},
+      {"junk", "line 1: it is neither a [section] nor a name=value"},
+      {"[Locale]\nDecimal=\xE9", "is no UTF-8 text"},
+  };
+  for (const Case& c : kCases) {
+    const TemporaryRoot root;
+    root.Put("machine.ini", c.text);
+    const PosixMachineResult made = root.Make();
+    EXPECT_FALSE(made.owner) << c.text;
+    EXPECT_THAT(made.error, HasSubstr(c.want));
+  }
+  EXPECT_THAT(MakePosixMachine({"/nowhere/at/all", 1, {}}).error, HasSubstr("is no folder"));
+}
+
+TEST(CommandLine, ParametersAreSplitAsTheCRuntimeDoes) {
+  struct Case {
+    const char* parameters;
+    std::vector<std::string> want;
+  };
+  const Case kCases[] = {
+      {"", {}},
+      {"  \t ", {}},
+      {" 17", {"17"}},
+      {R"( 51<\8_5_03_503>)", {R"(51<\8_5_03_503>)"}},
+      {R"( 16<C:\Program Files\x>)", {R"(16<C:\Program)", R"(Files\x>)"}},
+      {R"("a b" c)", {"a b", "c"}},
+      {R"(a" "b)", {"a b"}},
+      {R"("" x)", {"", "x"}},
+      {R"(a\\\b d"e f"g h)", {R"(a\\\b)", "de fg", "h"}},
+      {R"(a\\\"b c)", {R"(a\"b)", "c"}},
+      {R"(a\\"b c" d)", {R"(a\b c)", "d"}},
+      {R"("say ""hi""" x)", {R"(say "hi")", "x"}},
+      {R"("open end)", {"open end"}},
+      {R"(C:\folder\)", {R"(C:\folder\)"}},
+  };
+  for (const Case& c : kCases) EXPECT_EQ(SplitCommandLine(c.parameters), c.want) << c.parameters;
+}
+
+// The process's time zone while this object lives.
+class ZoneForTest {
+ public:
+  explicit ZoneForTest(const char* zone) : old_(Current()) { setenv("TZ", zone, 1); }
+  ~ZoneForTest() {
+    old_ ? setenv("TZ", old_->c_str(), 1) : unsetenv("TZ");
+    tzset();
+  }
+  ZoneForTest(const ZoneForTest&) = delete;
+  ZoneForTest& operator=(const ZoneForTest&) = delete;
+
+ private:
+  static std::optional<std::string> Current() {
+    const char* const zone = std::getenv("TZ");
+    return zone == nullptr ? std::nullopt : std::optional<std::string>{zone};
+  }
+
+  std::optional<std::string> old_;
+};
+
+TEST(LocalZone, OffsetsFollowTheZoneOverItsChanges) {
+  const ZoneForTest berlin{"CET-1CEST,M3.5.0,M10.5.0/3"};
+  LocalZone zone;
+  struct Case {
+    std::time_t utc;
+    TimeFields want;
+  };
+  constexpr Case kCases[] = {
+      {1774745999, {2026, 3, 29, 1, 59, 59}}, {1774746000, {2026, 3, 29, 3, 0, 0}},
+      {1774746001, {2026, 3, 29, 3, 0, 1}},   {1792889999, {2026, 10, 25, 2, 59, 59}},
+      {1792890000, {2026, 10, 25, 2, 0, 0}},  {1767225600, {2026, 1, 1, 1, 0, 0}},
+      {1782864000, {2026, 7, 1, 2, 0, 0}},    {-86400, {1969, 12, 31, 1, 0, 0}},
+  };
+  for (int round = 0; round < 2; ++round) {
+    for (const Case& c : kCases) EXPECT_EQ(ToFields(zone.ToLocal(c.utc)), c.want) << c.utc;
+  }
+}
+
+}  // namespace
+
+}  // namespace ondura
