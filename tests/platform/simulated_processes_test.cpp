@@ -36,7 +36,7 @@ TEST(SimulatedProcesses, AScriptSeesItsCommandLineAsItWasSent) {
   house.InstallProgram(kEngine, [&](ProgramRun& run) {
     seen = {run.path(), run.parameters(), run.folder()};
   });
-  house.machine().processes.Launch({"engine.EXE", " 28<>", "C:\\data", 0});
+  house.machine().processes.Launch({"c:\\program files\\ondura\\\\engine.EXE", " 28<>", "C:\\data", 0});
   EXPECT_THAT(seen, ElementsAre(kEngine, " 28<>", "C:\\data"));
   EXPECT_FALSE(house.IsRunning("Engine.exe")) << "a script with nothing to do has ended";
 }
@@ -74,7 +74,7 @@ TEST(SimulatedProcesses, OnlyAnInstalledProgramWhoseFileIsThereStarts) {
   Processes& processes = house.machine().processes;
   EXPECT_EQ(processes.Launch({kEngine, "", "", 0}), kNoProcess);
   house.InstallProgram(kEngine, [](ProgramRun& run) { run.NeverEnds(); });
-  EXPECT_NE(processes.Launch({"c:\\program files\\\\ondura\\ENGINE.exe", "", "", 0}), kNoProcess);
+  EXPECT_NE(processes.Launch({kEngine, "", "", 0}), kNoProcess);
   house.disk().Erase(kEngine);
   EXPECT_EQ(processes.Launch({kEngine, "", "", 0}), kNoProcess);
   EXPECT_FALSE(processes.OpenForUser({kEngine, "", "", 0}));

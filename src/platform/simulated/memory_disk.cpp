@@ -40,6 +40,12 @@ bool IsLegalName(std::string_view name) {
   });
 }
 
+// Most paths are; the others may have parts to leave out.
+bool IsClean(std::string_view path) {
+  return !path.ends_with('\\') && path.find('/') == std::string_view::npos &&
+         path.find("\\.") == std::string_view::npos && path.find("\\\\") == std::string_view::npos;
+}
+
 bool IsAtOrBelow(std::string_view clean_path, std::string_view folder) {
   const bool ends_a_name = clean_path.size() <= folder.size() || clean_path[folder.size()] == '\\';
   return ends_a_name && StartsWithIgnoringCase(clean_path, folder);
@@ -48,14 +54,17 @@ bool IsAtOrBelow(std::string_view clean_path, std::string_view folder) {
 }  // namespace
 
 std::string CleanPath(std::string_view path) {
-  std::string clean;
-  clean.reserve(path.size());
-  for (const char letter : path) {
-    const char next = letter == '/' ? '\\' : letter;
-    const bool is_doubled = next == '\\' && clean.ends_with('\\') && clean.size() > 1;
-    if (!is_doubled) clean += next;
+  if (IsClean(path)) return std::string(path);
+  std::string clean = path.starts_with("\\\\") ? "\\" : "";
+  for (const std::string& name : Split(ReplaceAll(path, "/", "\\"), "\\")) {
+    if (name.empty() || name == ".") continue;
+    if (name == "..") {
+      clean.erase(std::min(clean.rfind('\\'), clean.size()));
+    } else {
+      if (!clean.empty()) clean += '\\';
+      clean += name;
+    }
   }
-  while (clean.ends_with('\\')) clean.pop_back();
   return clean;
 }
 

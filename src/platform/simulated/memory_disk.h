@@ -105,7 +105,8 @@ class MemoryDisk {
   FullDisk full_disk_ = FullDisk::kKeepsNothing;
 };
 
-// Without doubled and trailing backslashes, "/" taken for a backslash. "C:\" becomes "C:".
+// Without doubled and trailing backslashes and the parts "." and "..", "/" taken for a backslash. "C:\"
+// becomes "C:".
 std::string CleanPath(std::string_view path);
 
 }  // namespace ondura

@@ -12,7 +12,8 @@
 namespace ondura {
 
 struct SimulatedMachine::Parts {
-  Parts(SimulatedMachine& owner, LocalTime start) : timeline(start), processes(owner, timeline, disk) {}
+  Parts(SimulatedMachine& owner, LocalTime start)
+      : timeline(start), processes(owner, timeline, disk, surroundings.system_folder) {}
 
   Timeline timeline;
   MemoryDisk disk{[this] { return timeline.Now(); }};
@@ -38,7 +39,9 @@ struct SimulatedMachine::Parts {
   SimulatedDesktop desktop{surroundings};
   SimulatedPower power{surroundings};
   SimulatedNameResolution names{surroundings};
-  SimulatedNamedMutexes mutexes{timeline};
+  MutexTable mutex_table;
+  SimulatedNamedMutexes own_mutexes{mutex_table, timeline, 1};
+  SimulatedNamedMutexes mutexes{mutex_table, timeline, 2};
   SimulatedContinuousBackup continuous_backup{surroundings};
 
   RecordingClock recording_clock{clock, gate};
@@ -58,7 +61,7 @@ struct SimulatedMachine::Parts {
   RecordingDesktop recording_desktop{desktop, gate};
   RecordingPower recording_power{power, gate};
   RecordingNameResolution recording_names{names, gate};
-  RecordingNamedMutexes recording_mutexes{mutexes, gate};
+  RecordingNamedMutexes recording_mutexes{own_mutexes, gate};
   RecordingContinuousBackup recording_continuous_backup{continuous_backup, gate};
 
   Machine outside{clock,    pump,      files,  folders, watches,   drives,           profiles,

@@ -91,43 +91,43 @@ bool SimulatedRegistry::Write(const RegistryName& name, const RegistryValue& val
 }
 
 MutexHandle SimulatedNamedMutexes::Create(std::string_view name) {
-  owners_.try_emplace(std::string(name), Owner::kComponent);
-  handles_[++last_handle_] = name;
-  return last_handle_;
+  table_.owners.try_emplace(std::string(name), MutexTable::Ownership{process_, 1});
+  table_.handles[++table_.last_handle] = name;
+  return table_.last_handle;
 }
 
 bool SimulatedNamedMutexes::Wait(MutexHandle handle, std::chrono::milliseconds limit) {
-  const auto held = handles_.find(handle);
-  if (held == handles_.end()) return false;
-  const auto is_to_be_had = [&] { return owners_[held->second] != Owner::kOther; };
+  const auto held = table_.handles.find(handle);
+  if (held == table_.handles.end()) return false;
+  MutexTable::Ownership& owner = table_.owners[held->second];
+  const auto is_to_be_had = [&] { return owner.process == MutexTable::kNobody || owner.process == process_; };
   timeline_.Wait(limit, is_to_be_had);
   if (!is_to_be_had()) return false;
-  owners_[held->second] = Owner::kComponent;
+  owner = {process_, owner.times + 1};
   return true;
 }
 
 void SimulatedNamedMutexes::Release(MutexHandle handle) {
-  const auto held = handles_.find(handle);
-  if (held == handles_.end()) return;
-  Owner& owner = owners_[held->second];
-  if (owner == Owner::kComponent) owner = Owner::kNobody;
+  const auto held = table_.handles.find(handle);
+  if (held != table_.handles.end()) LetGo(held->second);
 }
 
+// A mutex is gone with its last handle, unless another process holds it.
 void SimulatedNamedMutexes::Close(MutexHandle handle) {
-  const auto held = handles_.find(handle);
-  if (held == handles_.end()) return;
+  const auto held = table_.handles.find(handle);
+  if (held == table_.handles.end()) return;
   const std::string name = held->second;
-  handles_.erase(held);
-  const bool is_open_still =
-      std::any_of(handles_.begin(), handles_.end(), [&](const auto& entry) { return entry.second == name; });
-  if (!is_open_still && owners_[name] != Owner::kOther) owners_.erase(name);
+  table_.handles.erase(held);
+  const bool is_open_still = std::any_of(table_.handles.begin(), table_.handles.end(),
+                                         [&](const auto& entry) { return entry.second == name; });
+  const int owner = table_.owners[name].process;
+  if (!is_open_still && (owner == MutexTable::kNobody || owner == process_)) table_.owners.erase(name);
 }
-
-void SimulatedNamedMutexes::Hold(std::string_view name) { owners_[std::string(name)] = Owner::kOther; }
 
 void SimulatedNamedMutexes::LetGo(std::string_view name) {
-  const auto found = owners_.find(std::string(name));
-  if (found != owners_.end() && found->second == Owner::kOther) found->second = Owner::kNobody;
+  const auto found = table_.owners.find(std::string(name));
+  if (found == table_.owners.end() || found->second.process != process_) return;
+  if (--found->second.times == 0) found->second.process = MutexTable::kNobody;
 }
 
 }  // namespace ondura

@@ -99,25 +99,36 @@ class SimulatedRegistry : public Registry {
   std::map<std::string, RegistryValue> values_;  // by root, folded key and folded value name
 };
 
-// The component is one owner; other processes hold a mutex through Hold.
+// The mutexes that exist by name, and which process owns each.
+struct MutexTable {
+  static constexpr int kNobody = 0;
+  struct Ownership {
+    int process = kNobody;
+    int times = 0;  // taken and not released
+  };
+
+  std::map<std::string, Ownership> owners;
+  std::map<MutexHandle, std::string> handles;
+  MutexHandle last_handle = 0;
+};
+
+// One process's view of the mutexes. `process` is its own number, not kNobody.
 class SimulatedNamedMutexes : public NamedMutexes {
  public:
-  explicit SimulatedNamedMutexes(Timeline& timeline) : timeline_(timeline) {}
+  SimulatedNamedMutexes(MutexTable& table, Timeline& timeline, int process)
+      : table_(table), timeline_(timeline), process_(process) {}
   MutexHandle Create(std::string_view name) override;
   bool Wait(MutexHandle handle, std::chrono::milliseconds limit) override;
   void Release(MutexHandle handle) override;
   void Close(MutexHandle handle) override;
 
-  void Hold(std::string_view name);
+  void Hold(std::string_view name) { table_.owners[std::string(name)] = {process_, 1}; }
   void LetGo(std::string_view name);
 
  private:
-  enum class Owner { kNobody, kComponent, kOther };
-
-  std::map<std::string, Owner> owners_;  // of the mutexes that exist
-  std::map<MutexHandle, std::string> handles_;
-  MutexHandle last_handle_ = 0;
+  MutexTable& table_;
   Timeline& timeline_;
+  int process_;
 };
 
 }  // namespace ondura

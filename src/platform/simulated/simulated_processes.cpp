@@ -38,15 +38,18 @@ bool SimulatedProcesses::OpenForUser(const LaunchRequest& request) {
   return Start(request) != 0;
 }
 
+// A full path, or a bare name that is looked for in the working folder and then in the system's.
 ProcessId SimulatedProcesses::Start(const LaunchRequest& request) {
-  const auto* installed = FindProgram(request.file);
+  const bool is_bare = request.file.find('\\') == std::string::npos;
+  const Installed* installed = FindProgram(is_bare ? request.folder + '\\' + request.file : request.file);
+  if (installed == nullptr && is_bare) installed = FindProgram(system_folder_ + '\\' + request.file);
   if (installed == nullptr) return 0;
-  const auto [path, program] = installed->second;
+  const Program program = installed->program;  // the script may install another in its place
   const ProcessId id = NewId();
-  Process& process = processes_[id];
-  process.path = path;
   LaunchRequest full = request;
-  full.file = path;
+  full.file = installed->path;
+  Process& process = processes_[id];
+  process.path = installed->path;
   process.run = std::make_unique<ProgramRun>(*this, machine_, id, std::move(full));
   timeline_.Stir();
   program(*process.run);
@@ -55,16 +58,9 @@ ProcessId SimulatedProcesses::Start(const LaunchRequest& request) {
   return id;
 }
 
-// A full path, or a bare name that the system finds wherever it is installed.
-const std::pair<const std::string, std::pair<std::string, Program>>* SimulatedProcesses::FindProgram(
-    std::string_view file) const {
-  const bool is_bare = file.find('\\') == std::string_view::npos;
-  for (const auto& entry : programs_) {
-    const std::string& path = entry.second.first;
-    const bool is_it = is_bare ? EqualsIgnoringCase(BaseName(path), file) : entry.first == Key(file);
-    if (is_it && disk_.Find(path) != nullptr) return &entry;
-  }
-  return nullptr;
+const SimulatedProcesses::Installed* SimulatedProcesses::FindProgram(const std::string& path) const {
+  const auto found = programs_.find(Key(path));
+  return found != programs_.end() && disk_.Find(path) != nullptr ? &found->second : nullptr;
 }
 
 ProcessHandle SimulatedProcesses::OpenById(ProcessId id, ProcessAccess access) {

@@ -16,8 +16,9 @@ namespace ondura {
 // The process table of a simulated machine and the programs that can be started on it.
 class SimulatedProcesses : public Processes {
  public:
-  SimulatedProcesses(SimulatedMachine& machine, Timeline& timeline, MemoryDisk& disk)
-      : machine_(machine), timeline_(timeline), disk_(disk) {}
+  SimulatedProcesses(SimulatedMachine& machine, Timeline& timeline, MemoryDisk& disk,
+                     const std::string& system_folder)
+      : machine_(machine), timeline_(timeline), disk_(disk), system_folder_(system_folder) {}
 
   std::vector<ProcessEntry> List(ProcessSource source) override;
   ProcessHandle Launch(const LaunchRequest& request) override;
@@ -59,8 +60,12 @@ class SimulatedProcesses : public Processes {
   };
 
   ProcessId Start(const LaunchRequest& request);  // 0 when nothing was started
-  const std::pair<const std::string, std::pair<std::string, Program>>* FindProgram(
-      std::string_view file) const;
+  struct Installed {
+    std::string path;
+    Program program;
+  };
+
+  const Installed* FindProgram(const std::string& path) const;
   Process* ProcessOf(ProcessHandle handle);
   ProcessHandle NewHandle(ProcessId id, std::uint32_t access);
   ProcessId NewId();
@@ -68,7 +73,8 @@ class SimulatedProcesses : public Processes {
   SimulatedMachine& machine_;
   Timeline& timeline_;
   MemoryDisk& disk_;
-  std::map<std::string, std::pair<std::string, Program>> programs_;  // path and script by folded path
+  const std::string& system_folder_;
+  std::map<std::string, Installed> programs_;  // by folded path
   std::map<ProcessId, Process> processes_;
   std::map<ProcessHandle, Handle> handles_;
   ProcessId last_id_ = 1000;
