@@ -40,9 +40,6 @@ struct Installation {
   std::string AlternateServerAddress;
   std::string DefaultPort;
 
-  // Whether the service was last seen running.
-  bool ServiceRunningFlag = false;
-
   // The folder of `user`: data folder, product and user name with nothing between the last two.
   [[nodiscard]] std::string FolderOf(std::string_view user) const {
     return VirtualPath + ProductInstallationName + std::string{user};

@@ -20,7 +20,6 @@ std::string CutAfterTrim(std::string_view value) { return TrimAtTerminator(Trim(
 }  // namespace
 
 bool ProductConfiguration::LoadProductConfiguration() {
-  installation_.ServiceRunningFlag = false;
   if (!machine_.files.Exists(FilePath())) return false;
   ReadProduct();
   SetDefaultAddresses();
