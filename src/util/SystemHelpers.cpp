@@ -1,7 +1,5 @@
 #include "util/SystemHelpers.h"
 
-#include <algorithm>
-
 #include "util/date_text.h"
 #include "util/text.h"
 #include "util/text_files.h"
