@@ -120,6 +120,22 @@ TEST(SimulatedDisk, ShortNamesLeadToTheSameFiles) {
   EXPECT_EQ(machine.drives.ShortPath("C:\\Program Filesystem"), "");
 }
 
+TEST(SimulatedDisk, OtherDrivesAndNetworkPlacesAreThereWhileTheyAreConnected) {
+  CheckedMachine house;
+  house.PutFile("\\\\server\\share\\d\\x", "1");
+  house.disk().PutDrive("e:\\", DriveKind::kRemovable, 5);
+  const Machine& machine = house.machine();
+  EXPECT_EQ(machine.files.Read("\\\\SERVER\\share\\\\d\\x"), "1");
+  EXPECT_THAT(Listed(machine, "\\\\server\\share"), ElementsAre("d"));
+  EXPECT_EQ(machine.drives.KindOf("\\\\server\\share"), DriveKind::kNetwork);
+  EXPECT_THAT(machine.drives.Roots(), ElementsAre("C:\\", "E:\\"));
+  EXPECT_FALSE(machine.files.Write("E:\\x", "123456", IfPresent::kReplace));
+  EXPECT_TRUE(machine.files.Write("E:\\x", "12345", IfPresent::kReplace));
+  house.disk().RemoveDrive("E:\\");
+  EXPECT_THAT(machine.drives.Roots(), ElementsAre("C:\\"));
+  EXPECT_FALSE(machine.files.Exists("E:\\x"));
+}
+
 TEST(SimulatedDisk, OnlyLegalNamesInFoldersThatAreThereCanBeMade) {
   CheckedMachine house;
   for (const char* path : {"", "x.txt", "C:\\", "C:\\a:b", "C:\\a?", "C:\\missing\\x", "Q:\\x", "C:\\a\tb"}) {
