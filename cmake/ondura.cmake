@@ -5,8 +5,6 @@ target_include_directories(ondura_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(ondura_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
 # g++ 12 takes an insertion into a std::string for overlapping copies once it inlines it.
 target_compile_options(ondura_flags INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
-# GCC 12 sees overlaps in the standard library's own copying of short texts when it optimises.
-target_compile_options(ondura_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 target_compile_definitions(ondura_flags INTERFACE ONDURA_VERSION="${PROJECT_VERSION}")
 if(ONDURA_SANITIZE)
   target_compile_options(ondura_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
