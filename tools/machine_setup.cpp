@@ -97,7 +97,7 @@ void CopyPrograms(const Globals& globals, const Installation& installation, cons
 
 // A folder of the machine, with one kind of slash and a backslash at its end.
 std::string MachineFolder(const std::string& path, const char* option) {
-  const std::string folder = WithBackslash(ReplaceAll(path, "/", "\\"));
+  std::string folder = WithBackslash(ReplaceAll(path, "/", "\\"));
   const bool has_drive = folder.size() >= 3 && std::isalpha(static_cast<unsigned char>(folder[0])) != 0 &&
                          folder.substr(1, 2) == ":\\";
   if (!has_drive) {

@@ -16,7 +16,7 @@ bool IsShifted(KeyForm form) { return form == KeyForm::kShifted || form == KeyFo
 }  // namespace
 
 std::string ProfileKeys::Read(const ProfileKey& key) const {
-  const std::string stored = machine_.profiles.ReadString({FileOf(key), key.section, StoredName(key)});
+  std::string stored = machine_.profiles.ReadString({FileOf(key), key.section, StoredName(key)});
   if (IsShifted(key.form)) return ciphers_.ShiftDecode(stored);
   if (key.form == KeyForm::kBase64) return cBase64(machine_.code_page).Decode(stored);
   return stored;

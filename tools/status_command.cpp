@@ -60,8 +60,9 @@ std::string LastJobText(const UserStatus& status) {
 
 std::string NextText(const UserStatus& status) {
   if (!status.next) return "no schedule";
-  return status.next->time + ", " + status.next->kind +
-         (status.is_disabled ? " (schedules are switched off)" : "");
+  std::string text = status.next->time + ", " + status.next->kind;
+  if (status.is_disabled) text += " (schedules are switched off)";
+  return text;
 }
 
 void Print(const OpenedMachine& opened, const UserStatus& status) {
