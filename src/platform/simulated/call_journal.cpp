@@ -127,7 +127,7 @@ Verdict CallJournal::Judge(std::string_view text) {
 }
 
 void CallJournal::End(std::string_view text, CallKind kind) {
-  if (kind == CallKind::kLook || cut_at_ == 0 || changing_calls_ != cut_at_) return;
+  if (kind == CallKind::kLook || cut_at_ == 0 || changing_calls_ < cut_at_) return;
   StayAlive();
   throw PowerCut{std::string(text)};
 }
