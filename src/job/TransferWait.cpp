@@ -35,6 +35,8 @@ TransferWait::End TransferWait::Run(ProcessWatch& engine) {
     job_.services.machine.clock.Sleep(kTransferPause);
     TestCancel();
     TestHardStop();
+    // An engine that could not be started never ends; the kill has to stand for its end.
+    if (killed_ && !engine.WasStarted()) break;
   }
   return hardStopped_ ? End::kCutOff : End::kByItself;
 }
@@ -47,6 +49,7 @@ void TransferWait::TestCancel() {
   abort_.EndPrograms();
   job_.keys.WriteKilled();
   cancelPasses_ = 0;
+  killed_ = true;
 }
 
 // A job that runs past the ten minutes of the cut-off time is not stopped, and one that starts within them
@@ -86,6 +89,7 @@ void TransferWait::EndByHardStop() {
   job_.services.helpers.ProcessTerminate(job_.state.run.lClsClientPID, kNoWindow);
   job_.keys.WriteStatus("0");
   job_.keys.Write("ProgStatus", "0");
+  killed_ = true;
 }
 
 }  // namespace ondura

@@ -35,6 +35,7 @@ class TransferWait {
   int cancelPasses_ = 0;
   int hardStopPasses_ = 0;
   bool hardStopped_ = false;
+  bool killed_ = false;
 };
 
 }  // namespace ondura

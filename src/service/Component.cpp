@@ -25,7 +25,7 @@ struct Component::Parts {
   ResetDate reset_date{machine.clock, store, transfer};
   Selection selection{machine, installation, helpers, trace};
   MappedDrives mapped_drives;
-  LocalDatabase local_database{machine, installation, transfer, store, helpers, trace};
+  LocalDatabase local_database{machine, installation, transfer, store, reset_date, helpers, trace};
   ShadowCopy shadow_copy{machine, installation, trace, helpers};
   NoStages stages;
   JobContext job{{machine, installation, transfer, store, trace, helpers, schedule_file, scheduler,

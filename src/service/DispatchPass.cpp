@@ -155,11 +155,14 @@ void DispatchPass::OfferUser(const std::string& user) {
   }
   DBaction& schedule = context_.schedule_file();
   schedule.ScheduleFilePath = context_.installation().UserFile(kScheduleFileName);
-  const auto index = static_cast<std::size_t>(schedule.DB_ReadSchData(""));
-  if (schedule.RecordCount <= 0) return;
-  const ScheduleRecord& record = schedule.ScheduleTable.at(index);
-  // A tie keeps the earlier user of the list.
-  if (record.sortkey < best_.key) best_ = {record.sortkey, user, record.nexttime};
+  schedule.DB_ReadSchData("");
+  for (std::size_t i = 0; i < static_cast<std::size_t>(schedule.RecordCount); ++i) {
+    const ScheduleRecord& record = schedule.ScheduleTable.at(i);
+    // A key that is no number never comes due, and would keep everybody else waiting.
+    const bool can_come_due = record.sortkey.empty() || ParseNumber(record.sortkey).has_value();
+    // A tie keeps the earlier user of the list.
+    if (can_come_due && record.sortkey < best_.key) best_ = {record.sortkey, user, record.nexttime};
+  }
 }
 
 void DispatchPass::PublishBest() {

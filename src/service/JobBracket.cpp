@@ -207,6 +207,7 @@ void JobBracket::ReleaseHelpers() {
   context_.job.keys.Write("Paused", "0");
   context_.shadow_copy.CloseVSS();
   context_.shadow_copy.ResetLaunchStatus();
+  context_.trace().plain().WriteTrace("[VSS] OpenFileLaunchStatus reset to 0");
   context_.shadow_copy.CheckAndCloseVSS();
   JobRun& run = context_.job.state.run;
   context_.services().helpers.ProcessTerminate(run.lClsClientPID, kNoWindow);

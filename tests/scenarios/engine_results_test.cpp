@@ -1,0 +1,280 @@
+// What each answer of the engine makes of a job: every row is one whole job.
+
+#include <gmock/gmock.h>
+
+#include "scenarios/house.h"
+
+namespace ondura {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+
+constexpr const char* kViewLog = "View the log to know the status of the backup job.\r\n";
+constexpr const char* kUnable =
+    "Unable to perform scheduled backup. Possible reasons include:\r\n1. No internet connection.\r\n2. "
+    "Firewall "
+    "has denied access to the Ondura application.";
+constexpr const char* kNothingChanged =
+    "Please note that all the items selected for backup (from your backup set) have already been backed up "
+    "and "
+    "the files have not changed since your last backup.";
+constexpr const char* kBadEncryption =
+    "You have not entered a valid encryption password. Due to this, the backup operation could not be "
+    "commenced.";
+constexpr const char* kBadPassword =
+    "Backup failed. The possible reasons may include: \r\nIncorrect password was entered.";
+constexpr const char* kProxy =
+    "Backup Failed. You might be behind a proxy server.  Recheck the proxy ip address/port number or if the "
+    "proxy server is enabled to accept connections. You might want to check with your systems administrator.";
+constexpr const char* kFailed = "Backup has failed.\r\n";
+constexpr const char* kCancelled =
+    "All your files/folders could not be backed up as the scheduled job was manually canceled.\r\n";
+
+// A job with its mail always sent, so that code and result text can be read from it.
+ScheduleRecord DueRecord() {
+  ScheduleRecord record = House::Daily("11-14-2026 12:30:00");
+  record.mailids = "ann@example.org;";
+  record.mailoption = "3";
+  return record;
+}
+
+struct ResultCase {
+  const char* story;
+  int result;
+  const char* code;
+  const char* text;
+  const char* status;
+  const char* dll_status;
+  const char* failure_days;
+  const char* sentence;
+  const char* error_file;
+};
+
+class TransferResultTest : public testing::TestWithParam<ResultCase> {};
+
+TEST_P(TransferResultTest, EndsTheJobAsItsRowSays) {
+  const ResultCase& row = GetParam();
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  house.WriteProfile("BackupStatus", "BackupFailureDays", "4");
+  house.WriteProfile("Server", "MultipleIP", "10.1.2.3");
+  house.Answer(51, row.result);
+  house.Tick();
+  const auto mail = house.LastMail();
+  ASSERT_EQ(mail.size(), 11U) << row.story;
+  EXPECT_EQ(mail.at(2), row.code) << row.story;
+  EXPECT_EQ(mail.at(5), row.text) << row.story;
+  EXPECT_EQ(house.StatusAfterJob(), row.status) << row.story;
+  EXPECT_EQ(house.Status("DLLStatus"), row.dll_status) << row.story;
+  EXPECT_EQ(house.Status("BackupFailureDays"), row.failure_days) << row.story;
+  EXPECT_EQ(house.Text("SchStatus.txt"), row.sentence) << row.story;
+  EXPECT_EQ(house.Text("SchStatusError.txt"), row.error_file) << row.story;
+  EXPECT_EQ(house.NextTime(), "11-15-2026 12:30:00") << row.story;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Transfer, TransferResultTest,
+    testing::Values(
+        ResultCase{"done", 402, "2", "", "402", "4", "0", kViewLog, "<none>"},
+        ResultCase{"all up to date", 426, "4", kNothingChanged, "426", "3", "0", kViewLog, "<none>"},
+        ResultCase{"the engine wrote nothing", 0, "4", "", "0", "4", "4", kViewLog, "<none>"},
+        ResultCase{"the engine ended abnormally", -1, "4", "", "-1", "4", "4", kViewLog, "<none>"},
+        ResultCase{"a wrong account password has no row of its own", -403, "4", "", "-403", "4", "4", "",
+                   kFailed},
+        ResultCase{"a wrong encryption password loses its own text", -404, "3", kUnable, "-404", "3", "5",
+                   kViewLog, "<none>"},
+        ResultCase{"connection class", -405, "3", kUnable, "-405", "3", "5", kViewLog, "<none>"},
+        ResultCase{"nothing selected", -409, "4", "Please select one or more file(s)/folder(s) to backup.",
+                   "-409", "3", "0", kViewLog, kFailed},
+        ResultCase{"nothing new", -411, "2", kNothingChanged, "-411", "3", "0", kViewLog, "<none>"},
+        ResultCase{"cancelled", -414, "4", "", "-414", "3", "0", kCancelled, "<none>"},
+        ResultCase{"cannot connect", -416, "3", kUnable, "-416", "3", "5", kViewLog, kFailed},
+        ResultCase{"nothing new keeps the engine state", -418, "2", kNothingChanged, "-418", "4", "0",
+                   kViewLog, "<none>"},
+        ResultCase{"cancelled by the server", -424, "4", "", "-424", "3", "0", kCancelled, "<none>"},
+        ResultCase{"nothing new in the selection", -425, "2", kNothingChanged, "-425", "3", "0", kViewLog,
+                   "<none>"},
+        ResultCase{"all excluded", -426, "4",
+                   "Please note that the file(s)/folder(s) you have chosen to backup have been excluded from "
+                   "backup in the 'Backup' pane.",
+                   "-426", "3", "0", kViewLog, "<none>"},
+        ResultCase{"account data locked", -429, "4",
+                   "The user data is locked due to a recent aborted session. Please try after a few minutes.",
+                   "1", "3", "5", kViewLog, "<none>"},
+        ResultCase{
+            "runs on another machine", -434, "4",
+            "Backup is in progress from the ip address 10.1.2.3  Wait till it is complete to begin the "
+            "backup on this machine.",
+            "1", "3", "5", kViewLog, "<none>"},
+        ResultCase{"connection lost", -504, "3", kUnable, "-504", "3", "5", kViewLog, "<none>"},
+        ResultCase{"some files failed", -1001, "4", "One or More files could not be backed up.", "-1001", "3",
+                   "0", kViewLog, kFailed},
+        ResultCase{"proxy failure", -12009, "3", kUnable, "-12009", "3", "5", kViewLog, "<none>"},
+        ResultCase{"a number that nobody knows", -77, "4", "", "-77", "4", "4", kViewLog, "<none>"}));
+
+struct EarlyCase {
+  const char* story;
+  int command;
+  int result;
+  const char* code;
+  const char* text;
+  const char* error_file;
+  bool clears_password;
+  int engine_runs;
+};
+
+class EarlyResultTest : public testing::TestWithParam<EarlyCase> {};
+
+TEST_P(EarlyResultTest, EndsTheJobBeforeTheTransfer) {
+  const EarlyCase& row = GetParam();
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  house.WriteMethod("1");
+  house.Answer(row.command, row.result);
+  house.Tick();
+  EXPECT_EQ(house.Commands().size(), static_cast<std::size_t>(row.engine_runs)) << row.story;
+  const auto mail = house.LastMail();
+  ASSERT_EQ(mail.size(), 11U) << row.story;
+  EXPECT_EQ(mail.at(2), row.code) << row.story;
+  EXPECT_EQ(mail.at(5), row.text) << row.story;
+  EXPECT_EQ(house.Text("SchStatusError.txt"), row.error_file) << row.story;
+  EXPECT_EQ(house.Status("BackupFailureDays"), "1") << row.story;
+  EXPECT_EQ(house.Service().transfer().Trf_ReadUserProfile("password").empty(), row.clears_password)
+      << row.story;
+  ASSERT_EQ(house.SessionFiles().size(), 1U) << row.story;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Command24, EarlyResultTest,
+    testing::Values(
+        EarlyCase{"no connection after ten tries", 24, -416, "3", kUnable, kFailed, false, 10},
+        EarlyCase{"proxy failure after ten tries", 24, -12008, "3", kProxy, "<none>", false, 10},
+        EarlyCase{"a wrong password is cleared at once", 24, -403, "3", kBadPassword, kFailed, true, 1},
+        EarlyCase{"a wrong encryption password", 24, -404, "3", kBadEncryption, "<none>", false, 1},
+        EarlyCase{"no port information", 24, -40, "3", "Unable to get port information.", "<none>", false, 1},
+        EarlyCase{"a damaged installation names the product", 24, -431, "3",
+                  "Install Ondura again to enable the application to work correctly", "<none>", false, 1}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Command28, EarlyResultTest,
+    testing::Values(
+        EarlyCase{"no connection passes the engine's result out", 28, -416, "-416",
+                  "Connection Failed. Unable to connect to the server. Try later.", kFailed, false, 2},
+        EarlyCase{"a wrong password is cleared and shown", 28, -403, "-403", kBadPassword, "<none>", true, 2},
+        EarlyCase{"proxy failure", 28, -12010, "-12010", kProxy, "<none>", false, 2}));
+
+TEST(EngineResultStory, TheAlternateAddressIsTakenAfterTheFifthAndTheTenthTry) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  std::vector<std::string> addresses;
+  house.OnCommand(24, [&](ProgramRun&) {
+    addresses.push_back(house.machine.ReadIni(house.UserPath("Ondura.ini"), "Tolmera", "IPAddres"));
+    house.WriteResult(-405);
+  });
+  house.Tick();
+  EXPECT_THAT(addresses, ElementsAre("", "", "", "", "", "secondary.backup.example",
+                                     "secondary.backup.example", "secondary.backup.example",
+                                     "secondary.backup.example", "secondary.backup.example"));
+  // This result alone goes on to the transfer after its tries.
+  EXPECT_THAT(house.Commands(), IsSupersetOf({51}));
+}
+
+TEST(EngineResultStory, WithoutAConnectionTheTenTriesNeitherPauseNorSwitch) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  house.machine.surroundings().is_connected = false;
+  house.Answer(24, -405);
+  house.Tick();
+  EXPECT_EQ(house.machine.ReadIni(house.UserPath("Ondura.ini"), "Tolmera", "IPAddres"), "");
+  EXPECT_TRUE(house.TraceHas(" There's no internet connection."));
+}
+
+TEST(EngineResultStory, AnEndOfTheScheduleRemovesItWithoutCloseUpOrMail) {
+  for (const int result : {-507, -514}) {
+    House house;
+    house.AddUser("ann");
+    house.PutSchedule("ann", {DueRecord()});
+    house.Answer(24, result);
+    house.Tick();
+    EXPECT_EQ(house.Bytes("scheduleData.txt"), "<none>");
+    EXPECT_TRUE(house.LastMail().empty());
+    EXPECT_TRUE(house.SessionFiles().empty());
+    EXPECT_EQ(house.Shared("Started"), "1");
+    house.Tick();
+    EXPECT_EQ(house.Shared("Started"), "0");
+  }
+}
+
+TEST(EngineResultStory, AnEngineThatAlwaysAsksForAnotherRunIsStopped) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  house.Answer(51, -427);
+  house.Tick();
+  const auto commands = house.Commands();
+  EXPECT_EQ(std::count(commands.begin(), commands.end(), 51), 17);
+  EXPECT_TRUE(house.TraceHas("stopped after 16 nested runs"));
+  EXPECT_EQ(house.NextTime(), "11-15-2026 12:30:00");
+}
+
+TEST(EngineResultStory, ASecondRunThatSucceedsEndsTheFirst) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  int runs = 0;
+  house.OnCommand(51, [&](ProgramRun&) { house.WriteResult(++runs == 1 ? -427 : 402); });
+  house.Tick();
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 24, 51, 16));
+  EXPECT_EQ(house.Text("SchStatus.txt"), kViewLog);
+}
+
+TEST(EngineResultStory, AFailedSizeRefreshIsWhatStatusShows) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  house.Answer(16, -416);
+  house.Tick();
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16, 16, 16, 16, 16));
+  EXPECT_EQ(house.StatusAfterJob(), "-416");
+}
+
+TEST(EngineResultStory, AUsedUpQuotaLeavesItsMarkerAndTheNeutralSentence) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  house.Answer(51, -432);
+  house.OnCommand(16, [&](ProgramRun&) {
+    house.WriteProfile("QuotaStatus", "Used", "5001");
+    house.WriteProfile("QuotaStatus", "Max", "5000");
+    house.WriteResult(402);
+  });
+  house.Tick();
+  EXPECT_EQ(house.Bytes("QuotaExceeded.txt"), "");
+  EXPECT_EQ(house.Text("SchStatus.txt"), kViewLog);
+  EXPECT_EQ(house.Status("StatusMessageIndicaton"), "1");
+}
+
+TEST(EngineResultStory, TheArgumentOfTheTransferGrowsByOneStampAJob) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {DueRecord()});
+  std::vector<std::string> arguments;
+  house.OnCommand(51, [&](ProgramRun& run) {
+    arguments.push_back(run.parameters());
+    house.WriteResult(402);
+  });
+  house.Tick();
+  house.machine.AdvanceTo(ToLocalTime({2026, 11, 15, 12, 30, 0}));
+  house.Tick();
+  ASSERT_EQ(arguments.size(), 2U);
+  EXPECT_EQ(arguments[0].substr(0, 5), " 51<\\");
+  EXPECT_TRUE(arguments[1].starts_with(arguments[0].substr(0, arguments[0].size() - 1) + "\\"));
+}
+
+}  // namespace
+}  // namespace ondura
