@@ -17,8 +17,8 @@ namespace ondura {
 
 namespace {
 
-constexpr std::size_t kReadStepBytes = 256 * 1024;
-constexpr std::size_t kListBufferBytes = 32 * 1024;
+constexpr std::size_t kReadStepBytes = std::size_t{256} * 1024;
+constexpr std::size_t kListBufferBytes = std::size_t{32} * 1024;
 
 // Kernels stamp files with the time of their last tick, ten milliseconds ago at the most.
 constexpr std::int64_t kTickNs = 20'000'000;

@@ -22,6 +22,8 @@ constexpr std::uint32_t kNotices = IN_MODIFY | IN_ATTRIB | IN_CLOSE_WRITE | IN_C
                                    IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 constexpr std::uint32_t kFolderGone = IN_IGNORED | IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT;
 
+constexpr std::size_t kQueueBytes = 16384;
+
 constexpr long kCifsMagic = 0xFF534D42L;
 constexpr long kPlan9Magic = 0x01021997L;
 
@@ -82,7 +84,7 @@ void InotifyHub::Collect() {
   if (raised == seen_) return;
   // Taken before the queue is emptied: what arrives meanwhile raises the count again.
   seen_ = raised;
-  alignas(inotify_event) std::array<char, 16 * 1024> buffer;
+  alignas(inotify_event) std::array<char, kQueueBytes> buffer;
   while (true) {
     const ssize_t got = read(queue_.get(), buffer.data(), buffer.size());
     if (got <= 0 && LastError() == HostError::kInterrupted) continue;

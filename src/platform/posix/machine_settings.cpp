@@ -169,7 +169,9 @@ std::string LoadMachineSettings(const std::string& root, MachineSettings& settin
   for (const std::string& line : LinesOf(*text)) {
     ++number;
     const std::string fault = reader.Take(line);
-    if (!fault.empty()) return path + ", line " + std::to_string(number) + ": " + fault + ".";
+    if (fault.empty()) continue;
+    std::string error = path;
+    return error.append(", line ").append(std::to_string(number)).append(": ").append(fault).append(".");
   }
   return {};
 }
