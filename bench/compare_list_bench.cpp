@@ -1,7 +1,5 @@
 #include "bench/compare_list_bench.h"
 
-#include <algorithm>
-#include <chrono>
 #include <fstream>
 #include <sstream>
 #include <vector>
@@ -10,6 +8,7 @@
 #include "bench/bench_machine.h"
 #include "bench/child.h"
 #include "bench/report.h"
+#include "bench/statistics.h"
 
 namespace ondura {
 
@@ -21,18 +20,6 @@ constexpr double kRatioTarget = 0.80;
 constexpr double kCallsTarget = 1.3;
 constexpr double kMemoryTargetMib = 8;
 constexpr double kMebibyte = 1024 * 1024;
-
-double SecondsOf(const auto& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
 
 // Both write one line a file into a file on the same disk; the order changes from round to round.
 void BesideFind(benchmark::State& state, const std::filesystem::path& root) {

@@ -11,6 +11,7 @@
 #include "bench/child.h"
 #include "bench/compare_list_bench.h"
 #include "bench/report.h"
+#include "bench/service_bench.h"
 #include "bench/small_bench.h"
 
 namespace {
@@ -30,6 +31,12 @@ int Measure(int argc, char** argv) {
   const ScratchFolder scratch;
   MakeTreeMachine(scratch.path() / "tree", size);
   RegisterCompareList(scratch.path() / "tree", size);
+  for (const std::size_t users : {1, 1000}) {
+    const auto root = scratch.path() / std::to_string(users);
+    MakeServiceMachine(root, users);
+    RegisterIdlePass(root, users);
+  }
+  RegisterHostStart(scratch.path() / "1");
   RegisterSmallMeasures(scratch.path() / "tree");
   TableReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
