@@ -17,7 +17,7 @@ struct Deployment {
   std::string NotificationHost;
 };
 
-// A value that is missing or blank falls back to a name under a reserved domain, which no address answers to:
+// A value that is missing or blank becomes a name under a reserved domain, where no server answers:
 // "primary.backup.example", "secondary.backup.example" and "notify.backup.example".
 Deployment ReadDeployment(const Machine& machine, const Installation& installation);
 

@@ -14,7 +14,7 @@
 namespace ondura {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -106,13 +106,11 @@ TEST_F(ConfigurationTest, AProductWithoutItsMainValuesIsRefusedAndNamesNoExecuta
   }
 }
 
-TEST_F(ConfigurationTest, WithoutAFileEverythingButTheRunningFlagStaysAsItWas) {
+TEST_F(ConfigurationTest, WithoutAFileEverythingStaysAsItWas) {
   installation_.ProductNumber = 2;
-  installation_.ServiceRunningFlag = true;
   EXPECT_FALSE(configuration_.LoadProductConfiguration());
   EXPECT_EQ(installation_.ProductNumber, 2);
   EXPECT_EQ(installation_.DefaultPort, "");
-  EXPECT_FALSE(installation_.ServiceRunningFlag);
 }
 
 TEST_F(ConfigurationTest, TheDeploymentNamesTheServersOneByOne) {
@@ -153,11 +151,15 @@ TEST_F(ConfigurationTest, AUserListThatIsMissingOrCannotBeReadChangesNothing) {
 
 TEST_F(ConfigurationTest, AHugeUserListNeitherFillsTheMemoryNorCutsANameInTwo) {
   Users list;
-  EXPECT_TRUE(ReadUsers(std::string(100'000'000, '\n') + "ann;bob;", list));
+  std::string bytes;
+  bytes.resize(100'000'000, '\n');
+  EXPECT_TRUE(ReadUsers(bytes + "ann;bob;", list));
   EXPECT_THAT(list, ElementsAre("ann", "bob", ""));
-  EXPECT_TRUE(ReadUsers(std::string(10'000'000, ';'), list));
+  bytes.assign(4'000'000, ';');
+  EXPECT_TRUE(ReadUsers(bytes, list));
   EXPECT_EQ(list.size(), 256U * 1024 + 1);
-  EXPECT_TRUE(ReadUsers("ann;" + std::string(10'000'000, 'x') + ";bob;", list));
+  bytes.assign(4'000'000, 'x');
+  EXPECT_TRUE(ReadUsers("ann;" + bytes + ";bob;", list));
   EXPECT_THAT(list, ElementsAre("ann", ""));
 }
 

@@ -11,7 +11,7 @@
 namespace ondura {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 constexpr std::string_view kAnn = R"(C:\data\Prodann\Prod.ini)";
 constexpr std::string_view kShared = R"(C:\data\UserName.ini)";

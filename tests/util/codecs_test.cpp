@@ -12,7 +12,7 @@
 namespace ondura {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using Rows = std::pair<std::string_view, std::string_view>[];
 
 TEST(Base64, KeepsEveryCodePageByteAtEveryLength) {

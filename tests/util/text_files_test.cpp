@@ -11,7 +11,7 @@
 namespace ondura {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 

@@ -7,7 +7,7 @@
 namespace ondura {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 struct Utf16Row {
   const char* story;
