@@ -260,6 +260,7 @@ TEST(CrashStory, AfterAPowerCutAnywhereTheOccurrenceIsStillThereOrMovedOn) {
       house.Tick();
     } catch (const PowerCut&) {
     }
+    house.machine.journal().StayAlive();
     house.LoseService();
     for (int pass = 0; pass < 3; ++pass) house.Tick();
     EXPECT_EQ(house.NextTime(), kTomorrow) << "call " << call;
