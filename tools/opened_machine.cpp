@@ -48,6 +48,11 @@ std::vector<std::string> OpenedMachine::Users() const {
   return names;
 }
 
+bool OpenedMachine::IsServed() const {
+  return keys_->Read("Started") == "1" &&
+         EqualsIgnoringCase(keys_->Read("Scheduled"), installation_.CurrentUser);
+}
+
 void OpenedMachine::Serve(std::string_view user) {
   const auto names = Users();
   const auto found =

@@ -30,7 +30,11 @@ class OpenedMachine {
   // there is none.
   void Serve(std::string_view user);
 
-  // The same for one who is not in the list yet.
+  // True while the shared state says that a job of the current user runs, also when its schedule file is
+  // idle again already.
+  [[nodiscard]] bool IsServed() const;
+
+  // The same as Serve for one who is not in the list yet.
   void ServeNew(const std::string& user) { installation_.CurrentUser = user; }
 
  private:

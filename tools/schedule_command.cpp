@@ -28,13 +28,16 @@ ScheduleFile Load(const OpenedMachine& opened) {
   return {opened.machine(), opened.installation().UserFile(kScheduleFileName)};
 }
 
-// For a change: not while a job runs, which reads the file and will write it.
+// For a change: not while a job runs, which has read the file and will write it when it closes up.
 ScheduleFile LoadForChange(const OpenedMachine& opened) {
   ScheduleFile file = Load(opened);
   const std::string& user = opened.installation().CurrentUser;
-  if (file.IsRunning()) {
-    throw Failure(Exit::kFailed, "a " + KindWord(file.HeaderWord()) + " job of " + user +
-                                     " is running; change the schedule when it is over");
+  if (file.IsRunning() || opened.IsServed()) {
+    const std::string kind = file.IsRunning() ? KindWord(file.HeaderWord()) : "scheduled";
+    throw Failure(Exit::kFailed,
+                  "a " + kind + " job of " + user +
+                      " is running; change the schedule when it is over. If it was cut off, the "
+                      "service clears that when it starts");
   }
   if (file.BrokenLines() > 0) {
     std::cerr << "ondura: warning: " << file.BrokenLines()

@@ -69,7 +69,8 @@ void Print(const OpenedMachine& opened, const UserStatus& status) {
   std::cout << status.user << "\n";
   PrintLine("state", status.words);
   for (const auto& [figure, value] : status.progress) PrintLine("", figure + ": " + value);
-  PrintLine("last job", LastJobText(status));
+  // While a job runs the profile holds the results of its own steps.
+  if (status.state != "running") PrintLine("last job", LastJobText(status));
   PrintLine("says", status.sentence);
   if (status.failures_in_a_row > 0)
     PrintLine("failures", std::to_string(status.failures_in_a_row) + " in a row");

@@ -33,13 +33,11 @@ constexpr std::array<std::string_view, 9> kFigures = {"Percentage",     "FileNam
 
 void ReadState(const OpenedMachine& opened, const ScheduleFile& schedule, UserStatus& status) {
   const ProfileKeys& keys = opened.keys();
-  const bool is_served =
-      keys.Read("Started") == "1" && EqualsIgnoringCase(keys.Read("Scheduled"), status.user);
   const std::string kept = keys.Read("Status");
   const auto found = std::ranges::find(kStates, kept, &StateWords::status);
   status.state = found == kStates.end() ? "idle" : found->state;
   status.words = found == kStates.end() ? "idle" : found->words;
-  if ((schedule.IsRunning() || is_served) && kept != "5") {
+  if ((schedule.IsRunning() || opened.IsServed()) && kept != "5") {
     status.state = "running";
     status.words = schedule.IsRunning() ? "a " + KindWord(schedule.HeaderWord()) + " backup is running"
                                         : "a scheduled backup is running";

@@ -81,6 +81,12 @@ TEST(ToolScheduleFile, IsNotTouchedWhileAJobRuns) {
     EXPECT_THAT(result.err, HasSubstr("a system-state job of ann is running"));
   }
   EXPECT_EQ(house.OfAnn("scheduleData.txt"), running);
+
+  // A job that winds up has put the header back already, but will still write what it had read.
+  house.PutForAnn("scheduleData.txt", "0\r\n");
+  house.Run({"set", "ann", "Started", "1"});
+  house.Run({"set", "ann", "Scheduled", "ann"});
+  EXPECT_EQ(house.Run({"schedule", "add", "ann", "--at", "now"}).exit, 1);
 }
 
 TEST(ToolScheduleFile, HoldsOneRecordAKindAndGoesWithItsLast) {
