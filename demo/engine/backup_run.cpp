@@ -1,5 +1,7 @@
 #include "demo/engine/backup_run.h"
 
+#include <algorithm>
+
 #include "demo/engine/compare_list.h"
 #include "demo/engine/selection_walk.h"
 #include "util/text.h"
@@ -9,6 +11,9 @@ namespace ondura::demo {
 namespace {
 
 using namespace std::chrono_literals;
+
+// The job gives an engine that is to stop a few seconds.
+constexpr std::chrono::milliseconds kPaceStep{500};
 
 constexpr int kDefaultQuotaMegabytes = 10 * 1024;
 
@@ -96,12 +101,19 @@ void BackupRun::Transfer(const std::vector<Candidate>& files) {
   for (const Candidate& file : changed) {
     if (IsOver()) break;
     progress_.Show(file.path, done);
-    if (pace_ > 0ms) client_.machine().clock.Sleep(pace_);
+    if (!KeepPace()) break;
     Send(file);
     ++done.files;
     done.bytes += file.size_bytes;
   }
   progress_.Finish(done);
+}
+
+bool BackupRun::KeepPace() {
+  for (auto left = pace_; left > 0ms && !IsOver(); left -= kPaceStep) {
+    client_.machine().clock.Sleep(std::min(left, kPaceStep));
+  }
+  return !IsOver();
 }
 
 std::vector<Candidate> BackupRun::PickChanged(const std::vector<Candidate>& files) {

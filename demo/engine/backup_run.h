@@ -35,6 +35,10 @@ class BackupRun {
   void Transfer(const std::vector<Candidate>& files);
   std::vector<Candidate> PickChanged(const std::vector<Candidate>& files);
   void Send(const Candidate& file);
+
+  // Waits as long as a file is to take at least. False when the run has been ended meanwhile.
+  bool KeepPace();
+
   [[nodiscard]] bool FitsQuota(const Candidate& file) const;
 
   // True when a person, the clock or the quota has ended the run.

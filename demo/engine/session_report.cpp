@@ -7,8 +7,6 @@ namespace ondura::demo {
 
 namespace {
 
-constexpr std::size_t kPendingBytes = 16'384;
-
 std::string SessionName(LocalTime time) {
   return "Scheduled " + FormatDate("mm-dd-yyyy HH-mm-ss", time) + ".txt";
 }
@@ -37,10 +35,7 @@ SessionReport::SessionReport(Client& client) : client_(client), start_(client.ma
   Line("Operation: Scheduled");
   Line("Backup Start Time : " + FormatDate(kStampPicture, start_));
   Line(" ");
-  Flush();
 }
-
-SessionReport::~SessionReport() { Flush(); }
 
 void SessionReport::Sent(std::string_view path, std::uint64_t size_bytes) {
   Stamped(std::string{path} + "  [" + std::to_string(size_bytes) + " bytes]");
@@ -60,7 +55,6 @@ void SessionReport::Close(EngineResult result, const RunFigures& figures) {
   Line(std::string{ClosingWords(result)} + "     [Backed up Files : " + std::to_string(figures.sent) +
        ", Size : " + std::to_string(figures.sent_bytes) +
        " bytes, Failed Files : " + std::to_string(figures.failed) + "]");
-  Flush();
 }
 
 void SessionReport::Stamped(std::string_view text) {
@@ -68,14 +62,8 @@ void SessionReport::Stamped(std::string_view text) {
 }
 
 void SessionReport::Line(std::string_view text) {
-  pending_.append(text).append(kLineEnd);
-  if (pending_.size() > kPendingBytes) Flush();
-}
-
-void SessionReport::Flush() {
-  if (pending_.empty()) return;
-  client_.text_files().Append(path_, pending_, Encoding::kUtf16, IfMissing::kCreate);
-  pending_.clear();
+  client_.text_files().Append(path_, std::string{text}.append(kLineEnd), Encoding::kUtf16,
+                              IfMissing::kCreate);
 }
 
 }  // namespace ondura::demo

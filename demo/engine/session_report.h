@@ -18,13 +18,11 @@ struct RunFigures {
 };
 
 // The engine's own session log: a heading, one line a file, the figures and a closing line. The mail takes
-// its subject from the closing line, from the "[" on, and looks for it among the last lines.
+// its subject from the closing line, from the "[" on, and looks for it among the last lines. Each line is
+// written as it comes: an engine that is killed leaves the files that it has sent.
 class SessionReport {
  public:
   explicit SessionReport(Client& client);
-  ~SessionReport();
-  SessionReport(const SessionReport&) = delete;
-  SessionReport& operator=(const SessionReport&) = delete;
 
   void Sent(std::string_view path, std::uint64_t size_bytes);
   void Failed(std::string_view path);
@@ -37,12 +35,10 @@ class SessionReport {
  private:
   void Line(std::string_view text);
   void Stamped(std::string_view text);
-  void Flush();
 
   Client& client_;
   LocalTime start_;
   std::string path_;
-  std::string pending_;
 };
 
 }  // namespace ondura::demo
