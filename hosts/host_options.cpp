@@ -28,7 +28,9 @@ void AddOptions(CLI::App& command, HostOptions& options) {
       ->check(CLI::Range(0.0, 86400.0))
       ->capture_default_str()
       ->type_name("SECONDS");
-  command.add_option("--ticks", options.ticks, "Leave with 0 after so many ticks")->type_name("N");
+  command.add_option("--ticks", options.ticks, "Leave with 0 after so many ticks")
+      ->check(CLI::NonNegativeNumber)
+      ->type_name("N");
   command.add_option("--speed", options.speed, "Divide every wait by this number, for rehearsals")
       ->check(CLI::Range(1, 1'000'000))
       ->capture_default_str()

@@ -1,0 +1,174 @@
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+
+#include "hosts.h"
+#include "profile/ProductConfiguration.h"
+#include "support/checked_machine.h"
+#include "tick_loop.h"
+
+namespace ondura {
+
+namespace {
+
+using testing::HasSubstr;
+
+constexpr std::string_view kInstall = R"(C:\Program Files\Ondura\)";
+
+// A machine on which the product is installed; the data folder is the install folder.
+class HostsTest : public testing::Test {
+ protected:
+  void Configure() {
+    machine_.PutFolder(kInstall);
+    Installation installation;
+    const ProductConfiguration configuration(machine_.outside(), installation);
+    for (const char* key : {"ProductNumber", "ProductName", "ProductInstallationName", "ExeGroup"}) {
+      const std::string value = std::string_view{key} == "ProductNumber" ? "3" : "Ondura";
+      machine_.WriteIni(Path("Configuration.ini"), "ProductInfo", configuration.StoredForm(key),
+                        configuration.StoredForm(value));
+    }
+  }
+
+  static std::string Path(std::string_view name) { return std::string{kInstall} + std::string{name}; }
+
+  std::string Shared(std::string_view key) { return machine_.ReadIni(Path("UserName.ini"), "Tolmera", key); }
+
+  [[nodiscard]] static HostOptions Ticks(std::uint64_t ticks) {
+    HostOptions options;
+    options.period_seconds = 0.001;
+    options.ticks = ticks;
+    return options;
+  }
+
+  int StoredOccurrencesOf(std::string_view text) {
+    const std::string trace = machine_.FileBytes(Path("ScheduleTraceFile.txt")).value_or("");
+    std::string narrow;
+    for (std::size_t i = 0; i < trace.size(); i += 2) narrow += trace[i];
+    int count = 0;
+    for (auto at = narrow.find(text); at != std::string::npos; at = narrow.find(text, at + 1)) ++count;
+    return count;
+  }
+
+  CheckedMachine machine_;
+  StopSignals stop_;
+};
+
+TEST_F(HostsTest, AnUnconfiguredProductEndsAHostInsteadOfLoopingSilently) {
+  machine_.PutFolder(kInstall);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(RunService(machine_.machine(), HostOptions{}, stop_), kExitUsage);
+  EXPECT_EQ(RunBackground(machine_.machine(), HostOptions{}, stop_), kExitUsage);
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(Path("Configuration.ini")));
+  EXPECT_NE(Shared("Standard"), "1") << "a twin that does not run is not in charge";
+}
+
+TEST_F(HostsTest, TheServiceTicksAsOftenAsToldAndStaysInCharge) {
+  Configure();
+  machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "0");
+  EXPECT_EQ(RunService(machine_.machine(), Ticks(3), stop_), 0);
+  EXPECT_EQ(StoredOccurrencesOf("Calling from first Service exe service."), 3);
+  EXPECT_EQ(Shared("Standard"), "0");
+}
+
+TEST_F(HostsTest, TheTwinIsInChargeWhileItRunsAndNoLonger) {
+  Configure();
+  EXPECT_EQ(RunBackground(machine_.machine(), Ticks(2), stop_), 0);
+  EXPECT_EQ(StoredOccurrencesOf("Calling from first Service exe service."), 0);
+  EXPECT_EQ(machine_.CallsMatching("*Write*Standard*").size(), 2U) << "once on entry, once on leaving";
+  EXPECT_EQ(Shared("Standard"), "0");
+}
+
+TEST(TickLoop, ARequestToStopLetsTheRunningTickEnd) {
+  const StopSignals stop;
+  HostOptions options;
+  options.period_seconds = 3600;
+  int begun = 0;
+  int ended = 0;
+  RunTicks(options, stop, [&] {
+    ++begun;
+    raise(SIGTERM);
+    ++ended;
+  });
+  EXPECT_EQ(begun, 1);
+  EXPECT_EQ(ended, 1);
+}
+
+TEST(TickLoop, ARequestToStopEndsAPendingPeriodAtOnce) {
+  const StopSignals stop;
+  HostOptions options;
+  options.period_seconds = 3600;
+  int ticks = 0;
+  pid_t helper = 0;
+  const auto begin = std::chrono::steady_clock::now();
+  RunTicks(options, stop, [&] {
+    ++ticks;
+    helper = fork();
+    if (helper == 0) {
+      usleep(100'000);
+      kill(getppid(), SIGINT);
+      _exit(0);
+    }
+  });
+  waitpid(helper, nullptr, 0);
+  EXPECT_EQ(ticks, 1);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds{10});
+}
+
+TEST(TickLoopDeathTest, ASecondRequestLeavesAtOnce) {
+  const auto run = [] {
+    const StopSignals stop;
+    RunTicks({}, stop, [] {
+      raise(SIGTERM);
+      raise(SIGINT);
+    });
+    std::exit(0);
+  };
+  EXPECT_EXIT(run(), testing::ExitedWithCode(128 + SIGINT), "");
+}
+
+TEST(HostOptions, TheCommandLineIsReadOrRefused) {
+  struct Case {
+    const char* story;
+    std::vector<const char*> arguments;
+    int exit_code;  // -1 where the host runs
+  };
+  const Case kCases[] = {
+      {"all options",
+       {"background", "--root", "r", "--install", "D:\\x", "--period", "1.5", "--ticks", "7", "--speed", "9"},
+       -1},
+      {"the root alone", {"service", "--root", "r"}, -1},
+      {"help", {"service", "--help"}, 0},
+      {"version", {"--version"}, 0},
+      {"nothing", {}, kExitUsage},
+      {"no root", {"service"}, kExitUsage},
+      {"unknown host", {"tray", "--root", "r"}, kExitUsage},
+      {"a speed of nothing", {"service", "--root", "r", "--speed", "0"}, kExitUsage},
+      {"a negative count", {"service", "--root", "r", "--ticks", "-1"}, kExitUsage},
+      {"a period that is no number", {"service", "--root", "r", "--period", "soon"}, kExitUsage},
+  };
+  for (Case c : kCases) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    c.arguments.insert(c.arguments.begin(), "ondura-host");
+    const ParsedOptions parsed = ParseHostOptions(static_cast<int>(c.arguments.size()), c.arguments.data());
+    EXPECT_EQ(parsed.options ? -1 : parsed.exit_code, c.exit_code) << c.story;
+    EXPECT_EQ(testing::internal::GetCapturedStdout().empty(), c.exit_code != 0) << c.story;
+    EXPECT_EQ(testing::internal::GetCapturedStderr().empty(), c.exit_code != kExitUsage) << c.story;
+  }
+  const char* const arguments[] = {"ondura-host", "background", "--root", "r",       "--period",
+                                   "1.5",         "--ticks",    "7",      "--speed", "9"};
+  const auto options = ParseHostOptions(10, arguments).options.value();
+  EXPECT_EQ(options.role, HostRole::kBackground);
+  EXPECT_EQ(options.install, kInstall);
+  EXPECT_EQ(options.period_seconds, 1.5);
+  EXPECT_EQ(options.ticks, 7U);
+  EXPECT_EQ(options.speed, 9);
+}
+
+}  // namespace
+
+}  // namespace ondura
