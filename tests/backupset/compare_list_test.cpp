@@ -7,7 +7,6 @@ namespace ondura {
 namespace {
 
 using testing::ElementsAre;
-using testing::Values;
 
 constexpr std::string_view kFirstPart = "TempCom\\CompareListInput1.txt";
 constexpr std::string_view kStamps = "/11-14-2026 12:30:00/11-14-2026 13:30:00/11-14-2026 11:30:00\r\n";
@@ -84,47 +83,42 @@ struct PartCase {
   const char* story;
   int files;
   const char* endings;  // null without an automatic selection
-  std::vector<std::size_t> lines;
+  const char* lines;    // of each part, as digits
   const char* status_check_count;
   const char* total;
   int waited_ms;
 };
 
-class CompareListParts : public testing::TestWithParam<PartCase> {};
+constexpr PartCase kPartCases[] = {{"an empty folder", 0, nullptr, "0", "", "0\r\n0\r\n", 0},
+                                   {"a full part needs no second one", 3, nullptr, "3", "", "0\r\n3\r\n", 0},
+                                   {"one line more opens it", 4, nullptr, "31", "1", "0\r\n1\r\n", 2000},
+                                   {"each part is announced", 8, nullptr, "332", "2", "0\r\n2\r\n", 4000},
+                                   {"with endings the size counts earlier parts again", 7,
+                                    "1\r\n1\r\n3\r\n5\r\n4\r\n", "31", "1", "35\r\n4\r\n", 2002},
+                                   {"no endings behind the flag take all", 2, "0", "2", "", "0\r\n2\r\n", 0}};
 
-TEST_P(CompareListParts, HoldTheirLines) {
-  Build build{3};
-  build.PutFiles(GetParam().files);
-  if (GetParam().endings) build.PutFile("C:\\data\\Acmeann\\AutoFileSelection.txt", GetParam().endings);
-  build.list.Begin();
-  EXPECT_EQ(build.list.HasAutomaticSelection(), GetParam().endings != nullptr);
-  build.Walk("C:\\docs");
-  build.list.Finish();
-  ASSERT_EQ(build.list.parts(), static_cast<std::int64_t>(GetParam().lines.size())) << GetParam().story;
-  for (std::size_t part = 0; part < GetParam().lines.size(); ++part) {
-    const std::string name = "TempCom\\CompareListInput" + std::to_string(part + 1) + ".txt";
-    EXPECT_EQ(build.Paths(name).size(), GetParam().lines[part]) << name;
+TEST(CompareList, OpensAnotherPartForTheLineThatDoesNotFit) {
+  for (const PartCase& row : kPartCases) {
+    SCOPED_TRACE(row.story);
+    Build build{3};
+    build.PutFiles(row.files);
+    if (row.endings) build.PutFile("C:\\data\\Acmeann\\AutoFileSelection.txt", row.endings);
+    build.list.Begin();
+    EXPECT_EQ(build.list.HasAutomaticSelection(), row.endings != nullptr);
+    build.Walk("C:\\docs");
+    build.list.Finish();
+    std::string lines;
+    for (std::int64_t part = 1; part <= build.list.parts(); ++part) {
+      lines +=
+          std::to_string(build.Paths("TempCom\\CompareListInput" + std::to_string(part) + ".txt").size());
+    }
+    EXPECT_EQ(lines, row.lines);
+    EXPECT_EQ(build.Profile("BackupStatus", "StatusCheckCount"), row.status_check_count);
+    EXPECT_EQ(build.Profile("BackupStatus", "CompareListCount"), lines.size() > 1 ? "1" : "");
+    EXPECT_EQ(build.List("TotalDisplaySize.txt"), row.total);
+    EXPECT_EQ(build.machine.Elapsed().count(), row.waited_ms);
   }
-  EXPECT_EQ(build.Profile("BackupStatus", "StatusCheckCount"), GetParam().status_check_count);
-  EXPECT_EQ(build.Profile("BackupStatus", "CompareListCount"), GetParam().lines.size() > 1 ? "1" : "");
-  EXPECT_EQ(build.List("TotalDisplaySize.txt"), GetParam().total);
-  EXPECT_EQ(build.machine.Elapsed().count(), GetParam().waited_ms);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    CompareList, CompareListParts,
-    Values(PartCase{"an empty folder", 0, nullptr, {0}, "", "0\r\n0\r\n", 0},
-           PartCase{"a full part needs no second one", 3, nullptr, {3}, "", "0\r\n3\r\n", 0},
-           PartCase{"one line more opens it", 4, nullptr, {3, 1}, "1", "0\r\n1\r\n", 2000},
-           PartCase{"each part is announced", 8, nullptr, {3, 3, 2}, "2", "0\r\n2\r\n", 4000},
-           PartCase{"with endings the size counts earlier parts again",
-                    7,
-                    "1\r\n1\r\n3\r\n5\r\n4\r\n",
-                    {3, 1},
-                    "1",
-                    "35\r\n4\r\n",
-                    2002},
-           PartCase{"no endings behind the flag take all", 2, "0", {2}, "", "0\r\n2\r\n", 0}));
 
 TEST(CompareList, TakesOnlyNamesWithAnEndingAndOnlyFromFixedDrives) {
   Build build;
@@ -166,36 +160,35 @@ struct StopCase {
   int stop_at_pump;
   const char* endings;
   std::size_t lines;
+  bool by_flag;
 };
 
-class CompareListStop : public testing::TestWithParam<StopCase> {};
+constexpr StopCase kStopCases[] = {{"behind the first file", 1, "1", 1, false},
+                                   {"behind the third file, by the host", 3, "1", 3, true},
+                                   {"behind the folder", 5, "1", 4, false},
+                                   {"behind the last file of all", 6, "1", 5, true},
+                                   {"with endings behind the folder alone", 1, "1\r\n\r\n", 4, false}};
 
-TEST_P(CompareListStop, EndsTheWalkBehindTheEntryAndKeepsItsLines) {
-  for (const bool by_flag : {false, true}) {
+TEST(CompareList, StopsBehindTheEntryAndKeepsItsLines) {
+  for (const StopCase& row : kStopCases) {
+    SCOPED_TRACE(row.story);
     Build build;
     build.PutFiles(4);
     build.PutFile("C:\\docs\\sub\\x");
-    build.PutFile("C:\\data\\Acmeann\\AutoFileSelection.txt", GetParam().endings);
+    build.PutFile("C:\\data\\Acmeann\\AutoFileSelection.txt", row.endings);
     build.list.Begin();
     build.list.HasAutomaticSelection();
     int pumps = 0;
     build.machine.OnPump([&] {
-      if (++pumps != GetParam().stop_at_pump) return;
-      build.stop_flag = by_flag;
-      if (!by_flag) build.SetProfile("BackupStatus", "Status", "5");
+      if (++pumps != row.stop_at_pump) return;
+      build.stop_flag = row.by_flag;
+      if (!row.by_flag) build.SetProfile("BackupStatus", "Status", "5");
     });
-    EXPECT_EQ(build.Walk("C:\\docs"), WalkOutcome::kStopped) << GetParam().story;
-    EXPECT_EQ(build.Paths().size(), GetParam().lines) << GetParam().story;
+    EXPECT_EQ(build.Walk("C:\\docs"), WalkOutcome::kStopped);
+    EXPECT_EQ(build.Paths().size(), row.lines);
     EXPECT_EQ(build.List("TotalDisplaySize.txt"), "(no file)");
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(CompareList, CompareListStop,
-                         Values(StopCase{"behind the first file", 1, "1", 1},
-                                StopCase{"behind the third file", 3, "1", 3},
-                                StopCase{"behind the folder", 5, "1", 4},
-                                StopCase{"behind the last file of all", 6, "1", 5},
-                                StopCase{"with endings behind the folder alone", 1, "1\r\n\r\n", 4}));
 
 TEST(CompareList, ReachesTheFileInBlocksWhileItGrows) {
   Build build;
@@ -212,16 +205,6 @@ TEST(CompareList, ReachesTheFileInBlocksWhileItGrows) {
   build.Walk("C:\\docs");
   EXPECT_GT(most_waiting, 32U * 1024);
   EXPECT_LE(most_waiting, 64U * 1024);
-}
-
-TEST(CompareList, IsNotBuiltWhereAMappedDriveIsNeeded) {
-  struct NeededDrive : MappedDrives {
-    bool CheckServiceModeMappedDrive() override { return true; }
-  } needed;
-  BackupSetHouse house;
-  CompareList list{
-      house.machine.machine(), house.installation, house.transfer, house.exclusions, needed, house.stop};
-  EXPECT_EQ(list.Begin(), BuildStart::kBlocked);
 }
 
 TEST(StatusStopCheck, ReadsTheProfileOnlyWhenItChangesAndSeesAWriteAtOnce) {

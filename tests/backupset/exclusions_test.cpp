@@ -8,8 +8,8 @@
 namespace ondura {
 namespace {
 
-using testing::ElementsAre;
-using testing::Values;
+constexpr auto kFolder = ExclusionKind::kFolder;
+constexpr auto kFile = ExclusionKind::kFile;
 
 struct FindCase {
   const char* story;
@@ -19,33 +19,29 @@ struct FindCase {
   const char* found;
 };
 
-class FindExclusionTest : public testing::TestWithParam<FindCase> {};
+constexpr FindCase kFindCases[] = {
+    {"no list", kFolder, "", "C:\\a\\", ""},
+    {"the folder itself", kFolder, "C:\\Data\r\n", "C:\\Data\\", "C:\\Data"},
+    {"a longer name beside it", kFolder, "C:\\Data\r\n", "C:\\Database\\", ""},
+    {"a whole drive", kFolder, "C:\r\n", "C:\\x\\", "C:"},
+    {"the deeper entry when it stands first", kFolder, "C:\\a\\b\r\nC:\\a\r\n", "C:\\a\\b\\c\\", "C:\\a\\b"},
+    {"blank lines cover nothing", kFolder, "\r\n\r\n", "\\\\server\\", ""},
+    {"a file", kFile, "C:\\a\\X.txt\r\n", "c:\\A\\x.TXT", "C:\\a\\X.txt"},
+    {"a file whose name begins so", kFile, "C:\\a\\x\r\n", "C:\\a\\x.txt", ""},
+    {"the marked form is another name", kFile, "C:\\a\\x 1\r\n", "C:\\a\\x", ""}};
 
-TEST_P(FindExclusionTest, AnswersTheFirstEntryThatCovers) {
-  BackupSetHouse house;
-  const bool folders = GetParam().kind == ExclusionKind::kFolder;
-  house.PutList(folders ? "atbkupExcludelist.txt" : "atbkupExcludeFilePath.txt", GetParam().list);
-  house.exclusions.Load();
-  EXPECT_EQ(house.Shared("Registry", "Excluded"), "0");
-  EXPECT_EQ(house.exclusions.FindExclusion(GetParam().kind, GetParam().path), GetParam().found);
-  EXPECT_EQ(house.Shared("Registry", "Excluded"), *GetParam().found ? "1" : "0") << GetParam().story;
+TEST(FindExclusion, AnswersTheFirstEntryThatCovers) {
+  for (const FindCase& row : kFindCases) {
+    SCOPED_TRACE(row.story);
+    BackupSetHouse house;
+    const bool folders = row.kind == ExclusionKind::kFolder;
+    house.PutList(folders ? "atbkupExcludelist.txt" : "atbkupExcludeFilePath.txt", row.list);
+    house.exclusions.Load();
+    EXPECT_EQ(house.Shared("Registry", "Excluded"), "0");
+    EXPECT_EQ(house.exclusions.FindExclusion(row.kind, row.path), row.found);
+    EXPECT_EQ(house.Shared("Registry", "Excluded"), *row.found ? "1" : "0");
+  }
 }
-
-constexpr auto kFolder = ExclusionKind::kFolder;
-constexpr auto kFile = ExclusionKind::kFile;
-
-INSTANTIATE_TEST_SUITE_P(
-    Exclusions, FindExclusionTest,
-    Values(FindCase{"no list", kFolder, "", "C:\\a\\", ""},
-           FindCase{"the folder itself", kFolder, "C:\\Data\r\n", "C:\\Data\\", "C:\\Data"},
-           FindCase{"a longer name beside it", kFolder, "C:\\Data\r\n", "C:\\Database\\", ""},
-           FindCase{"a whole drive", kFolder, "C:\r\n", "C:\\x\\", "C:"},
-           FindCase{"the deeper entry when it stands first", kFolder, "C:\\a\\b\r\nC:\\a\r\n",
-                    "C:\\a\\b\\c\\", "C:\\a\\b"},
-           FindCase{"blank lines cover nothing", kFolder, "\r\n\r\n", "\\\\server\\", ""},
-           FindCase{"a file", kFile, "C:\\a\\X.txt\r\n", "c:\\A\\x.TXT", "C:\\a\\X.txt"},
-           FindCase{"a file whose name begins so", kFile, "C:\\a\\x\r\n", "C:\\a\\x.txt", ""},
-           FindCase{"the marked form is another name", kFile, "C:\\a\\x 1\r\n", "C:\\a\\x", ""}));
 
 // The rule as it reads: every entry in turn.
 std::string WalkList(const std::vector<std::string>& entries, ExclusionKind kind, const std::string& path) {
@@ -87,14 +83,6 @@ TEST(Exclusions, AgreeWithTheWalkOverTheListOnRandomPathsInBothForms) {
       EXPECT_EQ(house.exclusions.FindFile(folder, key, name), same);
     }
   }
-}
-
-TEST(Exclusions, NoteWhatAppliedOnceAndInOrderUntilTheNextLoad) {
-  BackupSetHouse house;
-  for (const char* path : {"C:\\b", "C:\\a", "C:\\b"}) house.exclusions.AddAppliedExclusion(path);
-  EXPECT_THAT(house.exclusions.Applied(), ElementsAre("C:\\b", "C:\\a"));
-  house.exclusions.Load();
-  EXPECT_THAT(house.exclusions.Applied(), ElementsAre());
 }
 
 }  // namespace

@@ -101,29 +101,29 @@ struct AbortCase {
   bool in_main_trace;
 };
 
-class CheckLDBAbort : public testing::TestWithParam<AbortCase> {};
+constexpr AbortCase kAbortCases[] = {
+    {"a scan without end", "1", "1", "User aborted scheduled backup Scan is going on", false},
+    {"the scanner", "1", "0", "User aborted scheduled backup Scan in progress", true},
+    {"the engine", "0", "0", "User aborted scheduled backup 30 in progress", true}};
 
-TEST_P(CheckLDBAbort, EndsEveryWaitWithFourAndLeavesTheKeys) {
-  DatabaseHouse house;
-  for (const auto program : {kScanner, kEngine}) {
-    house.machine.InstallProgram(program, [](ProgramRun& run) { run.NeverEnds(); });
+TEST(CheckLDBStatus, EndsEveryWaitWithFourAtAnAbortAndLeavesTheKeys) {
+  for (const AbortCase& row : kAbortCases) {
+    SCOPED_TRACE(row.story);
+    DatabaseHouse house;
+    for (const auto program : {kScanner, kEngine}) {
+      house.machine.InstallProgram(program, [](ProgramRun& run) { run.NeverEnds(); });
+    }
+    house.SetProfile("REALTIME", "WatcherStatus", row.watcher);
+    house.SetProfile("REALTIME", "scanStatus", row.scan);
+    house.machine.After(milliseconds{6000}, [&] { house.SetProfile("BackupStatus", "Status", "5"); });
+    EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseAborted);
+    EXPECT_EQ(house.Traces().back(), row.text);
+    const auto main_trace = house.machine.FileBytes("C:\\data\\ScheduleTraceFile.txt");
+    EXPECT_EQ(main_trace.has_value(), row.in_main_trace);
+    EXPECT_EQ(house.Profile("BackupStatus", "CompareListCount"), "");
+    EXPECT_LT(house.machine.Elapsed(), milliseconds{6500});
   }
-  house.SetProfile("REALTIME", "WatcherStatus", GetParam().watcher);
-  house.SetProfile("REALTIME", "scanStatus", GetParam().scan);
-  house.machine.After(milliseconds{6000}, [&] { house.SetProfile("BackupStatus", "Status", "5"); });
-  EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseAborted) << GetParam().story;
-  EXPECT_EQ(house.Traces().back(), GetParam().text);
-  const auto main_trace = house.machine.FileBytes("C:\\data\\ScheduleTraceFile.txt");
-  EXPECT_EQ(main_trace.has_value(), GetParam().in_main_trace);
-  EXPECT_EQ(house.Profile("BackupStatus", "CompareListCount"), "");
-  EXPECT_LT(house.machine.Elapsed(), milliseconds{6500});
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    LocalDatabase, CheckLDBAbort,
-    Values(AbortCase{"a scan without end", "1", "1", "User aborted scheduled backup Scan is going on", false},
-           AbortCase{"the scanner", "1", "0", "User aborted scheduled backup Scan in progress", true},
-           AbortCase{"the engine", "0", "0", "User aborted scheduled backup 30 in progress", true}));
 
 TEST(LocalDatabase, GoesOnWhenTheEngineCannotBeStarted) {
   DatabaseHouse house;
@@ -132,27 +132,20 @@ TEST(LocalDatabase, GoesOnWhenTheEngineCannotBeStarted) {
   EXPECT_EQ(house.machine.Elapsed(), milliseconds{3000});
 }
 
-TEST(LocalDatabase, EndsTheScannerOfAScanThatNobodyWatches) {
-  DatabaseHouse house;
-  const ProcessId scanner = house.machine.PutProcess(kScanner);
-  house.SetProfile("REALTIME", "scanStatus", "1");
-  house.SetProfile("REALTIME", "ScannerId", std::to_string(scanner));
-  house.database.CheckLDBStatus("");
-  EXPECT_FALSE(house.machine.IsRunning("OxScan.exe"));
-  EXPECT_THAT(house.Traces(),
-              testing::IsSupersetOf({" Scan is going on kill backend and call backend with 30 ",
-                                     "Backup engine successfully terminated"}));
-  EXPECT_EQ(house.machine.OpenHandles(), 0U);
-}
-
-TEST(LocalDatabase, IsNotHeldUpByAScannerThatRefusesToEnd) {
-  DatabaseHouse house;
-  const ProcessId scanner = house.machine.PutProcess(kScanner);
-  house.machine.Fail("Processes.Terminate");
-  house.SetProfile("REALTIME", "scanStatus", "1");
-  house.SetProfile("REALTIME", "ScannerId", std::to_string(scanner));
-  EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseReady);
-  EXPECT_THAT(house.Started(), ElementsAre("OxClsClient.exe: 30<>:C:\\data"));
+TEST(LocalDatabase, EndsTheScannerOfAScanThatNobodyWatchesAndIsNotHeldUpByOneThatStays) {
+  for (const bool stays : {false, true}) {
+    DatabaseHouse house;
+    const ProcessId scanner = house.machine.PutProcess(kScanner);
+    if (stays) house.machine.Fail("Processes.Terminate");
+    house.SetProfile("REALTIME", "scanStatus", "1");
+    house.SetProfile("REALTIME", "ScannerId", std::to_string(scanner));
+    EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseReady);
+    EXPECT_EQ(house.machine.IsRunning("OxScan.exe"), stays);
+    EXPECT_THAT(house.Traces(), testing::Contains("Process is still running").Times(stays ? 100 : 0));
+    EXPECT_THAT(house.Traces(), testing::Contains("Backup engine successfully terminated"));
+    EXPECT_THAT(house.Started(), ElementsAre("OxClsClient.exe: 30<>:C:\\data"));
+    EXPECT_EQ(house.machine.OpenHandles(), 0U);
+  }
 }
 
 TEST(DeleteLDBFiles, TriesAgainAndGivesUpOnWhatStays) {
@@ -183,28 +176,28 @@ struct ResetCase {
   const char* next_day;
 };
 
-class VaccumTest : public testing::TestWithParam<ResetCase> {};
+constexpr ResetCase kResetCases[] = {
+    {"no date: it is set", " ", "", "", "", "Next DB Date is set \r\n", "21"},
+    {"due today", "14", "11", "2026", "OxScan.exe:5:C:\\data", "7Days reached reset DB and set date \r\n",
+     "21"},
+    {"due tomorrow", "15", "11", "2026", "", "(no file)", "15"}};
 
-TEST_P(VaccumTest, ResetsWhenTheDateHasComeAndOnlyOnce) {
-  DatabaseHouse house;
-  house.SetProfile("Tolmera", "TrayIconDay", GetParam().day);
-  house.SetProfile("Tolmera", "TrayIconMonth", GetParam().month);
-  house.SetProfile("Tolmera", "TrayIconYear", GetParam().year);
-  house.database.VaccumDB();
-  house.database.VaccumDB();
-  EXPECT_EQ(Join(house.Started(), "|"), GetParam().started) << GetParam().story;
-  EXPECT_EQ(house.List("ScheduleTraceFile.txt"), GetParam().trace) << GetParam().story;
-  EXPECT_EQ(house.Profile("Tolmera", "TrayIconDay"), GetParam().next_day) << GetParam().story;
-  EXPECT_EQ(house.machine.Elapsed().count(), 0);
-  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+TEST(VaccumDB, ResetsWhenTheDateHasComeAndOnlyOnce) {
+  for (const ResetCase& row : kResetCases) {
+    SCOPED_TRACE(row.story);
+    DatabaseHouse house;
+    house.SetProfile("Tolmera", "TrayIconDay", row.day);
+    house.SetProfile("Tolmera", "TrayIconMonth", row.month);
+    house.SetProfile("Tolmera", "TrayIconYear", row.year);
+    house.database.VaccumDB();
+    house.database.VaccumDB();
+    EXPECT_EQ(Join(house.Started(), "|"), row.started);
+    EXPECT_EQ(house.List("ScheduleTraceFile.txt"), row.trace);
+    EXPECT_EQ(house.Profile("Tolmera", "TrayIconDay"), row.next_day);
+    EXPECT_EQ(house.machine.Elapsed().count(), 0);
+    EXPECT_EQ(house.machine.OpenHandles(), 0U);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(LocalDatabase, VaccumTest,
-                         Values(ResetCase{"no date: it is set", " ", "", "", "", "Next DB Date is set \r\n",
-                                          "21"},
-                                ResetCase{"due today", "14", "11", "2026", "OxScan.exe:5:C:\\data",
-                                          "7Days reached reset DB and set date \r\n", "21"},
-                                ResetCase{"due tomorrow", "15", "11", "2026", "", "(no file)", "15"}));
 
 TEST(LocalDatabase, TellsWhetherTheScannerRuns) {
   DatabaseHouse house;

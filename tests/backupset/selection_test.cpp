@@ -5,10 +5,6 @@
 namespace ondura {
 namespace {
 
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::Values;
-
 SelectedItem Folder(std::string path) { return {std::move(path), ItemKind::kFolder}; }
 SelectedItem File(std::string path) { return {std::move(path), ItemKind::kFile}; }
 
@@ -18,34 +14,33 @@ struct ItemCase {
   std::vector<SelectedItem> items;
 };
 
-class SelectionItems : public testing::TestWithParam<ItemCase> {};
+const ItemCase kItemCases[] = {
+    {"no text, no item", "", {}},
+    {"blank lines are skipped", "\r\n  \r\n", {}},
+    {"one backslash is cut", "C:\\docs\\\r\n", {Folder("C:\\docs")}},
+    {"a folder without backslash, without line end", "C:\\docs", {Folder("C:\\docs")}},
+    {"a file, and one that is gone",
+     "C:\\docs\\a.txt\r\nC:\\docs\\b.txt\r\n",
+     {File("C:\\docs\\a.txt"), File("C:\\docs\\b.txt")}},
+    {"a drive by its root", "C:\\\r\n", {Folder("C:")}},
+    {"the keywords without a folder of their own", "My Documents\r\nFavorites\r\n", {File(""), File("")}},
+    {"every drive, in both forms of the keyword",
+     "My Computer\r\nMy Compute\r\n",
+     {Folder("C:"), Folder("D:"), Folder("C:"), Folder("D:")}},
+    {"keywords in another case are paths", "my computer\r\n", {File("my computer")}}};
 
-TEST_P(SelectionItems, FollowTheList) {
-  BackupSetHouse house;
-  house.machine.disk().PutDrive("D:\\", DriveKind::kNetwork, 1);
-  house.machine.PutFile("C:\\docs\\a.txt", "a");
-  house.PutList("atbkupfolderlist.txt", GetParam().list);
-  Selection selection{house.machine.machine(), house.installation, house.helpers, house.trace};
-  EXPECT_THAT(selection.ReadItems(), ElementsAreArray(GetParam().items)) << GetParam().story;
-  EXPECT_EQ(house.List("ScheduleTraceFile.txt"), "11-14-2026 12:30:00  [Backup set]:\r\n");
+TEST(Selection, ReadsTheItemsOfItsList) {
+  for (const ItemCase& row : kItemCases) {
+    SCOPED_TRACE(row.story);
+    BackupSetHouse house;
+    house.machine.disk().PutDrive("D:\\", DriveKind::kNetwork, 1);
+    house.machine.PutFile("C:\\docs\\a.txt", "a");
+    house.PutList("atbkupfolderlist.txt", row.list);
+    Selection selection{house.machine.machine(), house.installation, house.helpers, house.trace};
+    EXPECT_EQ(selection.ReadItems(), row.items);
+    EXPECT_EQ(house.List("ScheduleTraceFile.txt"), "11-14-2026 12:30:00  [Backup set]:\r\n");
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Selection, SelectionItems,
-    Values(ItemCase{"no text, no item", "", {}}, ItemCase{"blank lines are skipped", "\r\n  \r\n", {}},
-           ItemCase{"one backslash is cut", "C:\\docs\\\r\n", {Folder("C:\\docs")}},
-           ItemCase{"a folder without backslash, without line end", "C:\\docs", {Folder("C:\\docs")}},
-           ItemCase{"a file, and one that is gone",
-                    "C:\\docs\\a.txt\r\nC:\\docs\\b.txt\r\n",
-                    {File("C:\\docs\\a.txt"), File("C:\\docs\\b.txt")}},
-           ItemCase{"a drive by its root", "C:\\\r\n", {Folder("C:")}},
-           ItemCase{"the keywords without a folder of their own",
-                    "My Documents\r\nFavorites\r\n",
-                    {File(""), File("")}},
-           ItemCase{"every drive, in both forms of the keyword",
-                    "My Computer\r\nMy Compute\r\n",
-                    {Folder("C:"), Folder("D:"), Folder("C:"), Folder("D:")}},
-           ItemCase{"keywords in another case are paths", "my computer\r\n", {File("my computer")}}));
 
 struct HasCase {
   const char* story;
@@ -54,25 +49,23 @@ struct HasCase {
   bool has;
 };
 
-class HasSelection : public testing::TestWithParam<HasCase> {};
+constexpr HasCase kHasCases[] = {{"nothing chosen", nullptr, nullptr, false},
+                                 {"the flag anywhere in line 1", "mode=1\r\n", nullptr, true},
+                                 {"a 1 on line 2 is an ending", "0\r\n.mp1\r\n", nullptr, false},
+                                 {"a list", nullptr, "C:\\docs\r\n", true},
+                                 {"a list that is empty", nullptr, "", false},
+                                 {"a list whose first line is empty", nullptr, "\r\nC:\\docs\r\n", false}};
 
-TEST_P(HasSelection, AsksBothFiles) {
-  BackupSetHouse house;
-  if (GetParam().automatic)
-    house.machine.PutFile(house.UserFile("AutoFileSelection.txt"), GetParam().automatic);
-  if (GetParam().list) house.PutList("atbkupfolderlist.txt", GetParam().list);
-  Selection selection{house.machine.machine(), house.installation, house.helpers, house.trace};
-  EXPECT_EQ(selection.HasBackupSelection(), GetParam().has) << GetParam().story;
+TEST(Selection, HasBeenMadeWhenEitherFileSaysSo) {
+  for (const HasCase& row : kHasCases) {
+    SCOPED_TRACE(row.story);
+    BackupSetHouse house;
+    if (row.automatic) house.machine.PutFile(house.UserFile("AutoFileSelection.txt"), row.automatic);
+    if (row.list) house.PutList("atbkupfolderlist.txt", row.list);
+    Selection selection{house.machine.machine(), house.installation, house.helpers, house.trace};
+    EXPECT_EQ(selection.HasBackupSelection(), row.has);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Selection, HasSelection,
-                         Values(HasCase{"nothing chosen", nullptr, nullptr, false},
-                                HasCase{"the flag anywhere in line 1", "mode=1\r\n", nullptr, true},
-                                HasCase{"a 1 on line 2 is an ending", "0\r\n.mp1\r\n", nullptr, false},
-                                HasCase{"a list", nullptr, "C:\\docs\r\n", true},
-                                HasCase{"a list that is empty", nullptr, "", false},
-                                HasCase{"a list whose first line is empty", nullptr, "\r\nC:\\docs\r\n",
-                                        false}));
 
 TEST(TotalDisplaySize, GrowsBothLinesAndStartsFromDamageAtZero) {
   BackupSetHouse house;
