@@ -1,4 +1,6 @@
 #include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -105,6 +107,24 @@ TEST_F(PosixMachineTest, AnIniWriteKeepsRightsAndLinkAndTouchesNothingWithoutNee
   ASSERT_EQ(stat(file.c_str(), &after), 0);
   EXPECT_EQ(before.st_ino, after.st_ino);
   EXPECT_THAT(Names("C:\\"), UnorderedElementsAre("real.ini", "User.ini")) << "nothing is left beside it";
+}
+
+TEST_F(PosixMachineTest, AnIniWriteThatDoesNotFitLeavesTheOldFile) {
+  const std::string old = "[S]\r\nKey=1\r\n";
+  root_.Put("C/User.ini", old);
+  const pid_t child = fork();
+  if (child == 0) {
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{old.size(), old.size()};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const bool written = machine_.profiles.WriteString({R"(C:\User.ini)", "S", "Key"}, "longer than before");
+    _exit(written ? 1 : 0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0) << "the failure is told";
+  EXPECT_EQ(root_.Bytes("C/User.ini"), old);
+  EXPECT_THAT(Names("C:\\"), ElementsAre("User.ini"));
 }
 
 TEST_F(PosixMachineTest, ChangesOfTwoProcessesToOneIniFileAreBothKept) {

@@ -98,6 +98,8 @@ class PosixFiles : public Files {
     if (old && old->st_dev == status.st_dev && old->st_ino == status.st_ino) return false;
     Fd target = OpenNew(to, IfPresent::kReplace);
     if (!target.valid() || !CopyBytes(source, target)) return false;
+    // A program stays one, and what is read-only stays so. Some file systems have no rights to set.
+    [[maybe_unused]] const int rights = fchmod(target.get(), status.st_mode & 0777U);
     const std::array<timespec, 2> times{status.st_atim, status.st_mtim};
     futimens(target.get(), times.data());
     return target.Close();
