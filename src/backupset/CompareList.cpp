@@ -69,7 +69,9 @@ BuildStart CompareList::Begin() {
   endings_.clear();
   skipped_list_.Open(installation_.UserFile(kSkippedFiles));
   OpenPart();
-  return mapped_drives_.CheckServiceModeMappedDrive() ? BuildStart::kBlocked : BuildStart::kReady;
+  if (!mapped_drives_.CheckServiceModeMappedDrive()) return BuildStart::kReady;
+  CloseFiles();
+  return BuildStart::kBlocked;
 }
 
 bool CompareList::HasAutomaticSelection() {
@@ -93,12 +95,12 @@ WalkOutcome CompareList::WalkItem(const SelectedItem& item) {
   if (item.kind == ItemKind::kFolder) return WalkTree(item.path);
   WalkFile(item.path);
   if (!MustStop()) return WalkOutcome::kDone;
-  CloseFiles();
+  Close();
   return WalkOutcome::kStopped;
 }
 
 void CompareList::Finish() {
-  CloseFiles();
+  Close();
   total_.Add({size_bytes_, static_cast<double>(files_)});
 }
 
@@ -110,7 +112,7 @@ WalkOutcome CompareList::WalkTree(const std::string& root) {
     const Folder folder = std::move(queue_.front());
     queue_.pop_front();
     if (stop_.Stopped() || ScanFolderForCompareList(folder) == WalkOutcome::kStopped) {
-      CloseFiles();
+      Close();
       return WalkOutcome::kStopped;
     }
   }
@@ -201,7 +203,7 @@ void CompareList::AddSkipped(std::u16string_view path) {
 }
 
 void CompareList::StartNextPart() {
-  CloseFiles();
+  Close();
   transfer_.Trf_WriteUserProfileDefault(kStatusSection, "StatusCheckCount", std::to_string(part_));
   transfer_.Trf_WriteUserProfileDefault(kStatusSection, "CompareListCount", "1");
   // The size goes on growing, so that the displayed total counts a part more than once.
@@ -229,7 +231,7 @@ void CompareList::OpenPart() {
   list_.Open(installation_.UserFile(name));
 }
 
-void CompareList::CloseFiles() {
+void CompareList::Close() {
   list_.Close();
   skipped_list_.Close();
 }

@@ -56,6 +56,9 @@ class CompareList {
   // Closes the files and adds the run's size and count to TotalDisplaySize.txt.
   void Finish();
 
+  // Closes the files of a build that is given up. What was written stays.
+  void Close();
+
   // The number of the present part, from 1 on.
   [[nodiscard]] std::int64_t parts() const { return part_; }
   // Files of the present part.
@@ -89,7 +92,6 @@ class CompareList {
   bool EndsAsWanted(std::string_view name) const;
   bool MustStop();
   void OpenPart();
-  void CloseFiles();
 
   Machine machine_;
   const Installation& installation_;

@@ -27,7 +27,7 @@ class Utf16ListFile {
   void Commit(const char16_t* end);
 
  private:
-  static constexpr std::size_t kBlockUnits = 32 * 1024;
+  static constexpr std::size_t kBlockUnits = 32'768;
 
   void WriteOut();
 

@@ -82,20 +82,20 @@ TEST(CompareList, NamesPathsOfMoreThan256UnitsInBothFiles) {
 struct PartCase {
   const char* story;
   int files;
+  int waited_ms;
   const char* endings;  // null without an automatic selection
   const char* lines;    // of each part, as digits
   const char* status_check_count;
   const char* total;
-  int waited_ms;
 };
 
-constexpr PartCase kPartCases[] = {{"an empty folder", 0, nullptr, "0", "", "0\r\n0\r\n", 0},
-                                   {"a full part needs no second one", 3, nullptr, "3", "", "0\r\n3\r\n", 0},
-                                   {"one line more opens it", 4, nullptr, "31", "1", "0\r\n1\r\n", 2000},
-                                   {"each part is announced", 8, nullptr, "332", "2", "0\r\n2\r\n", 4000},
-                                   {"with endings the size counts earlier parts again", 7,
-                                    "1\r\n1\r\n3\r\n5\r\n4\r\n", "31", "1", "35\r\n4\r\n", 2002},
-                                   {"no endings behind the flag take all", 2, "0", "2", "", "0\r\n2\r\n", 0}};
+constexpr PartCase kPartCases[] = {{"an empty folder", 0, 0, nullptr, "0", "", "0\r\n0\r\n"},
+                                   {"a full part needs no second one", 3, 0, nullptr, "3", "", "0\r\n3\r\n"},
+                                   {"one line more opens it", 4, 2000, nullptr, "31", "1", "0\r\n1\r\n"},
+                                   {"each part is announced", 8, 4000, nullptr, "332", "2", "0\r\n2\r\n"},
+                                   {"with endings the size counts earlier parts again", 7, 2002,
+                                    "1\r\n1\r\n3\r\n5\r\n4\r\n", "31", "1", "35\r\n4\r\n"},
+                                   {"no endings behind the flag take all", 2, 0, "0", "2", "", "0\r\n2\r\n"}};
 
 TEST(CompareList, OpensAnotherPartForTheLineThatDoesNotFit) {
   for (const PartCase& row : kPartCases) {
@@ -158,16 +158,16 @@ TEST(CompareList, LeavesOutWhatIsExcludedAndNotesEachEntryOnce) {
 struct StopCase {
   const char* story;
   int stop_at_pump;
+  bool by_flag;
   const char* endings;
   std::size_t lines;
-  bool by_flag;
 };
 
-constexpr StopCase kStopCases[] = {{"behind the first file", 1, "1", 1, false},
-                                   {"behind the third file, by the host", 3, "1", 3, true},
-                                   {"behind the folder", 5, "1", 4, false},
-                                   {"behind the last file of all", 6, "1", 5, true},
-                                   {"with endings behind the folder alone", 1, "1\r\n\r\n", 4, false}};
+constexpr StopCase kStopCases[] = {{"behind the first file", 1, false, "1", 1},
+                                   {"behind the third file, by the host", 3, true, "1", 3},
+                                   {"behind the folder", 5, false, "1", 4},
+                                   {"behind the last file of all", 6, true, "1", 5},
+                                   {"with endings behind the folder alone", 1, false, "1\r\n\r\n", 4}};
 
 TEST(CompareList, StopsBehindTheEntryAndKeepsItsLines) {
   for (const StopCase& row : kStopCases) {

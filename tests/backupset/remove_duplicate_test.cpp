@@ -46,9 +46,8 @@ TEST(RemoveDuplicate, AgreesWithThePairwiseWalkOnRandomLists) {
 
 TEST(RemoveDuplicate, GrowsWithTheListAndLetsOthersIn) {
   CheckedMachine machine;
-  std::vector<std::string> list;
-  for (int i = 0; i < 60'000; ++i) list.push_back("C:\\same\\" + std::to_string(i % 30'000));
-  list.push_back("C:\\same");
+  std::vector<std::string> list(60'001, "C:\\same");
+  for (std::size_t i = 0; i < 60'000; ++i) list[i] += "\\" + std::to_string(i % 30'000);
   RemoveDuplicate(machine.machine(), list);
   EXPECT_THAT(list, testing::ElementsAre("C:\\same"));
   EXPECT_EQ(machine.Elapsed().count(), 2'000);
