@@ -1,5 +1,7 @@
 #include "schedule/BackupSetStore.h"
 
+#include "util/text_files.h"
+
 namespace ondura {
 
 namespace {
@@ -20,11 +22,7 @@ void BackupSetStore::DB_ReadBackdataNew(std::string_view path, std::vector<std::
   if (!bytes) return;
   std::string_view rest = *bytes;
   while (!rest.empty() && lines.size() < kMostLines) {
-    const auto end = rest.find('\n');
-    std::string_view line = rest.substr(0, end);
-    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.push_back(machine_.code_page.ToUtf8(line));
+    lines.push_back(machine_.code_page.ToUtf8(TakeLine(rest)));
   }
 }
 

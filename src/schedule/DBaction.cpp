@@ -12,15 +12,6 @@ namespace {
 
 constexpr std::size_t kMostRecords = std::numeric_limits<std::int16_t>::max();
 
-// Cuts the first line off `text` and returns it without its end.
-std::string_view TakeLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  std::string_view line = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return line;
-}
-
 // The words of kinds "3" to "5" bar the file until the dispatch pass has reset them.
 bool MayBeRead(std::string_view header) { return header == "0" || header == "1" || header == "2"; }
 

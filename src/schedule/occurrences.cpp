@@ -82,9 +82,9 @@ std::optional<Occurrence> NextOccurrence(const ScheduleRecord& record, Step step
 
 DayFlagTexts DayFlagsOf(std::string_view mask) {
   DayFlagTexts flags;
-  const double number = ParseNumber(mask).value_or(0);
+  const double number = std::nearbyint(ParseNumber(mask).value_or(0));
   constexpr double kBeyond32Bits = 2147483648.0;
-  int value = std::fabs(number) < kBeyond32Bits ? static_cast<int>(std::nearbyint(number)) : 0;
+  int value = std::fabs(number) < kBeyond32Bits ? static_cast<int>(number) : 0;
   for (std::size_t i = 7; i-- > 0;) {
     flags[i] = std::to_string(value % 10);
     value = static_cast<int>(std::nearbyint(value / 10.0));

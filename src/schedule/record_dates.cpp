@@ -47,24 +47,13 @@ std::string_view PartAt(const std::vector<std::string>& parts, std::size_t index
   return index < parts.size() ? std::string_view{parts[index]} : std::string_view{};
 }
 
-bool IsTimeOfDay(const TimeFields& fields) {
-  return fields.hour < 24 && fields.minute < 60 && fields.second < 60;
-}
-
-bool IsDate(const TimeFields& fields) {
-  using namespace std::chrono;
-  const year_month_day date{year{fields.year}, month{static_cast<unsigned>(fields.month)},
-                            day{static_cast<unsigned>(fields.day)}};
-  return fields.year >= 100 && date.ok();
-}
-
 // The text may lack the time of day, and may have it in a common form in place of the machine's own.
 bool ReadTimeOfDay(std::string_view text, const LocaleFacts& locale, TimeFields& fields) {
   const auto reads = [&](std::string_view picture) {
     std::string_view rest = text;
     TimeFields read = fields;
     const bool fits = !picture.empty() && TakeByPicture({picture, PictureKind::kTime}, rest, read) &&
-                      rest.empty() && IsTimeOfDay(read);
+                      rest.empty() && IsCalendarTime(read);
     if (fits) fields = read;
     return fits;
   };
@@ -76,7 +65,7 @@ std::optional<LocalTime> ReadBy(std::string_view date_picture, std::string_view 
   TimeFields fields;
   text = Trim(text);
   if (date_picture.empty() || !TakeByPicture({date_picture, PictureKind::kDate}, text, fields) ||
-      !IsDate(fields)) {
+      !IsCalendarTime(fields)) {
     return std::nullopt;
   }
   if (!ReadTimeOfDay(Trim(text), locale, fields)) return std::nullopt;

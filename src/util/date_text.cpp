@@ -47,19 +47,6 @@ bool TakeSeparator(std::string_view& text, char separator) {
   return true;
 }
 
-bool IsTimeOfDay(const TimeFields& fields) {
-  return fields.hour < 24 && fields.minute < 60 && fields.second < 60;
-}
-
-bool IsDate(const TimeFields& fields) {
-  using namespace std::chrono;
-  // The calendar types hold a month and a day in one byte, so larger numbers would come round to valid ones.
-  if (fields.year < 100 || fields.month > 12 || fields.day > 31) return false;
-  return year_month_day{year{fields.year}, month{static_cast<unsigned>(fields.month)},
-                        day{static_cast<unsigned>(fields.day)}}
-      .ok();
-}
-
 // Fills numbers separated by `separator`; false unless every one is there.
 template <std::size_t kCount>
 bool TakeNumbers(std::string_view& text, char separator, const std::array<int*, kCount>& into) {
@@ -73,6 +60,15 @@ bool TakeNumbers(std::string_view& text, char separator, const std::array<int*, 
 }
 
 }  // namespace
+
+bool IsCalendarTime(const TimeFields& fields) {
+  using namespace std::chrono;
+  // The calendar types hold a month and a day in one byte, so larger numbers would come round to valid ones.
+  if (fields.year < 100 || fields.year > 9999 || fields.month > 12 || fields.day > 31) return false;
+  const year_month_day date{year{fields.year}, month{static_cast<unsigned>(fields.month)},
+                            day{static_cast<unsigned>(fields.day)}};
+  return date.ok() && fields.hour < 24 && fields.minute < 60 && fields.second < 60;
+}
 
 std::string FormatDate(std::string_view picture, LocalTime time) {
   const TimeFields fields = ToFields(time);
@@ -97,7 +93,7 @@ std::string FormatDate(std::string_view picture, LocalTime time) {
 std::optional<LocalTime> ParseFixedDate(std::string_view text) {
   text = Trim(text);
   TimeFields fields;
-  if (!TakeNumbers<3>(text, '-', {&fields.month, &fields.day, &fields.year}) || !IsDate(fields)) {
+  if (!TakeNumbers<3>(text, '-', {&fields.month, &fields.day, &fields.year}) || !IsCalendarTime(fields)) {
     return std::nullopt;
   }
   if (!text.empty() && !text.starts_with(' ')) return std::nullopt;
@@ -105,7 +101,7 @@ std::optional<LocalTime> ParseFixedDate(std::string_view text) {
   if (!text.empty() && !TakeNumbers<3>(text, ':', {&fields.hour, &fields.minute, &fields.second})) {
     return std::nullopt;
   }
-  if (!text.empty() || !IsTimeOfDay(fields)) return std::nullopt;
+  if (!text.empty() || !IsCalendarTime(fields)) return std::nullopt;
   return ToLocalTime(fields);
 }
 

@@ -19,6 +19,9 @@ inline constexpr std::string_view kErrorPicture = "mm-dd-yyyy H:mm:ss:ms";
 // themselves.
 std::string FormatDate(std::string_view picture, LocalTime time);
 
+// True for fields that are a date of the years 100 to 9999 and a time of day.
+bool IsCalendarTime(const TimeFields& fields);
+
 // The time of a text in the fixed form "mm-dd-yyyy H:mm:ss" (also with one-digit fields, or without the
 // time of day). Nothing for a text that is no such date.
 std::optional<LocalTime> ParseFixedDate(std::string_view text);

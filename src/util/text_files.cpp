@@ -17,16 +17,17 @@ constexpr std::ptrdiff_t kMostLines = 2'000'000;
 
 }  // namespace
 
+std::string_view TakeLine(std::string_view& text) {
+  const auto end = text.find('\n');
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
 std::vector<std::string> LinesOf(std::string_view text) {
   std::vector<std::string> lines;
-  while (!text.empty()) {
-    const auto end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.emplace_back(line);
-    if (end == std::string_view::npos) break;
-    text.remove_prefix(end + 1);
-  }
+  while (!text.empty()) lines.emplace_back(TakeLine(text));
   return lines;
 }
 

@@ -47,6 +47,9 @@ class TextFiles {
   CodePage& code_page_;
 };
 
+// Cuts the first line off a text that isn't empty, and returns it without its end.
+std::string_view TakeLine(std::string_view& text);
+
 // The lines of a text, without their ends.
 std::vector<std::string> LinesOf(std::string_view text);
 

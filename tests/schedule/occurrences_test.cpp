@@ -71,7 +71,7 @@ TEST(DayMask, IsTakenFromTheRight) {
   for (const auto& [mask, want] :
        {Row{"0100000", "0100000"}, Row{"100000", "0100000"}, Row{"1111111", "1111111"}, Row{"1", "0000001"},
         Row{" 1000001 ", "1000001"}, Row{"", "0000000"}, Row{"daily", "0000000"},
-        Row{"99999999999", "0000000"}}) {
+        Row{"99999999999", "0000000"}, Row{"2147483647.6", "0000000"}}) {
     std::string flags;
     for (const std::string& flag : DayFlagsOf(mask)) flags += flag;
     EXPECT_EQ(flags, want) << mask;
