@@ -70,7 +70,7 @@ BuildStart CompareList::Begin() {
   skipped_list_.Open(installation_.UserFile(kSkippedFiles));
   OpenPart();
   if (!mapped_drives_.CheckServiceModeMappedDrive()) return BuildStart::kReady;
-  CloseFiles();
+  Close();
   return BuildStart::kBlocked;
 }
 
