@@ -25,7 +25,7 @@ Leave AbortForms::TestForAbort(std::string_view trace_text) {
 JobCode AbortForms::LeaveAborted(std::string_view trace_text, Programs programs) {
   TraceAbort(trace_text);
   MarkAborted();
-  WriteAbortLog(SessionWrite::kReplace);
+  WriteAbortLog(AbortLog::kNewBlock);
   job_.state.run.cancelled = true;
   job_.end_status.WriteJobEndStatus(1);
   job_.temp_folder.DeleteTempFolder();
@@ -36,26 +36,27 @@ JobCode AbortForms::LeaveAborted(std::string_view trace_text, Programs programs)
 
 JobCode AbortForms::LeaveAfterInput(std::string_view trace_text) {
   TraceAbort(trace_text);
-  return LeaveTransfer();
+  return LeaveTransfer(AbortLog::kFurtherBlock);
 }
 
-JobCode AbortForms::LeaveFromWalk() {
+JobCode AbortForms::LeaveFromWalk(WalkPlace place) {
   Options& trace = job_.services.trace.plain();
   trace.WriteTrace("ScheduleCancelled 1");
   trace.WriteTrace("Aborted...");
-  job_.keys.Write("RetValue", NumberText(job_.engine.ReadResult()));
-  const JobCode code = LeaveTransfer();
+  job_.keys.Write("RetValue", NumberText(job_.state.run.last_result));
+  const JobCode code =
+      LeaveTransfer(place == WalkPlace::kWithinFolder ? AbortLog::kFurtherLine : AbortLog::kFurtherBlock);
   job_.temp_folder.DeleteTempFolder();
   job_.services.machine.files.Remove(job_.services.installation.UserFile("MappedDriveInput.txt"),
                                      Removal::kPlain);
   return code;
 }
 
-JobCode AbortForms::LeaveTransfer() {
+JobCode AbortForms::LeaveTransfer(AbortLog log) {
   MarkAborted();
   job_.keys.StampEnd();
   job_.keys.Write("StatusMessageIndicaton", "1");
-  WriteAbortLog(SessionWrite::kAppend);
+  WriteAbortLog(log);
   job_.end_status.WriteStatusText(job_texts::kManualCancel);
   job_.end_status.WriteJobEndStatus(1);
   RemoveShadowTempFolder();
@@ -100,6 +101,11 @@ void AbortForms::EndPrograms() {
   EndDatabaseManager();
 }
 
+void AbortForms::EndProgramsById() {
+  EndDatabaseManager();
+  job_.services.helpers.ProcessTerminate(job_.state.run.lClsClientPID, kNoWindow);
+}
+
 void AbortForms::EndDatabaseManager() {
   job_.services.helpers.ProcessTerminate(job_.state.run.lDBManagerPID, kNoWindow);
 }
@@ -123,11 +129,17 @@ void AbortForms::MarkAborted() {
   job_.keys.Write("DLLStatus", "3");
 }
 
-void AbortForms::WriteAbortLog(SessionWrite how) {
+void AbortForms::WriteAbortLog(AbortLog log) {
   JobRun& run = job_.state.run;
-  const std::string session_path = job_.services.session_log.NewPath();
+  SessionLog& session_log = job_.services.session_log;
+  const std::string session_path = session_log.NewPath();
   job_.services.trace.User(" You have aborted the scheduled backup job" + session_path);
-  job_.services.session_log.WriteBlock(session_path, job_texts::kUserAbort, how);
+  if (log == AbortLog::kFurtherLine) {
+    session_log.WriteTimedMessage(session_path, job_texts::kUserAbort, SessionWrite::kAppend);
+  } else {
+    session_log.WriteBlock(session_path, job_texts::kUserAbort,
+                           log == AbortLog::kNewBlock ? SessionWrite::kReplace : SessionWrite::kAppend);
+  }
   run.session_path = session_path;
 }
 

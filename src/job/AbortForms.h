@@ -23,9 +23,11 @@ class AbortForms {
   Leave TestForAbort(std::string_view trace_text);
 
   // The forms of the transfer, while the engine runs: the status file tells of a manual cancel, the shadow
-  // copy's folder goes and the session log is continued.
+  // copy's folder goes and the session log is continued. A walk that is left within a folder has a log of
+  // two lines only.
+  enum class WalkPlace { kWithinFolder, kBehindItem };
   JobCode LeaveAfterInput(std::string_view trace_text);
-  JobCode LeaveFromWalk();
+  JobCode LeaveFromWalk(WalkPlace place);
 
   // A failure that the user reads in the session log: `text` becomes the job's result text.
   JobCode LeaveFailed(std::string_view text, double result);
@@ -39,8 +41,9 @@ class AbortForms {
   // Writes the failure's log and keys without the status routine and without a code.
   void RecordFailure(std::string_view text);
 
+  // The engine by its name and the database manager by its id, or both by their ids.
   void EndPrograms();
-  void EndDatabaseManager();
+  void EndProgramsById();
 
   // Deletes the shadow copy's folder when it is there.
   void RemoveShadowTempFolder();
@@ -48,8 +51,10 @@ class AbortForms {
  private:
   void TraceAbort(std::string_view trace_text);
   void MarkAborted();
-  void WriteAbortLog(SessionWrite how);
-  JobCode LeaveTransfer();
+  enum class AbortLog { kNewBlock, kFurtherBlock, kFurtherLine };
+  void WriteAbortLog(AbortLog log);
+  JobCode LeaveTransfer(AbortLog log);
+  void EndDatabaseManager();
 
   JobContext& job_;
 };

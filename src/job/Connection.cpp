@@ -70,6 +70,7 @@ void Connection::SettleAddress() {
                       services.installation.ProfileIniName);
   ReadProxy();
   services.trace.User("  Recieved all configuration data.");
+  services.trace.User(" [CALLING] API_GET_PORTNUMBER() for getting port info");
 }
 
 void Connection::ReadProxy() {
@@ -107,7 +108,6 @@ Leave Connection::DiscoverPort() {
 Leave Connection::AskForPort(double& result) {
   const JobServices& services = job_.services;
   const std::string parameters = EngineCommands::ParameterText(24, job_.temp_folder.GetTempFolderPath());
-  services.trace.User(" [CALLING] API_GET_PORTNUMBER() for getting port info");
   for (int tries = 0; tries < kMostTries;) {
     job_.state.run.start_time = services.machine.clock.Now();
     services.trace.plain().WriteTrace("Calling Clsclient with cmdline : " + parameters);

@@ -28,8 +28,9 @@ class EngineCommands {
   // Starts the engine and does not wait. An engine that can't be started behaves as one that never ends.
   ProcessWatch Start(std::string_view parameter_text);
 
-  // RetValue; 0 where it is empty. What the last command left stands there until the next one writes.
-  double ReadResult() { return services_.store.ReadLastRetValue(); }
+  // RetValue; 0 where it is empty. What the last command left stands there until the next one writes. The
+  // job remembers what it has read last.
+  double ReadResult() { return state_.run.last_result = services_.store.ReadLastRetValue(); }
 
   // Command 24: gives up after 300 passes and leaves the engine running then.
   PortWait RunPortNumber(std::string_view parameter_text);

@@ -50,7 +50,8 @@ struct JobRun {
   bool cancelled = false;
   std::string kind_word = " ";     // names the kind of job in the mail
   std::string extra_mail_text;     // a reason for the mail
-  std::int64_t engine_status = 0;  // the last result of the engine
+  std::int64_t engine_status = 0;  // the result of the transfer, for the mail
+  double last_result = 0;          // of the engine's commands so far
   std::string new_password_text;   // for the box that a wrong password shows
 
   Account account;

@@ -4,7 +4,6 @@
 #include <initializer_list>
 
 #include "util/text.h"
-#include "util/text_files.h"
 
 namespace ondura {
 
@@ -25,9 +24,8 @@ void RemoteCall::CallDummy() {
   services.machine.clock.Sleep(milliseconds{1000});
   services.trace.User("  Dummy Call started");
   ReadSettings();
-  // The name is appended to a file that is not made, so nothing is left behind.
-  const std::string name_file = services.installation.DataFile("UserName.txt");
-  services.machine.files.Remove(name_file, Removal::kPlain);
+  // A left-over with the user's name goes; the name itself is not written anywhere.
+  services.machine.files.Remove(services.installation.DataFile("UserName.txt"), Removal::kPlain);
   services.trace.User("  Recieved all info");
   DeleteEngineFiles();
   job_.state.run.start_time = services.machine.clock.Now();

@@ -1,5 +1,6 @@
 #include "job/TransferRun.h"
 
+#include <algorithm>
 #include <chrono>
 #include <initializer_list>
 
@@ -16,6 +17,8 @@ using std::chrono::milliseconds;
 
 constexpr std::string_view kDatabaseManager = "OnduraSDBManager.exe";
 constexpr double kLargeTotalBytes = 5'000'000;
+// What another program leaves in RetValue may be any number.
+constexpr double kLargestResult = 1e9;
 constexpr milliseconds kAfterEngine{1000};
 constexpr milliseconds kAfterLostConnection{2000};
 
@@ -180,14 +183,17 @@ Leave TransferRun::PrepareInput() {
 }
 
 Leave TransferRun::WalkItems() {
+  using WalkPlace = AbortForms::WalkPlace;
   if (compare_list_.HasAutomaticSelection()) {
-    if (compare_list_.WalkFixedDrives() == WalkOutcome::kStopped) return abort_.LeaveFromWalk();
-    return std::nullopt;
+    if (compare_list_.WalkFixedDrives() == WalkOutcome::kDone) return std::nullopt;
+    return abort_.LeaveFromWalk(WalkPlace::kWithinFolder);
   }
   for (const SelectedItem& item : job_.state.run.items) {
-    if (compare_list_.WalkItem(item) == WalkOutcome::kStopped || abort_.AbortAsked()) {
-      return abort_.LeaveFromWalk();
-    }
+    const bool stopped = compare_list_.WalkItem(item) == WalkOutcome::kStopped;
+    if (stopped && item.kind == ItemKind::kFolder) return abort_.LeaveFromWalk(WalkPlace::kWithinFolder);
+    if (!stopped && !abort_.AbortAsked()) continue;
+    compare_list_.Close();
+    return abort_.LeaveFromWalk(WalkPlace::kBehindItem);
   }
   return std::nullopt;
 }
@@ -259,9 +265,12 @@ double TransferRun::ReadEndResult() {
   }
   services.trace.User("  Returun value from API_ENTRY: " + NumberText(result));
   abort_.RemoveShadowTempFolder();
-  services.machine.files.Remove(job_.temp_folder.GetTempFolderPath() + "\\MappedDriveInput.txt",
-                                Removal::kPlain);
-  job_.state.run.engine_status = static_cast<std::int64_t>(result);
+  for (const std::string& folder :
+       {services.installation.UserFolder(), job_.temp_folder.GetTempFolderPath()}) {
+    if (!folder.empty()) services.machine.files.Remove(folder + "\\MappedDriveInput.txt", Removal::kPlain);
+  }
+  job_.state.run.engine_status =
+      static_cast<std::int64_t>(std::clamp(result, -kLargestResult, kLargestResult));
   return result;
 }
 

@@ -14,8 +14,6 @@ using std::chrono::milliseconds;
 constexpr milliseconds kTransferPause{1000};
 constexpr int kCancelPassesGranted = 3;
 constexpr int kHardStopPassesGranted = 20;
-// No window, so that a process is ended by its id.
-constexpr WindowHandle kNoWindow = 1;
 constexpr std::size_t kTimeTextRest = 6;
 
 }  // namespace
@@ -85,8 +83,7 @@ void TransferWait::StopHard(std::string_view trace_text) {
 }
 
 void TransferWait::EndByHardStop() {
-  abort_.EndDatabaseManager();
-  job_.services.helpers.ProcessTerminate(job_.state.run.lClsClientPID, kNoWindow);
+  abort_.EndProgramsById();
   job_.keys.WriteStatus("0");
   job_.keys.Write("ProgStatus", "0");
   killed_ = true;

@@ -8,8 +8,6 @@ inline constexpr std::string_view kUserAbort =
     "You have aborted the scheduled backup job that was in progress.";
 inline constexpr std::string_view kManualCancel =
     "All your files/folders could not be backed up as the scheduled job was manually canceled.";
-inline constexpr std::string_view kNoConnection =
-    "The scheduled backup could not continue since the client was unable to connect to the server.";
 inline constexpr std::string_view kUnableToPerform =
     "Unable to perform scheduled backup. Possible reasons include:\r\n"
     "1. No internet connection.\r\n"
