@@ -27,7 +27,7 @@ void Closeup::Closeupoperation() {
       schedule.ScheduleTable.at(index).sortkey = schedule.schvTemp.sortkey;
     }
   }
-  context_.WriteStarted("0");
+  context_.started.Lower();
   if (record_stands) schedule.DB_WriteRecord();
   context_.services().progress.ResetBackupProgressIni();
 }
@@ -40,11 +40,12 @@ bool Closeup::TakeOverChanges() {
   if (schedule.SelectedRecord < 0) return false;
   const ScheduleRecord ours = schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
   if (!context_.machine().files.Exists(schedule.ScheduleFilePath)) return false;
-  const DBaction before = schedule;
+  const std::vector<ScheduleRecord> table = schedule.ScheduleTable;
+  const std::int16_t count = schedule.RecordCount;
   schedule.DB_ReadSchData("");
   if (schedule.RecordCount <= 0) {
-    schedule.ScheduleTable = before.ScheduleTable;
-    schedule.RecordCount = before.RecordCount;
+    schedule.ScheduleTable = table;
+    schedule.RecordCount = count;
     return true;
   }
   const auto last = schedule.ScheduleTable.begin() + schedule.RecordCount;

@@ -35,7 +35,7 @@ struct Component::Parts {
   Connection connection{job, abort};
   EngineFiles engine_files{job};
   RemoteCall remote_call{job, connection};
-  ServiceContext context{job, driver, configuration, backup_set, shadow_copy, {}};
+  ServiceContext context{job, driver, configuration, backup_set, shadow_copy, StartedFlag{job}, {}};
   StartUp start_up{context};
   Closeup closeup{context};
   MissedSchedules missed{context};

@@ -17,13 +17,37 @@ constexpr milliseconds kAfterEngineLook{100};
 constexpr milliseconds kAfterJob{5000};
 // Key units before its time from which an occurrence is considered.
 constexpr double kUnitsAhead = 2;
-// A job traces at least this often between two runs of the engine.
-constexpr std::chrono::seconds kSignOfLife{120};
+// kNoOccurrenceKey as a number.
+constexpr double kLatestKey = 300012121503;
 constexpr std::string_view kTraceFile = "ScheduleTraceFile.txt";
+
+// A later key never comes due, and neither does one that is no number.
+bool CanComeDue(const std::string& key) {
+  const auto number = ParseNumber(key);
+  return key.empty() || (number && *number <= kLatestKey);
+}
+
+// Holds for as long as it lives.
+class Running {
+ public:
+  explicit Running(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Running() { flag_ = false; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+ private:
+  bool& flag_;
+};
 
 }  // namespace
 
 void DispatchPass::Cont_startschBackup() {
+  if (is_running_) return;
+  const Running running{is_running_};
+  RunPass();
+}
+
+void DispatchPass::RunPass() {
   ServiceState& state = context_.state;
   state.MailScheduledTime.clear();
   state.UserNameLabel = "Username:";
@@ -40,20 +64,20 @@ void DispatchPass::Cont_startschBackup() {
     std::vector<std::string> users;
     if (!ReadUserList(context_.machine(), context_.installation().VirtualPath, users)) {
       context_.trace().Main(" NO UserList.ini file exists.");
-      context_.WriteStarted("0");
+      context_.started.LowerOwn();
       state.DispatchBusy = false;
       return;
     }
     ScanUsers(users);
   }
   PublishBest();
-  if (!BestIsNear()) {
+  if (!IsNear(best_.key)) {
     // DispatchBusy stays: the next pass clears it when it looks at the engine.
-    context_.WriteStarted("0");
+    context_.started.LowerOwn();
     return;
   }
   if (ServeBest() == PassEnd::kAtOnce) return;
-  context_.WriteStarted("0");
+  context_.started.LowerOwn();
   state.DispatchBusy = false;
 }
 
@@ -73,32 +97,20 @@ void DispatchPass::DeleteHardStopMarker() {
 
 void DispatchPass::LookAtEngine() {
   ServiceState& state = context_.state;
-  if (context_.transfer().Trf_ReadUserNameProfile("Started") != "1") {
+  if (!context_.started.IsRaised()) {
     state.DispatchBusy = false;
     return;
   }
-  if (context_.services().helpers.IsProcessRunningByModule(context_.installation().ClientExe, Kill::kNo) ||
-      OtherHostIsBetweenEngineRuns()) {
+  if (context_.started.JobIsAlive()) {
     state.ScheduleFileBusy = true;
     state.DispatchBusy = true;
   } else {
     state.DispatchBusy = false;
+    context_.started.TakeOver();
     TraceDefaultUser(" sUserPath: Default User name10: ");
   }
   context_.machine().clock.Sleep(kAfterEngineLook);
   TraceDefaultUser(" sUserPath: Default User name11: ");
-}
-
-// A job of the other host has moments without an engine, in its waits and between two commands. What tells
-// it from a job that was cut off is the fresh trace of its user.
-bool DispatchPass::OtherHostIsBetweenEngineRuns() {
-  if (context_.state.started_here) return false;
-  const std::string user = context_.transfer().Trf_ReadUserNameProfile("Scheduled");
-  if (user.empty()) return false;
-  const std::string trace_file = context_.installation().FolderOf(user) + "\\" + std::string{kTraceFile};
-  const auto written = context_.machine().files.Modified(trace_file);
-  const LocalTime now = context_.machine().clock.Now();
-  return written && *written <= now && now - *written <= kSignOfLife;
 }
 
 void DispatchPass::OpenPass() {
@@ -112,6 +124,7 @@ void DispatchPass::OpenPass() {
   trace.WriteTraceMain("Exe Location is " + installation.ExeLocation);
   installation.CurrentUser = context_.transfer().Trf_ReadUserNameProfile("Scheduled");
   best_ = {std::string{kNoOccurrenceKey}, installation.CurrentUser, ""};
+  best_of_others_ = best_;
 }
 
 // True when the last user's file was left with the word of a job that was cut off: the pass then only
@@ -141,6 +154,8 @@ void DispatchPass::ScanUsers(const std::vector<std::string>& users) {
     context_.installation().CurrentUser = user;
     if (context_.machine().folders.Exists(context_.installation().UserFolder())) OfferUser(user);
   }
+  // A record that can't be moved on keeps the earliest key for ever. The other users go first.
+  if (standing_.contains({best_.user, best_.key}) && IsNear(best_of_others_.key)) best_ = best_of_others_;
 }
 
 void DispatchPass::OfferUser(const std::string& user) {
@@ -157,11 +172,17 @@ void DispatchPass::OfferUser(const std::string& user) {
   schedule.ScheduleFilePath = context_.installation().UserFile(kScheduleFileName);
   schedule.DB_ReadSchData("");
   for (std::size_t i = 0; i < static_cast<std::size_t>(schedule.RecordCount); ++i) {
-    const ScheduleRecord& record = schedule.ScheduleTable.at(i);
-    // A key that is no number never comes due, and would keep everybody else waiting.
-    const bool can_come_due = record.sortkey.empty() || ParseNumber(record.sortkey).has_value();
-    // A tie keeps the earlier user of the list.
-    if (can_come_due && record.sortkey < best_.key) best_ = {record.sortkey, user, record.nexttime};
+    OfferRecord(user, schedule.ScheduleTable.at(i));
+  }
+}
+
+// A tie keeps the earlier user of the list.
+void DispatchPass::OfferRecord(const std::string& user, const ScheduleRecord& record) {
+  const std::string& key = record.sortkey;
+  if (!CanComeDue(key)) return;
+  if (key < best_.key) best_ = {key, user, record.nexttime};
+  if (key < best_of_others_.key && !standing_.contains({user, key})) {
+    best_of_others_ = {key, user, record.nexttime};
   }
 }
 
@@ -174,11 +195,11 @@ void DispatchPass::PublishBest() {
   context_.transfer().Trf_WriteUserNameRegistryProfile("NextTransfer", best_.time);
 }
 
-bool DispatchPass::BestIsNear() {
+bool DispatchPass::IsNear(const std::string& key) {
   const std::string now = context_.services().scheduler.Sch_SortBuildDate(
       FormatDate(kShortHourPicture, context_.machine().clock.Now()));
-  if (now >= best_.key) return true;
-  const auto ahead = ParseNumber(best_.key).value_or(0) - ParseNumber(now).value_or(0);
+  if (now >= key) return true;
+  const auto ahead = ParseNumber(key).value_or(0) - ParseNumber(now).value_or(0);
   return ahead <= kUnitsAhead;
 }
 
@@ -200,9 +221,12 @@ DispatchPass::PassEnd DispatchPass::ServeBest() {
 
 DispatchPass::PassEnd DispatchPass::ServeLoaded() {
   ServiceState& state = context_.state;
+  const ScheduleRecord* selected = Selected();
+  const std::string key = selected ? selected->sortkey : "";
   if (state.LoadResult == kMissed) missed_.Decide();
   if (!state.RunJob) {
     missed_.Report();
+    NoteIfItStands(key);
     return PassEnd::kNormal;
   }
   if (state.LoadResult != kDue || state.ScheduleFileBusy) {
@@ -210,8 +234,20 @@ DispatchPass::PassEnd DispatchPass::ServeLoaded() {
     return PassEnd::kNormal;
   }
   if (bracket_.Run() == JobBracket::End::kScheduleGone) return PassEnd::kAtOnce;
+  if (state.RunJob) NoteIfItStands(key);
   context_.machine().clock.Sleep(kAfterJob);
   return PassEnd::kNormal;
+}
+
+const ScheduleRecord* DispatchPass::Selected() const {
+  const DBaction& schedule = context_.schedule_file();
+  if (schedule.SelectedRecord < 0 || schedule.SelectedRecord >= schedule.RecordCount) return nullptr;
+  return &schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
+}
+
+void DispatchPass::NoteIfItStands(const std::string& key) {
+  const ScheduleRecord* selected = Selected();
+  if (selected && selected->sortkey == key) standing_.insert({context_.installation().CurrentUser, key});
 }
 
 void DispatchPass::CapTrace(const std::string& path) {

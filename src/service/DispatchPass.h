@@ -1,6 +1,8 @@
 #pragma once
 
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "service/JobBracket.h"
@@ -16,7 +18,10 @@ class DispatchPass {
   DispatchPass(ServiceContext& context, JobBracket& bracket, MissedSchedules& missed)
       : context_(context), bracket_(bracket), missed_(missed) {}
 
+  // A call that comes in while a pass is running returns at once.
   void Cont_startschBackup();
+
+  [[nodiscard]] bool IsRunning() const { return is_running_; }
 
  private:
   struct Best {
@@ -24,21 +29,26 @@ class DispatchPass {
     std::string user;
     std::string time;
   };
+  // An occurrence by its user and its key.
+  using Occurrence = std::pair<std::string, std::string>;
   enum class PassEnd { kNormal, kAtOnce };
 
+  void RunPass();
   void RestoreInstallFolder();
   void DeleteHardStopMarker();
   void LookAtEngine();
-  bool OtherHostIsBetweenEngineRuns();
   void OpenPass();
   bool CleanStaleHeader();
   void UpkeepWithoutSchedule();
   void ScanUsers(const std::vector<std::string>& users);
   void OfferUser(const std::string& user);
+  void OfferRecord(const std::string& user, const ScheduleRecord& record);
   void PublishBest();
-  bool BestIsNear();
+  bool IsNear(const std::string& key);
   PassEnd ServeBest();
   PassEnd ServeLoaded();
+  [[nodiscard]] const ScheduleRecord* Selected() const;
+  void NoteIfItStands(const std::string& key);
   void CapTrace(const std::string& path);
   void TraceDefaultUser(std::string_view label);
   void UpkeepWithTrace();
@@ -46,7 +56,12 @@ class DispatchPass {
   ServiceContext& context_;
   JobBracket& bracket_;
   MissedSchedules& missed_;
+  bool is_running_ = false;
   Best best_;
+  // The best of those that are not among the standing ones.
+  Best best_of_others_;
+  // Occurrences that were dealt with and stand in their file as before.
+  std::set<Occurrence> standing_;
 };
 
 }  // namespace ondura

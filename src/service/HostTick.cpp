@@ -13,6 +13,8 @@ constexpr int kShowMaximised = 3;
 }  // namespace
 
 void HostTick::Cont_CheckStandardRunning() {
+  // A host whose timer goes on while a job pumps messages comes in here once more.
+  if (pass_.IsRunning()) return;
   const Transfer& transfer = context_.transfer();
   standard_ = transfer.Trf_ReadUserNameProfile("Standard");
   started_ = transfer.Trf_ReadUserNameProfile("Started");
@@ -22,7 +24,7 @@ void HostTick::Cont_CheckStandardRunning() {
   if (standard_ == "0" && started_ == "0") {
     if (transfer.Trf_ReadUserNameProfile("Standard") != "1") {
       transfer.Trf_WriteUserNameProfile("Standard", "0");
-      context_.WriteStarted("0");
+      context_.started.LowerOwn();
       RunPass();
     }
   } else if (standard_ == "0" && started_ == "1") {
@@ -32,7 +34,7 @@ void HostTick::Cont_CheckStandardRunning() {
   } else if (TwinIsGone()) {
     const bool between_jobs = standard_ == "1" && started_ == "0";
     TakeOver(between_jobs ? " Calling from Service exe3." : " Calling from Service exe4.");
-    if (!between_jobs) context_.WriteStarted("0");
+    if (!between_jobs) context_.started.Lower();
     RunPass();
   }
   context_.state.CalledFromService = false;

@@ -195,7 +195,7 @@ void JobBracket::TraceTargetFiles() {
 }
 
 JobCode JobBracket::RunJob() {
-  context_.WriteStarted("1");
+  context_.started.Raise();
   context_.services().progress.ClearProgressEnded();
   context_.job.keys.Write("Paused", "0");
   context_.trace().plain().WriteTrace("Before entering Sch_Bkup, the EXE LOCATION IS " +
@@ -228,7 +228,7 @@ void JobBracket::CloseUp() {
 
 void JobBracket::FinishPass() {
   TraceStatus();
-  context_.trace().User("  Calling VaccumDB");
+  context_.trace().plain().WriteTrace("Calling VaccumDB");
   context_.services().local_database.VaccumDB();
   context_.machine().pump.Pump();
   context_.trace().User("  Scheduler job completed");

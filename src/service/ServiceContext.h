@@ -10,6 +10,7 @@
 #include "job/JobDriver.h"
 #include "profile/ProductConfiguration.h"
 #include "schedule/BackupSetStore.h"
+#include "service/StartedFlag.h"
 #include "stages/ShadowCopy.h"
 
 namespace ondura {
@@ -25,8 +26,6 @@ struct ServiceState {
   std::int16_t IntBackupPasses = 0;
   // The tick that called the pass was the service's.
   bool CalledFromService = false;
-  // This component wrote the `Started` that stands now.
-  bool started_here = false;
 
   // The user's label in mail, and the time of the record being handled.
   std::string UserNameLabel;
@@ -51,6 +50,7 @@ struct ServiceContext {
   ProductConfiguration& configuration;
   BackupSetStore& backup_set;
   ShadowCopy& shadow_copy;
+  StartedFlag started;
   ServiceState state;
 
   // Short names for what nearly every step needs.
@@ -61,12 +61,6 @@ struct ServiceContext {
   const Transfer& transfer() { return job.services.transfer; }
   ProfileStore& store() { return job.services.store; }
   DBaction& schedule_file() { return job.services.schedule_file; }
-
-  // Key `Started`, whose "1" says that a job is running.
-  void WriteStarted(std::string_view value) {
-    transfer().Trf_WriteUserNameProfile("Started", value);
-    state.started_here = value == "1";
-  }
 };
 
 }  // namespace ondura

@@ -22,8 +22,7 @@ void StartUp::cont_InitialSch(std::string_view path) {
   Installation& installation = context_.installation();
   installation.CurrentUser = context_.store().ReadDefaultUser("Default User name");
   context_.backup_set.BackupSetFilePath = installation.UserFile(kBackupSetFileName);
-  ResetSharedState();
-  ResetUsers();
+  ResetState(Reset::kAlways);
   CapMainTrace();
   if (installation.ProductNumber == kPluginProduct) SetUpPlugin();
 }
@@ -31,8 +30,7 @@ void StartUp::cont_InitialSch(std::string_view path) {
 void StartUp::cont_InitialSch_Backgrnd(std::string_view path) {
   SettleFolders(path);
   if (!LoadProduct()) return;
-  ResetSharedState();
-  ResetUsers();
+  ResetState(Reset::kUnlessJobIsAlive);
   CapMainTrace();
 }
 
@@ -49,12 +47,18 @@ bool StartUp::LoadProduct() {
   return context_.configuration.LoadProductConfiguration();
 }
 
-void StartUp::ResetSharedState() {
-  context_.WriteStarted("0");
+// The service starts with the machine, so that what it finds was cut off. The twin starts whenever somebody
+// logs on, also in the middle of a job of the service, whose flag, headers and keys must then stand: the
+// first pass would run the same occurrence again.
+void StartUp::ResetState(Reset reset) {
+  const bool job_is_alive =
+      reset == Reset::kUnlessJobIsAlive && context_.started.IsRaised() && context_.started.JobIsAlive();
+  if (!job_is_alive) context_.started.Lower();
   context_.transfer().Trf_WriteUserNameProfile("Intbackup", "0");
   context_.state.WaitingForInteractive = false;
   context_.state.IntBackupPasses = 0;
   context_.shadow_copy.ClearLaunchFlag();
+  if (!job_is_alive) ResetUsers();
 }
 
 void StartUp::ResetUsers() {

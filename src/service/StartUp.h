@@ -22,9 +22,11 @@ class StartUp {
   void Cont_login();
 
  private:
+  enum class Reset { kAlways, kUnlessJobIsAlive };
+
   void SettleFolders(std::string_view path);
   bool LoadProduct();
-  void ResetSharedState();
+  void ResetState(Reset reset);
   void ResetUsers();
   void CapMainTrace();
   void SetUpPlugin();

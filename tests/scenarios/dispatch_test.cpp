@@ -97,15 +97,22 @@ TEST_P(SpoiledScheduleTest, KeepsNobodyElseWaiting) {
 
 INSTANTIATE_TEST_SUITE_P(
     Dispatch, SpoiledScheduleTest,
-    testing::Values(SpoiledCase{"an empty file", ""}, SpoiledCase{"a header alone", "0\r\n"},
-                    SpoiledCase{"a header cut off", "3"},
-                    SpoiledCase{"noise", std::string("\0\xFF\x01\b\b\r\n\b\b", 10)},
-                    SpoiledCase{"a line without fields", "0\r\nhello\r\n"},
-                    SpoiledCase{"a key that is no number",
-                                "0\r\n1\b\bx\b\b" + std::string{kDue} +
-                                    "\b\b\b\b0\b\b\b\b\b\b0\b\b0\b\b!!!\b\b6\b\b1111111\r\n"},
-                    SpoiledCase{"the word of a job that was cut off", "4\r\n"},
-                    SpoiledCase{"a megabyte of line ends", "0\r\n" + std::string(1 << 20, '\n')}));
+    testing::Values(
+        SpoiledCase{"an empty file", ""}, SpoiledCase{"a header alone", "0\r\n"},
+        SpoiledCase{"a header cut off", "3"}, SpoiledCase{"noise", std::string("\0\xFF\x01\b\b\r\n\b\b", 10)},
+        SpoiledCase{"a line without fields", "0\r\nhello\r\n"},
+        SpoiledCase{"a key that is no number", "0\r\n1\b\bx\b\b" + std::string{kDue} +
+                                                   "\b\b\b\b0\b\b\b\b\b\b0\b\b0\b\b!!!\b\b6\b\b1111111\r\n"},
+        SpoiledCase{"a key too large to come due",
+                    "0\r\n1\b\bx\b\b" + std::string{kDue} +
+                        "\b\b\b\b0\b\b\b\b\b\b0\b\b0\b\b2000010112300000\b\b6\b\b1111111\r\n"},
+        SpoiledCase{"a record without a day to move to",
+                    "0\r\n1\b\bx\b\b" + std::string{kDue} +
+                        "\b\b\b\b0\b\b\b\b\b\b0\b\b0\b\b202611141230\b\b6\b\b0\r\n"},
+        SpoiledCase{"a missed record without a date",
+                    "0\r\n1\b\bx\b\bsoon\b\b\b\b0\b\b\b\b\b\b0\b\b0\b\b202601011230\b\b6\b\b1\r\n"},
+        SpoiledCase{"the word of a job that was cut off", "4\r\n"},
+        SpoiledCase{"a megabyte of line ends", "0\r\n" + std::string(1 << 20, '\n')}));
 
 TEST(DispatchStory, ARecordThatCanNotBeMovedStaysAndIsTraced) {
   House house;
@@ -199,38 +206,93 @@ TEST(DispatchStory, ContinuousBackupOfAnInteractiveUserCostsOnePass) {
   EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
 }
 
-// The twin comes up while the service's job waits between two runs of the engine, and ticks from then on.
-TEST(TwoHostsStory, AnOccurrenceNeverRunsTwice) {
-  for (const auto first_tick : {1s, 3s, 10s, 15s, 22s, 27s, 31s, 36s, 45s}) {
+struct TwoHostsCase {
+  const char* story;
+  std::vector<std::string> users;
+  bool starts_during_job;
+};
+
+class TwoHostsTest : public testing::TestWithParam<TwoHostsCase> {};
+
+// The twin comes in while the service's job waits between two runs of the engine, and ticks from then on.
+TEST_P(TwoHostsTest, AnOccurrenceNeverRunsTwice) {
+  for (const auto first_tick : {1s, 3s, 10s, 15s, 22s, 27s, 31s, 36s, 45s, 52s, 60s, 75s}) {
     House house;
-    house.AddUser("ann");
-    house.PutSchedule("ann", {House::Daily(kDue)});
+    for (const std::string& name : GetParam().users) {
+      house.AddUser(name);
+      house.PutSchedule(name, {House::Daily(kDue)});
+    }
     house.WriteShared("RealTimeBackup", "1");
     house.WriteRegistry("CurrentUser", "ann");
+    std::vector<std::string> served;
+    for (const int command : {24, 51, 16}) {
+      house.OnCommand(command, [&, command](ProgramRun&) {
+        house.user = house.Shared("Scheduled");
+        if (command == 51) served.push_back(house.user);
+        house.WriteResult(402);
+      });
+    }
     house.Service();
+    if (!GetParam().starts_during_job) house.Twin();
     bool in_twin = false;
     const std::function<void()> twin_tick = [&] {
-      if (!in_twin) {
-        in_twin = true;
-        house.WriteShared("Standard", "1");
-        house.Twin().controller().Cont_startschBackup();
-        in_twin = false;
-      }
+      if (in_twin) return;
+      in_twin = true;
+      house.Twin();
+      house.WriteShared("Standard", "1");
+      house.Twin().controller().Cont_startschBackup();
+      in_twin = false;
     };
-    // Made before the job: its own start-up would reset the service's state.
-    house.Twin();
     house.machine.PutProcess(House::kTwin);
     for (int tick = 0; tick < 10; ++tick) house.machine.After(first_tick + tick * 7s, twin_tick);
     house.Tick();
-    for (int tick = 0; tick < 5; ++tick) {
+    for (int tick = 0; tick < 10; ++tick) {
       house.machine.Advance(20s);
       twin_tick();
       house.Tick();
     }
-    const auto commands = house.Commands();
-    EXPECT_EQ(std::count(commands.begin(), commands.end(), 51), 1) << first_tick.count();
-    EXPECT_EQ(house.NextTime(), kTomorrow) << first_tick.count();
+    EXPECT_EQ(served, GetParam().users) << GetParam().story << ", first tick " << first_tick.count();
+    for (const std::string& name : GetParam().users) {
+      house.user = name;
+      EXPECT_EQ(house.NextTime(), kTomorrow) << GetParam().story << ", first tick " << first_tick.count();
+    }
   }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dispatch, TwoHostsTest,
+    testing::Values(TwoHostsCase{"a twin that was there before the job", {"ann"}, false},
+                    TwoHostsCase{"a twin that starts during the job", {"ann"}, true},
+                    TwoHostsCase{"two users of one minute", {"ann", "bob"}, false},
+                    TwoHostsCase{"two users of one minute and a late twin", {"ann", "bob"}, true}));
+
+TEST(DispatchStory, ATickThatComesInDuringTheJobIsTurnedAway) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {House::Daily(kDue)});
+  bool in_tick = false;
+  house.machine.OnPump([&] {
+    if (in_tick) return;
+    in_tick = true;
+    house.Tick();
+    in_tick = false;
+  });
+  house.Tick();
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+  EXPECT_EQ(house.NextTime(), kTomorrow);
+}
+
+TEST(TwoHostsStory, TheFlagOfAJobThatTheOtherHostBeginsDuringAWaitStands) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {House::Daily(kDue)});
+  house.WriteShared("Interactive", "ann");
+  house.WriteShared("RTBackup", "1");
+  house.Service();
+  house.machine.After(8s, [&] { house.WriteShared("Started", "1"); });
+  house.Tick();
+  EXPECT_GE(house.machine.Elapsed(), 8s);
+  EXPECT_EQ(house.Shared("Started"), "1");
 }
 
 TEST(TwoHostsStory, ATwinThatIsAbsentAtBothLooksIsTakenOver) {

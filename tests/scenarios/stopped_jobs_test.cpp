@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "scenarios/house.h"
+#include "util/utf16.h"
 
 namespace ondura {
 namespace {
@@ -15,6 +16,8 @@ constexpr const char* kManualCancel =
 constexpr const char* kCutOff =
     "The backup job has been stopped due to hard stop option set by you. The backup will resume at next "
     "scheduled time.\r\n";
+
+std::string Utf16File(std::string_view text) { return std::string{kUtf16Mark} + ToUtf16(text); }
 
 void MakeDue(House& house) {
   house.AddUser("ann");
@@ -82,21 +85,32 @@ TEST(StoppedJobStory, AnAbortIsLoggedInASessionOfItsOwn) {
                 "  You have aborted the scheduled backup job that was in progress.\r\n");
 }
 
-TEST(StoppedJobStory, AnAbortDuringTheWalkEndsTheEngineAndContinuesTheLog) {
-  House house;
-  MakeDue(house);
-  house.OnCommand(51, [](ProgramRun& run) { run.NeverEnds(); });
-  // The user asks for it at the first pump of the walk, when the list is already there.
-  house.machine.OnPump([&] {
-    if (house.machine.FileBytes(house.UserPath("TempCom\\CompareListInput1.txt"))) {
-      house.WriteProfile("BackupStatus", "Status", "5");
-    }
-  });
-  house.Tick();
-  EXPECT_TRUE(house.TraceHas("ScheduleCancelled 1"));
-  EXPECT_EQ(house.Text("SchStatus.txt"), kManualCancel);
-  EXPECT_EQ(house.Status("StatusMessageIndicaton"), "1");
-  EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
+TEST(StoppedJobStory, AnAbortDuringTheWalkEndsTheEngineAndIsLoggedAsItsPlaceAsks) {
+  for (const bool within_folder : {true, false}) {
+    House house;
+    MakeDue(house);
+    house.machine.PutFile(house.UserPath("atbkupfolderlist.txt"),
+                          Utf16File(within_folder ? "C:\\Docs\r\n" : "C:\\Docs\\a.txt\r\n"));
+    house.OnCommand(51, [](ProgramRun& run) { run.NeverEnds(); });
+    // The user asks for it at the first pump of the walk, when the list is already there.
+    house.machine.OnPump([&] {
+      if (house.machine.FileBytes(house.UserPath("TempCom\\CompareListInput1.txt"))) {
+        house.WriteProfile("BackupStatus", "Status", "5");
+      }
+    });
+    house.Tick();
+    EXPECT_TRUE(house.TraceHas("ScheduleCancelled 1"));
+    EXPECT_EQ(house.Text("SchStatus.txt"), kManualCancel);
+    EXPECT_EQ(house.Status("StatusMessageIndicaton"), "1");
+    EXPECT_EQ(house.Status("RetValue"), "402") << "the port number's answer";
+    EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
+    ASSERT_EQ(house.SessionFiles().size(), 1U);
+    const std::string name = house.SessionFiles().front().substr(house.UserPath("Session").size() + 1);
+    const std::string head = within_folder ? " \r\n" : " \r\nUsername: ann\r\nOperation: Scheduled\r\n";
+    EXPECT_EQ(
+        house.Text("Session\\" + name),
+        head + name.substr(10, 19) + "  You have aborted the scheduled backup job that was in progress.\r\n");
+  }
 }
 
 TEST(StoppedJobStory, TheHostsEndOfProgressStopsTheServerList) {

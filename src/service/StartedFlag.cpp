@@ -1,0 +1,44 @@
+#include "service/StartedFlag.h"
+
+#include <chrono>
+#include <string>
+
+namespace ondura {
+
+namespace {
+
+constexpr std::string_view kStarted = "Started";
+// A job traces at least this often between two runs of the engine.
+constexpr std::chrono::seconds kSignOfLife{120};
+
+}  // namespace
+
+bool StartedFlag::IsRaised() { return job_.services.transfer.Trf_ReadUserNameProfile(kStarted) == "1"; }
+
+void StartedFlag::LowerOwn() {
+  if (is_own_ || !IsRaised()) Lower();
+}
+
+bool StartedFlag::JobIsAlive() {
+  const std::string& engine = job_.services.installation.ClientExe;
+  return job_.services.helpers.IsProcessRunningByModule(engine, Kill::kNo) || OtherHostIsBetweenEngineRuns();
+}
+
+void StartedFlag::Write(std::string_view value) {
+  job_.services.transfer.Trf_WriteUserNameProfile(kStarted, value);
+  is_own_ = value == "1";
+}
+
+// A job of the other host has moments without an engine, in its waits and between two commands. What tells
+// it from a job that was cut off is the fresh trace of its user.
+bool StartedFlag::OtherHostIsBetweenEngineRuns() {
+  if (is_own_) return false;
+  const std::string user = job_.services.transfer.Trf_ReadUserNameProfile("Scheduled");
+  if (user.empty()) return false;
+  const std::string trace_file = job_.services.installation.FolderOf(user) + "\\ScheduleTraceFile.txt";
+  const auto written = job_.services.machine.files.Modified(trace_file);
+  const LocalTime now = job_.services.machine.clock.Now();
+  return written && *written <= now && now - *written <= kSignOfLife;
+}
+
+}  // namespace ondura
