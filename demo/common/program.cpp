@@ -3,7 +3,7 @@
 #include <exception>
 #include <iostream>
 
-#include "platform/posix/child_machine.h"
+#include "demo/common/child_machine.h"
 
 namespace ondura::demo {
 

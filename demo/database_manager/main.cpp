@@ -1,12 +1,10 @@
 // The database manager of the rehearsal machine: keeps the folder of the local database while a job runs.
 // Its one argument is that folder, between blanks.
 
-#include <unistd.h>
-
 #include <chrono>
 #include <iostream>
 
-#include "demo/common/command_line.h"
+#include "demo/common/own_process.h"
 #include "demo/common/program.h"
 #include "util/text.h"
 
@@ -26,11 +24,11 @@ bool JobRuns(Client& client, const std::string& user) {
 }
 
 // Nobody ends the manager after a job that went well, so it ends by itself when the job is over. A host
-// that was killed can leave the keys of a running job behind; then the parent is another one.
+// that was killed can leave the keys of a running job behind.
 void StayForJob(Client& client) {
   const std::string user = client.installation().CurrentUser;
-  const pid_t host = getppid();
-  for (int looks = 0; looks < kLooksWithoutJob && getppid() == host;) {
+  const auto host = WatchHost();
+  for (int looks = 0; looks < kLooksWithoutJob && host->IsThere();) {
     client.machine().clock.Sleep(kPause);
     looks = JobRuns(client, user) ? 0 : looks + 1;
   }
@@ -39,7 +37,7 @@ void StayForJob(Client& client) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string folder{Trim(JoinWords(argc, argv))};
+  const std::string folder{Trim(ParameterText(argc, argv))};
   return RunProgram("database manager", [&](Client& client) {
     if (folder.empty()) {
       std::cerr << "database manager: give the folder of the local database, such as "

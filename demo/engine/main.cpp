@@ -3,12 +3,13 @@
 #include <iostream>
 
 #include "demo/common/command_line.h"
+#include "demo/common/own_process.h"
 #include "demo/common/program.h"
 #include "demo/engine/commands.h"
 
 int main(int argc, char** argv) {
   using namespace ondura::demo;
-  const std::string text = JoinWords(argc, argv);
+  const std::string text = ParameterText(argc, argv);
   return RunProgram("engine", [&](Client& client) {
     const auto command = ParseEngineCommand(text);
     if (command && RunEngineCommand(client, *command)) return kExitDone;

@@ -1,13 +1,11 @@
 // The scanner of the rehearsal machine: builds the local database of the user whose job runs. "29" builds it
 // for a job, "5" throws the old one away first.
 
-#include <unistd.h>
-
 #include <chrono>
 #include <iostream>
 
-#include "demo/common/command_line.h"
 #include "demo/common/local_database.h"
+#include "demo/common/own_process.h"
 #include "demo/common/program.h"
 #include "demo/common/vault.h"
 #include "util/text.h"
@@ -25,7 +23,7 @@ void WriteScanKey(Client& client, std::string_view key, std::string_view value) 
 }
 
 void Scan(Client& client, bool reset) {
-  WriteScanKey(client, "ScannerId", std::to_string(getpid()));
+  WriteScanKey(client, "ScannerId", std::to_string(OwnProcessId()));
   WriteScanKey(client, "scanStatus", "1");
   LocalDatabase database(client);
   if (reset) database.Remove();
@@ -38,7 +36,7 @@ void Scan(Client& client, bool reset) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string text{Trim(JoinWords(argc, argv))};
+  const std::string text{Trim(ParameterText(argc, argv))};
   return RunProgram("scanner", [&](Client& client) {
     if (text != kBuildForJob && text != kReset) {
       std::cerr << "scanner: '" << text << "' is no command; give 29 or 5\n";

@@ -1,16 +1,27 @@
-#include "platform/posix/child_machine.h"
+#include "demo/common/child_machine.h"
 
 #include <unistd.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include "platform/posix/host_process.h"
 #include "platform/posix/path_map.h"
+#include "platform/posix/posix_machine.h"
 #include "util/text.h"
 
-namespace ondura {
+namespace ondura::demo {
 
 namespace {
+
+class MachineInFolder : public ProgramMachine {
+ public:
+  explicit MachineInFolder(std::unique_ptr<PosixMachine> owner) : owner_(std::move(owner)) {}
+  const Machine& machine() override { return owner_->machine(); }
+
+ private:
+  std::unique_ptr<PosixMachine> owner_;
+};
 
 std::string Variable(const char* name) {
   const char* const value = std::getenv(name);
@@ -26,6 +37,7 @@ std::string OwnFolder(const std::string& root) {
 
 }  // namespace
 
+// The machine in a folder names itself to its programs by ONDURA_ROOT and ONDURA_SPEED of the environment.
 ChildMachine MakeChildMachine() {
   const std::string root = Variable("ONDURA_ROOT");
   if (root.empty()) {
@@ -33,7 +45,8 @@ ChildMachine MakeChildMachine() {
   }
   const auto speed = ParseInt16(Variable("ONDURA_SPEED"));
   PosixMachineResult made = MakePosixMachine({root, speed.value_or(1), {}});
-  return {std::move(made.owner), OwnFolder(root), std::move(made.error)};
+  if (!made.owner) return {nullptr, {}, std::move(made.error)};
+  return {std::make_unique<MachineInFolder>(std::move(made.owner)), OwnFolder(root), {}};
 }
 
-}  // namespace ondura
+}  // namespace ondura::demo

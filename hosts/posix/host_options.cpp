@@ -24,13 +24,7 @@ void AddOptions(CLI::App& command, HostOptions& options) {
   command.add_option("--install", options.install, "Install folder as the component sees it")
       ->capture_default_str()
       ->type_name("PATH");
-  command.add_option("--period", options.period_seconds, "Time between two ticks")
-      ->check(CLI::Range(0.0, 86400.0))
-      ->capture_default_str()
-      ->type_name("SECONDS");
-  command.add_option("--ticks", options.ticks, "Leave with 0 after so many ticks")
-      ->check(CLI::NonNegativeNumber)
-      ->type_name("N");
+  AddTickOptions(command, options);
   command.add_option("--speed", options.speed, "Divide every wait by this number, for rehearsals")
       ->check(CLI::Range(1, 1'000'000))
       ->capture_default_str()
