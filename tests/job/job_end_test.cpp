@@ -1,0 +1,103 @@
+// Cut-off time, quota and the texts and keys of a job's end.
+
+#include <gmock/gmock.h>
+
+#include "job/Quota.h"
+#include "job/TransferWait.h"
+#include "job_house.h"
+
+namespace ondura {
+namespace {
+
+TEST(HourMinuteText, CutsTheMinutesByTheLengthOfTheTime) {
+  struct Row {
+    const char* text;
+    std::optional<std::string> want;
+  };
+  for (const Row& row : {Row{"01-31-2026 09:05:00", "0905"}, Row{"01-31-2026 23:59:59", "2359"},
+                         Row{"01-31-2026 9:05:00", "90"}, Row{"09:05:00", "0905"}, Row{"x 9:5:00", "9"},
+                         Row{"x 09:05", std::nullopt}, Row{"01-31-2026", std::nullopt},
+                         Row{"x 120000", std::nullopt}, Row{"", std::nullopt}}) {
+    EXPECT_EQ(HourMinuteText(row.text), row.want) << row.text;
+  }
+}
+
+TEST(Quota, StartsBelowZeroAndTakesTheMarkerForOneMoreGigabyte) {
+  struct Row {
+    const char* used;
+    const char* max;
+    const char* trace;
+    bool is_exceeded;
+  };
+  for (const Row& row : {Row{"", "", "Used Quota : -1, Max Quota: 0", false},
+                         Row{" 12 ", "", "Used Quota : 12, Max Quota: 0", true},
+                         Row{"12", "12", "Used Quota : 12, Max Quota: 12", false},
+                         Row{"13", "12", "Used Quota : 13, Max Quota: 12", true},
+                         Row{"5368709120", " 1 ", "Used Quota : 5368709120, Max Quota: 6442450944", false},
+                         Row{"much", "more", "Used Quota : -1, Max Quota: 0", false}}) {
+    JobHouse house;
+    house.SetProfile("QuotaStatus", "Used", row.used);
+    house.SetProfile("QuotaStatus", "Max", row.max);
+    const Quota quota = ReadQuotaOutputFile(house.store);
+    EXPECT_EQ(QuotaTrace(quota), row.trace);
+    EXPECT_EQ(quota.IsExceeded(), row.is_exceeded) << row.trace;
+  }
+}
+
+struct WindowCase {
+  const char* story;
+  const char* notification;
+  const char* default_user;
+  double code;
+  const char* window;
+  const char* window_of_message;
+};
+
+class StatusWindowTest : public testing::TestWithParam<WindowCase>, protected JobHouse {
+ protected:
+  StatusWindowTest() {
+    transfer.Trf_WriteUserNameProfile("Scheduled", "ann ");
+    transfer.Trf_WriteUserNameRegistryProfile("Default User name",
+                                              ciphers.ShiftEncode(GetParam().default_user));
+    SetProfile("BackupStatus", "DesktopNotification", GetParam().notification);
+    SetProfile("BackupStatus", "StatusWindow", "as it was");
+  }
+};
+
+TEST_P(StatusWindowTest, OpensForTheDefaultUsersJob) {
+  job.end_status.WriteJobEndStatus(GetParam().code);
+  EXPECT_EQ(Status("StatusWindow"), GetParam().window) << GetParam().story;
+  EXPECT_EQ(Status("StatusMessageIndicaton"), GetParam().code == -432 ? "2" : "1") << GetParam().story;
+}
+
+TEST_P(StatusWindowTest, OpensForAMessageToo) {
+  job.end_status.WriteJobMessage("text", JobEndStatus::Target::kStatusFile, 1);
+  EXPECT_EQ(Status("StatusWindow"), GetParam().window_of_message) << GetParam().story;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    JobEnd, StatusWindowTest,
+    testing::Values(WindowCase{"wanted", "1", "ann", 1, "1", "1"},
+                    WindowCase{"wanted where nothing is said", "", "ann", 402, "1", "1"},
+                    WindowCase{"not the default user's", "1", "bob", 1, "as it was", "as it was"},
+                    WindowCase{"switched off", "0", "ann", 1, "0", "as it was"},
+                    WindowCase{"the quota overrides the switch", "0", "ann", -432, "1", "as it was"},
+                    WindowCase{"but for another user", "0", "bob", -432, "as it was", "as it was"}));
+
+TEST(JobMessage, GoesIntoTheFileAskedForAndBeginsALog) {
+  for (const bool to_status : {true, false}) {
+    JobHouse house;
+    house.job.end_status.WriteJobMessage(
+        "No dump.", to_status ? JobEndStatus::Target::kStatusFile : JobEndStatus::Target::kErrorFile, 2);
+    EXPECT_EQ(house.Text("SchStatus.txt"), to_status ? "No dump.\r\n" : "<none>");
+    EXPECT_EQ(house.Text("SchStatusError.txt"), to_status ? "<none>" : "No dump.\r\n");
+    EXPECT_EQ(house.Status("DLLStatus") + " " + house.Status("StatusMessageIndicaton"), "3 2");
+    EXPECT_EQ(house.Status("SchEndTime"), "11-14-2026 12:30:00");
+    EXPECT_EQ(house.job.state.run.session_path, house.UserFile("Session\\Scheduled 11-14-2026 12-30-00.txt"));
+    EXPECT_EQ(house.Text("Session\\Scheduled 11-14-2026 12-30-00.txt"),
+              " \r\nUsername: ann\r\nOperation: Scheduled\r\n");
+  }
+}
+
+}  // namespace
+}  // namespace ondura
