@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+namespace CLI {
+class App;
+}
+
+namespace ondura {
+
+// How often a host ticks, and how many times.
+struct TickOptions {
+  double period_seconds = 20;
+  std::optional<std::uint64_t> ticks;  // leave after so many
+  int speed = 1;                       // divides every wait
+};
+
+// Options --period and --ticks of a host's command line.
+void AddTickOptions(CLI::App& command, TickOptions& options);
+
+// Exit codes of every host beside 0.
+inline constexpr int kExitFailure = 1;
+inline constexpr int kExitUsage = 2;
+
+}  // namespace ondura
