@@ -1,0 +1,51 @@
+#include "platform/win32/paths.h"
+
+#include "platform/win32/text_edges.h"
+#include "platform/win32/windows_api.h"
+
+namespace ondura {
+
+namespace {
+
+// Folders are refused from 248 characters on, files from 260; what a search appends has room between.
+constexpr std::size_t kLongFrom = 240;
+
+constexpr std::wstring_view kNoLimit = L"\\\\?\\";
+constexpr std::wstring_view kNoLimitNetwork = L"\\\\?\\UNC";
+
+// Without doubled separators, slashes and dots, which the form without a limit takes for names.
+std::wstring FullForm(const std::wstring& path) {
+  const DWORD needed = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  std::wstring full(needed, L'\0');
+  const DWORD length = GetFullPathNameW(path.c_str(), needed, full.data(), nullptr);
+  full.resize(length < needed ? length : 0);
+  return full;
+}
+
+}  // namespace
+
+std::wstring WithoutLengthLimit(std::wstring path) {
+  if (path.size() < kLongFrom || path.starts_with(kNoLimit)) return path;
+  const std::wstring full = FullForm(path);
+  if (full.empty()) return path;
+  const bool is_network = full.starts_with(L"\\\\");
+  return is_network ? std::wstring{kNoLimitNetwork} + full.substr(1) : std::wstring{kNoLimit} + full;
+}
+
+std::wstring WidePath(std::string_view path) {
+  std::wstring wide = ToWide(path);
+  if (wide.size() == 2 && wide[1] == L':') wide += L'\\';
+  return WithoutLengthLimit(std::move(wide));
+}
+
+bool IsFolder(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+std::string_view WithoutTrailingSeparators(std::string_view path) {
+  while (path.ends_with('\\') || path.ends_with('/')) path.remove_suffix(1);
+  return path;
+}
+
+}  // namespace ondura

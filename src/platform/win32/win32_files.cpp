@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "platform/win32/handles.h"
+#include "platform/win32/paths.h"
+#include "platform/win32/ports.h"
+#include "platform/win32/system_times.h"
+
+namespace ondura {
+
+namespace {
+
+// Nothing is locked against other processes.
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+constexpr std::size_t kMostBytesPerCall = std::size_t{1} << 26U;
+
+UniqueHandle Open(std::string_view path, DWORD access, DWORD disposition) {
+  return UniqueHandle{CreateFileW(WidePath(path).c_str(), access, kShareAll, nullptr, disposition,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr)};
+}
+
+// Only the right to append, so that two writers of one trace file never meet at one offset.
+UniqueHandle OpenToAppend(std::string_view path, IfMissing if_missing) {
+  return Open(path, FILE_APPEND_DATA | SYNCHRONIZE,
+              if_missing == IfMissing::kCreate ? OPEN_ALWAYS : OPEN_EXISTING);
+}
+
+UniqueHandle OpenToWrite(std::string_view path, IfPresent if_present) {
+  return Open(path, GENERIC_WRITE, if_present == IfPresent::kReplace ? CREATE_ALWAYS : CREATE_NEW);
+}
+
+bool WriteAll(const UniqueHandle& file, std::string_view bytes) {
+  if (!file.valid()) return false;
+  while (!bytes.empty()) {
+    const auto asked = static_cast<DWORD>(std::min(bytes.size(), kMostBytesPerCall));
+    DWORD written = 0;
+    if (!WriteFile(file.get(), bytes.data(), asked, &written, nullptr) || written == 0) return false;
+    bytes.remove_prefix(written);
+  }
+  return true;
+}
+
+std::size_t SizeToRead(const UniqueHandle& file, std::size_t limit_bytes) {
+  LARGE_INTEGER size{};
+  if (!GetFileSizeEx(file.get(), &size)) return 0;
+  return static_cast<std::size_t>(
+      std::min<std::uint64_t>(static_cast<std::uint64_t>(size.QuadPart), limit_bytes));
+}
+
+// The attributes of a file; nothing for a folder or where nothing is.
+std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileData(std::string_view path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  const bool is_file = GetFileAttributesExW(WidePath(path).c_str(), GetFileExInfoStandard, &data) &&
+                       (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  return is_file ? std::optional{data} : std::nullopt;
+}
+
+class Win32FileWriter : public FileWriter {
+ public:
+  explicit Win32FileWriter(UniqueHandle file) : file_(std::move(file)) {}
+  bool Append(std::string_view bytes) override { return WriteAll(file_, bytes); }
+
+ private:
+  UniqueHandle file_;
+};
+
+std::unique_ptr<FileWriter> WriterOn(UniqueHandle file) {
+  return file.valid() ? std::make_unique<Win32FileWriter>(std::move(file)) : nullptr;
+}
+
+class Win32Files : public Files {
+ public:
+  bool Exists(std::string_view path) override { return FileData(path).has_value(); }
+
+  std::optional<std::uint64_t> Size(std::string_view path) override {
+    const auto data = FileData(path);
+    if (!data) return std::nullopt;
+    return (static_cast<std::uint64_t>(data->nFileSizeHigh) << 32U) | data->nFileSizeLow;
+  }
+
+  std::optional<LocalTime> Modified(std::string_view path) override {
+    const auto data = FileData(path);
+    return data ? std::optional{ToLocalTime(data->ftLastWriteTime)} : std::nullopt;
+  }
+
+  std::optional<std::string> Read(std::string_view path) override {
+    return ReadHead(path, std::numeric_limits<std::size_t>::max());
+  }
+
+  std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {
+    const UniqueHandle file = Open(path, GENERIC_READ, OPEN_EXISTING);
+    if (!file.valid()) return std::nullopt;
+    std::string bytes(SizeToRead(file, limit_bytes), '\0');
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+      const auto asked = static_cast<DWORD>(std::min(bytes.size() - filled, kMostBytesPerCall));
+      DWORD count = 0;
+      if (!ReadFile(file.get(), bytes.data() + filled, asked, &count, nullptr)) return std::nullopt;
+      if (count == 0) break;
+      filled += count;
+    }
+    bytes.resize(filled);
+    return bytes;
+  }
+
+  bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
+    return WriteAll(OpenToWrite(path, if_present), bytes);
+  }
+
+  bool Append(std::string_view path, std::string_view bytes, IfMissing if_missing) override {
+    return WriteAll(OpenToAppend(path, if_missing), bytes);
+  }
+
+  bool Patch(std::string_view path, std::uint64_t offset, std::string_view bytes) override {
+    const UniqueHandle file = Open(path, GENERIC_WRITE, OPEN_EXISTING);
+    LARGE_INTEGER distance{};
+    distance.QuadPart = static_cast<LONGLONG>(offset);
+    return file.valid() && SetFilePointerEx(file.get(), distance, nullptr, FILE_BEGIN) &&
+           WriteAll(file, bytes);
+  }
+
+  std::unique_ptr<FileWriter> OpenWriter(std::string_view path, IfPresent if_present) override {
+    return WriterOn(OpenToWrite(path, if_present));
+  }
+
+  std::unique_ptr<FileWriter> OpenAppender(std::string_view path, IfMissing if_missing) override {
+    return WriterOn(OpenToAppend(path, if_missing));
+  }
+
+  bool Remove(std::string_view path, Removal removal) override {
+    const auto data = FileData(path);
+    if (!data) return false;
+    const std::wstring wide = WidePath(path);
+    const bool is_protected = (data->dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (is_protected && removal == Removal::kForce) SetFileAttributesW(wide.c_str(), FILE_ATTRIBUTE_NORMAL);
+    return DeleteFileW(wide.c_str()) != FALSE;
+  }
+
+  bool Copy(std::string_view from, std::string_view to) override {
+    return CopyFileW(WidePath(from).c_str(), WidePath(to).c_str(), FALSE) != FALSE;
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Files> MakeWin32Files() { return std::make_unique<Win32Files>(); }
+
+}  // namespace ondura

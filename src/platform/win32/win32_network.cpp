@@ -1,0 +1,78 @@
+#include "platform/win32/windows_api.h"
+
+#include <winsock2.h>
+
+#include <wininet.h>
+
+#include <array>
+
+#include "platform/win32/ports.h"
+#include "platform/win32/text_edges.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr std::size_t kConnectionNameBytes = 255;
+constexpr DWORD kStatedNameBytes = 254;
+
+constexpr WORD kWinsockVersion = 257;  // 1.1
+constexpr int kAddressBytes = 4;
+
+class Win32Internet : public Internet {
+ public:
+  ConnectedState ExtendedState() override {
+    std::array<char, kConnectionNameBytes> name{};
+    DWORD flags = 0;
+    const bool connected = InternetGetConnectedStateExA(&flags, name.data(), kStatedNameBytes, 0) == TRUE;
+    return {connected, flags, FromSystem(name.data())};
+  }
+
+  bool IsConnected() override {
+    DWORD flags = 0;
+    return InternetGetConnectedState(&flags, 0) != FALSE;
+  }
+};
+
+std::optional<std::string> AddressOfHost(const std::string& name) {
+  const hostent* const host = gethostbyname(name.c_str());
+  if (host == nullptr || host->h_addrtype != AF_INET || host->h_addr_list[0] == nullptr) return std::nullopt;
+  std::string dotted;
+  for (int i = 0; i < kAddressBytes; ++i) {
+    const auto byte = static_cast<unsigned char>(host->h_addr_list[0][i]);
+    dotted += (i == 0 ? "" : ".") + std::to_string(byte);
+  }
+  return dotted;
+}
+
+std::optional<std::string> NameOfAddress(const std::string& address) {
+  const unsigned long number = inet_addr(address.c_str());
+  if (number == INADDR_NONE) return std::nullopt;
+  const hostent* const host = gethostbyaddr(reinterpret_cast<const char*>(&number), kAddressBytes, AF_INET);
+  return host == nullptr ? std::nullopt : std::optional{FromSystem(host->h_name)};
+}
+
+// One look-up between the start of the sockets and their end.
+NameLookup LookUp(std::optional<std::string> (*look_up)(const std::string&), const std::string& text) {
+  WSADATA started{};
+  if (WSAStartup(kWinsockVersion, &started) != 0) return {};
+  auto found = look_up(text);
+  return {true, std::move(found), WSACleanup() == 0};
+}
+
+class Win32NameResolution : public NameResolution {
+ public:
+  NameLookup AddressOf(std::string_view host_name) override {
+    return LookUp(&AddressOfHost, ToSystem(host_name));
+  }
+
+  NameLookup NameOf(std::string_view address) override { return LookUp(&NameOfAddress, ToSystem(address)); }
+};
+
+}  // namespace
+
+std::unique_ptr<Internet> MakeWin32Internet() { return std::make_unique<Win32Internet>(); }
+
+std::unique_ptr<NameResolution> MakeWin32NameResolution() { return std::make_unique<Win32NameResolution>(); }
+
+}  // namespace ondura
