@@ -66,7 +66,7 @@ void House::AddUser(const std::string& name) {
   WriteAccount("serverip", "localhost");
   WriteAccount("port", "11905");
   machine.PutFile("C:\\Docs\\a.txt", "hello");
-  machine.PutFile(UserPath("atbkupfolderlist.txt"), Utf16File("C:\\Docs\\\r\n"));
+  PutText("atbkupfolderlist.txt", "C:\\Docs\\\r\n");
 }
 
 ScheduleRecord House::Daily(const std::string& nexttime) {
@@ -134,6 +134,10 @@ std::string House::Text(std::string_view name) {
   const auto bytes = machine.FileBytes(UserPath(name));
   if (!bytes) return "<none>";
   return bytes->starts_with(kUtf16Mark) ? FromUtf16(*bytes) : "<no mark>" + *bytes;
+}
+
+void House::PutText(std::string_view name, std::string_view text) {
+  machine.PutFile(UserPath(name), Utf16File(text));
 }
 
 std::string House::Bytes(std::string_view name) {

@@ -49,9 +49,10 @@ class House {
 
   // Files and keys of the user who is being served or was last.
   std::string UserPath(std::string_view name) const;
-  std::string Text(std::string_view name);   // a UTF-16 file without its mark; "<none>" where missing
-  std::string Bytes(std::string_view name);  // "<none>" where missing
-  std::string Status(std::string_view key);  // section BackupStatus
+  std::string Text(std::string_view name);  // a UTF-16 file without its mark; "<none>" where missing
+  void PutText(std::string_view name, std::string_view text);  // as such a file
+  std::string Bytes(std::string_view name);                    // "<none>" where missing
+  std::string Status(std::string_view key);                    // section BackupStatus
   void WriteProfile(std::string_view section, std::string_view key, std::string_view value);
   void WriteAccount(std::string_view key, std::string_view value);  // in the shift form
   std::string Shared(std::string_view key);                         // section Tolmera of the shared state

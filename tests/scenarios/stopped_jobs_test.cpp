@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "scenarios/house.h"
-#include "util/utf16.h"
 
 namespace ondura {
 namespace {
@@ -16,8 +15,6 @@ constexpr const char* kManualCancel =
 constexpr const char* kCutOff =
     "The backup job has been stopped due to hard stop option set by you. The backup will resume at next "
     "scheduled time.\r\n";
-
-std::string Utf16File(std::string_view text) { return std::string{kUtf16Mark} + ToUtf16(text); }
 
 void MakeDue(House& house) {
   house.AddUser("ann");
@@ -89,8 +86,7 @@ TEST(StoppedJobStory, AnAbortDuringTheWalkEndsTheEngineAndIsLoggedAsItsPlaceAsks
   for (const bool within_folder : {true, false}) {
     House house;
     MakeDue(house);
-    house.machine.PutFile(house.UserPath("atbkupfolderlist.txt"),
-                          Utf16File(within_folder ? "C:\\Docs\r\n" : "C:\\Docs\\a.txt\r\n"));
+    house.PutText("atbkupfolderlist.txt", within_folder ? "C:\\Docs\r\n" : "C:\\Docs\\a.txt\r\n");
     house.OnCommand(51, [](ProgramRun& run) { run.NeverEnds(); });
     // The user asks for it at the first pump of the walk, when the list is already there.
     house.machine.OnPump([&] {
