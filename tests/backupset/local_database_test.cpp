@@ -31,11 +31,11 @@ struct DatabaseHouse : BackupSetHouse {
     }
     return started;
   }
-  // The user's trace without the times that some lines begin with.
+  // The user's trace with a mark in place of the time that some lines begin with.
   std::vector<std::string> Traces() {
     auto lines = LinesOf(List("ScheduleTraceFile.txt"));
     for (auto& line : lines) {
-      if (line.starts_with("11-")) line.erase(0, 19);
+      if (line.starts_with("11-14-2026 12:30:")) line.replace(0, 19, "@");
     }
     return lines;
   }
@@ -76,12 +76,13 @@ TEST_P(CheckLDBStatusTest, TakesItsBranch) {
   EXPECT_EQ(house.Profile("BackupStatus", "StatusCheckCount"), "1");
 }
 
-const std::string kDigests = "| atbkupchksum : | Realtimechksum : ";
+const std::string kDigests = "|@ atbkupchksum : |@ Realtimechksum : ";
 const std::string kByEngine = "OxClsClient.exe: 30<\\run>:C:\\data";
-const std::string kNoScan = "| WatcherStatus is 1 : Scan is not in progress so call Scan.exe with 29";
+const std::string kNoScan = "|@ WatcherStatus is 1 : Scan is not in progress so call Scan.exe with 29";
 const std::string kForeignScan =
-    "| WatcherStatus is 1 : Scan is going on,so wait till Scanstatus is 0 |WatcherStatus is 1 : Scan is over";
-const std::string kNewOwner = kDigests + "| b30cmdcall is True so calling backend with 30 ";
+    "|@ WatcherStatus is 1 : Scan is going on,so wait till Scanstatus is 0 |WatcherStatus is 1 : Scan is "
+    "over";
+const std::string kNewOwner = kDigests + "|@ b30cmdcall is True so calling backend with 30 ";
 
 INSTANTIATE_TEST_SUITE_P(
     LocalDatabase, CheckLDBStatusTest,
@@ -139,8 +140,11 @@ TEST(LocalDatabase, EndsTheScannerOfAScanThatNobodyWatchesAndIsNotHeldUpByOneTha
     if (stays) house.machine.Fail("Processes.Terminate");
     house.SetProfile("REALTIME", "scanStatus", "1");
     house.SetProfile("REALTIME", "ScannerId", std::to_string(scanner));
+    Processes& outside = house.machine.outside().processes;
+    const ProcessHandle watched = outside.OpenById(scanner, ProcessAccess::kQuery);
     EXPECT_EQ(house.database.CheckLDBStatus(""), kLocalDatabaseReady);
-    EXPECT_EQ(house.machine.IsRunning("OxScan.exe"), stays);
+    EXPECT_EQ(outside.ExitCode(watched), stays ? kStillActive : 1001U);
+    outside.Close(watched);
     EXPECT_THAT(house.Traces(), testing::Contains("Process is still running").Times(stays ? 100 : 0));
     EXPECT_THAT(house.Traces(), testing::Contains("Backup engine successfully terminated"));
     EXPECT_THAT(house.Started(), ElementsAre("OxClsClient.exe: 30<>:C:\\data"));
@@ -205,21 +209,22 @@ TEST(LocalDatabase, TellsWhetherTheScannerRuns) {
   house.SetProfile("REALTIME", "ScannerId", "4000000");
   EXPECT_FALSE(house.database.IsScanInProgress());
   EXPECT_THAT(house.Traces(),
-              ElementsAre(" ClientProcID : 0", " ClientProcID : 4000000", " Process is not running "));
+              ElementsAre("@ ClientProcID : 0", "@ ClientProcID : 4000000", "@ Process is not running "));
   house.SetProfile("REALTIME", "ScannerId", std::to_string(house.machine.PutProcess(kScanner)));
   EXPECT_TRUE(house.database.IsScanInProgress());
-  EXPECT_THAT(house.Traces().back(), testing::StartsWith(" Process is running with handle : "));
+  EXPECT_THAT(house.Traces().back(), testing::StartsWith("@ Process is running with handle : "));
   EXPECT_EQ(house.machine.OpenHandles(), 0U);
 }
 
 TEST(LocalDatabase, TestsAMutexAndNeverKeepsIt) {
   DatabaseHouse house;
   EXPECT_FALSE(house.database.IsmutexInProgress("Global\\scan", false));
-  EXPECT_THAT(house.Traces().back(), testing::StartsWith(" Global Mutex is Not in use with Handle ID : "));
+  EXPECT_THAT(house.Traces().back(), testing::StartsWith("@ Global Mutex is Not in use with Handle ID : "));
+  EXPECT_EQ(house.machine.CallsMatching("NamedMutexes.Release").size(), 1U);
   house.machine.HoldMutex("Global\\scan");
   EXPECT_TRUE(house.database.IsmutexInProgress("Global\\scan", false));
   EXPECT_EQ(house.machine.Elapsed(), milliseconds{1000});
-  EXPECT_THAT(house.Traces().back(), testing::StartsWith(" Global Mutex is in use with Handle ID : "));
+  EXPECT_THAT(house.Traces().back(), testing::StartsWith("@ Global Mutex is in use with Handle ID : "));
   EXPECT_FALSE(house.database.IsmutexInProgress("Global\\scan", true));
 }
 

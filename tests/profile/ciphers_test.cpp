@@ -65,6 +65,8 @@ TEST_F(CiphersTest, TheStreamCipherUndoesItselfUnderTheSamePassPhrase) {
     EXPECT_EQ(encryption.EncryptDecrypt(hidden, pass, false), "täxt");
     EXPECT_NE(encryption.EncryptDecrypt(hidden, "other", false), "täxt");
   }
+  const std::string known = encryption.EncryptDecrypt("text", "pass", true);
+  EXPECT_EQ(house_.machine().code_page.FromUtf8(known), "\x0A\x32\x0D\x5A") << "under the salt";
   house_.Fail("Crypto.StreamCipher");
   EXPECT_EQ(encryption.EncryptDecrypt("text", "pass", true), "Error");
   EXPECT_THAT(house_.UnfiredFaults(), IsEmpty());

@@ -92,7 +92,9 @@ TEST(ScheduleFile, OnlyBlankedRecordsAreDroppedAndTheLastTakesTheFileAlong) {
   EXPECT_EQ(house.machine.FileBytes(house.path), "0\r\n" + Line("a", "1", "2") + Line("c", "3", "4"));
   EXPECT_EQ(house.TraceLines(), Lines{"11-14-2026 12:30:00  Next transfer time  soon"});
   for (ScheduleRecord& record : house.schedule.ScheduleTable) record.nexttime.clear();
+  house.schedule.ScheduleFilePath = "C:\\data\\Ondurabob\\scheduleData.txt";
   house.schedule.DB_WriteRecord();
+  EXPECT_EQ(house.schedule.ScheduleFilePath, house.path);
   EXPECT_EQ(house.machine.FileBytes(house.path), std::nullopt);
 }
 

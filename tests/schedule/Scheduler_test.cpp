@@ -34,6 +34,7 @@ TEST(Due, IsDecidedByKeyUnitsInFileOrder) {
     std::string bytes = "0\r\n";
     for (const char* sortkey : row.sortkeys) bytes += Line("11-14-2026 12:30:00", sortkey);
     house.PutSchedule(bytes);
+    house.schedule.SelectedRecord = 7;  // of an earlier pass
     EXPECT_EQ(house.scheduler.Sch_Load_ScheduleData(), row.want) << row.story;
     EXPECT_EQ(house.schedule.SelectedRecord, row.selected) << row.story;
     EXPECT_EQ(house.machine.FileBytes(house.path), bytes) << row.story;
@@ -122,16 +123,27 @@ TEST(Moving, YieldsAtEachStepButNotForLong) {
        {StepCase{&S::Sch_addhour_list, "11-14-2026 9:45:00", "11-14-2026 12:45:00", 4},
         StepCase{&S::Sch_addweekDay_list, "11-12-2026 9:00:00", "11-16-2026 9:00:00", 2},
         StepCase{&S::Sch_addWeek_list, "11-01-2026 9:00:00", "11-15-2026 9:00:00", 2},
+        // Seconds don't count: this is the present minute.
+        StepCase{&S::Sch_addWeek_list, "11-07-2026 12:30:00", "11-14-2026 12:30:00", 0},
         StepCase{&S::Sch_addweekEnd_list, "11-14-2026 9:00:00", "11-15-2026 9:00:00", 0},
         // A weekend that has fallen behind lands on a working day.
         StepCase{&S::Sch_addweekEnd_list, "11-06-2026 9:00:00", "11-16-2026 9:00:00", 12},
         StepCase{&S::Sch_addhour_list, "11-14-0226 12:45:00", "11-14-2026 12:45:00", 20000}}) {
     ScheduleHouse house;
+    house.machine.SetNow(Time(2026, 11, 14, 12, 30, 30));
     house.schedule.schvTemp.nexttime = nexttime;
     EXPECT_EQ((house.scheduler.*move)(), MoveOutcome::kMoved);
     EXPECT_EQ(house.schedule.schvTemp.nexttime, want) << nexttime;
     EXPECT_EQ(house.machine.Elapsed().count(), slept_ms) << nexttime;
   }
+}
+
+TEST(Moving, GoesOnFromAnOccurrenceThatPassedDuringTheYields) {
+  ScheduleHouse house;
+  house.machine.SetNow(Time(2026, 11, 16, 12, 30, 45));
+  house.schedule.schvTemp.nexttime = "11-16-0226 12:30:00";
+  EXPECT_EQ(house.scheduler.Sch_addweekEnd_list(), MoveOutcome::kMoved);
+  EXPECT_EQ(house.schedule.schvTemp.nexttime, "11-17-2026 12:30:00");
 }
 
 TEST(Moving, TheNextListedDayComesInTheMachinesOwnForm) {

@@ -18,7 +18,7 @@ TEST(SortKey, IsCutOutByPositionAroundTheLastSeparator) {
         TextCase{"two-digit hour", "11-14-2026 16:09:08", "202611141609"},
         TextCase{"date and time share a separator", "11:14:2026 6:09:08", "202611140609"},
         TextCase{"the separator is a run", "11-14-2026 6::9::08", "202611140609"},
-        TextCase{"an empty fifth part does not count", "11:14:2026 6:", "202611141114"},
+        TextCase{"an empty fifth part does not count", "11:14:2026 6:09:", "202611141114"},
         TextCase{"without a time the date's parts are taken", "11-14-2026", "202611141114"},
         TextCase{"nothing", "", ""}}) {
     EXPECT_EQ(SortKeyOfText(date), want) << story;

@@ -122,6 +122,7 @@ TEST(Separators, AreReplacedThroughoutTheText) {
                                          {"16:39:08", "16:39:08"},
                                          {"16.39.8", "16:39:8"},
                                          {"16.390", "16:390"},
+                                         {"16.3:8", "16.3:8"},
                                          {"08", "08"},
                                          {"", ""}}) {
     EXPECT_EQ(NormalizeTimeSeparator(text), normal);

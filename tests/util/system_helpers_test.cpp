@@ -4,6 +4,7 @@
 
 #include "support/checked_machine.h"
 #include "util/clsIPResolve.h"
+#include "util/cls_ExitWindows.h"
 #include "util/waits.h"
 
 namespace ondura {
@@ -104,9 +105,12 @@ TEST_F(SystemTest, AWaitListensInPassesAndLeavesAStoppedProgramRunning) {
     return ProcessWatch{machine_.machine().processes,
                         system_.LaunchHidden("C:\\i\\engine.exe", "", "C:\\", 0)};
   };
+  int pumps = 0;
+  machine_.OnPump([&] { ++pumps; });
   ProcessWatch watch = start();
   WaitUntilEnded(machine_.machine(), watch, 3ms);
   EXPECT_EQ(machine_.Elapsed(), 1000ms) << "in the fourth pass, which the end cuts short";
+  EXPECT_EQ(pumps, 3) << "one behind each whole pass";
   watch = start();
   int tests = 0;
   const StopTest second_test = [&] { return ++tests == 2; };
@@ -178,6 +182,41 @@ TEST_F(SystemTest, TheWriteTestLeavesNothingBehindAndAnswersTrueInAnyCase) {
   EXPECT_THAT(meanwhile, ElementsAre("C:\\temp\\tmp.mtp"));
   EXPECT_THAT(machine_.FilesUnder("C:\\temp"), ElementsAre());
   EXPECT_TRUE(system_.CheckForWriteAccessPermission("C:\\none\\"));
+}
+
+TEST_F(SystemTest, ARegistryValueIsFoundBehindABackslashAndMustBeOfAKnownType) {
+  const auto read = [&](std::string_view key, std::string_view name) {
+    return system_.ReadRegistryValue(RegistryRoot::kCurrentUser, key, name);
+  };
+  machine_.PutRegistryValue({RegistryRoot::kCurrentUser, "a\\b", "text"},
+                            {RegistryType::kText, "t\xC3\xBCr"});
+  machine_.PutRegistryValue({RegistryRoot::kCurrentUser, "a\\b", "other"}, {RegistryType::kOther, "x"});
+  for (const char* key : {"a\\b", "\\A\\B"}) EXPECT_EQ(read(key, "text")->text, "t\xC3\xBCr") << key;
+  EXPECT_THAT(machine_.Calls(),
+              ElementsAre("Registry.Read HKCU\\a\\b\\text", "Registry.Read HKCU\\A\\B\\text"));
+  EXPECT_FALSE(read("a\\b", "other"));
+  EXPECT_FALSE(read("a\\b", "none"));
+}
+
+TEST_F(SystemTest, ADataFileIsReadWholeAndAMissingOneAsEmpty) {
+  machine_.PutFile("C:\\data\\x.txt", "t\xFCr\r\n\r\n");
+  EXPECT_EQ(system_.ReadDataFile("C:\\data\\", "x.txt"), "t\xC3\xBCr\r\n\r\n");
+  EXPECT_EQ(system_.ReadDataFile("C:\\data\\", "y.txt"), "");
+}
+
+TEST_F(SystemTest, WindowsEndsByForceUnderItsPrivilege) {
+  cls_ExitWindows{machine_.machine().processes, machine_.machine().power}.ExitWindows(kExitPowerOff);
+  EXPECT_THAT(machine_.surroundings().windows_exits, ElementsAre(12U));
+  EXPECT_THAT(machine_.EnabledPrivileges(), ElementsAre("SeShutdownPrivilege"));
+}
+
+TEST(IPAddress, IsValidWithFourPartsWhateverTheyAre) {
+  for (const char* text : {"192.0.2.7", "a.b.c.d", "..."}) {
+    EXPECT_TRUE(clsIPResolve::IsValidIPAddress(text)) << text;
+  }
+  for (const char* text : {"", "192.0.2", "192.0.2.7.", "192:0:2:7"}) {
+    EXPECT_FALSE(clsIPResolve::IsValidIPAddress(text)) << text;
+  }
 }
 
 TEST_F(SystemTest, AFailedLookUpShowsItsBoxAndAnEmptyOneForATextThatIsNoAddress) {
