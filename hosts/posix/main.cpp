@@ -1,14 +1,16 @@
 #include <exception>
 #include <iostream>
+#include <string>
 
 #include "host_options.h"
 #include "hosts.h"
 #include "platform/posix/posix_machine.h"
 #include "platform/posix/stop_signals.h"
+#include "twin_program.h"
 
 namespace {
 
-int Run(const ondura::HostOptions& options) {
+int Run(const ondura::HostOptions& options, char** argv) {
   // Caught from the start: a request that comes during the start-up ends the host before its first tick.
   const ondura::StopSignals stop;
   const ondura::PosixMachineResult made = ondura::MakePosixMachine({options.root, options.speed, {}});
@@ -17,6 +19,13 @@ int Run(const ondura::HostOptions& options) {
     return ondura::kExitUsage;
   }
   const bool is_background = options.role == ondura::HostRole::kBackground;
+  if (is_background) {
+    const std::string fault = ondura::RunFromInsideMachine(made.owner->machine(), options, argv);
+    if (!fault.empty()) {
+      std::cerr << "ondura-host: " << fault << "\n";
+      return ondura::kExitUsage;
+    }
+  }
   return is_background ? ondura::RunBackground(made.owner->machine(), options, stop)
                        : ondura::RunService(made.owner->machine(), options, stop);
 }
@@ -26,7 +35,7 @@ int Run(const ondura::HostOptions& options) {
 int main(int argc, char** argv) {
   try {
     const ondura::ParsedOptions parsed = ondura::ParseHostOptions(argc, argv);
-    return parsed.options ? Run(*parsed.options) : parsed.exit_code;
+    return parsed.options ? Run(*parsed.options, argv) : parsed.exit_code;
   } catch (const std::exception& error) {
     std::cerr << "ondura-host: " << error.what() << "\n";
   } catch (...) {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "platform/portable/libcrypto_crypto.h"
+#include "platform/libcrypto/libcrypto_crypto.h"
 #include "platform/posix/ports.h"
 
 namespace ondura {

@@ -35,11 +35,19 @@ StopSignals::StopSignals() {
   action.sa_mask = StopSet();
   sigaction(SIGTERM, &action, &old_terminate_);
   sigaction(SIGINT, &action, &old_interrupt_);
+  // A program that was started with HoldStopSignals gets what came in between now.
+  const sigset_t stop_set = StopSet();
+  sigprocmask(SIG_UNBLOCK, &stop_set, nullptr);
 }
 
 StopSignals::~StopSignals() {
   sigaction(SIGTERM, &old_terminate_, nullptr);
   sigaction(SIGINT, &old_interrupt_, nullptr);
+}
+
+void HoldStopSignals() {
+  const sigset_t stop_set = StopSet();
+  sigprocmask(SIG_BLOCK, &stop_set, nullptr);
 }
 
 bool StopSignals::Requested() const { return signal_counters.stop_requests != 0; }

@@ -25,4 +25,8 @@ class StopSignals {
   struct sigaction old_interrupt_ {};
 };
 
+// Keeps the signals waiting until the next StopSignals is made, also over the start of another program in
+// this process.
+void HoldStopSignals();
+
 }  // namespace ondura

@@ -1,0 +1,61 @@
+#include "twin_program.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "platform/posix/host_process.h"
+#include "platform/posix/path_map.h"
+#include "platform/posix/stop_signals.h"
+#include "profile/ProductConfiguration.h"
+#include "profile/ProfileStore.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The twin's path as the machine sees it; empty without a product configuration.
+std::string TwinPath(const Machine& machine, const HostOptions& options) {
+  Installation installation;
+  installation.ExeLocation = WithBackslash(options.install);
+  const std::string data_folder = ProfileStore(machine, installation).ReadInstallRegistryValue("VirtualPath");
+  installation.VirtualPath =
+      Trim(data_folder).empty() ? installation.ExeLocation : WithBackslash(data_folder);
+  if (!ProductConfiguration(machine, installation).LoadProductConfiguration()) return {};
+  return installation.ExeLocation + installation.BackgroundExe;
+}
+
+// A copy that runs already keeps its file: the new one takes only its name.
+bool CopyProgram(const fs::path& from, const fs::path& to) {
+  const fs::path fresh = to.string() + ".new";
+  std::error_code error;
+  fs::copy_file(from, fresh, fs::copy_options::overwrite_existing, error);
+  if (!error) fs::rename(fresh, to, error);
+  return !error;
+}
+
+}  // namespace
+
+std::string RunFromInsideMachine(const Machine& machine, const HostOptions& options, char** argv) {
+  std::error_code error;
+  const std::string root = fs::canonical(options.root, error).string();
+  const auto executable = ExecutableOf(getpid());
+  PathMap paths{root, {}};
+  if (error || !executable) return "the running program can't be found on this host";
+  if (paths.UnderRoot(*executable)) return {};
+  const std::string twin = TwinPath(machine, options);
+  if (twin.empty()) return {};
+  const std::string target = paths.ForCreation(twin);
+  if (target.empty() || !CopyProgram(*executable, target)) {
+    return "the twin can't be copied to " + twin + "; check the install folder in the machine's folder";
+  }
+  HoldStopSignals();
+  execv(target.c_str(), argv);
+  return "the twin can't be started from " + target;
+}
+
+}  // namespace ondura
