@@ -1,0 +1,8 @@
+#pragma once
+
+// The headers of COM and Automation, for every file of this folder.
+
+#include "platform/win32/windows_api.h"
+
+#include <ole2.h>
+#include <oleauto.h>
