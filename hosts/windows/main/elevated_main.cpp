@@ -1,0 +1,40 @@
+// The elevated host: serves requests for shadow copies and database dumps.
+
+#include <CLI/CLI.hpp>
+
+#include "command_line.h"
+#include "elevated_host.h"
+
+namespace {
+
+// A job looks for the answer every three seconds.
+constexpr double kPeriodSeconds = 3;
+
+constexpr const char* kFooter =
+    R"(It needs the rights of an administrator; start it at log-on with highest privileges.
+Its start resets each user's state as the start of the service does, so start it while no job runs.
+It leaves at the end of the session, and when its hidden window is closed (taskkill /IM without /F).
+
+Exit codes: 0 left as asked, 1 failure, 2 bad options, component or configuration missing.)";
+
+}  // namespace
+
+int main() {
+  return ondura::GuardedMain("OnduraElevated", [] {
+    ondura::WindowsHostOptions options;
+    options.period_seconds = kPeriodSeconds;
+    CLI::App app{"Makes shadow copies and database dumps for backup jobs.", "OnduraElevated"};
+    app.set_version_flag("--version", "OnduraElevated " ONDURA_VERSION);
+    app.footer(kFooter);
+    ondura::AddWindowsHostOptions(app, options);
+    if (const auto code = ondura::ParseCommandLine(app)) return *code;
+    const bool has_console = ondura::UseParentConsole();
+    const ondura::Reporter reporter("OnduraElevated", has_console ? ondura::Reporter::Place::kConsole
+                                                                  : ondura::Reporter::Place::kEventLog);
+    const ondura::StopEvent stop;
+    const ondura::ConsoleStop console(stop);
+    const ondura::StopWindow window(stop);
+    ondura::RunElevated(options, stop, reporter);
+    return 0;
+  });
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ondura {
+
+// The words of this process's command line in UTF-8, the program first. Those that main gets are in the
+// system code page, which may lack characters of a path.
+std::vector<std::string> CommandLineWords();
+
+// Full path of the running program, and its folder with a backslash at the end.
+std::string OwnPath();
+std::string OwnFolder();
+
+}  // namespace ondura

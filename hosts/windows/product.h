@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ondura {
+
+// What the hosts are called for the product that is installed.
+struct Product {
+  std::string service_name;    // such as "Ondura Service"
+  std::string background_exe;  // such as "OnduraBackground.exe"
+};
+
+// Read from the product configuration of the install folder. A host without a product would loop over
+// nothing, so a missing configuration throws HostError.
+Product ReadProduct(std::string_view install_folder);
+
+}  // namespace ondura

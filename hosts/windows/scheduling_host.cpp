@@ -1,0 +1,54 @@
+#include "scheduling_host.h"
+
+#include "component_object.h"
+#include "host_error.h"
+#include "product.h"
+#include "tick_loop.h"
+
+namespace ondura {
+
+namespace {
+
+void WriteStandard(const ComponentObject& transfer, std::string_view value) {
+  transfer.Call("Trf_WriteUserNameProfile", {"Standard", value});
+}
+
+// Ends the twin's charge also when it leaves by an error, which then is the one to be told about.
+class Charge {
+ public:
+  explicit Charge(const ComponentObject& transfer) : transfer_(transfer) { WriteStandard(transfer_, "1"); }
+  ~Charge() {
+    try {
+      WriteStandard(transfer_, "0");
+    } catch (const HostError&) {
+      // The service takes over from a twin that is gone, whatever the key says.
+    }
+  }
+  Charge(const Charge&) = delete;
+  Charge& operator=(const Charge&) = delete;
+
+ private:
+  const ComponentObject& transfer_;
+};
+
+}  // namespace
+
+void RunScheduling(const WindowsHostOptions& options, const StopEvent& stop) {
+  ReadProduct(options.install);
+  const Apartment apartment;
+  const ComponentObject controller("Controller");
+  controller.Call("cont_InitialSch", {options.install});
+  RunTicks(options, stop, [&] { controller.Call("Cont_CheckStandardRunning"); });
+}
+
+void RunBackground(const WindowsHostOptions& options, const StopEvent& stop) {
+  ReadProduct(options.install);
+  const Apartment apartment;
+  const ComponentObject controller("Controller");
+  const ComponentObject transfer("Transfer");
+  controller.Call("cont_InitialSch_Backgrnd", {options.install});
+  const Charge charge(transfer);
+  RunTicks(options, stop, [&] { controller.Call("Cont_startschBackup"); });
+}
+
+}  // namespace ondura

@@ -1,0 +1,106 @@
+#include "service_control.h"
+
+#include <string_view>
+
+#include "host_error.h"
+#include "platform/win32/handles.h"
+#include "platform/win32/text_edges.h"
+#include "platform/win32/windows_api.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr DWORD kPollMs = 200;
+
+constexpr const wchar_t* kDescription =
+    L"Runs the scheduled backups of every user of this computer. When it is stopped, no backup starts.";
+
+struct ServiceManagerHandle {
+  using Value = SC_HANDLE;
+  static bool IsValid(Value handle) { return handle != nullptr; }
+  static void Close(Value handle) { CloseServiceHandle(handle); }
+};
+using UniqueServiceHandle = Unique<ServiceManagerHandle>;
+
+std::string InQuotes(const std::string& name) { return "'" + name + "'"; }
+
+UniqueServiceHandle OpenManager(DWORD access) {
+  UniqueServiceHandle manager{OpenSCManagerW(nullptr, SERVICES_ACTIVE_DATABASEW, access)};
+  if (!manager.valid()) ThrowLastError("can't open the service manager (run this as an administrator)");
+  return manager;
+}
+
+UniqueServiceHandle OpenInstalled(const std::string& name, DWORD access) {
+  const UniqueServiceHandle manager = OpenManager(SC_MANAGER_CONNECT);
+  UniqueServiceHandle service{OpenServiceW(manager.get(), ToWide(name).c_str(), access)};
+  if (!service.valid()) ThrowLastError("can't open the service " + InQuotes(name));
+  return service;
+}
+
+DWORD StateOf(SC_HANDLE service) {
+  SERVICE_STATUS status{};
+  if (QueryServiceStatus(service, &status) == FALSE) ThrowLastError("can't ask for the state of the service");
+  return status.dwCurrentState;
+}
+
+void WaitForState(SC_HANDLE service, DWORD wanted, std::chrono::seconds limit, std::string_view failure) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  while (StateOf(service) != wanted) {
+    if (std::chrono::steady_clock::now() >= end) throw HostError(std::string{failure});
+    Sleep(kPollMs);
+  }
+}
+
+// A service that fails is started again after a minute, three times at most in a day.
+void Describe(SC_HANDLE service) {
+  std::wstring text = kDescription;
+  SERVICE_DESCRIPTIONW description{text.data()};
+  ChangeServiceConfig2W(service, SERVICE_CONFIG_DESCRIPTION, &description);
+  SC_ACTION restart[] = {
+      {SC_ACTION_RESTART, 60'000}, {SC_ACTION_RESTART, 60'000}, {SC_ACTION_RESTART, 60'000}};
+  SERVICE_FAILURE_ACTIONSW actions{};
+  actions.dwResetPeriod = 86'400;
+  actions.cActions = 3;
+  actions.lpsaActions = static_cast<SC_ACTION*>(restart);
+  ChangeServiceConfig2W(service, SERVICE_CONFIG_FAILURE_ACTIONS, &actions);
+}
+
+}  // namespace
+
+void InstallService(const std::string& name, const std::string& command_line) {
+  const UniqueServiceHandle manager = OpenManager(SC_MANAGER_CONNECT | SC_MANAGER_CREATE_SERVICE);
+  const UniqueServiceHandle service{
+      CreateServiceW(manager.get(), ToWide(name).c_str(), ToWide(name).c_str(), SERVICE_ALL_ACCESS,
+                     SERVICE_WIN32_OWN_PROCESS, SERVICE_AUTO_START, SERVICE_ERROR_NORMAL,
+                     ToWide(command_line).c_str(), nullptr, nullptr, nullptr, nullptr, nullptr)};
+  if (!service.valid()) ThrowLastError("can't install the service " + InQuotes(name));
+  Describe(service.get());
+}
+
+void StartInstalledService(const std::string& name, std::chrono::seconds limit) {
+  const UniqueServiceHandle service = OpenInstalled(name, SERVICE_START | SERVICE_QUERY_STATUS);
+  if (StartServiceW(service.get(), 0, nullptr) == FALSE && GetLastError() != ERROR_SERVICE_ALREADY_RUNNING) {
+    ThrowLastError("can't start the service " + InQuotes(name));
+  }
+  WaitForState(service.get(), SERVICE_RUNNING, limit,
+               "the service " + InQuotes(name) + " did not start; the event log says why.");
+}
+
+void StopInstalledService(const std::string& name, std::chrono::seconds limit) {
+  const UniqueServiceHandle service = OpenInstalled(name, SERVICE_STOP | SERVICE_QUERY_STATUS);
+  SERVICE_STATUS status{};
+  if (ControlService(service.get(), SERVICE_CONTROL_STOP, &status) == FALSE &&
+      GetLastError() != ERROR_SERVICE_NOT_ACTIVE) {
+    ThrowLastError("can't stop the service " + InQuotes(name));
+  }
+  WaitForState(service.get(), SERVICE_STOPPED, limit,
+               "the service " + InQuotes(name) + " has not stopped so far: it lets a running job end.");
+}
+
+void RemoveService(const std::string& name) {
+  const UniqueServiceHandle service = OpenInstalled(name, DELETE);
+  if (DeleteService(service.get()) == FALSE) ThrowLastError("can't remove the service " + InQuotes(name));
+}
+
+}  // namespace ondura

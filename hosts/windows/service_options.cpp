@@ -1,0 +1,80 @@
+#include "service_options.h"
+
+#include <CLI/CLI.hpp>
+#include <sstream>
+
+#include "own_program.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr const char* kFooter = R"(Examples, as an administrator:
+  OnduraService install
+      installs the service of the product in this folder; it starts with Windows
+  OnduraService start
+  OnduraService stop
+      lets a running job end
+  OnduraService remove
+  OnduraService --console --ticks 3 --period 5
+      runs in this window instead, without the service manager
+
+Exit codes: 0 done or left as asked, 1 failure, 2 bad options, component or configuration missing.)";
+
+// A path behind an option, in quotes; a backslash before the closing quote would escape it.
+std::string QuotedFolder(std::string folder) {
+  while (folder.size() > 3 && folder.ends_with('\\')) folder.pop_back();
+  return '"' + folder + '"';
+}
+
+CLI::App* AddAction(CLI::App& app, ServiceOptions& options, const char* name, ServiceAction action,
+                    const char* text) {
+  CLI::App* const command = app.add_subcommand(name, text);
+  command->fallthrough();
+  command->callback([&options, action] { options.action = action; });
+  return command;
+}
+
+void AddWait(CLI::App& command, ServiceOptions& options) {
+  command.add_option("--wait", options.wait_seconds, "Give up waiting after this time")
+      ->check(CLI::Range(0, 86400))
+      ->capture_default_str()
+      ->type_name("SECONDS");
+}
+
+}  // namespace
+
+ParsedServiceOptions ParseServiceOptions() {
+  ServiceOptions options;
+  CLI::App app{"Runs the scheduled backups of this computer.", "OnduraService"};
+  app.set_version_flag("--version", "OnduraService " ONDURA_VERSION);
+  app.footer(kFooter);
+  app.require_subcommand(0, 1);
+  AddWindowsHostOptions(app, options);
+  bool as_service = false;
+  bool in_console = false;
+  app.add_flag("--service", as_service, "Run under the service manager, which alone uses this");
+  app.add_flag("--console", in_console, "Run in this window until Ctrl+C")->excludes("--service");
+  AddAction(app, options, "install", ServiceAction::kInstall, "Installs the service");
+  AddWait(*AddAction(app, options, "start", ServiceAction::kStart, "Starts it"), options);
+  AddWait(*AddAction(app, options, "stop", ServiceAction::kStop, "Stops it, once its job has ended"),
+          options);
+  AddAction(app, options, "remove", ServiceAction::kRemove, "Removes it");
+  if (const auto code = ParseCommandLine(app)) return {std::nullopt, *code};
+  if (in_console) options.action = ServiceAction::kConsole;
+  const bool is_told = as_service || in_console || !app.get_subcommands().empty();
+  if (!is_told) {
+    std::cerr << app.help();
+    return {std::nullopt, kExitUsage};
+  }
+  return {std::move(options), 0};
+}
+
+std::string ServiceCommandLine(const ServiceOptions& options) {
+  std::ostringstream line;
+  line << '"' << OwnPath() << "\" --service --install " << QuotedFolder(options.install) << " --period "
+       << options.period_seconds;
+  return line.str();
+}
+
+}  // namespace ondura

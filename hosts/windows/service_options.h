@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "command_line.h"
+
+namespace ondura {
+
+// What OnduraService.exe is to do.
+enum class ServiceAction { kRunAsService, kConsole, kInstall, kStart, kStop, kRemove };
+
+struct ServiceOptions : WindowsHostOptions {
+  ServiceAction action = ServiceAction::kRunAsService;
+  int wait_seconds = 60;  // for a service that starts or stops
+};
+
+// The options, or the code to leave with at once.
+struct ParsedServiceOptions {
+  std::optional<ServiceOptions> options;
+  int exit_code = 0;
+};
+
+ParsedServiceOptions ParseServiceOptions();
+
+// The command line by which the service manager starts this program.
+std::string ServiceCommandLine(const ServiceOptions& options);
+
+}  // namespace ondura
