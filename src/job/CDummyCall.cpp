@@ -30,7 +30,8 @@ double CDummyCall::DoDummycall(std::string_view sExeName) {
   ProcessWatch engine(machine.processes,
                       services_.helpers.LaunchHidden(installation.ExeLocation + "\\" + std::string{sExeName},
                                                      parameters, installation.WorkingFolder(), 0));
-  WaitUntilEnded(machine, engine, milliseconds{0});
+  // Nobody can end the wait for a program that is not there.
+  WaitUntilEndedOrStoppedIfStarted(machine, engine, milliseconds{0}, [] { return false; });
   machine.clock.Sleep(milliseconds{1000});
   const double result = services_.store.ReadLastRetValue();
   machine.clock.Sleep(milliseconds{2000});

@@ -63,12 +63,18 @@ ProcessWatch EngineCommands::StartTransfer() {
 
 void EngineCommands::RunTotalSize() {
   ProcessWatch engine = Start(ParameterText(16, temp_folder_.GetTempFolderPath()));
-  WaitUntilEnded(services_.machine, engine, kShortPause);
+  WaitWithoutLimit(engine);
 }
 
 void EngineCommands::RunRemote() {
   ProcessWatch engine = Start(" 17");
-  WaitUntilEnded(services_.machine, engine, kShortPause);
+  WaitWithoutLimit(engine);
+}
+
+void EngineCommands::WaitWithoutLimit(ProcessWatch& engine) {
+  WaitUntilEndedOrStopped(services_.machine, engine, kShortPause, [&] {
+    return !engine.WasStarted() && (keys_.CheckAborted() || services_.progress.ProgressEnded());
+  });
 }
 
 }  // namespace ondura

@@ -49,6 +49,9 @@ class EngineCommands {
   void RunRemote();
 
  private:
+  // Until the engine ends; one that could not be started is given up when an abort is asked for.
+  void WaitWithoutLimit(ProcessWatch& engine);
+
   JobServices& services_;
   JobState& state_;
   StatusKeys& keys_;

@@ -224,6 +224,18 @@ TEST(StoppedJobStory, AnEngineThatCanNotBeStartedEndsByThePassesOfThePortNumber)
   EXPECT_GE(house.machine.Elapsed(), 390s);
 }
 
+TEST(StoppedJobStory, AnEngineThatIsGoneBeforeTheSizeRefreshIsGivenUpOnAnAbort) {
+  House house;
+  MakeDue(house);
+  house.OnCommand(51, [&](ProgramRun&) {
+    house.WriteResult(402);
+    house.machine.RemoveProgram(House::kEngine);
+    house.machine.After(2h, [&] { house.WriteProfile("BackupStatus", "Status", "5"); });
+  });
+  house.Tick();
+  EXPECT_EQ(house.NextTime(), "11-15-2026 12:30:00");
+}
+
 TEST(StoppedJobStory, WithoutAnEncryptionPasswordNothingRuns) {
   House house;
   MakeDue(house);
