@@ -19,9 +19,4 @@ std::string TextOf(const OLECHAR* text, UINT units) {
   return FromUtf16({reinterpret_cast<const char*>(text), units * sizeof(OLECHAR)});
 }
 
-std::wstring WideOf(std::string_view utf8) {
-  const Bstr text(utf8);
-  return {text.get(), SysStringLen(text.get())};
-}
-
 }  // namespace ondura

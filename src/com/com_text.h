@@ -29,7 +29,4 @@ class Bstr {
 std::string TextOf(const OLECHAR* text, UINT units);
 inline std::string TextOf(BSTR text) { return TextOf(text, SysStringLen(text)); }
 
-// UTF-16 for a wide call of the system.
-std::wstring WideOf(std::string_view utf8);
-
 }  // namespace ondura

@@ -19,13 +19,25 @@ namespace ondura {
 namespace {
 
 constexpr const wchar_t* kClassesKey = L"Software\\Classes";
-constexpr WORD kMajor = 1;
-constexpr WORD kMinor = 0;
-#ifdef _WIN64
-constexpr SYSKIND kWordSize = SYS_WIN64;
-#else
-constexpr SYSKIND kWordSize = SYS_WIN32;
-#endif
+
+// The type library in this file, with its identity.
+class OwnLibrary {
+ public:
+  OwnLibrary() {
+    Check(LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library_.GetAddressOf()));
+    Check(library_->GetLibAttr(&attributes_));
+  }
+  ~OwnLibrary() { library_->ReleaseTLibAttr(attributes_); }
+  OwnLibrary(const OwnLibrary&) = delete;
+  OwnLibrary& operator=(const OwnLibrary&) = delete;
+
+  [[nodiscard]] ITypeLib* get() const { return library_.Get(); }
+  [[nodiscard]] const TLIBATTR& attributes() const { return *attributes_; }
+
+ private:
+  Microsoft::WRL::ComPtr<ITypeLib> library_;
+  TLIBATTR* attributes_ = nullptr;
+};
 
 // An open key of the registry.
 class Key {
@@ -69,14 +81,14 @@ void SetValue(HKEY root, const std::wstring& path, const wchar_t* name, const st
                      static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))))));
 }
 
-void RegisterClass(HKEY classes, const PublicClass& made, const std::wstring& file) {
+void RegisterClass(HKEY classes, const PublicClass& made, const std::wstring& file, REFGUID library) {
   const std::wstring key = ClassKeyOf(made);
   const std::wstring prog_id = ProgIdOf(made);
   SetValue(classes, key, nullptr, prog_id);
   SetValue(classes, key + L"\\InprocServer32", nullptr, file);
   SetValue(classes, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
   SetValue(classes, key + L"\\ProgID", nullptr, prog_id);
-  SetValue(classes, key + L"\\TypeLib", nullptr, TextOfId(LIBID_OnduraEService));
+  SetValue(classes, key + L"\\TypeLib", nullptr, TextOfId(library));
   SetValue(classes, key + L"\\Version", nullptr, L"1.0");
   SetValue(classes, prog_id, nullptr, prog_id);
   SetValue(classes, prog_id + L"\\CLSID", nullptr, TextOfId(*made.id));
@@ -87,11 +99,12 @@ using RegisterLibrary = HRESULT(STDAPICALLTYPE*)(ITypeLib*, OLECHAR*, OLECHAR*);
 void RegisterUnder(HKEY root, RegisterLibrary register_library) {
   Key classes;
   classes.Create(root, kClassesKey);
+  const OwnLibrary library;
   std::wstring file = ModulePath();
-  for (const PublicClass& made : PublicClasses()) RegisterClass(classes.get(), made, file);
-  Microsoft::WRL::ComPtr<ITypeLib> library;
-  Check(LoadTypeLibEx(file.c_str(), REGKIND_NONE, library.GetAddressOf()));
-  Check(register_library(library.Get(), file.data(), nullptr));
+  for (const PublicClass& made : PublicClasses()) {
+    RegisterClass(classes.get(), made, file, library.attributes().guid);
+  }
+  Check(register_library(library.get(), file.data(), nullptr));
 }
 
 void UnregisterUnder(HKEY root) {
@@ -120,9 +133,11 @@ void Register() {
 }
 
 void Unregister() {
-  // Fails where the library is not registered there, which is as good.
-  UnRegisterTypeLib(LIBID_OnduraEService, kMajor, kMinor, LOCALE_NEUTRAL, kWordSize);
-  UnRegisterTypeLibForUser(LIBID_OnduraEService, kMajor, kMinor, LOCALE_NEUTRAL, kWordSize);
+  const OwnLibrary library;
+  const TLIBATTR& of = library.attributes();
+  // Each fails where the library is not registered there, which is as good.
+  UnRegisterTypeLib(of.guid, of.wMajorVerNum, of.wMinorVerNum, of.lcid, of.syskind);
+  UnRegisterTypeLibForUser(of.guid, of.wMajorVerNum, of.wMinorVerNum, of.lcid, of.syskind);
   UnregisterUnder(HKEY_LOCAL_MACHINE);
   UnregisterUnder(HKEY_CURRENT_USER);
   if (std::ranges::any_of(PublicClasses(), IsRegistered)) throw ComError{E_ACCESSDENIED};
