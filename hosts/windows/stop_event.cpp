@@ -79,10 +79,13 @@ StopWindow::StopWindow(const StopEvent& stop) {
   // A message-only window is left out where messages are sent to all, so it is an ordinary one, never shown.
   window_ = CreateWindowExW(0, kWindowClass, L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr,
                             window_class.hInstance, nullptr);
-  if (window_ == nullptr) ThrowLastError("can't make the hidden window");
+  // A session without a desktop has no windows, and nobody in it who could close one.
+  if (window_ == nullptr) return;
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&stop));
 }
 
-StopWindow::~StopWindow() { DestroyWindow(window_); }
+StopWindow::~StopWindow() {
+  if (window_ != nullptr) DestroyWindow(window_);
+}
 
 }  // namespace ondura

@@ -43,7 +43,7 @@ class StopWindow {
   StopWindow& operator=(const StopWindow&) = delete;
 
  private:
-  HWND window_;
+  HWND window_;  // null in a session without a desktop
 };
 
 }  // namespace ondura
