@@ -6,6 +6,10 @@ target_compile_options(ondura_flags INTERFACE -Wall -Wextra -Wconversion -Wshado
 # g++ 12 takes an insertion into a std::string for overlapping copies once it inlines it.
 target_compile_options(ondura_flags INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
 target_compile_definitions(ondura_flags INTERFACE ONDURA_VERSION="${PROJECT_VERSION}")
+if(WIN32)
+  # The oldest Windows that the calls are there for, and the process list from the library that has it there.
+  target_compile_definitions(ondura_flags INTERFACE _WIN32_WINNT=0x0600 PSAPI_VERSION=1)
+endif()
 if(ONDURA_SANITIZE)
   target_compile_options(ondura_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                -fno-omit-frame-pointer)

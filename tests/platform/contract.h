@@ -25,6 +25,10 @@ class TestedMachine {
   // with `exit_code`.
   virtual LaunchRequest PutProgram(std::string_view path, std::chrono::milliseconds lifetime,
                                    int exit_code) = 0;
+
+  // Promises, by the story that tells them, that the system below this build does not keep and the backend
+  // can't keep for it.
+  [[nodiscard]] virtual bool Excuses(std::string_view /*story*/) const { return false; }
 };
 
 using MakeTestedMachine = std::unique_ptr<TestedMachine> (*)();

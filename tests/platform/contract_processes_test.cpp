@@ -11,8 +11,26 @@ namespace {
 using std::chrono::milliseconds;
 using testing::Optional;
 
-// The cipher under the first five bytes of the SHA-1 and the salt, filled up with zeros, worked out apart.
-constexpr std::string_view kExpectedSecret{"\xE0\xC1\x02\xC3\x8E\x8E\xA0\x54\x17\x0F", 10};
+struct CipherCase {
+  const char* story;
+  std::string_view pass_phrase;
+  std::string_view salt;
+  std::string_view clear;
+  std::string_view secret;
+};
+
+constexpr std::string_view kSalt = "\xD1\xD2\xD3\xD5\xD8\xD9\xDA\xDC\xDD\xDE\xDF";
+
+// The cipher under the first five bytes of the SHA-1 and eleven of the salt, worked out apart.
+constexpr CipherCase kCipherCases[] = {
+    {"a short salt is filled up with zeros", "pass phrase", "salt", "clear text",
+     "\xE0\xC1\x02\xC3\x8E\x8E\xA0\x54\x17\x0F"},
+    {"no pass phrase is one too", "", kSalt, "clear text", {"\x00\x66\x4C\x57\xEB\x16\xF7\x38\x8E\x13", 10}},
+    {"any byte can be hidden", "CedarSmoke", kSalt, {"\x00\x7F\x80\xFF", 4}, "\xBE\x5E\xA8\x31"},
+    {"a long pass phrase is one key", "a longer pass phrase than the key has bytes", kSalt, "x", "r"},
+    {"a long salt is cut", "k", "more salt than eleven bytes", "clear text",
+     "\x46\xDF\xFF\x8C\x52\x5E\xA0\x78\x2F\xBE"},
+};
 
 constexpr milliseconds kPatience{20'000};
 constexpr milliseconds kLong{60'000};
@@ -21,6 +39,18 @@ std::vector<ProcessEntry> Running(const Machine& machine, std::string_view base_
   auto entries = machine.processes.List(ProcessSource::kModules);
   std::erase_if(entries, [&](const ProcessEntry& entry) { return entry.base_name != base_name; });
   return entries;
+}
+
+// The system may hold an ended process for a moment longer than its callers do.
+bool IsGoneSoon(const Machine& machine, ProcessId id) {
+  constexpr milliseconds kPause{10};
+  for (milliseconds waited{}; waited < kPatience; waited += kPause) {
+    const ProcessHandle handle = machine.processes.OpenById(id, ProcessAccess::kTerminate);
+    if (handle == kNoProcess) return true;
+    machine.processes.Close(handle);
+    machine.clock.Sleep(kPause);
+  }
+  return false;
 }
 
 TEST_P(PlatformContract, AProcessRunsEndsAndTellsItsExitCode) {
@@ -36,7 +66,9 @@ TEST_P(PlatformContract, AProcessRunsEndsAndTellsItsExitCode) {
   EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
   EXPECT_THAT(machine_.processes.ExitCode(handle), Optional(7U));
   EXPECT_TRUE(Running(machine_, "Tool.exe").empty());
-  EXPECT_FALSE(machine_.processes.Terminate(handle, 1)) << "it has ended already";
+  if (!tested_->Excuses("what has ended can't be ended")) {
+    EXPECT_FALSE(machine_.processes.Terminate(handle, 1));
+  }
   machine_.processes.Close(handle);
   EXPECT_EQ(machine_.processes.ExitCode(handle), std::nullopt);
 }
@@ -50,11 +82,13 @@ TEST_P(PlatformContract, AnotherProcessFindsAndEndsARunningOne) {
   EXPECT_FALSE(other_.processes.Terminate(looked, 0)) << "the right is missing";
   const ProcessHandle held = other_.processes.OpenById(id, ProcessAccess::kQueryReadAndTerminate);
   EXPECT_TRUE(other_.processes.Terminate(held, 3));
-  EXPECT_EQ(other_.processes.Wait(held, kPatience), ProcessWait::kEnded);
-  EXPECT_THAT(other_.processes.ExitCode(held), Optional(3U));
   EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
+  EXPECT_THAT(other_.processes.ExitCode(held), Optional(3U));
   EXPECT_TRUE(Running(machine_, "Tool.exe").empty());
-  EXPECT_EQ(other_.processes.OpenById(id, ProcessAccess::kTerminate), kNoProcess);
+  other_.processes.Close(looked);
+  other_.processes.Close(held);
+  machine_.processes.Close(handle);
+  EXPECT_TRUE(IsGoneSoon(other_, id));
 }
 
 TEST_P(PlatformContract, ATerminatedProcessKeepsTheCodeItWasGiven) {
@@ -170,12 +204,15 @@ TEST_P(PlatformContract, DigestAndCipherMatchKnownAnswers) {
   const CryptoProvider provider = machine_.crypto.Acquire("Microsoft Base Cryptographic Provider v1.0");
   EXPECT_NE(provider, 0);
   EXPECT_EQ(machine_.crypto.Acquire("Nobody's Provider"), 0);
+  for (const CipherCase& c : kCipherCases) {
+    const StreamCipherKey key{c.pass_phrase, c.salt};
+    const auto secret = machine_.crypto.StreamCipher(provider, key, c.clear, CipherDirection::kEncrypt);
+    EXPECT_THAT(secret, Optional(std::string{c.secret})) << c.story;
+    EXPECT_THAT(machine_.crypto.StreamCipher(provider, key, c.secret, CipherDirection::kDecrypt),
+                Optional(std::string{c.clear}))
+        << c.story;
+  }
   const StreamCipherKey key{"pass phrase", "salt"};
-  const auto secret = machine_.crypto.StreamCipher(provider, key, "clear text", CipherDirection::kEncrypt);
-  ASSERT_TRUE(secret.has_value());
-  EXPECT_EQ(*secret, kExpectedSecret);
-  EXPECT_THAT(machine_.crypto.StreamCipher(provider, key, *secret, CipherDirection::kDecrypt),
-              Optional(std::string{"clear text"}));
   EXPECT_EQ(machine_.crypto.StreamCipher(0, key, "x", CipherDirection::kEncrypt), std::nullopt);
   machine_.crypto.Release(provider);
   EXPECT_EQ(machine_.crypto.StreamCipher(provider, key, "x", CipherDirection::kEncrypt), std::nullopt);

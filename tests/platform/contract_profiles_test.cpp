@@ -34,6 +34,7 @@ TEST_P(PlatformContract, ProfileValuesAreReadByThePlatformsRules) {
       {"nothing behind the sign", "Key=", ""},
   };
   for (const Case& c : kCases) {
+    if (tested_->Excuses(c.story)) continue;
     PutFile(kFile,
             std::string{"[Other]\r\nKey=other\r\n[ Section ]\r\n"} + c.line + "\r\n[Section]\r\nKey=second");
     EXPECT_EQ(machine_.profiles.ReadString(Key("SECTION", "Key")), c.want) << c.story;
@@ -84,6 +85,7 @@ TEST_P(PlatformContract, AProfileWriteChangesOneLineAndKeepsTheRest) {
       {"an empty file starts with its section", "", "Key", "[S]\r\nKey=new\r\n"},
   };
   for (const Case& c : kCases) {
+    if (tested_->Excuses(c.story)) continue;
     PutFile(kFile, c.before);
     EXPECT_TRUE(machine_.profiles.WriteString(Key("S", c.key), "new")) << c.story;
     EXPECT_THAT(machine_.files.Read(kFile), Optional(std::string{c.after})) << c.story;
@@ -94,6 +96,8 @@ TEST_P(PlatformContract, AProfileTakesTheCodePageAndNotUtf8) {
   ASSERT_TRUE(machine_.profiles.WriteString(Key("S", "Ärger"), "Größe €"));
   EXPECT_THAT(machine_.files.Read(kFile), Optional(std::string{"[S]\r\n\xC4rger=Gr\xF6\xDF"
                                                                "e \x80\r\n"}));
+  EXPECT_EQ(machine_.profiles.ReadString(Key("S", "Ärger")), "Größe €");
+  if (tested_->Excuses("keys beyond ASCII match in both cases")) return;
   EXPECT_EQ(machine_.profiles.ReadString(Key("S", "äRGER")), "Größe €");
 }
 

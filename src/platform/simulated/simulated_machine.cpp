@@ -1,6 +1,6 @@
 #include "platform/simulated/simulated_machine.h"
 
-#include "platform/portable/libcrypto_crypto.h"
+#include "platform/libcrypto/libcrypto_crypto.h"
 #include "platform/simulated/recording_files.h"
 #include "platform/simulated/recording_ports.h"
 #include "platform/simulated/simulated_files.h"

@@ -1,4 +1,4 @@
-#include "platform/portable/libcrypto_crypto.h"
+#include "platform/libcrypto/libcrypto_crypto.h"
 
 #include <openssl/evp.h>
 

@@ -1,0 +1,39 @@
+#include "win32_fixture.h"
+
+#include "platform/win32/paths.h"
+#include "platform/win32/text_edges.h"
+#include "platform/win32/win32_machine.h"
+#include "platform/win32/windows_api.h"
+
+namespace ondura {
+
+TemporaryFolder::TemporaryFolder() {
+  const auto owner = MakeWin32Machine();
+  wchar_t temporary[MAX_PATH] = {};
+  GetTempPathW(MAX_PATH, temporary);
+  const std::string parent = owner->machine().drives.LongPath(FromWide(temporary));
+  int number = 0;
+  do {
+    path_ = parent + "Ondura test " + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number);
+  } while (!owner->machine().folders.Make(path_));
+}
+
+TemporaryFolder::~TemporaryFolder() { MakeWin32Machine()->machine().folders.Remove(path_, Removal::kForce); }
+
+bool IsWine() { return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr; }
+
+std::string FolderOfTests() {
+  wchar_t path[MAX_PATH] = {};
+  const std::wstring_view whole{path, GetModuleFileNameW(nullptr, path, MAX_PATH)};
+  return FromWide(whole.substr(0, whole.rfind(L'\\') + 1));
+}
+
+LaunchRequest PutTool(std::string_view path, std::chrono::milliseconds lifetime, int exit_code) {
+  const std::wstring from = WidePath(FolderOfTests() + "win32_tool.exe");
+  CopyFileW(from.c_str(), WidePath(path).c_str(), FALSE);
+  const std::string folder{path.substr(0, path.rfind('\\'))};
+  return {std::string{path}, "/s " + std::to_string(lifetime.count()) + " " + std::to_string(exit_code),
+          folder, 0, "open"};
+}
+
+}  // namespace ondura
