@@ -175,13 +175,15 @@ int JobBracket::AddToPauses(int change) {
   return pauses + change;
 }
 
-// The waits up to here are long enough for a pass of the other host, which takes a header without `Started`
-// for a left-over and resets it. The occurrence is then whoever's next pass finds it.
+// The waits up to here are long enough for a pass of the other host. It takes a header without `Started` for
+// a left-over and resets it, or has read the file before the header was written and begins the same job. The
+// occurrence is then whoever's next pass finds it.
 bool JobBracket::FileIsStillOurs() {
   const DBaction& schedule = context_.schedule_file();
   const auto word = ReadHeaderWord(context_.machine().files, schedule.ScheduleFilePath);
-  if (word && *word == schedule.schvTemp.recordno) return true;
-  context_.trace().User("  The schedule file was changed before the job began; the next pass decides.");
+  const bool is_free = !context_.started.IsRaisedByOther();
+  if (is_free && word && *word == schedule.schvTemp.recordno) return true;
+  context_.trace().User("  The other host was here before the job began; the next pass decides.");
   context_.state.ScheduleFileBusy = false;
   context_.state.RunJob = false;
   return false;

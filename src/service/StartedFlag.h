@@ -21,6 +21,9 @@ class StartedFlag {
 
   bool IsRaised();
 
+  // The other host has begun a job.
+  bool IsRaisedByOther() { return !is_own_ && IsRaised(); }
+
   // The "1" that stands is a left-over, and this component answers for it from now on.
   void TakeOver() { is_own_ = true; }
 

@@ -295,6 +295,18 @@ TEST(TwoHostsStory, TheFlagOfAJobThatTheOtherHostBeginsDuringAWaitStands) {
   EXPECT_EQ(house.Shared("Started"), "1");
 }
 
+TEST(TwoHostsStory, TheHostThatComesSecondToTheSameOccurrenceLeavesItToTheFirst) {
+  House house;
+  house.AddUser("ann");
+  house.PutSchedule("ann", {House::Daily(kDue)});
+  house.Service();
+  // Both have read the file before either wrote its header; the other one is a moment ahead.
+  house.machine.After(1s, [&] { house.WriteShared("Started", "1"); });
+  house.Tick();
+  EXPECT_TRUE(house.Commands().empty());
+  EXPECT_EQ(house.Shared("Started"), "1");
+}
+
 TEST(TwoHostsStory, ATwinThatIsAbsentAtBothLooksIsTakenOver) {
   House house;
   house.AddUser("ann");
