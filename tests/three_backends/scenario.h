@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/machine.h"
+
+namespace ondura::scenario {
+
+// Everything lies below one folder, so that a run leaves nothing else behind.
+inline constexpr const char* kRoot = "C:\\Scenario\\";
+inline constexpr const char* kInstall = "C:\\Scenario\\Install\\";
+inline constexpr const char* kData = "C:\\Scenario\\Data\\";
+inline constexpr const char* kEngine = "C:\\Scenario\\Install\\ScnClsClient.exe";
+inline constexpr const char* kDatabaseManager = "C:\\Scenario\\Install\\OnduraSDBManager.exe";
+
+// One machine that the scenario is played on.
+struct Stage {
+  const Machine& outside;              // as the user interface and a person see it
+  const Machine& component;            // as the component sees it
+  std::function<void()> put_programs;  // puts the engine and the database manager into their places
+};
+
+// Three users are due: ann is backed up by compare list, ben by the local database, and cat's password is
+// refused. What stands in the files afterwards, in a form that no two machines may differ in. Throws
+// std::runtime_error where the machine refuses to be prepared.
+std::string Play(const Stage& stage);
+
+}  // namespace ondura::scenario
