@@ -1,0 +1,134 @@
+#include <gmock/gmock.h>
+
+#include "platform/win32/handles.h"
+#include "platform/win32/paths.h"
+#include "platform/win32/text_edges.h"
+#include "platform/win32/win32_machine.h"
+#include "win32_fixture.h"
+
+namespace ondura {
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::Optional;
+
+class Win32FilesTest : public testing::Test {
+ protected:
+  std::unique_ptr<Win32Machine> owner_ = MakeWin32Machine();
+  const Machine& machine_ = owner_->machine();
+  TemporaryFolder folder_;
+  std::string root_ = folder_.path() + "\\";
+
+  void Put(std::string_view path, std::string_view bytes) const {
+    ASSERT_TRUE(machine_.files.Write(path, bytes, IfPresent::kReplace)) << path;
+  }
+};
+
+TEST_F(Win32FilesTest, PathsBeyondTheOldLimitWorkInEveryCall) {
+  std::string deep = folder_.path();
+  while (deep.size() < 400) {
+    deep += "\\a folder with a rather long name";
+    ASSERT_TRUE(machine_.folders.Make(deep)) << deep;
+  }
+  // The form without a limit knows neither slashes nor doubled separators nor dots.
+  const std::string file = deep + "\\\\./File.txt";
+  Put(file, "deep");
+  EXPECT_TRUE(machine_.files.Append(file, "er", IfMissing::kFail));
+  EXPECT_TRUE(machine_.files.Patch(deep + "/FILE.txt", 0, "D"));
+  EXPECT_TRUE(machine_.files.Copy(file, deep + "\\copy"));
+  EXPECT_THAT(machine_.files.Read(deep + "\\copy"), Optional(std::string{"Deeper"}));
+  EXPECT_TRUE(machine_.files.Remove(deep + "\\copy", Removal::kPlain));
+  std::vector<std::string> names;
+  EXPECT_TRUE(machine_.folders.List(deep + "\\", [&](const FolderEntry& entry) {
+    names.emplace_back(entry.name);
+    return Visit::kContinue;
+  }));
+  EXPECT_THAT(names, ElementsAre("File.txt"));
+  EXPECT_TRUE(machine_.watches.Watch(file)->MayHaveChanged());
+  EXPECT_TRUE(machine_.folders.Remove(root_ + "a folder with a rather long name", Removal::kForce));
+}
+
+TEST_F(Win32FilesTest, ADriveAloneIsItsRootAndNotTheFolderLastUsedThere) {
+  wchar_t before[MAX_PATH] = {};
+  GetCurrentDirectoryW(MAX_PATH, before);
+  SetCurrentDirectoryW(WidePath(folder_.path()).c_str());
+  Put(root_ + "here.txt", "x");
+  const std::string drive = folder_.path().substr(0, 2);
+  machine_.folders.List(drive, [&](const FolderEntry& entry) {
+    EXPECT_NE(entry.name, "here.txt");
+    return Visit::kContinue;
+  });
+  EXPECT_TRUE(machine_.folders.Exists(drive));
+  EXPECT_EQ(WidePath(drive), ToWide(drive + "\\"));
+  SetCurrentDirectoryW(before);
+}
+
+TEST_F(Win32FilesTest, OnlyForceRemovesWhatIsProtected) {
+  struct Case {
+    Removal removal;
+    bool goes;
+  };
+  for (const Case& c : {Case{Removal::kPlain, false}, Case{Removal::kForce, true}}) {
+    const std::string file = root_ + "protected.txt";
+    Put(file, "x");
+    SetFileAttributesW(WidePath(file).c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(machine_.files.Remove(file, c.removal), c.goes);
+    EXPECT_EQ(machine_.files.Exists(file), !c.goes);
+    machine_.files.Remove(file, Removal::kForce);
+
+    machine_.folders.Make(root_ + "sub");
+    const std::string inner = root_ + "sub\\protected.txt";
+    Put(inner, "x");
+    SetFileAttributesW(WidePath(inner).c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(machine_.folders.Remove(root_ + "sub", c.removal), c.goes);
+  }
+}
+
+TEST_F(Win32FilesTest, AFileThatAnotherKeepsToItselfReadsAsNothing) {
+  const std::string file = root_ + "locked.txt";
+  Put(file, "x");
+  const UniqueHandle alone{
+      CreateFileW(WidePath(file).c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr)};
+  ASSERT_TRUE(alone.valid());
+  EXPECT_TRUE(machine_.files.Exists(file));
+  EXPECT_EQ(machine_.files.Read(file), std::nullopt);
+  EXPECT_FALSE(machine_.files.Append(file, "y", IfMissing::kCreate));
+  EXPECT_FALSE(machine_.files.Remove(file, Removal::kForce));
+}
+
+TEST_F(Win32FilesTest, AWatchKeepsNobodyFromReplacingTheFile) {
+  const std::string file = root_ + "watched.ini";
+  Put(file, "1");
+  const auto watch = machine_.watches.Watch(file);
+  watch->MayHaveChanged();
+  EXPECT_TRUE(machine_.files.Remove(file, Removal::kPlain));
+  EXPECT_TRUE(machine_.files.Write(file, "2", IfPresent::kFail)) << "the name is free at once";
+  EXPECT_TRUE(watch->MayHaveChanged());
+}
+
+TEST_F(Win32FilesTest, ShortAndLongFormsLeadToOneAnother) {
+  machine_.folders.Make(root_ + "Long Folder Name");
+  const std::string file = root_ + "Long Folder Name\\Some Longer File.text";
+  Put(file, "x");
+  const std::string short_form = machine_.drives.ShortPath(file);
+  EXPECT_TRUE(machine_.files.Exists(short_form)) << short_form;
+  EXPECT_EQ(machine_.drives.LongPath(short_form), file);
+  std::string shouted = file;
+  for (char& c : shouted) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  EXPECT_EQ(machine_.drives.LongPath(shouted), file);
+}
+
+TEST_F(Win32FilesTest, DrivesTellTheirKindAndTheSystemItsFolder) {
+  EXPECT_THAT(machine_.drives.Roots(), Contains("C:\\"));
+  EXPECT_EQ(machine_.drives.KindOf("C:\\"), DriveKind::kFixed);
+  EXPECT_EQ(machine_.drives.KindOf("B:\\"), DriveKind::kUnknown);
+  EXPECT_THAT(machine_.drives.SystemFolder(), EndsWith("\\system32"));
+  EXPECT_TRUE(machine_.folders.Exists(machine_.drives.SystemFolder()));
+}
+
+}  // namespace
+
+}  // namespace ondura

@@ -1,0 +1,140 @@
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+#include "platform/win32/paths.h"
+#include "platform/win32/win32_machine.h"
+#include "platform/win32/windows_api.h"
+#include "win32_fixture.h"
+
+namespace ondura {
+
+namespace {
+
+using testing::Optional;
+
+class Win32SystemTest : public testing::Test {
+ protected:
+  std::unique_ptr<Win32Machine> owner_ = MakeWin32Machine();
+  const Machine& machine_ = owner_->machine();
+};
+
+TEST_F(Win32SystemTest, LocaleTextsComeWithoutTheirTerminator) {
+  for (const int kind : {kLocaleShortDate, kLocaleTimeFormat, kLocaleDecimal}) {
+    const std::string text = machine_.locale.Text(kind);
+    EXPECT_FALSE(text.empty()) << kind;
+    EXPECT_EQ(text.find('\0'), std::string::npos) << kind;
+  }
+}
+
+TEST_F(Win32SystemTest, ACharacterThatThePageLacksNeverBecomesASimilarLetter) {
+  EXPECT_EQ(machine_.code_page.FromUtf8("Łódź"),
+            "?\xF3"
+            "d?");
+  EXPECT_EQ(machine_.code_page.FromUtf8("\U0001F600"), "??") << "two units of UTF-16";
+}
+
+// Under the folder of tests in the user's own hive.
+class Win32RegistryTest : public Win32SystemTest {
+ protected:
+  static constexpr const char* kFolder = R"(Software\Ondura tests)";
+
+  ~Win32RegistryTest() override { RegDeleteTreeA(HKEY_CURRENT_USER, kFolder); }
+
+  static RegistryName Name(std::string_view value) { return {RegistryRoot::kCurrentUser, kFolder, value}; }
+
+  static void PutRaw(const char* name, DWORD type, std::string_view bytes) {
+    RegSetKeyValueA(HKEY_CURRENT_USER, kFolder, name, type, bytes.data(), static_cast<DWORD>(bytes.size()));
+  }
+};
+
+TEST_F(Win32RegistryTest, EachKindOfReadKeepsItsBufferAndTypes) {
+  const std::string longest(1023, 'x');
+  const std::string longer(1024, 'x');
+  PutRaw("fits", REG_SZ, {longest.c_str(), longest.size() + 1});
+  PutRaw("too long", REG_SZ, {longer.c_str(), longer.size() + 1});
+  PutRaw("bytes", REG_BINARY, "\x07\x08\x09");
+  PutRaw("number", REG_DWORD, "\x01\x02\x03\x04");
+  PutRaw("expanded", REG_EXPAND_SZ, "%TEMP%");
+  struct Case {
+    const char* value;
+    RegistryAccess access;
+    std::optional<RegistryValue> want;
+  };
+  const Case kCases[] = {
+      {"fits", RegistryAccess::kQueryValue, RegistryValue{RegistryType::kText, longest, 0}},
+      {"too long", RegistryAccess::kQueryValue, std::nullopt},
+      {"too long", RegistryAccess::kAll, RegistryValue{RegistryType::kText, longer, 0}},
+      {"bytes", RegistryAccess::kAll, RegistryValue{RegistryType::kBinary, "", 7}},
+      {"number", RegistryAccess::kAll, RegistryValue{RegistryType::kDword, "", 0x04030201}},
+      {"expanded", RegistryAccess::kAll, RegistryValue{}},
+      {"none", RegistryAccess::kAll, std::nullopt},
+  };
+  for (const Case& c : kCases) {
+    const auto read = machine_.registry.Read(Name(c.value), c.access);
+    ASSERT_EQ(read.has_value(), c.want.has_value()) << c.value;
+    if (!read) continue;
+    EXPECT_EQ(read->type, c.want->type) << c.value;
+    EXPECT_EQ(read->text, c.want->text) << c.value;
+    EXPECT_EQ(read->number, c.want->number) << c.value;
+  }
+}
+
+TEST_F(Win32SystemTest, ServicesTellTheirStateAndAMissingOneNothing) {
+  for (const auto access : {ServiceManagerAccess::kRead, ServiceManagerAccess::kAll}) {
+    EXPECT_EQ(machine_.services.State("PlugPlay", access), 4);
+    EXPECT_EQ(machine_.services.State("Nobody's Service", access), 0);
+  }
+}
+
+TEST_F(Win32SystemTest, PumpingHandsOutMessagesAndLeavesTheEndToTheHost) {
+  const UINT_PTR timer = SetTimer(nullptr, 0, 1, [](HWND, UINT, UINT_PTR id, DWORD) {
+    KillTimer(nullptr, id);
+    PostQuitMessage(7);
+  });
+  ASSERT_NE(timer, 0U);
+  MSG message{};
+  for (int i = 0; i < 100 && message.message != WM_QUIT; ++i) {
+    machine_.clock.Sleep(std::chrono::milliseconds{10});
+    machine_.pump.Pump();
+    PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+  }
+  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT)) << "the timer's call came through and its end too";
+  EXPECT_EQ(message.wParam, 7U);
+}
+
+TEST_F(Win32SystemTest, AMessageWaitsForNobody) {
+  const auto before = machine_.clock.Now();
+  machine_.desktop.ShowMessage("Größe", "Ondura tests", MessageIcon::kStop);
+  EXPECT_LE(machine_.clock.Now() - before, std::chrono::seconds{5});
+}
+
+TEST_F(Win32SystemTest, NamesAreLookedUpBetweenStartAndCleanUp) {
+  const NameLookup address = machine_.names.AddressOf("localhost");
+  EXPECT_THAT(address.found, Optional(std::string{"127.0.0.1"}));
+  const NameLookup name = machine_.names.NameOf("127.0.0.1");
+  EXPECT_TRUE(name.found.has_value());
+  const NameLookup none = machine_.names.NameOf("no address");
+  EXPECT_EQ(none.found, std::nullopt);
+  for (const NameLookup& lookup : {address, name, none}) EXPECT_TRUE(lookup.started && lookup.cleaned_up);
+}
+
+TEST_F(Win32SystemTest, ContinuousBackupIsToldOnlyWhereItIsInstalled) {
+  machine_.continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kPause);
+  machine_.continuous_backup.ValidateLocalDBDllVersion();
+  const std::string installed = FolderOfTests() + "OnduraERealTime.dll";
+  ASSERT_TRUE(machine_.files.Copy(FolderOfTests() + "win32_real_time.dll", installed));
+  {
+    const auto client = MakeWin32Machine();
+    client->machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kPause);
+    client->machine().continuous_backup.ValidateLocalDBDllVersion();
+    client->machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kResume);
+  }
+  EXPECT_THAT(machine_.files.Read(installed + ".txt"), Optional(std::string{"state 0\nvalidate\nstate 1\n"}));
+  EXPECT_TRUE(machine_.files.Remove(installed + ".txt", Removal::kForce));
+  EXPECT_TRUE(machine_.files.Remove(installed, Removal::kForce)) << "the library was let go";
+}
+
+}  // namespace
+
+}  // namespace ondura
