@@ -10,6 +10,8 @@ namespace ondura {
 namespace {
 
 constexpr const char* kFooter = R"(Examples, as an administrator:
+  OnduraService register
+      makes the component in this folder known to Windows, for a copy without an installer
   OnduraService install
       installs the service of the product in this folder; it starts with Windows
   OnduraService start
@@ -60,6 +62,10 @@ ParsedServiceOptions ParseServiceOptions() {
   AddWait(*AddAction(app, options, "stop", ServiceAction::kStop, "Stops it, once its job has ended"),
           options);
   AddAction(app, options, "remove", ServiceAction::kRemove, "Removes it");
+  AddAction(app, options, "register", ServiceAction::kRegister, "Registers the component")
+      ->add_option("--data", options.data, "Also note this as the data folder")
+      ->type_name("PATH");
+  AddAction(app, options, "unregister", ServiceAction::kUnregister, "Takes the registration back");
   if (const auto code = ParseCommandLine(app)) return {std::nullopt, *code};
   if (in_console) options.action = ServiceAction::kConsole;
   const bool is_told = as_service || in_console || !app.get_subcommands().empty();
@@ -72,8 +78,9 @@ ParsedServiceOptions ParseServiceOptions() {
 
 std::string ServiceCommandLine(const ServiceOptions& options) {
   std::ostringstream line;
-  line << '"' << OwnPath() << "\" --service --install " << QuotedFolder(options.install) << " --period "
-       << options.period_seconds;
+  line << '"' << OwnPath() << "\" --service";
+  if (options.install != OwnFolder()) line << " --install " << QuotedFolder(options.install);
+  if (options.period_seconds != TickOptions{}.period_seconds) line << " --period " << options.period_seconds;
   return line.str();
 }
 

@@ -8,11 +8,21 @@
 namespace ondura {
 
 // What OnduraService.exe is to do.
-enum class ServiceAction { kRunAsService, kConsole, kInstall, kStart, kStop, kRemove };
+enum class ServiceAction {
+  kRunAsService,
+  kConsole,
+  kInstall,
+  kStart,
+  kStop,
+  kRemove,
+  kRegister,
+  kUnregister,
+};
 
 struct ServiceOptions : WindowsHostOptions {
   ServiceAction action = ServiceAction::kRunAsService;
   int wait_seconds = 60;  // for a service that starts or stops
+  std::string data;       // for kRegister; empty leaves the data folder as it is
 };
 
 // The options, or the code to leave with at once.

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "product.h"
+#include "registration.h"
 #include "scheduling_host.h"
 #include "service_control.h"
 #include "service_options.h"
@@ -18,9 +19,12 @@ void RunInConsole(const ServiceOptions& options) {
   RunScheduling(options, stop);
 }
 
-void Perform(const ServiceOptions& options) {
-  if (options.action == ServiceAction::kRunAsService) return RunServiceProcess();
-  if (options.action == ServiceAction::kConsole) return RunInConsole(options);
+void RegisterAll(const ServiceOptions& options) {
+  if (!options.data.empty()) PointToData(options.install, options.data);
+  RegisterComponent(options.install);
+}
+
+void ManageService(const ServiceOptions& options) {
   const std::string name = ReadProduct(options.install).service_name;
   const std::chrono::seconds limit{options.wait_seconds};
   switch (options.action) {
@@ -38,6 +42,21 @@ void Perform(const ServiceOptions& options) {
       break;
   }
   std::cout << "Done: " << name << ".\n";
+}
+
+void Perform(const ServiceOptions& options) {
+  switch (options.action) {
+    case ServiceAction::kRunAsService:
+      return RunServiceProcess();
+    case ServiceAction::kConsole:
+      return RunInConsole(options);
+    case ServiceAction::kRegister:
+      return RegisterAll(options);
+    case ServiceAction::kUnregister:
+      return UnregisterComponent(options.install);
+    default:
+      return ManageService(options);
+  }
 }
 
 }  // namespace

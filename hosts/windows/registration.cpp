@@ -1,0 +1,49 @@
+#include "registration.h"
+
+#include "component_object.h"
+#include "host_error.h"
+#include "platform/win32/handles.h"
+#include "platform/win32/text_edges.h"
+#include "platform/win32/win32_machine.h"
+#include "platform/win32/windows_api.h"
+#include "profile/profile_paths.h"
+#include "util/text.h"
+
+namespace ondura {
+
+namespace {
+
+void CallEntry(const std::string& install_folder, const char* entry) {
+  const Apartment apartment;
+  const std::string path = WithBackslash(install_folder) + "OnduraEService.dll";
+  const UniqueLibrary library{LoadLibraryExW(ToWide(path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)};
+  if (!library.valid()) ThrowLastError("can't load " + path);
+  using Entry = HRESULT(STDAPICALLTYPE*)();
+  // An exported function has no type before it is given one.
+  const auto call = reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(library.get(), entry)));
+  if (call == nullptr) ThrowLastError(path + " has no " + entry);
+  const HRESULT result = call();
+  if (FAILED(result)) {
+    throw HostError(std::string{entry} + " failed: " + SystemText(static_cast<unsigned long>(result)));
+  }
+}
+
+}  // namespace
+
+void RegisterComponent(const std::string& install_folder) { CallEntry(install_folder, "DllRegisterServer"); }
+
+void UnregisterComponent(const std::string& install_folder) {
+  CallEntry(install_folder, "DllUnregisterServer");
+}
+
+void PointToData(const std::string& install_folder, const std::string& data_folder) {
+  Installation installation;
+  installation.ExeLocation = WithBackslash(install_folder);
+  const std::string file = InstallPointerPath(installation);
+  const auto owner = MakeWin32Machine();
+  if (!owner->machine().profiles.WriteString({file, "Registry", "VirtualPath"}, WithBackslash(data_folder))) {
+    throw HostError("can't write " + file + "; look at its rights.");
+  }
+}
+
+}  // namespace ondura
