@@ -14,7 +14,7 @@ enum class DriveKind { kUnknown = 0, kRemovable = 1, kFixed = 2, kNetwork = 3, k
 // Drives, and the names of places on them.
 //
 // On Windows: GetLogicalDriveStringsA, GetDriveTypeA, GetDiskFreeSpaceExA, GetShortPathNameA,
-// GetLongPathNameA, GetSystemDirectoryA.
+// GetLongPathNameA, GetSystemDirectoryA, SHGetSpecialFolderLocation with SHGetPathFromIDListA.
 class Drives {
  public:
   virtual ~Drives() = default;
@@ -35,6 +35,10 @@ class Drives {
 
   // "C:\Windows\system32" or what the machine has in its place.
   virtual std::string SystemFolder() = 0;
+
+  // Where programs keep the data of this account that stays on this machine (folder 28 of the shell). Empty
+  // on failure.
+  virtual std::string LocalDataFolder() = 0;
 };
 
 }  // namespace ondura

@@ -108,6 +108,7 @@ class ForwardingDrives : public Drives {
   std::string ShortPath(std::string_view path) override { return next_.ShortPath(path); }
   std::string LongPath(std::string_view path) override { return next_.LongPath(path); }
   std::string SystemFolder() override { return next_.SystemFolder(); }
+  std::string LocalDataFolder() override { return next_.LocalDataFolder(); }
 
  private:
   Drives& next_;
@@ -169,6 +170,7 @@ class ForwardingSystemInfo : public SystemInfo {
   explicit ForwardingSystemInfo(SystemInfo& next) : next_(next) {}
   SystemVersion Version() override { return next_.Version(); }
   bool IsWow64() override { return next_.IsWow64(); }
+  std::string ComputerName() override { return next_.ComputerName(); }
 
  private:
   SystemInfo& next_;
@@ -236,6 +238,11 @@ class ForwardingDesktop : public Desktop {
     next_.ShowMessage(text, title, icon);
   }
   ProcessId ProcessOfWindow(WindowHandle window) override { return next_.ProcessOfWindow(window); }
+  WindowHandle FindTopWindow(std::string_view window_class, std::string_view title) override {
+    return next_.FindTopWindow(window_class, title);
+  }
+  bool Show(WindowHandle window, WindowShow how) override { return next_.Show(window, how); }
+  bool Post(WindowHandle window, std::uint32_t message) override { return next_.Post(window, message); }
 
  private:
   Desktop& next_;

@@ -40,7 +40,7 @@ struct ProcessEntry {
 enum class ProcessWait { kEnded, kTimedOut };
 
 struct LaunchRequest {
-  std::string file;        // full path, or a bare name that the system finds
+  std::string file;        // full path, or a bare name that the system finds, also without ".exe"
   std::string parameters;  // handed on as they stand
   std::string folder;      // working folder, without a trailing backslash
   int show_mode = 0;       // 0 hidden, 1 normal, 3 maximised
@@ -64,7 +64,8 @@ class Processes {
   // OpenProcess. kNoProcess when there is no such process or the rights are refused.
   virtual ProcessHandle OpenById(ProcessId id, ProcessAccess access) = 0;
 
-  // WaitForSingleObject. kNoProcess spends the whole `limit` and times out.
+  // WaitForSingleObject. A process can be waited for by the handle of its launch; no right of OpenById
+  // allows it. Any other handle spends the whole `limit` and times out, and so does kNoProcess.
   virtual ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) = 0;
 
   // GetExitCodeProcess; kStillActive while it runs. Nothing for a bad handle.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace ondura {
 
 // The fields of GetVersionExA that the component looks at.
@@ -10,7 +12,7 @@ struct SystemVersion {
   bool is_workstation = true;  // product type VER_NT_WORKSTATION
 };
 
-// On Windows: GetVersionExA and IsWow64Process on the current process.
+// On Windows: GetVersionExA, IsWow64Process on the current process and GetComputerNameA.
 class SystemInfo {
  public:
   virtual ~SystemInfo() = default;
@@ -19,6 +21,9 @@ class SystemInfo {
 
   // True for a 32-bit process on a 64-bit system.
   virtual bool IsWow64() = 0;
+
+  // At most 15 characters; empty on failure.
+  virtual std::string ComputerName() = 0;
 };
 
 }  // namespace ondura

@@ -68,7 +68,7 @@ TEST_F(SystemTest, EndingByNameSparesNoneOfTheNameNoOtherAndLeaksNoHandle) {
 TEST_F(SystemTest, TerminationTakesTheProcessOfAWindowAndElseTheId) {
   const auto by_id = machine_.PutProcess("C:\\a\\id.exe");
   const auto by_window = machine_.PutProcess("C:\\a\\window.exe");
-  machine_.surroundings().windows[77] = by_window;
+  machine_.surroundings().windows[77].process = by_window;
   ProcessId id = 0;
   EXPECT_FALSE(system_.ProcessTerminate(id, 0)) << "neither id nor window";
   EXPECT_THAT(machine_.EnabledPrivileges(), ElementsAre());

@@ -64,7 +64,7 @@ bool SetText(MachineSettings& settings, const std::string& value) {
   return true;
 }
 
-constexpr std::array<Entry, 12> kEntries = {{
+constexpr std::array<Entry, 14> kEntries = {{
     {"Locale", "ShortDate", SetText<&MachineSettings::short_date>},
     {"Locale", "TimeFormat", SetText<&MachineSettings::time_format>},
     {"Locale", "Decimal", SetText<&MachineSettings::decimal>},
@@ -75,6 +75,8 @@ constexpr std::array<Entry, 12> kEntries = {{
     {"System", "Wow64",
      [](MachineSettings& s, const std::string& value) { return SetFlag(s.is_wow64, value); }},
     {"System", "SystemFolder", SetText<&MachineSettings::system_folder>},
+    {"System", "LocalDataFolder", SetText<&MachineSettings::local_data_folder>},
+    {"System", "ComputerName", SetText<&MachineSettings::computer_name>},
     {"System", "ExitCommand", SetText<&MachineSettings::exit_command>},
     {"Internet", "Connected",
      [](MachineSettings& s, const std::string& value) { return SetFlag(s.connection.connected, value); }},

@@ -19,6 +19,8 @@ struct MachineSettings {
   SystemVersion version{2, 6, 1, true};
   bool is_wow64 = false;
   std::string system_folder = R"(C:\Windows\system32)";
+  std::string local_data_folder = R"(C:\Users\Default\AppData\Local)";
+  std::string computer_name = "ONDURA";
   std::string exit_command;
   ConnectedState connection{true, 0x12, "Local Area Connection"};  // a network card, and configured
   std::map<std::string, int> services;                             // lower-case name to state

@@ -43,6 +43,7 @@ class PosixDrives : public Drives {
   }
 
   std::string SystemFolder() override { return settings_.system_folder; }
+  std::string LocalDataFolder() override { return settings_.local_data_folder; }
 
  private:
   PathMap& paths_;

@@ -20,6 +20,7 @@ struct PosixOptions {
 //   [Drives]    D=/srv/data                    drives elsewhere on the host; a relative path is under the
 //   root [Locale]    ShortDate=M/d/yyyy  TimeFormat=h:mm:ss tt  Decimal=. [System]    CodePage=1252
 //   Version=6.1  Workstation=1  Wow64=0  SystemFolder=C:\Windows\system32
+//               LocalDataFolder=C:\Users\Default\AppData\Local  ComputerName=ONDURA
 //               ExitCommand=                   shell command that stands for the end of Windows; none by
 //               default
 //   [Internet]  Connected=1  Flags=18  Connection=Local Area Connection

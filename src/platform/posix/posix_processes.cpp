@@ -28,6 +28,11 @@ std::string LastPart(std::string_view path) { return std::string{path.substr(pat
 
 bool IsBareName(std::string_view file) { return file.find_first_of("\\/:") == std::string_view::npos; }
 
+// The system completes a bare name that has no ending.
+std::string WithProgramEnding(const std::string& name) {
+  return name.find('.') == std::string::npos ? name + ".exe" : name;
+}
+
 bool MayTerminate(ProcessAccess access) {
   return (static_cast<std::uint32_t>(access) & static_cast<std::uint32_t>(ProcessAccess::kTerminate)) != 0;
 }
@@ -157,8 +162,9 @@ class PosixProcesses : public Processes {
 
   std::optional<std::string> FindExecutable(const LaunchRequest& request) {
     if (!IsBareName(request.file)) return ExistingFile(request.file);
-    auto found = ExistingFile(request.folder + "\\" + request.file);
-    return found ? found : ExistingFile(settings_.system_folder + "\\" + request.file);
+    const std::string file = WithProgramEnding(request.file);
+    auto found = ExistingFile(request.folder + "\\" + file);
+    return found ? found : ExistingFile(settings_.system_folder + "\\" + file);
   }
 
   std::optional<std::string> ExistingFile(const std::string& path) {

@@ -21,6 +21,7 @@ class PosixSystemInfo : public SystemInfo {
   explicit PosixSystemInfo(const MachineSettings& settings) : settings_(settings) {}
   SystemVersion Version() override { return settings_.version; }
   bool IsWow64() override { return settings_.is_wow64; }
+  std::string ComputerName() override { return settings_.computer_name; }
 
  private:
   const MachineSettings& settings_;
@@ -80,6 +81,11 @@ class PosixDesktop : public Desktop {
   }
 
   ProcessId ProcessOfWindow(WindowHandle /*window*/) override { return 0; }
+  WindowHandle FindTopWindow(std::string_view /*window_class*/, std::string_view /*title*/) override {
+    return 0;
+  }
+  bool Show(WindowHandle /*window*/, WindowShow /*how*/) override { return false; }
+  bool Post(WindowHandle /*window*/, std::uint32_t /*message*/) override { return false; }
 };
 
 class PosixPower : public Power {

@@ -9,8 +9,9 @@
 namespace ondura {
 namespace {
 
-constexpr std::array<std::string_view, 6> kQuiet = {"Clock.",  "MessagePump.",   "FileWatch.",
-                                                    "Crypto.", "Processes.Wait", "Processes.ExitCode"};
+constexpr std::array<std::string_view, 7> kQuiet = {
+    "Clock.",         "MessagePump.",       "FileWatch.",           "Crypto.",
+    "Processes.Wait", "Processes.ExitCode", "Desktop.FindTopWindow"};
 
 bool SameLetter(char left, char right) {
   const auto lower = [](char letter) {

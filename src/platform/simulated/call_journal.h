@@ -39,7 +39,7 @@ class CallJournal {
   static constexpr std::size_t kLimit = 250'000;
 
   // The recorded calls, oldest first. Polling and pure conversion (Clock, MessagePump, FileWatch, Crypto,
-  // Processes.Wait, Processes.ExitCode) is left out until RecordAlso names it.
+  // Processes.Wait, Processes.ExitCode, Desktop.FindTopWindow) is left out until RecordAlso names it.
   std::vector<std::string> Calls() const { return CallsMatching(""); }
   std::vector<std::string> CallsMatching(std::string_view pattern) const;
   void ClearCalls();

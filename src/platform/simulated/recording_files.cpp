@@ -164,6 +164,11 @@ std::string RecordingDrives::LongPath(std::string_view path) {
                     [&] { return ForwardingDrives::LongPath(path); });
 }
 
+std::string RecordingDrives::LocalDataFolder() {
+  return gate_.Call(kLook, "Drives.LocalDataFolder", "", std::string{},
+                    [&] { return ForwardingDrives::LocalDataFolder(); });
+}
+
 std::string RecordingDrives::SystemFolder() {
   return gate_.Call(kLook, "Drives.SystemFolder", "", std::string{},
                     [&] { return ForwardingDrives::SystemFolder(); });

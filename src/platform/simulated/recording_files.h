@@ -59,6 +59,7 @@ class RecordingDrives : public ForwardingDrives {
   std::string ShortPath(std::string_view path) override;
   std::string LongPath(std::string_view path) override;
   std::string SystemFolder() override;
+  std::string LocalDataFolder() override;
 
  private:
   CallGate& gate_;

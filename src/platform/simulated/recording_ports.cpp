@@ -114,6 +114,11 @@ bool RecordingSystemInfo::IsWow64() {
   return gate_.Call(kLook, "SystemInfo.IsWow64", "", false, [&] { return ForwardingSystemInfo::IsWow64(); });
 }
 
+std::string RecordingSystemInfo::ComputerName() {
+  return gate_.Call(kLook, "SystemInfo.ComputerName", "", std::string{},
+                    [&] { return ForwardingSystemInfo::ComputerName(); });
+}
+
 std::string RecordingLocaleInfo::Text(int kind) {
   return gate_.Call(kLook, "LocaleInfo.Text", std::to_string(kind), std::string{},
                     [&] { return ForwardingLocaleInfo::Text(kind); });
@@ -158,6 +163,21 @@ void RecordingDesktop::ShowMessage(std::string_view text, std::string_view title
 ProcessId RecordingDesktop::ProcessOfWindow(WindowHandle window) {
   return gate_.Call(kLook, "Desktop.ProcessOfWindow", std::to_string(window), ProcessId{0},
                     [&] { return ForwardingDesktop::ProcessOfWindow(window); });
+}
+
+WindowHandle RecordingDesktop::FindTopWindow(std::string_view window_class, std::string_view title) {
+  return gate_.Call(kLook, "Desktop.FindTopWindow", title, WindowHandle{0},
+                    [&] { return ForwardingDesktop::FindTopWindow(window_class, title); });
+}
+
+bool RecordingDesktop::Show(WindowHandle window, WindowShow how) {
+  return gate_.Call(kChange, "Desktop.Show", std::to_string(window), false,
+                    [&] { return ForwardingDesktop::Show(window, how); });
+}
+
+bool RecordingDesktop::Post(WindowHandle window, std::uint32_t message) {
+  return gate_.Call(kChange, "Desktop.Post", std::to_string(window), false,
+                    [&] { return ForwardingDesktop::Post(window, message); });
 }
 
 bool RecordingPower::ExitWindows(std::uint32_t flags) {

@@ -64,6 +64,7 @@ class RecordingSystemInfo : public ForwardingSystemInfo {
   RecordingSystemInfo(SystemInfo& next, CallGate& gate) : ForwardingSystemInfo(next), gate_(gate) {}
   SystemVersion Version() override;
   bool IsWow64() override;
+  std::string ComputerName() override;
 
  private:
   CallGate& gate_;
@@ -114,6 +115,9 @@ class RecordingDesktop : public ForwardingDesktop {
   RecordingDesktop(Desktop& next, CallGate& gate) : ForwardingDesktop(next), gate_(gate) {}
   void ShowMessage(std::string_view text, std::string_view title, MessageIcon icon) override;
   ProcessId ProcessOfWindow(WindowHandle window) override;
+  WindowHandle FindTopWindow(std::string_view window_class, std::string_view title) override;
+  bool Show(WindowHandle window, WindowShow how) override;
+  bool Post(WindowHandle window, std::uint32_t message) override;
 
  private:
   CallGate& gate_;

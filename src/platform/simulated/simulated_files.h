@@ -8,6 +8,7 @@
 #include "platform/folders.h"
 #include "platform/portable/ini_profile_files.h"
 #include "platform/simulated/memory_disk.h"
+#include "platform/simulated/surroundings.h"
 
 namespace ondura {
 
@@ -59,18 +60,19 @@ class SimulatedFileWatches : public FileWatches {
 
 class SimulatedDrives : public Drives {
  public:
-  SimulatedDrives(MemoryDisk& disk, const std::string& system_folder)
-      : disk_(disk), system_folder_(system_folder) {}
+  SimulatedDrives(MemoryDisk& disk, const Surroundings& surroundings)
+      : disk_(disk), surroundings_(surroundings) {}
   std::vector<std::string> Roots() override { return disk_.Roots(); }
   DriveKind KindOf(std::string_view root) override { return disk_.KindOf(root); }
   std::optional<std::uint64_t> FreeBytes(std::string_view path) override { return disk_.FreeBytes(path); }
   std::string ShortPath(std::string_view path) override;
   std::string LongPath(std::string_view path) override;
-  std::string SystemFolder() override { return system_folder_; }
+  std::string SystemFolder() override { return surroundings_.system_folder; }
+  std::string LocalDataFolder() override { return surroundings_.local_data_folder; }
 
  private:
   MemoryDisk& disk_;
-  const std::string& system_folder_;
+  const Surroundings& surroundings_;
 };
 
 // Keeps the last form of each file in mind, because a pass reads many keys of few files.

@@ -27,7 +27,7 @@ struct SimulatedMachine::Parts {
   SimulatedFiles files{disk};
   SimulatedFolders folders{disk};
   SimulatedFileWatches watches{disk};
-  SimulatedDrives drives{disk, surroundings.system_folder};
+  SimulatedDrives drives{disk, surroundings};
   SimulatedProfileFiles profiles{disk, code_page};
   SimulatedRegistry registry;
   SimulatedProcesses processes;

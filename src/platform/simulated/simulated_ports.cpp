@@ -1,6 +1,7 @@
 #include "platform/simulated/simulated_ports.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "util/text.h"
 
@@ -42,7 +43,29 @@ void SimulatedDesktop::ShowMessage(std::string_view text, std::string_view title
 
 ProcessId SimulatedDesktop::ProcessOfWindow(WindowHandle window) {
   const auto found = surroundings_.windows.find(window);
-  return found != surroundings_.windows.end() ? found->second : 0;
+  return found != surroundings_.windows.end() ? found->second.process : 0;
+}
+
+WindowHandle SimulatedDesktop::FindTopWindow(std::string_view window_class, std::string_view title) {
+  for (const auto& [handle, window] : surroundings_.windows) {
+    if (EqualsIgnoringCase(window.window_class, window_class) && EqualsIgnoringCase(window.title, title)) {
+      return handle;
+    }
+  }
+  return 0;
+}
+
+bool SimulatedDesktop::Show(WindowHandle window, WindowShow how) {
+  const auto found = surroundings_.windows.find(window);
+  if (found == surroundings_.windows.end()) return false;
+  return std::exchange(found->second.is_shown, how != WindowShow::kHide);
+}
+
+bool SimulatedDesktop::Post(WindowHandle window, std::uint32_t message) {
+  const auto found = surroundings_.windows.find(window);
+  if (found == surroundings_.windows.end()) return false;
+  found->second.posted.push_back(message);
+  return true;
 }
 
 bool SimulatedPower::ExitWindows(std::uint32_t flags) {

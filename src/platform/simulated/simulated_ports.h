@@ -16,6 +16,7 @@ class SimulatedSystemInfo : public SystemInfo {
   explicit SimulatedSystemInfo(const Surroundings& surroundings) : surroundings_(surroundings) {}
   SystemVersion Version() override { return surroundings_.version; }
   bool IsWow64() override { return surroundings_.is_wow64; }
+  std::string ComputerName() override { return surroundings_.computer_name; }
 
  private:
   const Surroundings& surroundings_;
@@ -54,6 +55,9 @@ class SimulatedDesktop : public Desktop {
   explicit SimulatedDesktop(Surroundings& surroundings) : surroundings_(surroundings) {}
   void ShowMessage(std::string_view text, std::string_view title, MessageIcon icon) override;
   ProcessId ProcessOfWindow(WindowHandle window) override;
+  WindowHandle FindTopWindow(std::string_view window_class, std::string_view title) override;
+  bool Show(WindowHandle window, WindowShow how) override;
+  bool Post(WindowHandle window, std::uint32_t message) override;
 
  private:
   Surroundings& surroundings_;

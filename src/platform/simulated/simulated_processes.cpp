@@ -13,6 +13,11 @@ constexpr std::uint32_t kStep = 4;
 
 std::string BaseName(std::string_view path) { return std::string(path.substr(path.rfind('\\') + 1)); }
 
+// The system completes a bare name that has no ending.
+std::string WithProgramEnding(const std::string& name) {
+  return name.find('.') == std::string::npos ? name + ".exe" : name;
+}
+
 std::string Key(std::string_view path) { return ToLower(CleanPath(path)); }
 
 }  // namespace
@@ -41,8 +46,9 @@ bool SimulatedProcesses::OpenForUser(const LaunchRequest& request) {
 // A full path, or a bare name that is looked for in the working folder and then in the system's.
 ProcessId SimulatedProcesses::Start(const LaunchRequest& request) {
   const bool is_bare = request.file.find('\\') == std::string::npos;
-  const Installed* installed = FindProgram(is_bare ? request.folder + '\\' + request.file : request.file);
-  if (installed == nullptr && is_bare) installed = FindProgram(system_folder_ + '\\' + request.file);
+  const std::string file = is_bare ? WithProgramEnding(request.file) : request.file;
+  const Installed* installed = FindProgram(is_bare ? request.folder + '\\' + file : file);
+  if (installed == nullptr && is_bare) installed = FindProgram(system_folder_ + '\\' + file);
   if (installed == nullptr) return 0;
   const Program program = installed->program;  // the script may install another in its place
   const ProcessId id = NewId();

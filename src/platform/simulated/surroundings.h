@@ -25,6 +25,15 @@ struct ShownMessage {
   friend bool operator==(const ShownMessage&, const ShownMessage&) = default;
 };
 
+// A top-level window. Whoever puts it there takes it away.
+struct SimulatedWindow {
+  ProcessId process = 0;
+  std::string window_class;
+  std::string title;
+  bool is_shown = true;
+  std::vector<std::uint32_t> posted;  // messages that were sent to it
+};
+
 // What a simulated machine is like beside its clock, disk and processes: a test sets the upper fields at
 // any time and reads the lower ones.
 struct Surroundings {
@@ -39,7 +48,9 @@ struct Surroundings {
   std::map<std::string, std::string> addresses;  // host name to dotted address
   bool name_resolution_starts = true;
   bool name_resolution_cleans_up = true;
-  std::map<WindowHandle, ProcessId> windows;
+  std::map<WindowHandle, SimulatedWindow> windows;
+  std::string computer_name = "SIMULATED";
+  std::string local_data_folder = "C:\\Users\\Default\\AppData\\Local";
   bool exits_windows = true;
   // Runs inside PostCDPStatusMsg, as the continuous backup's own reaction.
   std::function<void(ContinuousBackupState)> on_continuous_backup;

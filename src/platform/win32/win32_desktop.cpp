@@ -31,6 +31,19 @@ class Win32Desktop : public Desktop {
     GetWindowThreadProcessId(SystemWindow(window), &id);
     return id;
   }
+
+  WindowHandle FindTopWindow(std::string_view window_class, std::string_view title) override {
+    return HandleToLong(FindWindowA(ToSystem(window_class).c_str(), ToSystem(title).c_str()));
+  }
+
+  bool Show(WindowHandle window, WindowShow how) override {
+    return ShowWindow(SystemWindow(window), static_cast<int>(how)) != FALSE;
+  }
+
+  bool Post(WindowHandle window, std::uint32_t message) override {
+    // The null window stands for this thread, which is nobody's window.
+    return window != 0 && PostMessageA(SystemWindow(window), message, 0, 0) != FALSE;
+  }
 };
 
 class Win32Power : public Power {

@@ -5,6 +5,10 @@
 #include "platform/win32/paths.h"
 #include "platform/win32/ports.h"
 #include "platform/win32/text_edges.h"
+#include "platform/win32/windows_api.h"
+
+#include <objbase.h>
+#include <shlobj.h>
 
 namespace ondura {
 
@@ -12,6 +16,14 @@ namespace {
 
 constexpr std::size_t kRootsBytes = 105;  // 26 roots of 4 bytes and the end
 constexpr std::size_t kPathBytes = 260;
+
+// A place in the shell's tree, allocated by the shell.
+struct ItemListHandle {
+  using Value = LPITEMIDLIST;
+  static bool IsValid(Value list) { return list != nullptr; }
+  static void Close(Value list) { CoTaskMemFree(list); }
+};
+using UniqueItemList = Unique<ItemListHandle>;
 
 using PathBuffer = std::array<char, kPathBytes>;
 
@@ -99,6 +111,14 @@ class Win32Drives : public Drives {
   std::string SystemFolder() override {
     PathBuffer buffer{};
     return PathIn(buffer, GetSystemDirectoryA(buffer.data(), kPathBytes));
+  }
+
+  std::string LocalDataFolder() override {
+    UniqueItemList list;
+    PathBuffer buffer{};
+    const bool known = SHGetSpecialFolderLocation(nullptr, CSIDL_LOCAL_APPDATA, list.Receive()) == S_OK &&
+                       SHGetPathFromIDListA(list.get(), buffer.data());
+    return known ? FromSystem(buffer.data()) : std::string{};
   }
 };
 

@@ -10,6 +10,7 @@ namespace {
 
 constexpr LCID kUserDefault = 1024;
 constexpr int kLocaleBufferBytes = 256;
+constexpr DWORD kComputerNameBytes = 16;
 
 class Win32SystemInfo : public SystemInfo {
  public:
@@ -24,6 +25,13 @@ class Win32SystemInfo : public SystemInfo {
   bool IsWow64() override {
     BOOL is_wow64 = FALSE;
     return IsWow64Process(GetCurrentProcess(), &is_wow64) && is_wow64;
+  }
+
+  std::string ComputerName() override {
+    std::array<char, kComputerNameBytes> name{};
+    DWORD length = kComputerNameBytes;
+    if (!GetComputerNameA(name.data(), &length)) return {};
+    return FromSystem({name.data(), length});
   }
 };
 
