@@ -64,8 +64,9 @@ class Processes {
   // OpenProcess. kNoProcess when there is no such process or the rights are refused.
   virtual ProcessHandle OpenById(ProcessId id, ProcessAccess access) = 0;
 
-  // WaitForSingleObject. A process can be waited for by the handle of its launch; no right of OpenById
-  // allows it. Any other handle spends the whole `limit` and times out, and so does kNoProcess.
+  // WaitForSingleObject. Only the handle of a launch promises to see the end: the rights of OpenById need not
+  // hold the one to wait. What can't be waited for, kNoProcess included, spends the whole `limit` and times
+  // out.
   virtual ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) = 0;
 
   // GetExitCodeProcess; kStillActive while it runs. Nothing for a bad handle.

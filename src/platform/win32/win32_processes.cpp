@@ -23,7 +23,7 @@ namespace {
 constexpr ULONG kLaunchMask = 64;
 
 // No window has this number, so a failed start has none to show its complaint on.
-HWND NoWindow() { return reinterpret_cast<HWND>(static_cast<LONG_PTR>(1)); }
+HWND NoWindow() { return static_cast<HWND>(LongToHandle(1)); }
 
 constexpr DWORD kTokenAccess = 40;  // to adjust and to query
 
