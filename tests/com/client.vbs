@@ -1,0 +1,421 @@
+' A script as a host of the component: makes an installation in a folder, calls every method of every class
+' with arguments that fit and with ones that don't, and lets one scheduled backup run to its end.
+'
+'   cscript //nologo client.vbs FOLDER ENGINE
+'
+' FOLDER is made afresh; ENGINE is the transfer engine. The last line counts the checks and the failures.
+
+Option Explicit
+On Error Resume Next
+
+Const kTypeMismatch = 13
+Const kWrongNumberOfArguments = 450
+Const kOverflow = 6
+
+Dim fso, home, install, data, user, docs, checks, failures
+Set fso = CreateObject("Scripting.FileSystemObject")
+home = WScript.Arguments(0)
+install = home & "\Program\"
+data = home & "\Data\"
+user = data & "Onduraann\"
+docs = home & "\Docs\"
+
+Sub Check(what, is_true)
+  checks = checks + 1
+  If is_true Then Exit Sub
+  failures = failures + 1
+  WScript.Echo "FAILED " & what
+End Sub
+
+Sub Equal(what, value, wanted)
+  Check what & ": '" & value & "' in place of '" & wanted & "'", CStr(value) = CStr(wanted)
+End Sub
+
+' The statement before this one went well.
+Sub Good(what)
+  Dim number
+  number = Err.Number
+  Err.Clear
+  Check what & " fails with " & number, number = 0
+End Sub
+
+' The statement before this one ended with this error.
+Sub Bad(what, wanted)
+  Dim number
+  number = Err.Number
+  Err.Clear
+  Check what & " ends with " & number & " in place of " & wanted, number = wanted
+End Sub
+
+' An installation.
+
+Sub WriteText(path, text, is_unicode)
+  Dim stream
+  Set stream = fso.CreateTextFile(path, True, is_unicode)
+  stream.Write text
+  stream.Close
+End Sub
+
+Function ReadText(path, is_unicode)
+  Dim stream
+  ReadText = "<none>"
+  If Not fso.FileExists(path) Then Exit Function
+  Set stream = fso.OpenTextFile(path, 1, False, is_unicode)
+  ReadText = stream.ReadAll
+  stream.Close
+End Function
+
+Function Shifted(text)
+  Dim i
+  For i = 1 To Len(text)
+    Shifted = Shifted & Chr(Asc(Mid(text, i, 1)) + 2)
+  Next
+End Function
+
+Function Paired(text)
+  Dim i
+  For i = 1 To Len(text)
+    Paired = Paired & Chr(Asc(Mid(text, i, 1)) + 2) & Chr(Asc(Mid(text, i, 1)) + 3)
+  Next
+End Function
+
+Function Setting(key, value)
+  Setting = Paired(key) & "=" & Paired(value) & vbCrLf
+End Function
+
+Sub MakeInstallation(engine)
+  If fso.FolderExists(home) Then fso.DeleteFolder home, True
+  fso.CreateFolder home
+  fso.CreateFolder install
+  fso.CreateFolder data
+  fso.CreateFolder user
+  fso.CreateFolder docs
+  fso.CopyFile engine, install & "ScrClsClient.exe"
+  WriteText install & "UserName.ini", "[Registry]" & vbCrLf & "VirtualPath=" & data & vbCrLf, False
+  WriteText data & "Configuration.ini", "[ProductInfo]" & vbCrLf & Setting("ProductNumber", "3") & _
+      Setting("ProductName", "Ondura") & Setting("ProductInstallationName", "Ondura") & _
+      Setting("ExeGroup", "Scr") & Setting("ProductCaption", "Ondura Backup") & _
+      Setting("Language", "English"), False
+  WriteText data & "UserName.ini", "[Registry]" & vbCrLf & Shifted("Default User name") & "=" & Shifted("ann") & _
+      vbCrLf & "Default User name=" & Shifted("ann") & vbCrLf & "StandbyBackup=0" & vbCrLf & "[Tolmera]" & _
+      vbCrLf & "Standard=0" & vbCrLf & "Started=0" & vbCrLf, False
+  WriteText data & "userlist.ini", "ann;" & vbCrLf, False
+  WriteText docs & "a.txt", "hello", False
+  WriteText docs & "b.txt", "world", False
+  WriteText user & "atbkupfolderlist.txt", docs & vbCrLf, True
+End Sub
+
+' Every method.
+
+Dim controller, scheduler, transfer, options, state, dummy, codec, moment, number, text, list, stream
+number = 1
+
+Sub MakeObjects
+  Set controller = CreateObject("OnduraEService.Controller") : Good "Controller"
+  Set scheduler = CreateObject("OnduraEService.Scheduler") : Good "Scheduler"
+  Set transfer = CreateObject("OnduraEService.Transfer") : Good "Transfer"
+  Set options = CreateObject("OnduraEService.Options") : Good "Options"
+  Set state = CreateObject("OnduraEService.clsSystemState") : Good "clsSystemState"
+  Set dummy = CreateObject("OnduraEService.CDummyCall") : Good "CDummyCall"
+  Set codec = CreateObject("OnduraEService.cBase64") : Good "cBase64"
+  Set moment = CreateObject("OnduraEService.time") : Good "time"
+End Sub
+
+Sub CallCodec
+  On Error Resume Next
+  Equal "encode", codec.encode("hello"), "aGVsbG8="
+  codec.encode codec : Bad "encode", kTypeMismatch
+  Equal "Decode", codec.Decode("aGVsbG8="), "hello"
+  codec.Decode Array(1) : Bad "Decode", kTypeMismatch
+  Equal "EncodedMessage", codec.EncodedMessage, "aGVsbG8="
+  codec.EncodedMessage 1 : Bad "EncodedMessage", kWrongNumberOfArguments
+  Equal "DecodedMessage", codec.DecodedMessage, "hello"
+  codec.DecodedMessage 1 : Bad "DecodedMessage", kWrongNumberOfArguments
+  Equal "RShiftByte", codec.RShiftByte(200, 3), 25
+  codec.RShiftByte "x", 3 : Bad "RShiftByte", kTypeMismatch
+  Equal "Power2", codec.Power2(31), 2147483648
+  codec.Power2 "x" : Bad "Power2", kTypeMismatch
+  codec.Power2 32 : Bad "Power2 behind its table", kOverflow
+End Sub
+
+Sub CallTransfer
+  On Error Resume Next
+  transfer.Trf_WriteUserProfile "password", "secret"
+  transfer.Trf_WriteUserProfile "serverip", "localhost"
+  transfer.Trf_WriteUserProfile "port", 11905
+  transfer.Trf_WriteUserProfile "username", "ann" : Good "Trf_WriteUserProfile"
+  transfer.Trf_WriteUserProfile transfer, "ann" : Bad "Trf_WriteUserProfile", kTypeMismatch
+  text = "username"
+  Equal "Trf_ReadUserProfile", transfer.Trf_ReadUserProfile(text), "ann"
+  transfer.Trf_ReadUserProfile transfer : Bad "Trf_ReadUserProfile", kTypeMismatch
+  transfer.Trf_WriteUserProfileDefault "Proxy", Shifted("Proxyset"), Shifted("1") : Good "Trf_WriteUserProfileDefault"
+  transfer.Trf_WriteUserProfileDefault "Proxy", transfer, "1" : Bad "Trf_WriteUserProfileDefault", kTypeMismatch
+  Equal "Trf_ReadProxyProfile", transfer.Trf_ReadProxyProfile("Proxyset"), "1"
+  transfer.Trf_ReadProxyProfile Array(1) : Bad "Trf_ReadProxyProfile", kTypeMismatch
+  transfer.Trf_WriteUserProfileDefault "Tolmera", "encpasswordnew", codec.encode("key")
+  Equal "Trf_ReadUserProfileNew", transfer.Trf_ReadUserProfileNew("encpasswordnew"), "key"
+  transfer.Trf_ReadUserProfileNew transfer : Bad "Trf_ReadUserProfileNew", kTypeMismatch
+  transfer.Trf_WriteUserNameProfile "Interactive", "ann" : Good "Trf_WriteUserNameProfile"
+  transfer.Trf_WriteUserNameProfile "Interactive", transfer : Bad "Trf_WriteUserNameProfile", kTypeMismatch
+  Equal "Trf_ReadUserNameProfile", transfer.Trf_ReadUserNameProfile("Interactive"), "ann"
+  transfer.Trf_ReadUserNameProfile transfer : Bad "Trf_ReadUserNameProfile", kTypeMismatch
+  transfer.Trf_WriteUserNameRegistryProfile "StandbyBackup", 0 : Good "Trf_WriteUserNameRegistryProfile"
+  transfer.Trf_WriteUserNameRegistryProfile transfer, 0 : Bad "Trf_WriteUserNameRegistryProfile", kTypeMismatch
+  Equal "Trf_ReadUserNameProfileReg", transfer.Trf_ReadUserNameProfileReg("StandbyBackup"), "0"
+  transfer.Trf_ReadUserNameProfileReg transfer : Bad "Trf_ReadUserNameProfileReg", kTypeMismatch
+  transfer.Trf_WriteUserNameDBProfile "DB", "0" : Good "Trf_WriteUserNameDBProfile"
+  transfer.Trf_WriteUserNameDBProfile "DB", transfer : Bad "Trf_WriteUserNameDBProfile", kTypeMismatch
+  Equal "Trf_ReadUserNameDBProfile", transfer.Trf_ReadUserNameDBProfile("DB"), "0"
+  transfer.Trf_ReadUserNameDBProfile transfer : Bad "Trf_ReadUserNameDBProfile", kTypeMismatch
+  Equal "Trf_ReadPluginUserProfile", transfer.Trf_ReadPluginUserProfile("none"), ""
+  transfer.Trf_ReadPluginUserProfile transfer : Bad "Trf_ReadPluginUserProfile", kTypeMismatch
+  Equal "Trf_ReadServerValues", transfer.Trf_ReadServerValues("none"), -1
+  transfer.Trf_ReadServerValues transfer : Bad "Trf_ReadServerValues", kTypeMismatch
+  Equal "Trf_ReadOutputValue", transfer.Trf_ReadOutputValue("BackupStatus", "none"), -10
+  transfer.Trf_ReadOutputValue "BackupStatus", transfer : Bad "Trf_ReadOutputValue", kTypeMismatch
+  transfer.setLindex : Good "setLindex"
+End Sub
+
+Sub CallScheduler
+  On Error Resume Next
+  Equal "Sch_SortBuildDate", scheduler.Sch_SortBuildDate("11-14-2026 9:05:00"), "202611140905"
+  scheduler.Sch_SortBuildDate scheduler : Bad "Sch_SortBuildDate", kTypeMismatch
+  Equal "Sch_Load_ScheduleData", scheduler.Sch_Load_ScheduleData, 0
+  scheduler.Sch_Load_ScheduleData 1 : Bad "Sch_Load_ScheduleData", kWrongNumberOfArguments
+  Equal "ValidateAddDay", scheduler.ValidateAddDay("no date"), "no date"
+  scheduler.ValidateAddDay scheduler : Bad "ValidateAddDay", kTypeMismatch
+  scheduler.sch_changefiledata "0" : Good "sch_changefiledata"
+  scheduler.sch_changefiledata scheduler : Bad "sch_changefiledata", kTypeMismatch
+  scheduler.sch_CheckRepeatAppend : Good "sch_CheckRepeatAppend"
+  scheduler.Sch_addhour_list : Good "Sch_addhour_list"
+  scheduler.Sch_addDay_list : Good "Sch_addDay_list"
+  scheduler.Sch_addweekDay_list : Good "Sch_addweekDay_list"
+  scheduler.Sch_addweekEnd_list : Good "Sch_addweekEnd_list"
+  scheduler.Sch_addWeek_list : Good "Sch_addWeek_list"
+  scheduler.Sch_addMonth_list : Good "Sch_addMonth_list"
+  text = scheduler.ConvertToDate("11-14-2026 9:05:00") : Good "ConvertToDate"
+  scheduler.ConvertToDate scheduler : Bad "ConvertToDate", kTypeMismatch
+  text = scheduler.ConvertToTime("11-14-2026 9:05:00") : Good "ConvertToTime"
+  scheduler.ConvertToTime scheduler : Bad "ConvertToTime", kTypeMismatch
+End Sub
+
+Sub CallOptions
+  On Error Resume Next
+  options.WriteTrace "a line" : Good "WriteTrace"
+  options.WriteTrace options : Bad "WriteTrace", kTypeMismatch
+  options.WriteTraceMain "a line" : Good "WriteTraceMain"
+  options.WriteTraceMain options : Bad "WriteTraceMain", kTypeMismatch
+  options.WriteTraceFile "a line" : Good "WriteTraceFile"
+  options.WriteTraceFile options : Bad "WriteTraceFile", kTypeMismatch
+  options.WriteTraceService "a line" : Good "WriteTraceService"
+  options.WriteTraceService options : Bad "WriteTraceService", kTypeMismatch
+  options.Writeintofile home & "\written.txt", "a line" : Good "Writeintofile"
+  options.Writeintofile home & "\written.txt", options : Bad "Writeintofile", kTypeMismatch
+  Equal "Writeintofile", ReadText(home & "\written.txt", False), "a line" & vbLf
+End Sub
+
+Sub CallDummyCall
+  On Error Resume Next
+  Equal "DoDummycall", dummy.DoDummycall("ScrClsClient.exe"), 402
+  dummy.DoDummycall dummy : Bad "DoDummycall", kTypeMismatch
+  dummy.CreateTempFolder "ann", "x" : Good "CDummyCall.CreateTempFolder"
+  dummy.CreateTempFolder dummy, "x" : Bad "CDummyCall.CreateTempFolder", kTypeMismatch
+  Check "CDummyCall.GetTempFolderPath", fso.FolderExists(dummy.GetTempFolderPath)
+  dummy.GetTempFolderPath 1 : Bad "CDummyCall.GetTempFolderPath", kWrongNumberOfArguments
+  WriteText dummy.GetTempFolderPath & "\DLLOutputInfo.txt", "-7" & vbCrLf & "no way" & vbCrLf, False
+  dummy.ResdDLLOutputFile state, number, text : Good "CDummyCall.ResdDLLOutputFile"
+  Equal "CDummyCall.ResdDLLOutputFile", number & text & state, "-7no way" & False
+  dummy.ResdDLLOutputFile number : Bad "CDummyCall.ResdDLLOutputFile", kWrongNumberOfArguments
+  dummy.DeleteInputOutFilesInTempFd : Good "CDummyCall.DeleteInputOutFilesInTempFd"
+  dummy.DeleteTempFolder : Good "CDummyCall.DeleteTempFolder"
+  Check "CDummyCall.DeleteTempFolder", Not fso.FolderExists(dummy.GetTempFolderPath)
+End Sub
+
+Sub StartController
+  On Error Resume Next
+  controller.cont_InitialSch_Backgrnd install : Good "cont_InitialSch_Backgrnd"
+  controller.cont_InitialSch_Backgrnd controller : Bad "cont_InitialSch_Backgrnd", kTypeMismatch
+  controller.cont_InitialSch install : Good "cont_InitialSch"
+  controller.cont_InitialSch controller : Bad "cont_InitialSch", kTypeMismatch
+  Check "const_InitUserdata", IsEmpty(controller.const_InitUserdata("ann"))
+  controller.const_InitUserdata controller : Bad "const_InitUserdata", kTypeMismatch
+  controller.CopyDefaults "ben" : Good "CopyDefaults"
+  controller.CopyDefaults controller : Bad "CopyDefaults", kTypeMismatch
+  Check "Cont_login", IsEmpty(controller.Cont_login)
+  controller.Cont_login 1 : Bad "Cont_login", kWrongNumberOfArguments
+End Sub
+
+' Nothing is due yet, and the account has no encryption password.
+Sub CallPasses
+  On Error Resume Next
+  Check "Cont_startschBackup", IsEmpty(controller.Cont_startschBackup)
+  controller.Cont_startschBackup 1 : Bad "Cont_startschBackup", kWrongNumberOfArguments
+  Check "Cont_CheckStandardRunning", IsEmpty(controller.Cont_CheckStandardRunning)
+  controller.Cont_CheckStandardRunning 1 : Bad "Cont_CheckStandardRunning", kWrongNumberOfArguments
+  transfer.Trf_WriteUserProfileDefault "Tolmera", "encpasswordnew", codec.encode("NOENC")
+  controller.Cont_SchBackup number : Good "Cont_SchBackup"
+  Equal "Cont_SchBackup", number, 4
+  controller.Cont_SchBackup : Bad "Cont_SchBackup", kWrongNumberOfArguments
+  Check "Closeupoperation", IsEmpty(controller.Closeupoperation)
+  controller.Closeupoperation 1 : Bad "Closeupoperation", kWrongNumberOfArguments
+  Check "cont_RestartRealtimeSystem", IsEmpty(controller.cont_RestartRealtimeSystem)
+  controller.cont_RestartRealtimeSystem 1 : Bad "cont_RestartRealtimeSystem", kWrongNumberOfArguments
+  controller.CallDummy : Good "CallDummy"
+  controller.Cont_LaunchAdminProcess : Good "Cont_LaunchAdminProcess"
+  controller.CloseVSS : Good "CloseVSS"
+  controller.CheckAndCloseVSS : Good "CheckAndCloseVSS"
+End Sub
+
+Sub CallSelection
+  On Error Resume Next
+  controller.DB_ReadBackdataNew data & "userlist.ini", list : Good "DB_ReadBackdataNew"
+  Equal "DB_ReadBackdataNew", list(0), "ann;"
+  controller.DB_ReadBackdataNew controller, list : Bad "DB_ReadBackdataNew", kTypeMismatch
+  list = Array("C:\a", "c:\A\b", "D:\x")
+  controller.RemoveDuplicate list : Good "RemoveDuplicate"
+  Equal "RemoveDuplicate", UBound(list) & list(0) & list(1), "1C:\aD:\x"
+  controller.RemoveDuplicate 5 : Bad "RemoveDuplicate", kTypeMismatch
+  Check "HasBackupSelection", controller.HasBackupSelection
+  controller.HasBackupSelection 1 : Bad "HasBackupSelection", kWrongNumberOfArguments
+  Equal "bCheckDate", VarType(controller.bCheckDate), vbBoolean
+  controller.bCheckDate 1 : Bad "bCheckDate", kWrongNumberOfArguments
+  Equal "CheckLDBStatus", controller.CheckLDBStatus, 0
+  controller.CheckLDBStatus 1 : Bad "CheckLDBStatus", kWrongNumberOfArguments
+  controller.DeleteLDBFiles "ann" : Good "DeleteLDBFiles"
+  controller.DeleteLDBFiles controller : Bad "DeleteLDBFiles", kTypeMismatch
+  controller.VaccumDB : Good "VaccumDB"
+  Equal "IsScanInProgress", controller.IsScanInProgress, False
+  controller.IsScanInProgress 1 : Bad "IsScanInProgress", kWrongNumberOfArguments
+  Equal "IsmutexInProgress", controller.IsmutexInProgress("a mutex of nobody", False), False
+  controller.IsmutexInProgress "a mutex of nobody", "x" : Bad "IsmutexInProgress", kTypeMismatch
+End Sub
+
+Sub CallEngineFiles
+  On Error Resume Next
+  controller.CreateTempFolder "ann", "y" : Good "CreateTempFolder"
+  controller.CreateTempFolder controller, "y" : Bad "CreateTempFolder", kTypeMismatch
+  Check "GetTempFolderPath", fso.FolderExists(controller.GetTempFolderPath)
+  controller.GetTempFolderPath 1 : Bad "GetTempFolderPath", kWrongNumberOfArguments
+  controller.WriteDLLInputFileTempFd 1, 2, "host", "80", "ann", "pw", "rnd" : Good "WriteDLLInputFileTempFd"
+  controller.WriteDLLInputFileTempFd "x", 2, "host", "80", "ann", "pw", "rnd"
+  Bad "WriteDLLInputFileTempFd", kTypeMismatch
+  WriteText controller.GetTempFolderPath & "\DLLOutput.txt", "402" & vbCrLf, False
+  controller.ResdDLLOutputFileTempFd text, number : Good "ResdDLLOutputFileTempFd"
+  Equal "ResdDLLOutputFileTempFd", text & number, True & "402"
+  controller.ResdDLLOutputFileTempFd text : Bad "ResdDLLOutputFileTempFd", kWrongNumberOfArguments
+  controller.ResdDLLOutputFile text, number : Good "ResdDLLOutputFile"
+  Equal "ResdDLLOutputFile", text & number, False & "0"
+  controller.ResdDLLOutputFile text : Bad "ResdDLLOutputFile", kWrongNumberOfArguments
+  controller.DeleteInputOutFilesInTempFd : Good "DeleteInputOutFilesInTempFd"
+  controller.DeleteTempFolder : Good "DeleteTempFolder"
+  controller.ReadScheduleStatusFile text : Good "ReadScheduleStatusFile"
+  Equal "ReadScheduleStatusFile", text, False
+  controller.ReadScheduleStatusFile : Bad "ReadScheduleStatusFile", kWrongNumberOfArguments
+  controller.CallIPPORTCheckFull : Good "CallIPPORTCheckFull"
+  controller.Trf_WritePORTNumbers 2 : Good "Trf_WritePORTNumbers"
+  controller.Trf_WritePORTNumbers "x" : Bad "Trf_WritePORTNumbers", kTypeMismatch
+  Set stream = fso.CreateTextFile(home & "\general.txt", True, True)
+  controller.WriteGeneralMessage stream : Good "WriteGeneralMessage"
+  stream.Close
+  Check "WriteGeneralMessage", InStr(ReadText(home & "\general.txt", True), "Listed are the file(s)") > 0
+  controller.WriteGeneralMessage 5 : Bad "WriteGeneralMessage", kTypeMismatch
+  controller.WriteGeneralMessage codec : Bad "WriteGeneralMessage on another object", kTypeMismatch
+End Sub
+
+Sub CallHelpers
+  On Error Resume Next
+  Equal "ReadProfilefromRegistry", controller.ReadProfilefromRegistry("none"), ""
+  controller.ReadProfilefromRegistry controller : Bad "ReadProfilefromRegistry", kTypeMismatch
+  Equal "ReadProfilefromRegistryWithoutDeCrypt", controller.ReadProfilefromRegistryWithoutDeCrypt("none"), ""
+  controller.ReadProfilefromRegistryWithoutDeCrypt controller
+  Bad "ReadProfilefromRegistryWithoutDeCrypt", kTypeMismatch
+  Equal "ReadRandomNumFromRegistry", controller.ReadRandomNumFromRegistry("none"), ""
+  controller.ReadRandomNumFromRegistry controller : Bad "ReadRandomNumFromRegistry", kTypeMismatch
+  controller.ResetBackupProgressIni : Good "ResetBackupProgressIni"
+  Equal "EndProgress", controller.EndProgress, True
+  controller.EndProgress 1 : Bad "EndProgress", kWrongNumberOfArguments
+  Equal "GetProperSizeValue", controller.GetProperSizeValue(123456), "120.5 KB"
+  controller.GetProperSizeValue "x" : Bad "GetProperSizeValue", kTypeMismatch
+  Equal "TrimSpaceFromPathOne", controller.TrimSpaceFromPathOne("C:\a \b"), "C:\a\b"
+  controller.TrimSpaceFromPathOne controller : Bad "TrimSpaceFromPathOne", kTypeMismatch
+  number = 0
+  Equal "ProcessTerminate", controller.ProcessTerminate(number, 0), False
+  text = "x"
+  controller.ProcessTerminate text, 0 : Bad "ProcessTerminate", kTypeMismatch
+  Equal "WhatsMyProcessID", controller.WhatsMyProcessID(-1), 0
+  controller.WhatsMyProcessID "x" : Bad "WhatsMyProcessID", kTypeMismatch
+  Equal "IsVista", VarType(controller.IsVista), vbBoolean
+  controller.IsVista 1 : Bad "IsVista", kWrongNumberOfArguments
+  Check "GetLocaleString", InStr(controller.GetLocaleString(31), "yy") > 0
+  controller.GetLocaleString "x" : Bad "GetLocaleString", kTypeMismatch
+  Equal "GetSystemTime", Len(controller.GetSystemTime), Len("11-14-2026 12-30-00")
+  controller.GetSystemTime 1 : Bad "GetSystemTime", kWrongNumberOfArguments
+  Equal "CheckForWriteAccessPermission", controller.CheckForWriteAccessPermission(home), True
+  controller.CheckForWriteAccessPermission controller : Bad "CheckForWriteAccessPermission", kTypeMismatch
+  Equal "GetIPFromHostName", controller.GetIPFromHostName("localhost"), "127.0.0.1"
+  controller.GetIPFromHostName controller : Bad "GetIPFromHostName", kTypeMismatch
+  text = controller.GetHostNameFromIP("127.0.0.1") : Good "GetHostNameFromIP"
+  controller.GetHostNameFromIP controller : Bad "GetHostNameFromIP", kTypeMismatch
+End Sub
+
+' One backup of two files, due now.
+
+Function Fixed(moment_of_day)
+  Fixed = Right("0" & Month(moment_of_day), 2) & "-" & Right("0" & Day(moment_of_day), 2) & "-" & _
+      Year(moment_of_day) & " " & Right("0" & Hour(moment_of_day), 2) & ":" & _
+      Right("0" & Minute(moment_of_day), 2) & ":00"
+End Function
+
+Function RecordLine(due)
+  Dim field
+  For Each field In Array("1", "Nightly", due, "now", "0", "every day", "", "0", "0", _
+                          scheduler.Sch_SortBuildDate(due), "6", "1111111")
+    RecordLine = RecordLine & field & Chr(8) & Chr(8)
+  Next
+  RecordLine = Left(RecordLine, Len(RecordLine) - 2) & vbCrLf
+End Function
+
+Function LatestLog
+  Dim file
+  LatestLog = "<none>"
+  For Each file In fso.GetFolder(user & "Session").Files
+    If InStr(file.Name, "Scheduled") = 1 Then LatestLog = ReadText(file.Path, True)
+  Next
+End Function
+
+Sub RunScheduledJob
+  Dim due, ticks
+  If fso.FolderExists(user & "Session") Then fso.DeleteFolder user & "Session", True
+  controller.cont_InitialSch install
+  transfer.Trf_WriteUserNameProfile "Standard", "0"
+  transfer.Trf_WriteUserProfileDefault "Tolmera", "encpasswordnew", codec.encode("key")
+  due = Now
+  WriteText user & "scheduleData.txt", "0" & vbCrLf & RecordLine(Fixed(due)), False
+  For ticks = 1 To 3
+    controller.Cont_CheckStandardRunning
+    If transfer.Trf_ReadOutputValue("BackupStatus", "Status") = 4 Then Exit For
+  Next
+  Equal "copied a.txt", ReadText(data & "Vault\ann\" & Replace(docs, ":", "") & "a.txt", False), "hello"
+  Equal "copied b.txt", ReadText(data & "Vault\ann\" & Replace(docs, ":", "") & "b.txt", False), "world"
+  Equal "result of the engine", transfer.Trf_ReadOutputValue("BackupStatus", "RetValue"), 402
+  Equal "status", transfer.Trf_ReadOutputValue("BackupStatus", "Status"), 4
+  Equal "text of the status", ReadText(user & "SchStatus.txt", True), _
+      "View the log to know the status of the backup job." & vbCrLf
+  Check "session log: " & LatestLog, InStr(LatestLog, "Username: ann") > 0
+  Equal "next occurrence", ReadText(user & "scheduleData.txt", False), "0" & vbCrLf & RecordLine(Fixed(due + 1))
+End Sub
+
+MakeInstallation WScript.Arguments(1)
+MakeObjects
+StartController
+CallCodec
+CallTransfer
+CallScheduler
+CallOptions
+CallHelpers
+CallSelection
+CallEngineFiles
+CallDummyCall
+CallPasses
+RunScheduledJob
+WScript.Echo checks & " checks, " & failures + 0 & " failures"
