@@ -71,6 +71,11 @@ std::string Transfer::Trf_ReadPluginUserProfile(std::string_view param) const {
   return machine_.profiles.ReadString({PluginFilePath(installation_), kMainSection, param});
 }
 
+std::string Transfer::Trf_ReadExchangeProfile(std::string_view sSection, std::string_view sKey,
+                                              std::string_view sFile) const {
+  return machine_.profiles.ReadString({sFile, sSection, sKey});
+}
+
 std::int16_t Transfer::Trf_ReadServerValues(std::string_view param) const {
   return ReadNumber("Server", param, kNoServerValue);
 }

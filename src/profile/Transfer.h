@@ -41,6 +41,10 @@ class Transfer {
   // The plug-in file, section "Tolmera", plain.
   [[nodiscard]] std::string Trf_ReadPluginUserProfile(std::string_view param) const;
 
+  // Any ini file, plain. A value longer than 255 bytes comes back cut.
+  [[nodiscard]] std::string Trf_ReadExchangeProfile(std::string_view sSection, std::string_view sKey,
+                                                    std::string_view sFile) const;
+
   // The current user's profile, section "Server"; -1 for a missing key, 0 for a number beyond 16 bits.
   [[nodiscard]] std::int16_t Trf_ReadServerValues(std::string_view param) const;
 
