@@ -43,7 +43,8 @@ class clsSystemState {
   // `sLogPath`. Returns the log's text. Without a log the path stays as it was and the text is empty.
   std::string GetLogErrorString(std::string_view sJobName, std::string& sLogPath);
 
-  // Reads a text or a number. 0 on success; -1 for every other type, which leaves `vValue` as it was.
+  // Reads a text or a number. 0 on success; otherwise `vValue` stays as it was: -1 for a value of another
+  // type, 2 for one that is missing.
   std::int32_t QueryValueEx(const RegistryName& name, RegistryValue& vValue);
 
   // The verdict on the log: false for one that is missing. `sBackupName` is not looked at.
@@ -57,13 +58,14 @@ class clsSystemState {
   bool CheckIfBackupComplete(ProcessId nPID);
   void HideWindows();
   void StopTool(ProcessId nPID, ProcessHandle handle);
-  bool WriteVerdict(std::string_view sPath, std::string_view backup_file, bool succeeded);
+  void WriteVerdict(std::string_view sPath, const std::string& backup_file, bool succeeded);
+  bool JudgeLog(const std::string& job_name);
 
   std::string FindLogFile(std::string_view sJobName);
   RegistryValue ReadRegistryValue(std::string_view sKey, std::string_view sValueName);
-  std::string KeepLog(std::string_view sJobName, const std::string& log, std::string& sLogPath);
+  void KeepLog(const std::string& log_path, std::string_view text, const std::string& copy);
 
-  static bool CheckForErrorString(std::string_view stream, std::string_view os_version, Options& trace);
+  bool CheckForErrorString(std::string_view& stream, std::string_view os_version);
   // The rest of an open text, or its next line, and nothing at its end.
   static std::string_view ReadStreamAll(std::string_view& stream);
   static std::string_view ReadStreamLine(std::string_view& stream);

@@ -19,6 +19,7 @@ bool IsAddress(std::string_view text) {
 std::string RegistryKey(const RegistryName& name) {
   std::string_view key = name.key;
   while (key.starts_with('\\')) key.remove_prefix(1);
+  while (key.ends_with('\\')) key.remove_suffix(1);
   const std::string root = name.root == RegistryRoot::kLocalMachine ? "machine" : "user";
   return root + '\n' + ToLower(key) + '\n' + ToLower(name.value);
 }
