@@ -1,13 +1,16 @@
 #include "service/Component.h"
 
 #include "job/Connection.h"
-#include "service/no_stages.h"
+#include "stages/SqlServerStage.h"
+#include "stages/StageSet.h"
 
 namespace ondura {
 
 // Members are made in this order, lowest first.
 struct Component::Parts {
-  explicit Parts(const Machine& ports) : machine(ports) {}
+  explicit Parts(const Machine& ports) : machine(ports) {
+    stages.Register("2", sql_server);
+  }
 
   Machine machine;
   Installation installation;
@@ -27,15 +30,19 @@ struct Component::Parts {
   MappedDrives mapped_drives;
   LocalDatabase local_database{machine, installation, transfer, store, reset_date, helpers, trace};
   ShadowCopy shadow_copy{machine, installation, trace, helpers};
-  NoStages stages;
+  StageSet stages;
   JobContext job{{machine, installation, transfer, store, trace, helpers, schedule_file, scheduler,
                   session_log, progress, local_database, mapped_drives, shadow_copy, stages}};
+  StageSupport stage_support{job, backup_set};
+  SqlDump sql_dump{job, stage_support, backup_set};
+  SqlServerStage sql_server{job, stage_support, backup_set, sql_dump};
+  SqlElevated sql_elevated{job, stage_support, backup_set, sql_dump};
   JobDriver driver{job};
   AbortForms abort{job};
   Connection connection{job, abort};
   EngineFiles engine_files{job};
   RemoteCall remote_call{job, connection};
-  ServiceContext context{job, driver, configuration, backup_set, shadow_copy, StartedFlag{job}, {}};
+  ServiceContext context{job, driver, configuration, backup_set, shadow_copy, sql_elevated, StartedFlag{job}, {}};
   StartUp start_up{context};
   Closeup closeup{context};
   MissedSchedules missed{context};

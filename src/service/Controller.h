@@ -63,6 +63,10 @@ class Controller {
   void CloseVSS() { parts_.context.shadow_copy.CloseVSS(); }
   void CheckAndCloseVSS() { parts_.context.shadow_copy.CheckAndCloseVSS(); }
 
+  // SQL Server dumps for which a job lacks the rights; the elevated host calls both again and again.
+  void Cont_LaunchAdminProcessSQL() { parts_.context.sql_elevated.Cont_LaunchAdminProcessSQL(); }
+  void Cont_LaunchSQlAdminProcess() { parts_.context.sql_elevated.Cont_LaunchSQlAdminProcess(); }
+
   // The engine's local database.
   std::int16_t CheckLDBStatus();
   void DeleteLDBFiles(std::string_view user) { services().local_database.DeleteLDBFiles(user); }

@@ -12,6 +12,7 @@
 #include "schedule/BackupSetStore.h"
 #include "service/StartedFlag.h"
 #include "stages/ShadowCopy.h"
+#include "stages/SqlElevated.h"
 
 namespace ondura {
 
@@ -50,6 +51,7 @@ struct ServiceContext {
   ProductConfiguration& configuration;
   BackupSetStore& backup_set;
   ShadowCopy& shadow_copy;
+  SqlElevated& sql_elevated;
   StartedFlag started;
   ServiceState state;
 

@@ -58,6 +58,7 @@ void StartUp::ResetState(Reset reset) {
   context_.state.WaitingForInteractive = false;
   context_.state.IntBackupPasses = 0;
   context_.shadow_copy.ClearLaunchFlag();
+  context_.sql_elevated.ClearLaunchFlags();
   if (!job_is_alive) ResetUsers();
 }
 

@@ -2,7 +2,6 @@
 
 #include "reporting/time_diff.h"
 #include "util/text.h"
-#include "util/waits.h"
 
 namespace ondura {
 
@@ -12,7 +11,33 @@ using std::chrono::milliseconds;
 
 constexpr std::string_view kTestFile = "tmp.mtp";
 constexpr milliseconds kTestFilePause{10};
+constexpr std::chrono::seconds kBetweenSigns{60};
 constexpr std::string_view kTotalTimeLabel = "Total Time";
+
+struct CommandLine {
+  std::string program;
+  std::string parameters;
+};
+
+CommandLine CutAt(std::string_view line, std::size_t at) {
+  const std::string_view rest = at < line.size() ? line.substr(at) : std::string_view{};
+  return {std::string{line.substr(0, at)}, std::string{Trim(rest)}};
+}
+
+// The program is what the quotes hold, or else the shortest beginning of the line, up to a blank, that is a
+// file, or else the first word.
+CommandLine SplitProgram(Files& files, std::string_view line) {
+  if (line.starts_with('"')) {
+    const std::size_t quote = line.find('"', 1);
+    CommandLine command = CutAt(line, quote == std::string_view::npos ? quote : quote + 1);
+    command.program = ReplaceAll(command.program, "\"", "");
+    return command;
+  }
+  for (std::size_t at = line.find(' '); at != std::string_view::npos; at = line.find(' ', at + 1)) {
+    if (files.Exists(line.substr(0, at))) return CutAt(line, at);
+  }
+  return CutAt(line, files.Exists(line) ? std::string_view::npos : line.find(' '));
+}
 
 }  // namespace
 
@@ -20,6 +45,11 @@ StageSupport::StageSupport(JobContext& job, BackupSetStore& backup_set)
     : job_(job),
       backup_set_(backup_set),
       text_files_(job.services.machine.files, job.services.machine.code_page) {}
+
+void StageSupport::Begin() {
+  started_ = job_.services.machine.clock.Now();
+  last_sign_ = started_;
+}
 
 void StageSupport::WriteEntryKeys(std::string_view ret_value) {
   job_.keys.WriteStatus("1");
@@ -31,6 +61,14 @@ void StageSupport::Notify(std::string_view text) { job_.services.trace.User("  "
 void StageSupport::SleepAndPump(milliseconds pause) {
   job_.services.machine.clock.Sleep(pause);
   job_.services.machine.pump.Pump();
+  ShowLife();
+}
+
+void StageSupport::ShowLife() {
+  const LocalTime now = job_.services.machine.clock.Now();
+  if (now >= last_sign_ && now - last_sign_ < kBetweenSigns) return;
+  last_sign_ = now;
+  job_.services.trace.User("  Waiting for the local backup");
 }
 
 std::vector<std::string> StageSupport::ReadBackupSetFields(std::string_view keyword) {
@@ -78,11 +116,31 @@ bool StageSupport::IsRunning(std::string_view program) {
 }
 
 void StageSupport::WaitUntilGone(std::string_view program, milliseconds pause) {
-  SleepAndPumpUntil(job_.services.machine, pause, [&] { return !IsRunning(program); });
+  last_sign_ = job_.services.machine.clock.Now();
+  do {
+    SleepAndPump(pause);
+  } while (IsRunning(program));
+}
+
+void StageSupport::LetToolEnd(std::string_view program) {
+  last_sign_ = job_.services.machine.clock.Now();
+  while (IsRunning(program)) {
+    job_.services.machine.pump.Pump();
+    ShowLife();
+  }
 }
 
 void StageSupport::EndProgram(std::string_view program) {
   job_.services.helpers.IsProcessRunningByModule(program, Kill::kYes);
+}
+
+ProcessWatch StageSupport::StartHidden(std::string_view command_line) {
+  Processes& processes = job_.services.machine.processes;
+  const CommandLine command = SplitProgram(job_.services.machine.files, Trim(command_line));
+  return {processes, processes.Launch({.file = command.program,
+                                       .parameters = command.parameters,
+                                       .folder = job_.services.installation.WorkingFolder(),
+                                       .show_mode = 0})};
 }
 
 bool StageSupport::StopAsked() { return job_.keys.CheckAborted() || job_.services.progress.ProgressEnded(); }

@@ -9,6 +9,7 @@
 #include "job/JobContext.h"
 #include "schedule/BackupSetStore.h"
 #include "util/text_files.h"
+#include "util/waits.h"
 
 namespace ondura {
 
@@ -32,7 +33,7 @@ class StageSupport {
   StageSupport(JobContext& job, BackupSetStore& backup_set);
 
   // The start of a stage, also of one that is refused at once: total times count from here.
-  void Begin() { started_ = job_.services.machine.clock.Now(); }
+  void Begin();
 
   // The kind of job as the mail names it, with a blank at both ends.
   void SetLabel(std::string_view label) { job_.state.run.kind_word = label; }
@@ -43,8 +44,12 @@ class StageSupport {
   // Tells whoever follows the job what it is doing now: a line of the user's trace.
   void Notify(std::string_view text);
 
-  // Sleeps, then pumps messages once.
+  // Sleeps, then pumps messages once. A long wait is made of many of these and stays to be seen.
   void SleepAndPump(std::chrono::milliseconds pause);
+
+  // Once in a minute of calls, a line in the user's trace: the sign of life by which the other host tells a
+  // job that waits for its dump from one that was cut off.
+  void ShowLife();
 
   // Reads the backup set and gives the fields of the stage's line: the line that begins with the keyword,
   // of several the last, split at ";". Empty where there is none. FieldCounts tells which of the fields
@@ -70,9 +75,16 @@ class StageSupport {
 
   // A tool is known by the name of its program alone, on the whole machine.
   bool IsRunning(std::string_view program);
-  // Sleeps, pumps messages and looks for the program until it is gone.
+  // Sleeps, pumps messages and looks for the program until it is gone. Looks at least once.
   void WaitUntilGone(std::string_view program, std::chrono::milliseconds pause);
+  // Another program's run of the tool goes first: looks for it again and again, without a pause, until it
+  // is gone.
+  void LetToolEnd(std::string_view program);
   void EndProgram(std::string_view program);
+
+  // Starts a command line hidden, as a shell call does: a program with blanks in its path may stand without
+  // quotes. The watch has no process where nothing was started.
+  ProcessWatch StartHidden(std::string_view command_line);
 
   // The user interface or the host asks for the end of the job.
   bool StopAsked();
@@ -97,6 +109,7 @@ class StageSupport {
   BackupSetStore& backup_set_;
   TextFiles text_files_;
   LocalTime started_;
+  LocalTime last_sign_;
 };
 
 }  // namespace ondura

@@ -10,6 +10,7 @@
 #include "platform/posix/host_process.h"
 #include "platform/posix/ports.h"
 #include "platform/posix/spawn.h"
+#include "util/text.h"
 
 namespace ondura {
 
@@ -160,9 +161,11 @@ class PosixProcesses : public Processes {
     return process->valid() ? process : nullptr;
   }
 
+  // Blanks at the end are no part of a file's name.
   std::optional<std::string> FindExecutable(const LaunchRequest& request) {
-    if (!IsBareName(request.file)) return ExistingFile(request.file);
-    const std::string file = WithProgramEnding(request.file);
+    const std::string name{Trim(request.file)};
+    if (!IsBareName(name)) return ExistingFile(name);
+    const std::string file = WithProgramEnding(name);
     auto found = ExistingFile(request.folder + "\\" + file);
     return found ? found : ExistingFile(settings_.system_folder + "\\" + file);
   }

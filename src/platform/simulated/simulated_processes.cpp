@@ -43,10 +43,12 @@ bool SimulatedProcesses::OpenForUser(const LaunchRequest& request) {
   return Start(request) != 0;
 }
 
-// A full path, or a bare name that is looked for in the working folder and then in the system's.
+// A full path, or a bare name that is looked for in the working folder and then in the system's. Blanks at
+// its end are no part of a file's name.
 ProcessId SimulatedProcesses::Start(const LaunchRequest& request) {
-  const bool is_bare = request.file.find('\\') == std::string::npos;
-  const std::string file = is_bare ? WithProgramEnding(request.file) : request.file;
+  const std::string name{Trim(request.file)};
+  const bool is_bare = name.find('\\') == std::string::npos;
+  const std::string file = is_bare ? WithProgramEnding(name) : name;
   const Installed* installed = FindProgram(is_bare ? request.folder + '\\' + file : file);
   if (installed == nullptr && is_bare) installed = FindProgram(system_folder_ + '\\' + file);
   if (installed == nullptr) return 0;
