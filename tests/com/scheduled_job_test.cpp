@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "com_client.h"
+
+namespace ondura_client {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kHome = "C:\\EarlyBound";
+const fs::path kInstall = kHome / "Program";
+const fs::path kData = kHome / "Data";
+const fs::path kUser = kData / "Onduraann";
+const fs::path kDocs = kHome / "Docs";
+
+void Write(const fs::path& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+
+std::string Read(const fs::path& path) {
+  std::ostringstream bytes;
+  bytes << std::ifstream(path, std::ios::binary).rdbuf();
+  return bytes.str();
+}
+
+std::string WideBytes(const std::wstring& text) {
+  return "\xFF\xFE" + std::string{reinterpret_cast<const char*>(text.data()), 2 * text.size()};
+}
+
+// The form in which the product configuration is kept.
+std::string Paired(const std::string& text) {
+  std::string pairs;
+  for (const char letter : text) pairs.append({static_cast<char>(letter + 2), static_cast<char>(letter + 3)});
+  return pairs;
+}
+
+void MakeInstallation() {
+  fs::remove_all(kHome);
+  for (const auto& folder : {kInstall, kUser, kDocs}) fs::create_directories(folder);
+  fs::copy_file(ONDURA_ENGINE, kInstall / "CppClsClient.exe");
+  Write(kInstall / "UserName.ini", "[Registry]\r\nVirtualPath=" + kData.string() + "\\\r\n");
+  std::string product = "[ProductInfo]\r\n";
+  for (const auto& [key, value] :
+       {std::pair{"ProductNumber", "3"}, std::pair{"ProductName", "Ondura"},
+        std::pair{"ProductInstallationName", "Ondura"}, std::pair{"ExeGroup", "Cpp"}}) {
+    product += Paired(key) + "=" + Paired(value) + "\r\n";
+  }
+  Write(kData / "Configuration.ini", product);
+  Write(kData / "UserName.ini",
+        "[Registry]\r\nDefault User name=cpp\r\nStandbyBackup=0\r\n"
+        "[Tolmera]\r\nStandard=0\r\nStarted=0\r\n[ScanType]\r\nDB=0\r\n");
+  Write(kData / "userlist.ini", "ann;\r\n");
+  Write(kUser / "atbkupfolderlist.txt", WideBytes(kDocs.wstring() + L"\\\r\n"));
+  Write(kDocs / "a.txt", "hello");
+}
+
+SYSTEMTIME Now() {
+  SYSTEMTIME now;
+  GetLocalTime(&now);
+  return now;
+}
+
+// The fixed form of the minute of `time`, so many days later.
+std::wstring StampOf(SYSTEMTIME time, unsigned days_later) {
+  constexpr ULONGLONG kDay = 864'000'000'000;
+  FILETIME moment;
+  SystemTimeToFileTime(&time, &moment);
+  ULARGE_INTEGER ticks{{moment.dwLowDateTime, moment.dwHighDateTime}};
+  ticks.QuadPart += kDay * days_later;
+  moment = {ticks.LowPart, ticks.HighPart};
+  FileTimeToSystemTime(&moment, &time);
+  wchar_t text[32];
+  swprintf(text, std::size(text), L"%02d-%02d-%04d %02d:%02d:00", time.wMonth, time.wDay, time.wYear,
+           time.wHour, time.wMinute);
+  return text;
+}
+
+std::string RecordLine(IScheduler& scheduler, const std::wstring& due) {
+  Text key;
+  scheduler.Sch_SortBuildDate(Text(due), &key);
+  const std::wstring mark = L"\b\b";
+  const std::wstring line = L"1" + mark + L"Nightly" + mark + due + mark + L"now" + mark + L"0" + mark +
+                            L"every day" + mark + mark + L"0" + mark + L"0" + mark + key.str() + mark + L"6" +
+                            mark + L"1111111\r\n";
+  return {line.begin(), line.end()};
+}
+
+short StatusNumber(ITransfer& transfer, const wchar_t* key) {
+  short value = 0;
+  transfer.Trf_ReadOutputValue(Text(L"BackupStatus"), Text(key), &value);
+  return value;
+}
+
+// Another thread of the host, in an apartment of its own, while the first one runs the job.
+class Onlooker {
+ public:
+  Onlooker() : thread_([this] { Run(); }) {}
+  ~Onlooker() { Stop(); }
+  Onlooker(const Onlooker&) = delete;
+  Onlooker& operator=(const Onlooker&) = delete;
+
+  void Stop() {
+    stop_ = true;
+    if (thread_.joinable()) thread_.join();
+  }
+  [[nodiscard]] int calls_during_job() const { return calls_during_job_; }
+  [[nodiscard]] bool all_went_well() const { return all_went_well_; }
+
+ private:
+  void Run() {
+    const Apartment apartment;
+    const auto controller = Create<IController>(__uuidof(Controller));
+    const auto transfer = Create<ITransfer>(__uuidof(Transfer));
+    while (!stop_) {
+      Text started;
+      VARIANT_BOOL done = VARIANT_FALSE;
+      const bool went_well = SUCCEEDED(transfer->Trf_ReadUserNameProfile(Text(L"Started"), &started)) &&
+                             SUCCEEDED(controller->EndProgress(&done)) && done == VARIANT_TRUE;
+      if (!went_well) all_went_well_ = false;
+      if (started.str() == L"1") ++calls_during_job_;
+      Sleep(20);
+    }
+  }
+
+  std::atomic<bool> stop_ = false;
+  std::atomic<bool> all_went_well_ = true;
+  std::atomic<int> calls_during_job_ = 0;
+  std::thread thread_;
+};
+
+TEST(ScheduledJobTest, RunsToItsEndWhileAnotherThreadCallsIn) {
+  MakeInstallation();
+  const Apartment apartment;
+  const auto controller = Create<IController>(__uuidof(Controller));
+  const auto scheduler = Create<IScheduler>(__uuidof(Scheduler));
+  const auto transfer = Create<ITransfer>(__uuidof(Transfer));
+  ASSERT_TRUE(controller && scheduler && transfer);
+  ASSERT_EQ(controller->cont_InitialSch(Text(kInstall.wstring())), S_OK);
+  for (const auto& [key, value] : {std::pair{L"username", L"ann"}, std::pair{L"password", L"secret"},
+                                   std::pair{L"serverip", L"localhost"}, std::pair{L"port", L"11905"}}) {
+    transfer->Trf_WriteUserProfile(Text(key), Text(value));
+  }
+  transfer->Trf_WriteUserProfileDefault(Text(L"Tolmera"), Text(L"encpasswordnew"), Text(L"a2V5"));
+  const SYSTEMTIME now = Now();
+  const std::wstring due = StampOf(now, 0);
+  const std::wstring next = StampOf(now, 1);
+  Write(kUser / "scheduleData.txt", "0\r\n" + RecordLine(*scheduler.Get(), due));
+
+  Onlooker onlooker;
+  for (int tick = 0; tick < 3 && StatusNumber(*transfer.Get(), L"Status") != 4; ++tick) {
+    Value nothing;
+    EXPECT_EQ(controller->Cont_CheckStandardRunning(&nothing), S_OK);
+  }
+  onlooker.Stop();
+
+  EXPECT_TRUE(onlooker.all_went_well());
+  EXPECT_GT(onlooker.calls_during_job(), 5) << "no other thread gets in while a job runs";
+  EXPECT_EQ(Read(kData / "Vault" / "ann" / "C" / kDocs.relative_path() / "a.txt"), "hello");
+  EXPECT_EQ(StatusNumber(*transfer.Get(), L"RetValue"), 402);
+  EXPECT_EQ(Read(kUser / "SchStatus.txt"),
+            WideBytes(L"View the log to know the status of the backup job.\r\n"));
+  EXPECT_EQ(Read(kUser / "scheduleData.txt"), "0\r\n" + RecordLine(*scheduler.Get(), next));
+  EXPECT_FALSE(fs::is_empty(kUser / "Session"));
+}
+
+// Another thread's object, called through what the type library describes.
+TEST(ScheduledJobTest, AnObjectServesAnotherApartment) {
+  const Apartment apartment;
+  const auto controller = Create<IController>(__uuidof(Controller));
+  ComPtr<IStream> stream;
+  ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(__uuidof(IController), controller.Get(), &stream), S_OK);
+  const DWORD home = GetCurrentThreadId();
+  Text size;
+  HRESULT result = E_FAIL;
+  std::thread other([&] {
+    const Apartment own;
+    ComPtr<IController> proxy;
+    result = CoGetInterfaceAndReleaseStream(stream.Detach(), __uuidof(IController), &proxy);
+    if (proxy) result = proxy->GetProperSizeValue(123456, &size);
+    proxy.Reset();
+    PostThreadMessageW(home, WM_QUIT, 0, 0);
+  });
+  MSG message;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+  other.join();
+  EXPECT_EQ(result, S_OK);
+  EXPECT_EQ(size.str(), L"120.5 KB");
+}
+
+}  // namespace
+}  // namespace ondura_client
