@@ -4,23 +4,45 @@
 #include "platform/win32/win32_machine.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/ProfileStore.h"
+#include "profile/profile_paths.h"
 #include "util/text.h"
 
 namespace ondura {
 
-Product ReadProduct(std::string_view install_folder) {
-  const auto owner = MakeWin32Machine();
+namespace {
+
+// The folders of the component, as its start-up settles them.
+Installation FoldersOf(const Machine& machine, std::string_view install_folder) {
   Installation installation;
   installation.ExeLocation = WithBackslash(install_folder);
   const std::string data_folder{
-      Trim(ProfileStore(owner->machine(), installation).ReadInstallRegistryValue("VirtualPath"))};
+      Trim(ProfileStore(machine, installation).ReadInstallRegistryValue("VirtualPath"))};
   installation.VirtualPath = data_folder.empty() ? installation.ExeLocation : WithBackslash(data_folder);
+  return installation;
+}
+
+}  // namespace
+
+Product ReadProduct(std::string_view install_folder) {
+  const auto owner = MakeWin32Machine();
+  Installation installation = FoldersOf(owner->machine(), install_folder);
   if (!ProductConfiguration(owner->machine(), installation).LoadProductConfiguration()) {
     throw HostError("no usable product configuration in " + installation.DataFile("Configuration.ini") +
                         ". Install the product, or name its install folder with --install.",
                     kExitUsage);
   }
   return {installation.ProductInstallationName + " Service", installation.BackgroundExe};
+}
+
+void PrepareSharedState(std::string_view install_folder) {
+  const auto owner = MakeWin32Machine();
+  const Installation installation = FoldersOf(owner->machine(), install_folder);
+  ProfileFiles& profiles = owner->machine().profiles;
+  const std::string file = SharedStatePath(installation);
+  if (!profiles.ReadString({file, "Tolmera", "Standard"}).empty()) return;
+  const bool written = profiles.WriteString({file, "Tolmera", "Standard"}, "0") &&
+                       profiles.WriteString({file, "Tolmera", "Started"}, "0");
+  if (!written) throw HostError("can't write " + file + "; look at the rights of its folder.");
 }
 
 }  // namespace ondura

@@ -28,6 +28,13 @@ void CallEntry(const std::string& install_folder, const char* entry) {
   }
 }
 
+// An installer names its folders with a dot at the end, which keeps their backslash away from the quote.
+std::string FullPath(const std::string& path) {
+  std::wstring full(32768, L'\0');
+  full.resize(GetFullPathNameW(ToWide(path).c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  return FromWide(full);
+}
+
 }  // namespace
 
 void RegisterComponent(const std::string& install_folder) { CallEntry(install_folder, "DllRegisterServer"); }
@@ -41,7 +48,8 @@ void PointToData(const std::string& install_folder, const std::string& data_fold
   installation.ExeLocation = WithBackslash(install_folder);
   const std::string file = InstallPointerPath(installation);
   const auto owner = MakeWin32Machine();
-  if (!owner->machine().profiles.WriteString({file, "Registry", "VirtualPath"}, WithBackslash(data_folder))) {
+  if (!owner->machine().profiles.WriteString({file, "Registry", "VirtualPath"},
+                                             WithBackslash(FullPath(data_folder)))) {
     throw HostError("can't write " + file + "; look at its rights.");
   }
 }

@@ -21,6 +21,7 @@ void RunInConsole(const ServiceOptions& options) {
 
 void RegisterAll(const ServiceOptions& options) {
   if (!options.data.empty()) PointToData(options.install, options.data);
+  PrepareSharedState(options.install);
   RegisterComponent(options.install);
 }
 
