@@ -3,12 +3,16 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ondura::demo {
 
 // What a program knows of its own process. The build picks the system's file.
 
-// The words behind the program's name with one blank between them, in UTF-8.
+// The words behind the program's name, in UTF-8.
+std::vector<std::string> ParameterWords(int count, const char* const* words);
+
+// The same with one blank between them.
 std::string ParameterText(int count, const char* const* words);
 
 std::uint32_t OwnProcessId();

@@ -19,6 +19,10 @@ class Parent : public HostProcess {
 
 }  // namespace
 
+std::vector<std::string> ParameterWords(int count, const char* const* words) {
+  return {words + 1, words + count};
+}
+
 std::string ParameterText(int count, const char* const* words) { return JoinWords(count, words); }
 
 std::uint32_t OwnProcessId() { return static_cast<std::uint32_t>(getpid()); }

@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "demo/common/command_line.h"
+#include "util/text.h"
 
 namespace ondura::demo {
 
@@ -53,15 +53,17 @@ std::string ToUtf8(const wchar_t* text) {
 }  // namespace
 
 // The words that main gets are in the code page of the system, which may lack characters of a path.
-std::string ParameterText(int, const char* const*) {
+std::vector<std::string> ParameterWords(int, const char* const*) {
   int count = 0;
   const std::unique_ptr<LPWSTR, decltype(&LocalFree)> wide{CommandLineToArgvW(GetCommandLineW(), &count),
                                                            &LocalFree};
   std::vector<std::string> words;
-  std::vector<const char*> pointers;
-  for (int at = 0; wide && at < count; ++at) words.push_back(ToUtf8(wide.get()[at]));
-  for (const std::string& word : words) pointers.push_back(word.c_str());
-  return JoinWords(static_cast<int>(pointers.size()), pointers.data());
+  for (int at = 1; wide && at < count; ++at) words.push_back(ToUtf8(wide.get()[at]));
+  return words;
+}
+
+std::string ParameterText(int count, const char* const* words) {
+  return Join(ParameterWords(count, words), " ");
 }
 
 std::uint32_t OwnProcessId() { return GetCurrentProcessId(); }

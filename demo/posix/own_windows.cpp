@@ -1,0 +1,18 @@
+#include "demo/common/own_windows.h"
+
+namespace ondura::demo {
+
+namespace {
+
+class NoWindows : public OwnWindows {
+ public:
+  void Pump() override {}
+};
+
+}  // namespace
+
+std::unique_ptr<OwnWindows> ShowDialogs(const std::vector<std::string_view>& /*titles*/) {
+  return std::make_unique<NoWindows>();
+}
+
+}  // namespace ondura::demo
