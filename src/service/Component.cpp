@@ -3,6 +3,7 @@
 #include "job/Connection.h"
 #include "stages/SqlServerStage.h"
 #include "stages/StageSet.h"
+#include "stages/SystemStateStage.h"
 
 namespace ondura {
 
@@ -10,6 +11,7 @@ namespace ondura {
 struct Component::Parts {
   explicit Parts(const Machine& ports) : machine(ports) {
     stages.Register("2", sql_server);
+    stages.Register("3", system_state_stage);
   }
 
   Machine machine;
@@ -37,12 +39,15 @@ struct Component::Parts {
   SqlDump sql_dump{job, stage_support, backup_set};
   SqlServerStage sql_server{job, stage_support, backup_set, sql_dump};
   SqlElevated sql_elevated{job, stage_support, backup_set, sql_dump};
+  clsSystemState system_state{job, stage_support};
+  SystemStateStage system_state_stage{job, stage_support, system_state};
   JobDriver driver{job};
   AbortForms abort{job};
   Connection connection{job, abort};
   EngineFiles engine_files{job};
   RemoteCall remote_call{job, connection};
-  ServiceContext context{job, driver, configuration, backup_set, shadow_copy, sql_elevated, StartedFlag{job}, {}};
+  ServiceContext context{job,         driver,       configuration,    backup_set,
+                         shadow_copy, sql_elevated, StartedFlag{job}, {}};
   StartUp start_up{context};
   Closeup closeup{context};
   MissedSchedules missed{context};
@@ -60,6 +65,7 @@ Component::~Component() = default;
 
 Controller& Component::controller() { return parts_->controller; }
 Transfer& Component::transfer() { return parts_->transfer; }
+clsSystemState& Component::system_state() { return parts_->system_state; }
 Scheduler& Component::scheduler() { return parts_->scheduler; }
 Installation& Component::installation() { return parts_->installation; }
 ServiceContext& Component::context() { return parts_->context; }

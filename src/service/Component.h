@@ -6,6 +6,7 @@
 #include "profile/Installation.h"
 #include "profile/Transfer.h"
 #include "service/Controller.h"
+#include "stages/clsSystemState.h"
 
 namespace ondura {
 
@@ -21,6 +22,7 @@ class Component {
   Controller& controller();
   Transfer& transfer();
   Scheduler& scheduler();
+  clsSystemState& system_state();
   Installation& installation();
   ServiceContext& context();
 
