@@ -91,6 +91,7 @@ class Preparation {
     const std::string shared = installation_.DataFile("UserName.ini");
     WriteIni(shared, "Tolmera", "Standard", "0");
     WriteIni(shared, "Tolmera", "Started", "0");
+    WriteIni(shared, "ScanType", "DB", "0");
     // A run that begins just before the full hour is not to be taken for a missed one.
     WriteIni(shared, "Registry", "STARTMISSEDSCH", "1");
   }
@@ -152,9 +153,11 @@ class Preparation {
 
 }  // namespace
 
-std::string Play(const Stage& stage) {
-  const LocalTime now = std::chrono::floor<std::chrono::minutes>(stage.outside.clock.Now());
-  Preparation(stage).Prepare(now);
+void Prepare(const Stage& stage) {
+  Preparation(stage).Prepare(std::chrono::floor<std::chrono::minutes>(stage.outside.clock.Now()));
+}
+
+void Run(const Stage& stage) {
   Component component(stage.component);
   component.controller().cont_InitialSch(kInstall);
   const auto tick_with_method = [&](std::string_view method) {
@@ -165,7 +168,16 @@ std::string Play(const Stage& stage) {
   tick_with_method("1");
   tick_with_method("1");
   tick_with_method("1");  // nobody is due any more
-  return CanonicalFiles(stage.outside, kData, now);
+}
+
+std::string Show(const Stage& stage) {
+  return CanonicalFiles(stage.outside, kData, stage.outside.clock.Now());
+}
+
+std::string Play(const Stage& stage) {
+  Prepare(stage);
+  Run(stage);
+  return Show(stage);
 }
 
 }  // namespace ondura::scenario

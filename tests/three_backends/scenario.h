@@ -22,8 +22,16 @@ struct Stage {
 };
 
 // Three users are due: ann is backed up by compare list, ben by the local database, and cat's password is
-// refused. What stands in the files afterwards, in a form that no two machines may differ in. Throws
-// std::runtime_error where the machine refuses to be prepared.
+// refused. Throws std::runtime_error where the machine refuses to be prepared.
+void Prepare(const Stage& stage);
+
+// Runs the component until nobody is due any more.
+void Run(const Stage& stage);
+
+// What stands in the files, in a form that no two machines may differ in.
+std::string Show(const Stage& stage);
+
+// All three, and what the last one says.
 std::string Play(const Stage& stage);
 
 }  // namespace ondura::scenario

@@ -1,4 +1,5 @@
-// Plays the scenario on this Windows: ENGINE DATABASE-MANAGER. Works in C:\Scenario, which it clears first.
+// Plays the scenario on this Windows: `play ENGINE DATABASE-MANAGER`. With `prepare` and `show` in the place
+// of `play` somebody else runs the component in between. Works in C:\Scenario, which it clears first.
 
 #include <exception>
 #include <iostream>
@@ -28,7 +29,7 @@ Machine WithClock(const Machine& m, Clock& clock) {
           m.services, m.desktop,   m.power,  m.names,   m.mutexes,   m.continuous_backup};
 }
 
-void Run(const std::string& engine, const std::string& database_manager) {
+int Perform(const std::string& action, const std::string& engine, const std::string& database_manager) {
   const auto owner = MakeWin32Machine();
   const Machine& outside = owner->machine();
   FastClock clock(outside.clock);
@@ -36,19 +37,26 @@ void Run(const std::string& engine, const std::string& database_manager) {
     outside.files.Copy(engine, scenario::kEngine);
     outside.files.Copy(database_manager, scenario::kDatabaseManager);
   };
-  std::cout << scenario::Play({outside, WithClock(outside, clock), put_programs});
+  const scenario::Stage stage{outside, WithClock(outside, clock), put_programs};
+  if (action == "play") {
+    std::cout << scenario::Play(stage);
+  } else if (action == "prepare") {
+    scenario::Prepare(stage);
+  } else if (action == "show") {
+    std::cout << scenario::Show(stage);
+  } else {
+    return 2;
+  }
+  return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    if (argc == 3) {
-      Run(argv[1], argv[2]);
-      return 0;
-    }
-    std::cerr << "usage: scenario-windows ENGINE DATABASE-MANAGER\n";
-    return 2;
+    const int code = argc == 4 ? Perform(argv[1], argv[2], argv[3]) : 2;
+    if (code == 2) std::cerr << "usage: scenario-windows play|prepare|show ENGINE DATABASE-MANAGER\n";
+    return code;
   } catch (const std::exception& error) {
     std::cerr << "scenario-windows: " << error.what() << "\n";
     return 1;
