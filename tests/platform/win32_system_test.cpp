@@ -103,6 +103,31 @@ TEST_F(Win32SystemTest, PumpingHandsOutMessagesAndLeavesTheEndToTheHost) {
   EXPECT_EQ(message.wParam, 7U);
 }
 
+TEST_F(Win32SystemTest, AWindowIsFoundHiddenAndAskedToClose) {
+  constexpr const char* kTitle = "Ondura tests progress";
+  const HWND window = CreateWindowA("Static", kTitle, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 10, 10, nullptr,
+                                    nullptr, GetModuleHandleA(nullptr), nullptr);
+  ASSERT_NE(window, nullptr);
+  EXPECT_EQ(machine_.desktop.FindTopWindow("Static", "Ondura tests"), 0) << "a part of a title is another";
+  const WindowHandle found = machine_.desktop.FindTopWindow("STATIC", kTitle);
+  EXPECT_EQ(found, HandleToLong(window));
+  EXPECT_EQ(machine_.desktop.ProcessOfWindow(found), GetCurrentProcessId());
+  EXPECT_TRUE(machine_.desktop.Show(found, WindowShow::kHide));
+  EXPECT_FALSE(IsWindowVisible(window));
+  EXPECT_FALSE(machine_.desktop.Show(found, WindowShow::kHide)) << "it was hidden before";
+  EXPECT_TRUE(machine_.desktop.Post(found, kCloseMessage));
+  EXPECT_TRUE(IsWindow(window)) << "the message waits for the window's own loop";
+  machine_.pump.Pump();
+  EXPECT_FALSE(IsWindow(window));
+  EXPECT_FALSE(machine_.desktop.Post(0, kCloseMessage));
+}
+
+TEST_F(Win32SystemTest, TheAccountsPlacesAndTheMachinesNameAreThere) {
+  EXPECT_TRUE(machine_.folders.Exists(machine_.drives.LocalDataFolder()));
+  const std::string name = machine_.system.ComputerName();
+  EXPECT_TRUE(!name.empty() && name.size() <= 15) << name;
+}
+
 TEST_F(Win32SystemTest, AMessageWaitsForNobody) {
   const auto before = machine_.clock.Now();
   machine_.desktop.ShowMessage("Größe", "Ondura tests", MessageIcon::kStop);
