@@ -13,6 +13,8 @@ constexpr const char* kExamples = R"(Examples:
       runs three ticks with every wait cut to a hundredth
   ondura-host background --root /srv/ondura --period 60
       takes over from the service while it runs
+  ondura-host elevated --root /srv/ondura --period 3
+      dumps databases and starts the shadow copy for jobs that may not
 
 SIGTERM and SIGINT let the running pass end; a second one leaves at once.
 Exit codes: 0 left as asked, 1 unexpected failure, 2 bad options, root or configuration.)";
@@ -42,14 +44,18 @@ ParsedOptions ParseHostOptions(int argc, const char* const* argv) {
   CLI::App* const service = app.add_subcommand("service", "The scheduling service: ticks the component");
   CLI::App* const background =
       app.add_subcommand("background", "The twin in the user's session: runs the passes itself");
+  CLI::App* const elevated =
+      app.add_subcommand("elevated", "The elevated host: starts what takes more rights than a job has");
   AddOptions(*service, options);
   AddOptions(*background, options);
+  AddOptions(*elevated, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return {std::nullopt, app.exit(error) == 0 ? 0 : kExitUsage};
   }
-  options.role = background->parsed() ? HostRole::kBackground : HostRole::kService;
+  if (background->parsed()) options.role = HostRole::kBackground;
+  if (elevated->parsed()) options.role = HostRole::kElevated;
   return {std::move(options), 0};
 }
 

@@ -7,7 +7,7 @@
 
 namespace ondura {
 
-enum class HostRole { kService, kBackground };
+enum class HostRole { kService, kBackground, kElevated };
 
 // What `ondura-host` was told on its command line.
 struct HostOptions : TickOptions {

@@ -59,4 +59,17 @@ int RunBackground(const Machine& machine, const HostOptions& options, const Stop
   return 0;
 }
 
+int RunElevated(const Machine& machine, const HostOptions& options, const StopSignals& stop) {
+  Component component{machine};
+  Controller& controller = component.controller();
+  controller.cont_InitialSch_Backgrnd(options.install);
+  if (!IsConfigured(component)) return kExitUsage;
+  RunTicks(options, stop, [&] {
+    controller.Cont_LaunchAdminProcess();
+    controller.Cont_LaunchAdminProcessSQL();
+    controller.Cont_LaunchSQlAdminProcess();
+  });
+  return 0;
+}
+
 }  // namespace ondura

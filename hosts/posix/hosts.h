@@ -9,5 +9,6 @@ namespace ondura {
 // Each runs one host to its end on the machine and returns the exit code.
 int RunService(const Machine& machine, const HostOptions& options, const StopSignals& stop);
 int RunBackground(const Machine& machine, const HostOptions& options, const StopSignals& stop);
+int RunElevated(const Machine& machine, const HostOptions& options, const StopSignals& stop);
 
 }  // namespace ondura

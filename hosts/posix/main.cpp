@@ -18,16 +18,22 @@ int Run(const ondura::HostOptions& options, char** argv) {
     std::cerr << "ondura-host: " << made.error << "\n";
     return ondura::kExitUsage;
   }
-  const bool is_background = options.role == ondura::HostRole::kBackground;
-  if (is_background) {
+  if (options.role == ondura::HostRole::kBackground) {
     const std::string fault = ondura::RunFromInsideMachine(made.owner->machine(), options, argv);
     if (!fault.empty()) {
       std::cerr << "ondura-host: " << fault << "\n";
       return ondura::kExitUsage;
     }
   }
-  return is_background ? ondura::RunBackground(made.owner->machine(), options, stop)
-                       : ondura::RunService(made.owner->machine(), options, stop);
+  switch (options.role) {
+    case ondura::HostRole::kBackground:
+      return ondura::RunBackground(made.owner->machine(), options, stop);
+    case ondura::HostRole::kElevated:
+      return ondura::RunElevated(made.owner->machine(), options, stop);
+    case ondura::HostRole::kService:
+      break;
+  }
+  return ondura::RunService(made.owner->machine(), options, stop);
 }
 
 }  // namespace
