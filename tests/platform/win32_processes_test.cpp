@@ -85,12 +85,6 @@ TEST_F(Win32ProcessesTest, EachRightAllowsItsOwnCallsOnly) {
   }
 }
 
-TEST_F(Win32ProcessesTest, TheNumberThatMeansNoneNeverMeansThisProcess) {
-  EXPECT_FALSE(processes_.Terminate(kNoProcess, 1));
-  EXPECT_EQ(processes_.ExitCode(kNoProcess), std::nullopt);
-  EXPECT_EQ(processes_.IdOf(kNoProcess), 0U);
-}
-
 TEST_F(Win32ProcessesTest, PrivilegesAndPriorityAreThoseOfThisProcess) {
   EXPECT_TRUE(processes_.EnablePrivilege("SeShutdownPrivilege"));
   EXPECT_FALSE(processes_.EnablePrivilege("SeNobodyHasThisPrivilege"));

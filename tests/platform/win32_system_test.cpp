@@ -19,14 +19,6 @@ class Win32SystemTest : public testing::Test {
   const Machine& machine_ = owner_->machine();
 };
 
-TEST_F(Win32SystemTest, LocaleTextsComeWithoutTheirTerminator) {
-  for (const int kind : {kLocaleShortDate, kLocaleTimeFormat, kLocaleDecimal}) {
-    const std::string text = machine_.locale.Text(kind);
-    EXPECT_FALSE(text.empty()) << kind;
-    EXPECT_EQ(text.find('\0'), std::string::npos) << kind;
-  }
-}
-
 TEST_F(Win32SystemTest, ACharacterThatThePageLacksNeverBecomesASimilarLetter) {
   EXPECT_EQ(machine_.code_page.FromUtf8("Łódź"),
             "?\xF3"
