@@ -1,6 +1,8 @@
 #include "service/Component.h"
 
 #include "job/Connection.h"
+#include "stages/ExchangeBrickStage.h"
+#include "stages/ExchangeStoreStage.h"
 #include "stages/SqlServerStage.h"
 #include "stages/StageSet.h"
 #include "stages/SystemStateStage.h"
@@ -12,6 +14,8 @@ struct Component::Parts {
   explicit Parts(const Machine& ports) : machine(ports) {
     stages.Register("2", sql_server);
     stages.Register("3", system_state_stage);
+    stages.Register("4", exchange_store);
+    stages.Register("5", exchange_brick);
   }
 
   Machine machine;
@@ -41,13 +45,16 @@ struct Component::Parts {
   SqlElevated sql_elevated{job, stage_support, backup_set, sql_dump};
   clsSystemState system_state{job, stage_support};
   SystemStateStage system_state_stage{job, stage_support, system_state};
+  ErrorTextSlot error_text;
+  ExchangeStoreStage exchange_store{job, stage_support};
+  ExchangeBrickStage exchange_brick{job, stage_support, error_text};
   JobDriver driver{job};
   AbortForms abort{job};
   Connection connection{job, abort};
   EngineFiles engine_files{job};
   RemoteCall remote_call{job, connection};
-  ServiceContext context{job,         driver,       configuration,    backup_set,
-                         shadow_copy, sql_elevated, StartedFlag{job}, {}};
+  ServiceContext context{job,          driver,         configuration,  backup_set,       shadow_copy,
+                         sql_elevated, exchange_store, exchange_brick, StartedFlag{job}, {}};
   StartUp start_up{context};
   Closeup closeup{context};
   MissedSchedules missed{context};
@@ -66,6 +73,7 @@ Component::~Component() = default;
 Controller& Component::controller() { return parts_->controller; }
 Transfer& Component::transfer() { return parts_->transfer; }
 clsSystemState& Component::system_state() { return parts_->system_state; }
+ErrorTextSlot& Component::error_text() { return parts_->error_text; }
 Scheduler& Component::scheduler() { return parts_->scheduler; }
 Installation& Component::installation() { return parts_->installation; }
 ServiceContext& Component::context() { return parts_->context; }

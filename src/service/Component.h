@@ -5,6 +5,7 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "profile/Transfer.h"
+#include "reporting/error_text.h"
 #include "service/Controller.h"
 #include "stages/clsSystemState.h"
 
@@ -23,6 +24,7 @@ class Component {
   Transfer& transfer();
   Scheduler& scheduler();
   clsSystemState& system_state();
+  ErrorTextSlot& error_text();
   Installation& installation();
   ServiceContext& context();
 

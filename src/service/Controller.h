@@ -67,6 +67,19 @@ class Controller {
   void Cont_LaunchAdminProcessSQL() { parts_.context.sql_elevated.Cont_LaunchAdminProcessSQL(); }
   void Cont_LaunchSQlAdminProcess() { parts_.context.sql_elevated.Cont_LaunchSQlAdminProcess(); }
 
+  // Exchange storage groups and mailboxes.
+  void WriteExchangeBackupSet(std::string_view sLine) {
+    parts_.context.exchange_store.WriteExchangeBackupSet(sLine);
+  }
+  std::int32_t FindStorageGroupCount() { return parts_.context.exchange_store.FindStorageGroupCount(); }
+  void WriteExchBrickProfile(std::string_view sKey, std::string_view sValue) {
+    parts_.context.exchange_brick.WriteExchBrickProfile(sKey, sValue);
+  }
+  std::string ReadFirstBit(std::string_view sPath) {
+    return parts_.context.exchange_brick.ReadFirstBit(sPath);
+  }
+  void CheckForExchBrickCancel(int nMode) { parts_.context.exchange_brick.CheckForExchBrickCancel(nMode); }
+
   // The engine's local database.
   std::int16_t CheckLDBStatus();
   void DeleteLDBFiles(std::string_view user) { services().local_database.DeleteLDBFiles(user); }

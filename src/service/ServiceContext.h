@@ -11,6 +11,8 @@
 #include "profile/ProductConfiguration.h"
 #include "schedule/BackupSetStore.h"
 #include "service/StartedFlag.h"
+#include "stages/ExchangeBrickStage.h"
+#include "stages/ExchangeStoreStage.h"
 #include "stages/ShadowCopy.h"
 #include "stages/SqlElevated.h"
 
@@ -52,6 +54,8 @@ struct ServiceContext {
   BackupSetStore& backup_set;
   ShadowCopy& shadow_copy;
   SqlElevated& sql_elevated;
+  ExchangeStoreStage& exchange_store;
+  ExchangeBrickStage& exchange_brick;
   StartedFlag started;
   ServiceState state;
 

@@ -179,6 +179,7 @@ void ExchangeStoreStage::WaitUntilFolderRests() {
   while (size_bytes != last_bytes && folders.Exists(folder())) {
     last_bytes = size_bytes;
     job_.services.machine.clock.Sleep(kFolderRest);
+    support_.ShowLife();
     size_bytes = SizeOfFolder(folders, folder());
   }
 }
