@@ -29,8 +29,9 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID id, void** obj
   *object = nullptr;
   if (outer != nullptr) return CLASS_E_NOAGGREGATION;
   try {
+    // Filled in place: Attach of this compiler's headers takes a reference of its own.
     Microsoft::WRL::ComPtr<IDispatch> made;
-    made.Attach(made_.make());
+    *made.GetAddressOf() = made_.make();
     return made->QueryInterface(id, object);
   } catch (...) {
     return CodeOfException();

@@ -32,7 +32,7 @@ STDAPI DllGetClassObject(REFCLSID class_id, REFIID id, void** object) {
   if (found == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
   return Guarded([&] {
     Microsoft::WRL::ComPtr<IClassFactory> factory;
-    factory.Attach(new ondura::ClassFactory(*found));
+    *factory.GetAddressOf() = new ondura::ClassFactory(*found);
     return factory->QueryInterface(id, object);
   });
 }

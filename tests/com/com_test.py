@@ -104,7 +104,7 @@ def main():
     parser.add_argument("files", nargs="*")
     for option in ("--objdump", "--kept", "--library", "--engine"):
         parser.add_argument(option)
-    options = parser.parse_args(arguments[:split])
+    options = parser.parse_intermixed_args(arguments[:split])
     options.wine = arguments[split + 1:]
     {"file": check_file, "register": check_register, "unregister": check_unregister,
      "script": check_script}[options.what](options)
