@@ -42,6 +42,8 @@ class Rehearsal {
   Rehearsal(const Rehearsal&) = delete;
   Rehearsal& operator=(const Rehearsal&) = delete;
 
+  // The machine's folder on the host.
+  const std::string& HostRoot() const { return root_; }
   const Machine& machine() { return owner_->machine(); }
   const Installation& installation() const { return installation_; }
   Transfer& transfer() { return transfer_; }

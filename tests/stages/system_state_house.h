@@ -1,0 +1,100 @@
+#pragma once
+
+#include <functional>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "demo/common/system_backup.h"
+#include "platform/posix/command_line.h"
+#include "scenarios/house.h"
+#include "util/text.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+// A house whose user has a due job for the System State, and the operating system's backup tool.
+class SystemStateHouse : public House {
+ public:
+  static constexpr std::string_view kDump = "C:\\Dump State";
+  static constexpr std::string_view kTool = "C:\\Windows\\system32\\ntbackup.exe";
+
+  SystemStateHouse() {
+    using namespace std::chrono_literals;
+    AddUser("ann");
+    ScheduleRecord record = Daily("11-14-2026 12:30:00");
+    record.recordno = "3";
+    record.mailids = "ann@example.org";
+    record.mailoption = "3";
+    PutSchedule("ann", {record});
+    PutBackupSet("OXSYSTEMSTATEBACKUP;" + std::string{kDump} + "\\");
+    InstallTool(5s, demo::SystemBackupOutcome::kVerified);
+  }
+
+  void PutBackupSet(const std::string& line) {
+    machine.PutFile(UserPath("BackupSetData.txt"), line + "\r\n");
+  }
+
+  // A tool that shows its windows every second anew and leaves what it leaves when `lifetime` is over.
+  using Action = std::function<void(ProgramRun&)>;
+  void InstallTool(std::chrono::milliseconds lifetime, demo::SystemBackupOutcome outcome,
+                   const Action& meanwhile = {}) {
+    machine.InstallProgram(kTool, [this, lifetime, outcome, meanwhile](ProgramRun& run) {
+      using namespace std::chrono_literals;
+      ShowWindows(run);
+      run.Every(1s, [this, &run] { ShowWindows(run); });
+      run.OnTerminated([this] { RemoveWindows(); });
+      if (meanwhile) run.After(lifetime / 2, [&run, meanwhile] { meanwhile(run); });
+      run.After(lifetime, [this, &run, outcome] {
+        RemoveWindows();
+        const auto order = demo::ParseSystemBackup(SplitCommandLine(run.parameters()));
+        ASSERT_TRUE(order.has_value()) << run.parameters();
+        demo::SystemBackup(machine.outside()).Run(*order, outcome);
+      });
+    });
+  }
+
+  // How often a window of the tool stood hidden when the tool looked after it.
+  int times_hidden = 0;
+
+  std::string StageLog() { return WithoutTimes(Bytes("STBTraceFile.txt")); }
+
+  // The user's trace from the first line that has `first` to the next one that has `last`.
+  std::vector<std::string> TraceLines(std::string_view first, std::string_view last) {
+    std::vector<std::string> lines;
+    for (const std::string& line : LinesOf(Text("ScheduleTraceFile.txt"))) {
+      if (lines.empty() && line.find(first) == std::string::npos) continue;
+      lines.push_back(WithoutTimes(line));
+      if (line.find(last) != std::string::npos) break;
+    }
+    return lines;
+  }
+
+  static std::string WithoutTimes(const std::string& text) {
+    static const std::regex kTime(R"(\d\d-\d\d-\d{4} \d\d([-:])\d\d\1\d\d)");
+    return std::regex_replace(text, kTime, "@");
+  }
+
+  // What the job hands the engine.
+  std::string Selected() { return Text("TempCom\\CompareListInput1.txt"); }
+
+ private:
+  void ShowWindows(ProgramRun& run) {
+    auto& windows = machine.surroundings().windows;
+    const WindowHandle progress = 11;
+    const WindowHandle selection = 12;
+    for (const WindowHandle window : {progress, selection}) {
+      const bool is_progress = window == progress;
+      if (windows.contains(window) && !windows[window].is_shown) ++times_hidden;
+      windows[window] = {run.id(),
+                         "#32770",
+                         std::string{is_progress ? demo::kBackupProgressTitle : demo::kSelectionTitle},
+                         true,
+                         {}};
+    }
+  }
+
+  void RemoveWindows() { machine.surroundings().windows.clear(); }
+};
+
+}  // namespace ondura

@@ -1,0 +1,316 @@
+// Jobs for the System State, from the tick to the end.
+
+#include <gmock/gmock.h>
+
+#include "platform/forwarding.h"
+#include "stages/system_state_house.h"
+#include "util/utf16.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using demo::SystemBackupOutcome;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr const char* kDone = "Information : [@ : ] Successfully Completed system state backup to '";
+constexpr const char* kFailed = "Information : [@ : ] Failed to continue System state backup.\r\n";
+
+TEST(SystemStateJob, DumpsHidesTheToolAndHandsItsFileToTheEngine) {
+  SystemStateHouse house;
+  std::string pid_file;
+  std::string ret_value;
+  house.InstallTool(5s, SystemBackupOutcome::kVerified, [&](ProgramRun& run) {
+    EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), std::to_string(run.id()));
+    pid_file = house.Bytes("NTBPIDFile.dat");
+    ret_value = house.Status("RetValue");
+  });
+  house.OnCommand(51, [&](ProgramRun&) {
+    EXPECT_THAT(house.machine.FileBytes("C:\\Dump State\\OxSystemState.bkf").value_or(""),
+                StartsWith("System State of SIMULATED\r\n"));
+    house.WriteResult(402);
+  });
+  house.Tick();
+  const LaunchRequest launch = house.machine.Launches().front();
+  EXPECT_EQ(launch.file, "NTBACKUP");
+  EXPECT_EQ(SystemStateHouse::WithoutTimes(launch.parameters),
+            "backup systemstate /f \"C:\\Dump State\\OxSystemState.bkf\" /J \"OxSystemState @\" "
+            "/V:yes  /L:s  /R:no  /RS:no ");
+  EXPECT_EQ(launch.show_mode, 0);
+  EXPECT_EQ(house.times_hidden, 8) << "both windows, at each of the four looks";
+  EXPECT_NE(pid_file, "");
+  EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), "<none>") << "the tool is watched no longer";
+  EXPECT_EQ(ret_value, "200");
+  EXPECT_EQ(house.StageLog(), kDone + std::string{"C:\\Dump State\\'.\r\n"});
+  EXPECT_THAT(house.Selected(), StartsWith("C:\\Dump State\\OxSystemState.bkf/"));
+  EXPECT_FALSE(house.machine.outside().folders.Exists("C:\\Dump State")) << "sent, and so thrown away";
+  EXPECT_EQ(house.LastMail().at(2), "2");
+  EXPECT_EQ(house.LastMail().at(7), " System State ");
+  EXPECT_EQ(house.NextTime(), "11-15-2026 12:30:00");
+  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+}
+
+TEST(SystemStateJob, TracesItsWayAndKeepsTheVeryBytesOfTheLog) {
+  SystemStateHouse house;
+  house.machine.surroundings().version = {2, 5, 1, true};
+  house.Tick();
+  const std::string log = R"(C:\Users\Default\AppData\Local\Microsoft\Windows NT\NTBackup\data\backup01.log)";
+  const std::string copy = R"(C:\ProgramData\Ondura\Onduraann\session\OxSystemState @.txt)";
+  ASSERT_EQ(house.SessionFiles().size(), 1U);
+  EXPECT_EQ(SystemStateHouse::WithoutTimes(ReplaceAll(house.SessionFiles()[0], "Session", "session")), copy);
+  EXPECT_EQ(house.machine.FileBytes(house.SessionFiles()[0]), house.machine.FileBytes(log));
+  std::vector<std::string> expected{
+      "@  Started the system state backup to this directory - 'C:\\Dump State\\'",
+      "@ Started Backup of System state backup C:\\Dump State\\",
+      "@ Started system state backup to 'C:\\Dump State\\ ' ",
+      "NTBACKUP system state cmd line::NTBACKUP backup systemstate /f \"C:\\Dump State\\OxSystemState.bkf\" "
+      "/J \"OxSystemState @\" /V:yes  /L:s  /R:no  /RS:no ",
+      "Enter CheckIfBackupComplete",
+      "System state data backup is in progress",
+      "Exit CheckIfBackupComplete",
+      "Enter GetLogErrorString",
+      "@",
+      R"(@ spath C:\Users\Default\AppData\Local)",
+      "@ sLogfile backup01.log",
+      "@ slogfilePath " + log,
+      "Exit GetLogErrorString Path of ntbackup logs : " + copy,
+      "Enter CheckLogError",
+      "Enter CheckForErrorString",
+      "System state backup log starts"};
+  const demo::SystemBackupOrder order{"C:\\Dump State\\OxSystemState.bkf", "OxSystemState @"};
+  for (const std::string& line : LinesOf(demo::SystemBackup::LogText(order, true, true))) {
+    expected.push_back(line);
+  }
+  expected.insert(expected.end(), {"", "System state backup log ends", "Exit CheckForErrorString :  True",
+                                   "Exit CheckLogError return with True", "Exit LaunchNtbackup"});
+  EXPECT_EQ(house.TraceLines("Started the system state", "Exit LaunchNtbackup"), expected);
+  EXPECT_TRUE(house.TraceHas("  sysStatePath = C:\\Dump State\\"));
+  EXPECT_FALSE(house.TraceHas("There is NO System state"));
+}
+
+struct FailedDump {
+  const char* story;
+  std::function<void(SystemStateHouse&)> arrange;
+  bool leaves_file;
+  const char* trace;
+};
+
+// No failed dump stops the job: what is there is sent.
+TEST(SystemStateJob, GoesOnToTheTransferAfterAFailedDump) {
+  for (const FailedDump& row : {
+           FailedDump{
+               "the log says nothing of a verified copy",
+               [](SystemStateHouse& house) { house.InstallTool(5s, SystemBackupOutcome::kUnverified); }, true,
+               "Exit CheckLogError return with False"},
+           FailedDump{
+               "the tool leaves no log",
+               [](SystemStateHouse& house) { house.InstallTool(5s, SystemBackupOutcome::kWithoutLog); }, true,
+               "Exit CheckLogError return with File does not exists Path:"},
+           FailedDump{"the tool dies",
+                      [](SystemStateHouse& house) {
+                        house.InstallTool(5s, SystemBackupOutcome::kVerified,
+                                          [](ProgramRun& run) { run.Exit(7); });
+                      },
+                      false, "Exit CheckLogError return with File does not exists Path:"},
+           FailedDump{"the system has no such tool any more",
+                      [](SystemStateHouse& house) { house.machine.RemoveProgram(SystemStateHouse::kTool); },
+                      false, "Exit CheckLogError return with File does not exists Path:"},
+           FailedDump{"the account has no folder for local data",
+                      [](SystemStateHouse& house) { house.machine.Fail("Drives.LocalDataFolder"); }, true,
+                      "Exit GetLogErrorString Path of ntbackup logs : "},
+       }) {
+    SystemStateHouse house;
+    row.arrange(house);
+    house.Tick();
+    EXPECT_EQ(house.StageLog(), kFailed) << row.story;
+    EXPECT_TRUE(house.TraceHas(row.trace)) << row.story;
+    EXPECT_EQ(house.TraceHas(" : There is NO System state backup files "), !row.leaves_file) << row.story;
+    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16)) << row.story;
+    EXPECT_EQ(house.Selected().starts_with("C:\\Dump State\\OxSystemState.bkf/"), row.leaves_file)
+        << row.story;
+    EXPECT_EQ(house.LastMail().at(2), "2") << row.story;
+    EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), "<none>") << row.story;
+  }
+}
+
+TEST(SystemStateJob, WithoutAccessToTheFolderItFailsBeforeTheDump) {
+  SystemStateHouse house;
+  house.PutBackupSet("OXSYSTEMSTATEBACKUP;" + std::string{SystemStateHouse::kDump});
+  house.WriteProfile("BackupStatus", "BackupFailureDays", "2");
+  // Without a backslash in between, the test file is the folder's neighbour.
+  house.machine.Fail("Files.Write C:\\Dump Statetmp.mtp");
+  house.Tick();
+  const std::string result =
+      "Unable to continue the system state backup operation. Please check if the disk is full or write "
+      "protected";
+  const std::string detail =
+      "Unable to continue the System State Backup operation, Ensure that the folder/drive exists or the disk "
+      "is not full or write protected.";
+  ASSERT_EQ(house.SessionFiles().size(), 1U);
+  const std::string path = house.SessionFiles().front();
+  const std::string name = path.substr(path.rfind('\\') + 1);
+  EXPECT_EQ(house.Text("Session\\" + name),
+            " \r\nUsername: ann\r\nOperation: Scheduled\r\n" + name.substr(10, 19) + "  " + result + "\r\n");
+  EXPECT_THAT(house.TraceLines(detail, "write protectedC:"),
+              ElementsAre("@ " + detail,
+                          "@ Unable to continue the system state backup operation. Ensure that the disk is "
+                          "full or write protected" +
+                              SystemStateHouse::WithoutTimes(path)));
+  EXPECT_EQ(house.StageLog(), "Error       : [@ : ] " + detail + "\r\n");
+  EXPECT_EQ(house.LastMail().at(2), "3");
+  EXPECT_EQ(house.LastMail().at(5), result);
+  EXPECT_EQ(house.StatusAfterJob(), "3");
+  EXPECT_EQ(house.Status("DLLStatus"), "3");
+  EXPECT_EQ(house.Status("BackupFailureDays"), "3");
+  EXPECT_EQ(house.Status("RetValue"), "200");
+  EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
+  EXPECT_THAT(house.Commands(), IsEmpty());
+  EXPECT_FALSE(house.TraceHas("NTBACKUP system state cmd line::"));
+}
+
+TEST(SystemStateJob, AStopDuringTheDumpEndsTheToolButNotTheJob) {
+  SystemStateHouse house;
+  house.InstallTool(10s, SystemBackupOutcome::kVerified,
+                    [&](ProgramRun&) { house.WriteProfile("BackupStatus", "Status", "5"); });
+  std::string status;
+  house.OnCommand(24, [&](ProgramRun&) {
+    status = house.Status("Status");
+    house.machine.PutFile(house.UserPath("DLLOutput1.txt"), "11911\r\nlocalhost\r\n");
+    house.WriteResult(402);
+  });
+  house.Tick();
+  EXPECT_EQ(status, "1") << "the connection's own, over the \"0\" of the stop";
+  EXPECT_FALSE(house.machine.IsRunning("ntbackup.exe"));
+
+  EXPECT_THAT(house.TraceLines("Enter CheckIfBackupComplete", "sysStatePath"),
+              testing::IsSupersetOf({"Sent close message to ntBackup exe", "Exit CheckIfBackupComplete"}));
+  EXPECT_FALSE(house.TraceHas("Enter GetLogErrorString")) << "no log is read";
+  EXPECT_EQ(house.Bytes("STBTraceFile.txt"), "<none>");
+  EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), "<none>");
+  EXPECT_THAT(house.SessionFiles(), IsEmpty());
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+}
+
+TEST(SystemStateJob, TheHostsEndOfProgressDuringTheDumpIsTakenNoteOfAndForgotten) {
+  SystemStateHouse house;
+  house.InstallTool(4s, SystemBackupOutcome::kVerified,
+                    [&](ProgramRun&) { house.Service().controller().EndProgress(); });
+  house.Tick();
+  EXPECT_EQ(house.StageLog(), kDone + std::string{"C:\\Dump State\\'.\r\n"});
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+}
+
+// Asks for the abort right behind the first look at Status that the stage takes after its dump.
+class StopBetweenTheTests : public ForwardingProfileFiles {
+ public:
+  using ForwardingProfileFiles::ForwardingProfileFiles;
+
+  std::string ReadString(const IniKey& key) override {
+    std::string value = ForwardingProfileFiles::ReadString(key);
+    if (is_armed_ && EqualsIgnoringCase(key.key, "Status")) {
+      is_armed_ = false;
+      ForwardingProfileFiles::WriteString(key, "5");
+    }
+    return value;
+  }
+
+  bool WriteString(const IniKey& key, std::string_view value) override {
+    if (EqualsIgnoringCase(key.key, "RetValue") && value == "200") is_armed_ = true;
+    return ForwardingProfileFiles::WriteString(key, value);
+  }
+
+ private:
+  bool is_armed_ = false;
+};
+
+TEST(SystemStateJob, OnlyAStopBetweenTheTwoTestsEndsTheJob) {
+  SystemStateHouse house;
+  house.machine.PutProcess("C:\\elsewhere\\ntbackup.exe");
+  house.WriteProfile("BackupStatus", "DLLStatus", "7");
+  const Machine& ports = house.machine.machine();
+  StopBetweenTheTests profiles(ports.profiles);
+  Component component({ports.clock,     ports.pump,   ports.files,    ports.folders,
+                       ports.watches,   ports.drives, profiles,       ports.registry,
+                       ports.processes, ports.system, ports.locale,   ports.code_page,
+                       ports.internet,  ports.crypto, ports.services, ports.desktop,
+                       ports.power,     ports.names,  ports.mutexes,  ports.continuous_backup});
+  component.controller().cont_InitialSch(House::kInstall);
+  component.controller().Cont_CheckStandardRunning();
+  const std::string result = "The user has aborted the system state backup";
+  ASSERT_EQ(house.SessionFiles().size(), 1U);
+  const std::string path = house.SessionFiles().front();
+  const std::string name = path.substr(path.rfind('\\') + 1);
+  EXPECT_EQ(house.Text("Session\\" + name),
+            " \r\nUsername: ann\r\nOperation: Scheduled\r\n" + name.substr(10, 19) + "  " + result + "\r\n");
+  EXPECT_EQ(house.StageLog(), "Error       : [@ : ] User aborted/canceled the System State Backup.\r\n");
+  EXPECT_TRUE(house.TraceHas(" User aborted the System State Backup\r\n"));
+  EXPECT_EQ(house.LastMail().at(2), "3");
+  EXPECT_EQ(house.LastMail().at(4), path);
+  EXPECT_EQ(house.LastMail().at(5), result);
+  EXPECT_EQ(house.StatusAfterJob(), "3");
+  EXPECT_EQ(house.Status("DLLStatus"), "7") << "not this stage's to write";
+  EXPECT_EQ(house.Text("SchStatus.txt"), "") << "the end routine does not run";
+  EXPECT_THAT(house.Commands(), IsEmpty());
+}
+
+TEST(SystemStateJob, AToolThatSomebodyElseRunsIsLeftAloneAndItsFileIsSent) {
+  SystemStateHouse house;
+  house.machine.PutProcess("C:\\elsewhere\\NTBackup.exe");
+  house.machine.PutFile("C:\\Dump State\\OxSystemState.bkf", "older");
+  house.Tick();
+  EXPECT_FALSE(house.TraceHas("Started system state backup to '"));
+  EXPECT_TRUE(house.machine.IsRunning("ntbackup.exe"));
+  EXPECT_THAT(house.Selected(), StartsWith("C:\\Dump State\\OxSystemState.bkf/"));
+  EXPECT_EQ(house.Bytes("STBTraceFile.txt"), "<none>");
+}
+
+struct FolderCase {
+  const char* story;
+  const char* lines;
+  const char* folder;
+};
+
+TEST(SystemStateJob, FindsTheFolderInTheBackupSet) {
+  for (const FolderCase& row : {
+           FolderCase{"the default", "", "C:\\ProgramData\\Ondura\\SYSSTATETEMP"},
+           FolderCase{"the keyword alone", "OXSYSTEMSTATEBACKUP", "C:\\ProgramData\\Ondura\\SYSSTATETEMP"},
+           FolderCase{"a lone backslash", "OxSystemStateBackup;\\;", "C:\\ProgramData\\Ondura\\SYSSTATETEMP"},
+           FolderCase{"the last field that counts",
+                      "OXSYSTEMSTATEBACKUP; C:\\one ; C:\\two ; ;oxsystemstatebackup", "C:\\two"},
+           FolderCase{"the last of several lines",
+                      "OXSYSTEMSTATEBACKUP;C:\\one\r\nC:\\x\r\noxsystemstatebackup2;C:\\two", "C:\\two"},
+       }) {
+    SystemStateHouse house;
+    house.PutBackupSet(row.lines);
+    if (row.folder == std::string_view{"C:\\two"}) house.Answer(51, 426);
+    house.Tick();
+    const std::string folder = row.folder;
+    EXPECT_TRUE(house.TraceHas("Started system state backup to '" + folder + " ' ")) << row.story;
+    EXPECT_EQ(house.StageLog(), kDone + (folder == "C:\\two" ? "C:\\two\\'.\r\n" : folder + "\\'.\r\n"))
+        << row.story;
+  }
+}
+
+TEST(SystemStateJob, AWholeDriveIsNoDumpFolderToThrowAway) {
+  SystemStateHouse house;
+  house.PutBackupSet("OXSYSTEMSTATEBACKUP;D:\\");
+  house.machine.PutFile("D:\\letters\\mine.txt", "dear");
+  house.Tick();
+  EXPECT_THAT(house.Selected(), StartsWith("D:\\OxSystemState.bkf/"));
+  EXPECT_EQ(house.machine.FileBytes("D:\\letters\\mine.txt"), "dear");
+}
+
+TEST(SystemStateJob, TheToolGetsTheShortFormOfItsFolder) {
+  SystemStateHouse house;
+  house.machine.PutFolder(SystemStateHouse::kDump);
+  house.machine.disk().SetShortPath("C:\\Dump State", "C:\\DUMPST~1");
+  house.Tick();
+  EXPECT_THAT(house.machine.Launches().front().parameters,
+              StartsWith("backup systemstate /f \"C:\\DUMPST~1\\OxSystemState.bkf\" /J "));
+  EXPECT_EQ(house.StageLog(), kDone + std::string{"C:\\Dump State\\'.\r\n"});
+}
+
+}  // namespace
+}  // namespace ondura
