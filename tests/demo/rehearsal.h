@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -56,6 +57,18 @@ class Rehearsal {
     const std::string folder = root_ + "/C/Program Files/Ondura/";
     std::filesystem::copy_file(program, folder + std::string{name});
   }
+
+  // A program of the data folder, where the tools lie that dump application data.
+  void InstallInData(const char* program, std::string_view name) {
+    std::filesystem::copy_file(program, root_ + "/C/ProgramData/Ondura/" + std::string{name});
+  }
+
+  // A file of the host in the machine's folder.
+  void PutHostFile(const char* name, std::string_view text) {
+    std::ofstream(root_ + "/" + name, std::ios::binary) << text;
+  }
+
+  const std::string& root() const { return root_; }
 
   void MakeFolder(std::string_view path) {
     std::string host = ReplaceAll(path, "\\", "/");

@@ -62,6 +62,7 @@ TEST_F(HostsTest, AnUnconfiguredProductEndsAHostInsteadOfLoopingSilently) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(RunService(machine_.machine(), HostOptions{}, stop_), kExitUsage);
   EXPECT_EQ(RunBackground(machine_.machine(), HostOptions{}, stop_), kExitUsage);
+  EXPECT_EQ(RunElevated(machine_.machine(), HostOptions{}, stop_), kExitUsage);
   EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(Path("Configuration.ini")));
   EXPECT_NE(Shared("Standard"), "1") << "a twin that does not run is not in charge";
 }
@@ -79,6 +80,17 @@ TEST_F(HostsTest, TheTwinIsInChargeWhileItRunsAndNoLonger) {
   EXPECT_EQ(RunBackground(machine_.machine(), Ticks(2), stop_), 0);
   EXPECT_EQ(StoredOccurrencesOf("Calling from first Service exe service."), 0);
   EXPECT_EQ(machine_.CallsMatching("*Write*Standard*").size(), 2U) << "once on entry, once on leaving";
+  EXPECT_EQ(Shared("Standard"), "0");
+}
+
+TEST_F(HostsTest, TheElevatedHostServesEveryRequestAndIsNeverInCharge) {
+  Configure();
+  machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "0");
+  machine_.PutFile(Path("OxWin\\SqlLaunchStatus.txt"), "1\r\n");
+  machine_.PutFile(Path("OpenFileLaunchStatus.txt"), "1\r\n");
+  EXPECT_EQ(RunElevated(machine_.machine(), Ticks(1), stop_), 0);
+  EXPECT_EQ(machine_.FileBytes(Path("OxWin\\SqlLaunchStatus.txt")), "2\r\n");
+  EXPECT_EQ(machine_.FileBytes(Path("OpenFileLaunchStatus.txt")), "2\r\n");
   EXPECT_EQ(Shared("Standard"), "0");
 }
 
@@ -141,6 +153,7 @@ TEST(HostOptions, TheCommandLineIsReadOrRefused) {
        {"background", "--root", "r", "--install", "D:\\x", "--period", "1.5", "--ticks", "7", "--speed", "9"},
        -1},
       {"the root alone", {"service", "--root", "r"}, -1},
+      {"the third host", {"elevated", "--root", "r"}, -1},
       {"help", {"service", "--help"}, 0},
       {"version", {"--version"}, 0},
       {"nothing", {}, kExitUsage},

@@ -1,0 +1,256 @@
+// Jobs of record "2", in one process and in two that meet in the profile.
+
+#include <gmock/gmock.h>
+
+#include "sql_house.h"
+#include "util/utf16.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(SqlJob, DumpsItsDatabasesOneByOneAndHandsEachDumpOn) {
+  SqlHouse house;
+  std::string list;
+  house.OnCommand(51, [&](ProgramRun&) {
+    list = house.Text("TempCom\\CompareListInput1.txt");
+    house.WriteResult(402);
+  });
+  house.Tick();
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+  EXPECT_THAT(LinesOf(list),
+              ElementsAre(HasSubstr("C:\\Dumps\\[sales].dmp/4/"), HasSubstr("C:\\Dumps\\[hr].dmp/4/")));
+  EXPECT_EQ(house.machine.FileBytes("C:\\Dumps\\[hr].dmp"), std::nullopt) << "sent dumps are deleted";
+  const LaunchRequest tool = house.machine.Launches().at(0);
+  EXPECT_EQ(tool.file, std::string{SqlHouse::kTool} + " ");
+  EXPECT_EQ(tool.parameters,
+            "1 (local) [sales] \"\" \"\" C:\\Dumps\\ C:\\ProgramData\\Ondura\\OXWIN SQLBackupLog.txt "
+            "SQLErrorBackupFile.txt SQLScheduleStatus.txt SQLBackupTraceFile.txt");
+  EXPECT_EQ(tool.folder, "C:\\ProgramData\\Ondura");
+  EXPECT_EQ(house.Bytes("SQLTraceFile.txt"),
+            "Information : [11-14-2026 12:30:04 : ] Started backup of database 'sales' to 'C:\\Dumps\\' \r\n"
+            "Information : [11-14-2026 12:30:17 : ] Successfully completed the backup of database 'sales' to "
+            "'C:\\Dumps\\' \r\n"
+            "Information : [11-14-2026 12:30:17 : ] Started backup of database 'hr' to 'C:\\Dumps\\' \r\n"
+            "Information : [11-14-2026 12:30:30 : ] Successfully completed the backup of database 'hr' to "
+            "'C:\\Dumps\\' \r\n");
+  const std::string arguments =
+      " \"\" \"\" \"C:\\Dumps\\\" \"C:\\ProgramData\\Ondura\\OXWIN\" SQLBackupLog.txt SQLErrorBackupFile.txt "
+      "SQLScheduleStatus.txt SQLBackupTraceFile.txt";
+  const std::string line = " SQL Cmdline : \"C:\\ProgramData\\Ondura\\tolmera_sqlbackup.exe \"1 \"(local)\" ";
+  EXPECT_THAT(
+      house.StageTrace(),
+      ElementsAre("  Started the backup of the MS SQL Server database files...",
+                  "Cont_SchBackup :  OS not vista ", "Cont_SchBackup :  nonvista case backv.count :: 1",
+                  " Started Backup of SQL Server files", "came for non vista case: ",
+                  line + "\"[sales]\"" + arguments, "Started backup of database 'sales' to 'C:\\Dumps\\' ",
+                  line + "\"[hr]\"" + arguments, "Started backup of database 'hr' to 'C:\\Dumps\\' "));
+  EXPECT_THAT(house.Trace(), Contains("C:\\Dumps\\[hr].dmp"));
+  EXPECT_EQ(house.Data("OXWIN\\SQLScheduleStatus.txt"), "0\r\n");
+  EXPECT_EQ(house.Data("SQLBackupData.txt"), "<none>") << "the list is the elevated host's";
+  EXPECT_EQ(house.NextTime(), "11-15-2026 12:30:00");
+}
+
+TEST(SqlJob, WaitsForTheElevatedHostAndSendsItsFolder) {
+  SqlHouse house;
+  house.IsVista(true);
+  Component& elevated = house.Twin();
+  std::string list;
+  std::string result;
+  house.OnCommand(51, [&](ProgramRun&) {
+    list = house.Text("TempCom\\CompareListInput1.txt");
+    house.WriteResult(402);
+  });
+  house.machine.OnPump([&] {
+    if (house.Status("LocalBackup") == "1") result = house.Status("RetValue");
+    elevated.controller().Cont_LaunchAdminProcess();
+    elevated.controller().Cont_LaunchAdminProcessSQL();
+    elevated.controller().Cont_LaunchSQlAdminProcess();
+  });
+  house.Tick();
+  EXPECT_EQ(house.Status("LocalBackup"), "100");
+  EXPECT_EQ(result, "100");
+  EXPECT_THAT(LinesOf(list), testing::UnorderedElementsAre(HasSubstr("C:\\Dumps\\[sales].dmp/"),
+                                                           HasSubstr("C:\\Dumps\\[hr].dmp/")));
+  EXPECT_EQ(house.Data("SQLBackupData.txt"), "C:\\Dumps\\[sales].dmp\r\nC:\\Dumps\\[hr].dmp\r\n");
+  EXPECT_THAT(
+      house.StageTrace(),
+      testing::IsSupersetOf(
+          {"came for the vista case: ", "Cont_SchBackup : vista case  LocalBackup :: 1",
+           "Cont_LaunchAdminProcessSQL : strTemp :: "
+           "C:\\ProgramData\\Ondura\\BackupSetData.txt",
+           "backupsetdata file path: C:\\ProgramData\\Ondura\\Onduraann\\"
+           "BackupSetData.txt",
+           "Calling DB_ReadBackdata ", "backv Count: 1", "Count: 4", "array value:  ", "DB name is: hr",
+           "before checking exe status: ", "calling SQL BackupToDisk: tolmera_sqlbackup.exe",
+           " Cont_LaunchAdminProcessSQL LocalBackup Value :: 100", "[SQL] Backup completed",
+           " Cont_LaunchAdminProcessSQL g_bLaunchVistaSQL :: False"}));
+  EXPECT_THAT(house.Trace(), Not(Contains(" : There is no SQL Server database available ")));
+  EXPECT_EQ(FromUtf16(house.Data("ScheduleTraceFileService.txt")), "calling exe: tolmera_sqlbackup.exe\r\n");
+}
+
+// Every row ends in the session log, the keys and the code; none reaches the engine.
+struct FailureCase {
+  const char* story;
+  const char* folder;
+  bool dump_fails;
+  JobCode code;
+  std::vector<std::string> traces;  // the last with the session log's path
+  const char* result_text;
+  const char* total_time;
+  const char* session_time;
+};
+
+class SqlFailureTest : public testing::TestWithParam<FailureCase> {};
+
+struct FailingDump : DatabaseDump {
+  bool BackupToDisk(std::string_view) override { return false; }
+};
+
+TEST_P(SqlFailureTest, LeavesItsTextsKeysAndCode) {
+  const FailureCase& row = GetParam();
+  SqlHouse house;
+  house.WriteAccount("SQLTEMP", row.folder);
+  ServiceContext& context = house.Service().context();
+  context.installation().CurrentUser = "ann";
+  context.schedule_file().schvTemp.recordno = "2";
+  StageSupport support(context.job, context.backup_set);
+  FailingDump dump;
+  SqlServerStage aborted(context.job, support, context.backup_set, dump);
+  if (row.dump_fails) {
+    context.job.state.run.Sch_SQLTEMP = row.folder;
+    EXPECT_EQ(aborted.Run(context.job.state), row.code);
+  } else {
+    EXPECT_EQ(house.Service().controller().Cont_SchBackup(), row.code);
+  }
+  const std::string path =
+      house.UserPath(std::string{"Session\\Scheduled 11-14-2026 "} + row.session_time + ".txt");
+  std::vector<std::string> traces = row.traces;
+  traces.back() += path;
+  EXPECT_THAT(house.Trace(), testing::IsSupersetOf(traces)) << row.story;
+  EXPECT_EQ(context.job.state.run.result_text, row.result_text) << row.story;
+  EXPECT_THAT(house.SessionFiles(), ElementsAre(path)) << row.story;
+  EXPECT_EQ(house.Text("Session\\Scheduled 11-14-2026 " + std::string{row.session_time} + ".txt"),
+            " \r\nUsername: ann\r\nOperation: Scheduled\r\n11-14-2026 " + std::string{row.session_time} +
+                "  " + row.result_text + "\r\n" + row.total_time + "\r\n")
+      << row.story;
+  EXPECT_EQ(house.Status("Status"), "3") << row.story;
+  EXPECT_EQ(house.Status("DLLStatus"), "3") << row.story;
+  EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
+  EXPECT_THAT(house.Commands(), testing::IsEmpty()) << row.story;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sql, SqlFailureTest,
+    testing::Values(
+        FailureCase{
+            "no folder is configured",
+            "",
+            false,
+            kJobStopped,
+            {" SQL Temp path not found ",
+             " The SQL server backup operation has been cancelled since the SQL Temp path could not be "
+             "found"},
+            "The SQL server backup operation has been cancelled since the SQL Temp path could not be "
+            "found.",
+            "Total Time",
+            "12-30-00"},
+        FailureCase{
+            "the folder is not there, and its backslash puts the test file inside",
+            "C:\\Nowhere\\",
+            false,
+            kJobFailed,
+            {"Cont_SchBackup :  PERMISSION DENIED :: ",
+             "Unable to continue the SQL Server Backup operation, please make sure that the disk is not "
+             "full or write protected.",
+             " Unable to continue the SQL server backup operation. Please check if the disk is full or "
+             "write protected"},
+            "Unable to continue the SQL server backup operation. Please check if the disk is full or "
+            "write protected.",
+            "Total Time        : ",
+            "12-30-02"},
+        FailureCase{
+            "a dump answers with an abort",
+            "C:\\Dumps\\",
+            true,
+            kJobFailed,
+            {" User aborted the SQL Server backup", " The SQL server backup has been aborted by the user"},
+            "The SQL server backup has been aborted by the user",
+            "Total Time        : ",
+            "12-30-02"}));
+
+TEST(SqlJob, AnOtherHostKnowsThatALongDumpIsNoJobThatWasCutOff) {
+  SqlHouse house;
+  house.PutBackupSet("SQLSERVERBACKUP;sales\r\n");
+  std::string started;
+  house.machine.InstallProgram(SqlHouse::kTool, [&](ProgramRun& run) {
+    run.After(290s, [&] {
+      house.Twin();
+      started =
+          house.Shared("Started") + house.Bytes("scheduleData.txt").substr(0, 1) + house.Status("Status");
+    });
+    run.ExitAfter(300s, 0);
+  });
+  house.Tick();
+  EXPECT_EQ(started, "121") << "a second host would start the job once more";
+  int signs = 0;
+  for (const std::string& line : house.Trace()) signs += line == "  Waiting for the local backup" ? 1 : 0;
+  EXPECT_EQ(signs, 5);
+}
+
+TEST(SqlJob, WhatIsNotDumpedStaysInTheListAndTheLogTellsOfIt) {
+  struct Case {
+    const char* story;
+    const char* error_text;  // null for no file
+    const char* errors;      // in the stage's log
+  };
+  constexpr const char* kError =
+      "Information : [11-14-2026 12:30:15 : ] Error while local backup of database :   ";
+  for (const Case& c : {Case{"a tool that dies", nullptr, ""},
+                        Case{"an error with text", "no such\r\n", "\r\nno such\r\n\r\n"},
+                        Case{"an error file without text", "  ", "\r\n"}}) {
+    SqlHouse house;
+    house.PutBackupSet("SQLSERVERBACKUP;a:b\r\n");
+    house.machine.PutFile(house.UserPath("SQLErrorBackupFile.txt"), "of an earlier run");
+    house.machine.InstallProgram(SqlHouse::kTool, [&](ProgramRun& run) {
+      const std::string error_file = house.UserPath("SQLErrorBackupFile.txt");
+      if (c.error_text != nullptr)
+        run.After(1s, [&, error_file] { house.machine.PutFile(error_file, c.error_text); });
+      run.ExitAfter(1s, 134);
+    });
+    house.Tick();
+    const std::string errors = c.error_text == nullptr ? "" : kError + std::string{c.errors};
+    EXPECT_EQ(
+        house.Bytes("SQLTraceFile.txt"),
+        "Information : [11-14-2026 12:30:04 : ] Started backup of database 'a:b' to 'C:\\Dumps\\' \r\n" +
+            errors +
+            "Error       : [11-14-2026 12:30:22 : ] Backup failed. Couldn't find the file name = "
+            "C:\\Dumps\\[a:b].dmp\r\n")
+        << c.story;
+    EXPECT_THAT(house.Trace(), Contains("C:\\Dumps\\[a:b].dmp")) << c.story;
+    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16)) << c.story << ": the job goes on";
+  }
+}
+
+TEST(SqlJob, WithoutDatabasesItSendsTheFolder) {
+  SqlHouse house;
+  house.PutBackupSet("SQLSERVERBACKUP;sales\r\nOxExchBrick;x\r\nsqlserverbackup; ;SqlServerBackup\r\n");
+  house.machine.PutFile("C:\\Dumps\\left.dmp", "old");
+  std::string list;
+  house.OnCommand(51, [&](ProgramRun&) {
+    list = house.Text("TempCom\\CompareListInput1.txt");
+    house.WriteResult(402);
+  });
+  house.Tick();
+  EXPECT_THAT(LinesOf(list), ElementsAre(HasSubstr("C:\\Dumps\\left.dmp/")));
+  EXPECT_THAT(house.Trace(), Contains(" : There is no SQL Server database available "));
+  EXPECT_EQ(house.machine.Launches().at(0).file, House::kEngine) << "the last line with the keyword counts";
+}
+
+}  // namespace
+}  // namespace ondura
