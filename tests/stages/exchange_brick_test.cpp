@@ -1,0 +1,283 @@
+#include "stages/ExchangeBrickStage.h"
+
+#include "stages/exchange_house.h"
+#include "util/utf16.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+const std::string kDump = "C:\\Mail\\OxExchBrickBkset";
+
+// A tool that takes three seconds for one mailbox.
+class BrickHouse : public ExchangeHouse {
+ public:
+  BrickHouse() : ExchangeHouse("5", "OXEXCHBRICK; ann ;oxexchbrick; ;") {
+    WriteAccount("EXCHBRICK", "C:\\Mail");
+    OnTool([this](ProgramRun& tool) {
+      tool.After(3s, [this] { machine.PutFile(kDump + "\\ann.pst", "twelve bytes"); });
+    });
+  }
+
+  void OnTool(const Program& script) { machine.InstallProgram(kBrickTool, script); }
+  void PutState(const std::string& state) { machine.PutFile(UserPath("OxExchBrickStatus.txt"), state); }
+  std::string State() { return Bytes("OxExchBrickStatus.txt"); }
+  std::string Setting(std::string_view key) {
+    return machine.ReadIni(UserPath("OxExchBrick.ini"), "Tolmera", key);
+  }
+
+  // The log of the job and the tool's, without their four common lines; "<no head>" in front where these
+  // are others. The stage begins with the tick.
+  std::string MainLog() { return LogBehindHead("Scheduled"); }
+  std::string ToolLog() { return LogBehindHead("OxExchBrick"); }
+  void ToolLogs(std::string_view line) {
+    machine.outside().files.Append(UserPath("Session\\OxExchBrick 11-14-2026 12-30-02.txt"),
+                                   ToUtf16(std::string{line} + "\r\n"), IfMissing::kFail);
+  }
+
+ private:
+  std::string LogBehindHead(const std::string& name) {
+    const std::string head = " \r\nUsername: ann\r\nBackup Operation: Scheduled\r\nVersion No: 3.4.1\r\n";
+    const std::string text = Text("Session\\" + name + " 11-14-2026 12-30-02.txt");
+    return text.starts_with(head) ? text.substr(head.size()) : "<no head>" + text;
+  }
+};
+
+TEST(ExchangeBrickStory, TheExportGoesToTheServerAsOneFolderAndIsDeletedThere) {
+  BrickHouse house;
+  house.machine.PutFile("C:\\Mail\\of the last run.txt", "x");
+  house.machine.PutProcess(ExchangeHouse::kBrickTool);
+  std::string state, keys, transferred;
+  bool is_clean = false;
+  house.OnTool([&](ProgramRun& tool) {
+    state = house.State();
+    keys = house.Status("Status") + "/" + house.Status("RetValue");
+    is_clean = !house.machine.outside().folders.Exists("C:\\Mail");
+    tool.After(3s, [&] { house.machine.PutFile(kDump + "\\ann.pst", "twelve bytes"); });
+  });
+  house.OnCommand(51, [&](ProgramRun&) {
+    transferred = house.Text("TempCom\\CompareListInput1.txt");
+    house.WriteResult(402);
+  });
+  house.Tick();
+  EXPECT_TRUE(is_clean);
+  EXPECT_EQ(state, "1\r\n");
+  EXPECT_EQ(keys, "1/400");
+  EXPECT_THAT(transferred, testing::HasSubstr(kDump + "\\ann.pst/12/"));
+  const LaunchRequest launch = house.machine.Launches().front();
+  EXPECT_EQ(launch.file, ExchangeHouse::kBrickTool);
+  EXPECT_EQ(launch.parameters, " 1Onduraann2");
+  EXPECT_EQ(launch.folder, "C:\\ProgramData\\Ondura");
+  EXPECT_EQ(house.Setting("EXCHBRICK"), "C:\\Mail\\");
+  EXPECT_EQ(house.Setting("SessionLog"), "Onduraann\\Session\\OxExchBrick 11-14-2026 12-30-02.txt");
+  EXPECT_EQ(house.Setting("MainSessionLog"), "Onduraann\\Session\\Scheduled 11-14-2026 12-30-02.txt");
+  EXPECT_THAT(house.StageTrace(), ElementsAre("Content of EnumBackupItemSet after the Exchange Brick-Level "
+                                              "Mailbox local backup : C:\\Mail\\"));
+  EXPECT_EQ(house.MainLog(), "");
+  EXPECT_EQ(house.ToolLog(), "");
+  EXPECT_EQ(house.run().kind_word, " Exchange Server Brick-Level ");
+  EXPECT_FALSE(house.machine.outside().folders.Exists(kDump)) << "the server has it";
+  EXPECT_EQ(house.Code(), "2");
+  EXPECT_EQ(house.StatusAfterJob(), "402");
+  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+}
+
+struct FailureCase {
+  const char* story;
+  std::function<void(BrickHouse&)> given;
+  std::vector<std::string> trace;
+  std::string result_text;
+  std::string main_log;  // behind the head
+  std::string tool_log;
+  bool session_cancelled;
+};
+
+void UserStops(BrickHouse& house) {
+  house.OnTool([&house](ProgramRun& tool) {
+    tool.NeverEnds();
+    tool.After(5s, [&house] { house.WriteProfile("BackupStatus", "Status", "5"); });
+  });
+}
+
+void ToolEndsWith(BrickHouse& house, const std::string& state, std::string_view last_line) {
+  house.OnTool([&house, state, last_line](ProgramRun& tool) {
+    tool.After(3s, [&house, state, last_line] {
+      house.PutState(state);
+      if (!last_line.empty()) house.ToolLogs(last_line);
+    });
+  });
+}
+
+class BrickFailureTest : public testing::TestWithParam<FailureCase> {};
+
+TEST_P(BrickFailureTest, LeavesItsLogsItsKeysAndItsTraces) {
+  SCOPED_TRACE(GetParam().story);
+  BrickHouse house;
+  GetParam().given(house);
+  house.Tick();
+  house.ExpectFailedEnd("3", GetParam().result_text);
+  EXPECT_THAT(house.StageTrace(), ElementsAreArray(GetParam().trace));
+  EXPECT_EQ(house.run().session_path, house.UserPath("Session\\Scheduled 11-14-2026 12-30-02.txt"));
+  EXPECT_EQ(house.MainLog(), GetParam().main_log);
+  EXPECT_EQ(house.ToolLog(), GetParam().tool_log);
+  EXPECT_EQ(house.SessionFiles().size(), 2U);
+  EXPECT_EQ(
+      house.Text("SchStatus.txt"),
+      GetParam().session_cancelled
+          ? "All your files/folders could not be backed up as the scheduled job was manually canceled.\r\n"
+          : "View the log to know the status of the backup job.\r\n");
+}
+
+const std::string kTail = "Please view Exchange BrickLevel Backup Log for more information.";
+const std::string kUnwritable =
+    "Unable to continue the Exchange server bricklevel backup operation. Please check if the disk is full or "
+    "write protected";
+const std::string kUnwritableTrace =
+    "Unable to continue the Exchange Server BrickLevel Backup operation, please make sure that the "
+    "folder/drive exists or the disk is not full or write protected.";
+const std::string kCancelled = "The user has aborted the Exchange Server Brick Level backup operation";
+const std::string kAbortTrace = "@ User aborted the Exchange Server Brick Level backup";
+
+std::string Unwritable(std::string_view time) { return std::string{time} + "  " + kUnwritable + "\r\n"; }
+
+std::string CancelledAt(std::string_view time) {
+  return std::string{time} + "  The user has aborted the Exchange Server backup operation\r\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stage, BrickFailureTest,
+    testing::Values(
+        FailureCase{"a folder that can't be written",
+                    [](BrickHouse& house) { house.machine.Fail("Files.Write C:\\Mail\\tmp.mtp"); },
+                    {kUnwritableTrace, "@ " + kUnwritable + "<log>"},
+                    kUnwritable,
+                    Unwritable("11-14-2026 12-30-03"),
+                    Unwritable("11-14-2026 12-30-03"),
+                    true},
+        FailureCase{"a folder of blanks without the own folder in its place",
+                    [](BrickHouse& house) { house.WriteAccount("EXCHBRICK", "   "); },
+                    {kUnwritableTrace, "@ " + kUnwritable + "<log>"},
+                    kUnwritable,
+                    Unwritable("11-14-2026 12-30-03"),
+                    Unwritable("11-14-2026 12-30-03"),
+                    true},
+        FailureCase{"a line without mailboxes",
+                    [](BrickHouse& house) {
+                      house.machine.PutFile(house.UserPath("BackupSetData.txt"), "OxExchBrick; ;");
+                    },
+                    {kAbortTrace, "@ Version No: 3.4.1<log>"},
+                    "Version No: 3.4.1" + kTail,
+                    "Version No: 3.4.1\r\n",
+                    "",
+                    false},
+        FailureCase{"a tool that gives up with a reason",
+                    [](BrickHouse& house) { ToolEndsWith(house, " 3 \r\nx\r\n", "No mailbox."); },
+                    {kAbortTrace, "@ No mailbox.<log>"},
+                    "No mailbox." + kTail,
+                    "No mailbox.\r\n",
+                    "No mailbox.\r\n",
+                    true},
+        FailureCase{"a tool that says it was cancelled",
+                    [](BrickHouse& house) { ToolEndsWith(house, "2", "Stopped."); },
+                    {kAbortTrace, "@ " + kCancelled + "<log>"},
+                    kCancelled + ".",
+                    "\r\n",
+                    "Stopped.\r\n" + CancelledAt("11-14-2026 12-30-22"),
+                    true},
+        FailureCase{"a user who stops the tool",
+                    UserStops,
+                    {"ScheduleCancelled 1", "Aborted...", kAbortTrace, "@ " + kCancelled + "<log>"},
+                    kCancelled + ".",
+                    "\r\n",
+                    CancelledAt("11-14-2026 12-30-24"),
+                    true}));
+
+TEST(ExchangeBrickStory, WithoutAFolderTheJobIsRefusedWithAnOrdinaryLog) {
+  BrickHouse house;
+  house.WriteAccount("EXCHBRICK", "");
+  house.Tick();
+  const std::string text =
+      "The temporary path used in the Exchange server brick level backup operation was not found";
+  house.ExpectFailedEnd("4", text);
+  EXPECT_THAT(house.StageTrace(),
+              ElementsAre("@ Exchange Brick Level Backup Temp path not found ", "@ " + text + "<log>"));
+  EXPECT_THAT(house.SessionFiles(), ElementsAre(house.run().session_path));
+  EXPECT_EQ(
+      house.Text("Session\\Scheduled 11-14-2026 12-30-02.txt"),
+      " \r\nUsername: ann\r\nOperation: Scheduled\r\n11-14-2026 12-30-02  " + text + "\r\nTotal Time\r\n");
+}
+
+TEST(ExchangeBrickStory, AStopEndsToolAndEngineAndStandsInTheStatusFile) {
+  BrickHouse house;
+  UserStops(house);
+  house.machine.PutProcess(House::kEngine);
+  house.Tick();
+  EXPECT_EQ(house.State(), "2\r\n");
+  EXPECT_FALSE(house.machine.IsRunning("OxExchBrick.exe"));
+  EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
+}
+
+TEST(ExchangeBrickStory, TheHostsEndOfProgressDoesNotStopTheTool) {
+  BrickHouse house;
+  house.OnTool([&](ProgramRun& tool) {
+    tool.After(1s, [&] { house.Service().controller().EndProgress(); });
+    tool.After(3s, [&] { house.machine.PutFile(kDump + "\\ann.pst", "x"); });
+  });
+  house.Tick();
+  EXPECT_TRUE(house.TraceHas("Content of EnumBackupItemSet after the Exchange"));
+}
+
+// Of three blanks the profile gives one: what stands between quotation marks in its shifted form.
+TEST(ExchangeBrickStory, BlanksExportToTheOwnFolderButHandOverAnother) {
+  BrickHouse house;
+  house.WriteAccount("EXCHBRICK", "   ");
+  house.machine.PutFolder(std::string{House::kData} + "EXCHANGEBRICKTEMP");
+  house.Tick();
+  EXPECT_EQ(house.Setting("EXCHBRICK"), std::string{House::kData} + "EXCHANGEBRICKTEMP\\");
+  EXPECT_TRUE(house.TraceHas("  Selected path :   \\OxExchBrickBkset"));
+}
+
+TEST(ExchangeBrickStory, AToolThatIsNotThereLeavesNothingToHandOver) {
+  BrickHouse house;
+  house.machine.RemoveProgram(ExchangeHouse::kBrickTool);
+  house.Tick();
+  EXPECT_THAT(house.StageTrace(), testing::IsEmpty());
+  EXPECT_EQ(house.State(), "1\r\n");
+  EXPECT_TRUE(house.TraceHas("  Selected path :  " + kDump));
+}
+
+TEST(ExchangeBrickStory, OtherProgramsReadAndWriteTheFilesOfTheTool) {
+  BrickHouse house;
+  Controller& controller = house.Service().controller();
+  EXPECT_EQ(controller.ReadFirstBit("C:\\none.txt"), "");
+  house.machine.PutFile("C:\\first.txt", "  2 \r\n3");
+  EXPECT_EQ(controller.ReadFirstBit("C:\\first.txt"), "2");
+  controller.WriteExchBrickProfile("EXCHBRICK", "D:\\x\\");
+  EXPECT_EQ(house.Setting("EXCHBRICK"), "D:\\x\\");
+  house.machine.Fail("ProfileFiles.Write*SessionLog*");
+  controller.WriteExchBrickProfile("SessionLog", "y");
+  EXPECT_TRUE(house.TraceHas("SessionLog")) << "a lost write can be seen";
+}
+
+TEST(ExchangeBrickStory, TheStatusFileMarksTheJobForWhoeverAsks) {
+  struct Row {
+    const char* state;
+    int mode;
+    bool session_cancelled;
+    const char* error_text;
+  };
+  for (const Row& row : {Row{"1", 0, false, ""}, Row{"2", 1, true, ""}, Row{"2", 0, true, ""},
+                         Row{"3", 1, true, "Operation aborted."}, Row{"33", 0, false, ""}}) {
+    BrickHouse house;
+    house.PutState(row.state);
+    house.Service().controller().CheckForExchBrickCancel(row.mode);
+    EXPECT_EQ(house.run().cancelled, row.session_cancelled) << row.state;
+    EXPECT_EQ(house.Service().error_text().ErrorText(), row.error_text) << row.state;
+  }
+}
+
+}  // namespace
+}  // namespace ondura
