@@ -1,0 +1,1 @@
+' Nothing: starts the script host alone.
