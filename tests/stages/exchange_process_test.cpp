@@ -21,6 +21,7 @@ class ExchangeRehearsal : public demo::Rehearsal {
     PutFile(OnServer("StorageGroups\\Other\\mail.edb"), "store of another group");
     PutFile(OnServer("Mailboxes\\ann\\inbox.pst"), "letters");
     PutFile(installation().DataFile("userlist.ini"), "ann;\r\n");
+    PutLines("atbkupfolderlist.txt", {"C:\\Docs\\a.txt"});  // without a selection the engine does nothing
     PutFile(UserFile("BackupSetData.txt"), "OxExchangeServerBkset;First Group\r\nOxExchBrick;ann\r\n");
     transfer().Trf_WriteUserProfile("APIEXCHANGE", "C:\\Store Dump");
     transfer().Trf_WriteUserProfile("EXCHBRICK", "C:\\Mail Dump");
