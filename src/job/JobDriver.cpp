@@ -20,10 +20,6 @@ constexpr std::uint64_t kEngineTraceCapBytes = 5242880;
 constexpr int kMostNestedRuns = 16;
 constexpr std::string_view kNoEncryptionPassword = "NOENC";
 
-bool NeedsStage(std::string_view recordno) {
-  return recordno == "2" || recordno == "3" || recordno == "4" || recordno == "5";
-}
-
 }  // namespace
 
 JobDriver::JobDriver(JobContext& job)
@@ -92,10 +88,6 @@ Leave JobDriver::RunStage() {
   job_.services.trace.plain().WriteTrace("Cont_SchBackup : Sch_SQLTEMP :: " + run.Sch_SQLTEMP);
   job_.services.trace.plain().WriteTrace("Cont_SchBackup : schvTemp.recordno :: " + recordno);
   if (Stage* stage = job_.services.stages.ForRecord(recordno)) return stage->Run(job_.state);
-  if (NeedsStage(recordno)) {
-    job_.keys.AddFailureDay();
-    return abort_.LeaveFailed(job_texts::kNoStage, 1);
-  }
   run.kind_word = " ";
   job_.keys.Write("RetValue", "0");
   job_.keys.WriteStatus("1");

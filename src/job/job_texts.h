@@ -68,8 +68,6 @@ inline constexpr std::string_view kQuotaUsedUp =
 inline constexpr std::string_view kQuotaStop =
     "Your quota has exceeded the allocated limit. Please upgrade your account.";
 
-inline constexpr std::string_view kNoStage =
-    "This kind of backup is not part of this installation. Files were not backed up in its place.";
 inline constexpr std::string_view kBackupFailed = "Backup has failed.";
 inline constexpr std::string_view kViewLog = "View the log to know the status of the backup job.";
 

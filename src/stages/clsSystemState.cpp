@@ -155,6 +155,7 @@ bool clsSystemState::CheckIfBackupComplete(ProcessId nPID) {
       exit_code = machine.processes.ExitCode(tool.handle());
       machine.pump.Pump();
       machine.clock.Sleep(kWatchPause);
+      support_.ShowLife();
     }
   }
   TraceLine("Exit CheckIfBackupComplete");
