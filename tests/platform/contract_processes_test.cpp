@@ -102,9 +102,11 @@ TEST_P(PlatformContract, ABareNameIsLookedUpInTheWorkingFolderAndThenTheSystems)
   machine_.folders.Make(R"(C:\Windows)");
   machine_.folders.Make(R"(C:\Windows\system32)");
   LaunchRequest request = tested_->PutProgram(R"(C:\Windows\system32\regsvr32.exe)", milliseconds{1}, 0);
-  request.file = "REGSVR32.exe";
-  const ProcessHandle handle = machine_.processes.Launch(request);
-  EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded);
+  for (const char* name : {"REGSVR32.exe", "RegSvr32"}) {
+    request.file = name;
+    const ProcessHandle handle = machine_.processes.Launch(request);
+    EXPECT_EQ(machine_.processes.Wait(handle, kPatience), ProcessWait::kEnded) << name;
+  }
   tested_->PutProgram(R"(C:\local.exe)", milliseconds{1}, 0);
   request.file = "local.exe";
   EXPECT_TRUE(machine_.processes.OpenForUser(request));
@@ -155,7 +157,7 @@ TEST_P(PlatformContract, RegistryValuesKeepTypeAndContent) {
   for (const RegistryValue& value : kValues) {
     const RegistryName name{RegistryRoot::kLocalMachine, R"(Software\Ondura)", "A=[Value]"};
     ASSERT_TRUE(machine_.registry.Write(name, value));
-    const RegistryName same{RegistryRoot::kLocalMachine, R"(SOFTWARE\ondura)", "a=[value]"};
+    const RegistryName same{RegistryRoot::kLocalMachine, R"(SOFTWARE\ondura\)", "a=[value]"};
     const auto read = other_.registry.Read(same, RegistryAccess::kQueryValue);
     ASSERT_TRUE(read.has_value());
     EXPECT_EQ(read->type, value.type);
@@ -186,6 +188,9 @@ TEST_P(PlatformContract, TheDefaultsDescribeOneMachine) {
   EXPECT_TRUE(machine_.internet.ExtendedState().connected);
   EXPECT_EQ(machine_.services.State("Ondura Service", ServiceManagerAccess::kRead), 0);
   EXPECT_EQ(machine_.desktop.ProcessOfWindow(12345), 0U);
+  EXPECT_EQ(machine_.desktop.FindTopWindow("#32770", "No such title"), 0);
+  EXPECT_FALSE(machine_.desktop.Show(12345, WindowShow::kHide));
+  EXPECT_FALSE(machine_.desktop.Post(12345, kCloseMessage));
 }
 
 TEST_P(PlatformContract, EveryCodePageByteGoesThereAndBack) {
