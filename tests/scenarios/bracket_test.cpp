@@ -1,4 +1,4 @@
-// What surrounds a job: the start of the hosts, missed occurrences, mail, the end of Windows.
+// What surrounds a job: the start of the hosts, mail, the end of Windows.
 
 #include <gmock/gmock.h>
 
@@ -13,57 +13,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 constexpr const char* kDue = "11-14-2026 12:30:00";
-constexpr const char* kEarlier = "11-14-2026 11:00:00";
-
-struct MissedCase {
-  const char* story;
-  const char* onceflag;
-  const char* repeatkind;
-  const char* mailids;
-  const char* nexttime;  // after two passes; empty: the file is gone
-  const char* failure_days;
-  const char* notice_time;  // in the session log; empty: no log
-};
-
-class MissedTest : public testing::TestWithParam<MissedCase> {};
-
-TEST_P(MissedTest, MovesTheRecordOnAndTellsTheUser) {
-  const MissedCase& row = GetParam();
-  House house;
-  house.AddUser("ann");
-  ScheduleRecord record = House::Daily(kEarlier);
-  record.onceflag = row.onceflag;
-  record.repeatkind = row.repeatkind;
-  record.mailids = row.mailids;
-  record.mailoption = "3";
-  house.PutSchedule("ann", {record});
-  house.Tick();
-  house.Tick();
-  EXPECT_TRUE(house.Commands().empty()) << row.story;
-  EXPECT_TRUE(house.LastMail().empty()) << row.story;
-  EXPECT_EQ(house.NextTime(), row.nexttime) << row.story;
-  EXPECT_EQ(house.Status("Status"), "4") << row.story;
-  EXPECT_EQ(house.Status("BackupFailureDays"), row.failure_days) << row.story;
-  const bool is_told = *row.notice_time != 0;
-  EXPECT_EQ(house.Text("SchStatusError.txt"), is_told ? "Backup has failed.\r\n" : "<none>") << row.story;
-  ASSERT_EQ(house.SessionFiles().size(), is_told ? 1U : 0U) << row.story;
-  if (!is_told) return;
-  const std::string log = house.SessionFiles().front();
-  EXPECT_EQ(house.Text("Session" + log.substr(log.rfind('\\'))),
-            " \r\nThe Scheduled backup has not been performed. It is possible that an "
-            "ongoinginteractive/continuous backup session was in progress or there was a network "
-            "shutdown.\r\nIt has been automatically set to the next frequency " +
-                std::string{row.notice_time} + ".\r\n")
-      << row.story;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Pass, MissedTest,
-    testing::Values(MissedCase{"moves on without a word", "0", "6", "", "11-15-2026 11:00:00", "1", ""},
-                    MissedCase{"tells each address", "0", "6", "a;b;;c", "11-15-2026 11:00:00", "1",
-                               "11-15-2026 11:00:00"},
-                    MissedCase{"is dropped when it is flagged so", "8", "6", "a", "", "1", kEarlier},
-                    MissedCase{"is missed again when it does not repeat", "0", "4", "", kEarlier, "2", ""}));
 
 struct MailCase {
   const char* option;

@@ -1,0 +1,371 @@
+// A year of twenty users on one machine that sleeps at night: every run and every miss of it.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+
+#include "scenarios/house.h"
+#include "util/date_text.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+struct Plan {
+  const char* user;  // in the order of the user list
+  const char* first;
+  const char* repeatkind;
+  const char* daymask;
+  const char* onceflag;
+  int runs;  // in the whole year
+  int misses;
+};
+
+// A leap year that begins on a Saturday. The machine wakes at 7:00 and is put to sleep at 23:00, but for the
+// two nights in which the clock changes.
+constexpr std::array<Plan, 20> kPlans{{
+    // 366 days but one: a job on 09-05 lasts to 09-07 and moves on over the day between.
+    {"noon", "01-01-2028 12:30:00", "6", "1111111", "0", 365, 0},
+    // Wednesdays, Tuesdays with Thursdays, and Wednesdays again. Each has one that passes during that job.
+    {"work", "01-05-2028 18:00:00", "6", "0001000", "0", 51, 1},
+    {"eve", "01-06-2028 22:50:00", "6", "0010100", "0", 102, 1},
+    {"early", "01-05-2028 8:00:00", "6", "0001000", "0", 51, 1},
+    // Sundays before the machine wakes: 60 units late is just in time, 61 are too late but for the two
+    // nights.
+    {"dawn60", "01-02-2028 6:40:00", "6", "1000000", "0", 53, 0},
+    {"dawn61", "01-02-2028 6:39:00", "6", "1000000", "0", 2, 51},
+    // Saturdays at the last minute, when the machine is asleep. On the two nights there is time for two jobs
+    // before midnight, behind which a minute is thousands of units.
+    {"late1", "01-01-2028 23:59:00", "6", "0000001", "0", 2, 51},
+    {"late2", "01-01-2028 23:59:00", "6", "0000001", "0", 2, 51},
+    {"late3", "01-01-2028 23:59:00", "6", "0000001", "0", 0, 53},
+    // Sundays in the hour that spring leaves out and autumn has twice.
+    {"night", "01-02-2028 2:30:00", "6", "1000000", "0", 1, 52},
+    {"gap", "01-02-2028 2:45:00", "6", "1000000", "0", 2, 51},
+    // The day that February shortens stays short.
+    {"m31", "01-31-2028 12:30:00", "5", "0000000", "0", 12, 0},
+    {"m30", "01-30-2028 18:00:00", "5", "0000000", "0", 12, 0},
+    // By night, of which one is the night in autumn.
+    {"m29", "01-29-2028 2:30:00", "5", "0000000", "0", 1, 11},
+    // 06-15 comes twice, and the second time has nothing left to run.
+    {"m15", "01-15-2028 8:00:00", "5", "0000000", "0", 12, 0},
+    {"june", "06-15-2028 12:30:00", "4", "0000000", "0", 1, 0},
+    // Single ones: one runs, two pass by night. "8" drops a missed one; without it the record stays and is
+    // missed on each tick until its user takes it away.
+    {"once", "05-01-2028 12:30:00", "4", "0000000", "0", 1, 0},
+    {"drop", "05-02-2028 3:00:00", "4", "0000000", "8", 0, 1},
+    {"stay", "05-03-2028 3:00:00", "4", "0000000", "0", 0, 4},
+    {"never", "01-01-2029 12:30:00", "4", "0000000", "0", 0, 0},
+}};
+
+LocalTime Time(std::string_view text) { return ParseFixedDate(text).value(); }
+
+// What a tick does by the rules alone, told anew: dates as times, keys as numbers, no files.
+class Model {
+ public:
+  Model() {
+    for (const Plan& plan : kPlans) next_.push_back(Time(plan.first));
+  }
+
+  // Picks the user to be served at `now`: the earliest, a tie by the list, those that stand behind all
+  // others.
+  bool Pick(LocalTime now) {
+    served_ = kPlans.size();
+    for (std::size_t i = 0; i < next_.size(); ++i) {
+      if (next_[i] && *next_[i] <= now && (served_ == kPlans.size() || GoesBefore(i, served_))) served_ = i;
+    }
+    if (served_ == kPlans.size()) return false;
+    is_missed_ = Units(now) - Units(*next_[served_]) > 60;
+    return true;
+  }
+  // When somebody is due who doesn't stand.
+  LocalTime NextDue() const {
+    LocalTime due = LocalTime::max();
+    for (std::size_t i = 0; i < next_.size(); ++i) {
+      if (next_[i] && !stands_.at(i)) due = std::min(due, *next_[i]);
+    }
+    return due;
+  }
+
+  // What happens to the user who was picked.
+  std::string Told() const {
+    return std::string{kPlans.at(served_).user} + (is_missed_ ? " missed " : " ran ") +
+           FormatDate("mm-dd HH:mm", *next_[served_]);
+  }
+
+  // Moves the record of the user who was picked, as it is to stand when the tick has ended.
+  void MoveOn(LocalTime end) {
+    const Plan& plan = kPlans.at(served_);
+    auto& next = next_[served_];
+    if (plan.repeatkind == std::string_view{"4"}) {
+      stands_[served_] = is_missed_ && plan.onceflag != std::string_view{"8"};
+      if (!stands_[served_]) next.reset();
+      return;
+    }
+    const bool is_monthly = plan.repeatkind == std::string_view{"5"};
+    do next = is_monthly ? MonthOn(*next) : DayOn(*next, plan.daymask);
+    while (*next < floor<minutes>(end));
+  }
+
+  std::string NextOf(std::size_t user) const {
+    return next_[user] ? FormatDate(kShortHourPicture, *next_[user]) : "";
+  }
+  void TakeAway(std::size_t user) { next_[user].reset(); }
+  std::size_t served() const { return served_; }
+
+ private:
+  bool GoesBefore(std::size_t user, std::size_t other) const {
+    return std::pair{stands_.at(user), *next_[user]} < std::pair{stands_.at(other), *next_[other]};
+  }
+  static std::int64_t Units(LocalTime time) {
+    const TimeFields at = ToFields(time);
+    return (((at.year * 100LL + at.month) * 100 + at.day) * 100 + at.hour) * 100 + at.minute;
+  }
+  static LocalTime DayOn(LocalTime time, std::string_view mask) {
+    do time += days{1};
+    while (mask[weekday{floor<days>(time)}.c_encoding()] != '1');
+    return time;
+  }
+  static LocalTime MonthOn(LocalTime time) {
+    const year_month_day date{floor<days>(time)};
+    const auto month = date.year() / date.month() + months{1};
+    const auto day = std::min(date.day(), (month / last).day());
+    return local_days{month / day} + (time - floor<days>(time));
+  }
+
+  std::vector<std::optional<LocalTime>> next_;
+  std::array<bool, kPlans.size()> stands_{};
+  std::size_t served_ = 0;
+  bool is_missed_ = false;
+};
+
+class Year {
+ public:
+  Year() {
+    for (const Plan& plan : kPlans) {
+      house_.AddUser(plan.user);
+      ScheduleRecord record = House::Daily(plan.first);
+      record.repeatkind = plan.repeatkind;
+      record.daymask = plan.daymask;
+      record.onceflag = plan.onceflag;
+      house_.PutSchedule(plan.user, {record});
+      next_[plan.user] = Time(plan.first);
+    }
+    for (const int command : {24, 51, 16}) {
+      house_.OnCommand(command, [this, command](ProgramRun&) {
+        house_.user = house_.Shared("Scheduled");
+        if (command == 51) transfers_.push_back(house_.user);
+        if (command == 51 && lid_closes_until_) SetNow(*std::exchange(lid_closes_until_, std::nullopt));
+        house_.WriteResult(402);
+      });
+    }
+    service_.controller().cont_InitialSch(House::kInstall);
+  }
+
+  void SetNow(LocalTime now) { house_.machine.SetNow(now); }
+  void CloseLidInNextJobUntil(LocalTime wake) { lid_closes_until_ = wake; }
+  void TakeAway(const std::string& user) {
+    house_.machine.outside().files.Remove(FileOf(user), Removal::kPlain);
+    model_.TakeAway(IndexOf(user));
+  }
+
+  // The machine is awake from one moment to the other. The host ticks three times a minute; what is left out
+  // here are ticks that find nothing, but for those when the machine wakes and, if asked for, every quarter.
+  enum class Idle { kLeaveOut, kTickToo };
+  void Live(LocalTime from, LocalTime to, Idle idle = Idle::kLeaveOut) {
+    TickAt(from);
+    for (LocalTime at = NextTick(from, idle); at <= to; at = NextTick(at, idle)) TickAt(at);
+  }
+  void LiveDays(LocalTime first, LocalTime behind_last) {
+    for (LocalTime day = first; day < behind_last; day += days{1}) Live(day + 7h, day + 23h);
+  }
+
+  // What happened since it was last asked for: when, to whom, what, and to which occurrence.
+  std::vector<std::string> News() { return std::exchange(news_, {}); }
+
+  void ExpectTotals() {
+    for (std::size_t i = 0; i < kPlans.size(); ++i) {
+      const Plan& plan = kPlans.at(i);
+      EXPECT_EQ(runs_[plan.user], plan.runs) << plan.user;
+      EXPECT_EQ(misses_[plan.user], plan.misses) << plan.user;
+      EXPECT_EQ(NextTime(plan.user), model_.NextOf(i)) << plan.user;
+    }
+  }
+
+ private:
+  static std::size_t IndexOf(const std::string& user) {
+    const auto found = std::ranges::find(kPlans, user, [](const Plan& plan) { return plan.user; });
+    return static_cast<std::size_t>(found - kPlans.begin());
+  }
+  std::string FileOf(const std::string& user) {
+    house_.user = user;
+    return house_.UserPath("scheduleData.txt");
+  }
+  std::string NextTime(const std::string& user) {
+    house_.user = user;
+    return house_.NextTime();
+  }
+
+  LocalTime NextTick(LocalTime behind, Idle idle) const {
+    using Quarters = duration<std::int64_t, std::ratio<900>>;
+    const LocalTime quarter = floor<Quarters>(behind) + 15min;
+    return idle == Idle::kTickToo ? std::min(quarter, model_.NextDue()) : model_.NextDue();
+  }
+
+  // Ticks once, and on until those who are due and move on have been served.
+  void TickAt(LocalTime moment) {
+    if (moment > house_.machine.Now()) SetNow(moment);
+    do Tick();
+    while (model_.NextDue() <= house_.machine.Now() && !testing::Test::HasFailure());
+  }
+
+  // One tick, held against the model.
+  void Tick() {
+    transfers_.clear();
+    const LocalTime now = house_.machine.Now();
+    const bool is_served = model_.Pick(now);
+    service_.controller().Cont_CheckStandardRunning();
+    const std::string user = service_.installation().CurrentUser;
+    const std::string got = WhatHappenedTo(user);
+    if (!got.empty()) news_.push_back(FormatDate("mm-dd HH:mm ", now) + got);
+    EXPECT_EQ(got, is_served ? model_.Told() : "") << "at " << FormatDate(kStampPicture, now);
+    if (!is_served) return;
+    model_.MoveOn(house_.machine.Now());
+    EXPECT_EQ(NextTime(user), model_.NextOf(model_.served())) << got;
+  }
+
+  // A run starts the engine's transfer once, a miss adds a day without a backup.
+  std::string WhatHappenedTo(const std::string& user) {
+    house_.user = user;
+    const std::string days = house_.Status("BackupFailureDays");
+    const bool has_failed = days != "0" && days != failure_days_[user];
+    failure_days_[user] = days;
+    const std::string time = FormatDate("mm-dd HH:mm", next_[user]);
+    if (const auto next = ParseFixedDate(NextTime(user))) next_[user] = *next;
+    const bool has_run = transfers_ == std::vector{user};
+    if (transfers_.empty() && !has_failed) return "";
+    if (has_run == has_failed) return "a run that failed or is not " + user + "'s";
+    ++(has_run ? runs_ : misses_)[user];
+    return user + (has_run ? " ran " : " missed ") + time;
+  }
+
+  House house_{Time("01-01-2028 7:00:00")};
+  // Nobody asks for the calls of a year, so that they are not recorded.
+  Component service_{house_.machine.outside()};
+  Model model_;
+  std::vector<std::string> transfers_;  // of the present tick
+  std::optional<LocalTime> lid_closes_until_;
+  std::map<std::string, std::string> failure_days_;
+  std::map<std::string, LocalTime> next_;
+  std::map<std::string, int> runs_;
+  std::map<std::string, int> misses_;
+  std::vector<std::string> news_;
+};
+
+LocalTime Day(std::string_view text) { return Time(std::string{text} + "-2028"); }
+
+void NewYear(Year& year) {
+  year.LiveDays(Day("01-01"), Day("01-03"));
+  EXPECT_THAT(year.News(),
+              ElementsAre("01-01 12:30 noon ran 01-01 12:30",
+                          // What the machine has slept through, in the order of the keys.
+                          "01-02 07:00 late1 missed 01-01 23:59", "01-02 07:00 late2 missed 01-01 23:59",
+                          "01-02 07:00 late3 missed 01-01 23:59", "01-02 07:00 night missed 01-02 02:30",
+                          "01-02 07:00 gap missed 01-02 02:45", "01-02 07:00 dawn61 missed 01-02 06:39",
+                          "01-02 07:00 dawn60 ran 01-02 06:40", "01-02 12:30 noon ran 01-02 12:30"));
+}
+
+// The clock goes from 1:59 to 3:00.
+void SpringForward(Year& year) {
+  year.News();
+  year.Live(Day("03-25") + 7h, Day("03-26") + 1h + 59min);
+  year.SetNow(Day("03-26") + 3h);
+  year.Live(Day("03-26") + 3h, Day("03-26") + 7h, Year::Idle::kTickToo);
+  EXPECT_THAT(year.News(),
+              ElementsAre("03-25 12:30 noon ran 03-25 12:30", "03-25 23:59 late1 ran 03-25 23:59",
+                          "03-25 23:59 late2 ran 03-25 23:59", "03-26 00:00 late3 missed 03-25 23:59",
+                          // No minute late in truth, but 70 units by the clock; the other is 55 late.
+                          "03-26 03:00 night missed 03-26 02:30", "03-26 03:00 gap ran 03-26 02:45",
+                          "03-26 06:39 dawn61 ran 03-26 06:39", "03-26 06:40 dawn60 ran 03-26 06:40"));
+  year.Live(Day("03-26") + 7h, Day("03-26") + 23h);
+}
+
+// A record that its user takes away at last.
+void ThirdOfMay(Year& year) {
+  year.News();
+  year.Live(Day("05-03") + 7h, Day("05-03") + 8h, Year::Idle::kTickToo);
+  year.TakeAway("stay");
+  EXPECT_THAT(year.News(),
+              ElementsAre("05-03 07:00 stay missed 05-03 03:00", "05-03 07:15 stay missed 05-03 03:00",
+                          "05-03 07:30 stay missed 05-03 03:00", "05-03 07:45 stay missed 05-03 03:00",
+                          // It keeps nobody waiting, though its key is the earliest.
+                          "05-03 08:00 early ran 05-03 08:00"));
+  year.Live(Day("05-03") + 9h, Day("05-03") + 23h);
+}
+
+// Somebody sets the clock back by a day: everybody's next occurrence is a day further away, and what has run
+// once does not run again.
+void JuneTwice(Year& year) {
+  year.News();
+  year.LiveDays(Day("06-14"), Day("06-15"));
+  year.Live(Day("06-15") + 7h, Day("06-15") + 13h);
+  EXPECT_THAT(year.News(),
+              ElementsAre("06-14 08:00 early ran 06-14 08:00", "06-14 12:30 noon ran 06-14 12:30",
+                          "06-14 18:00 work ran 06-14 18:00", "06-15 08:00 m15 ran 06-15 08:00",
+                          "06-15 12:30 noon ran 06-15 12:30", "06-15 12:30 june ran 06-15 12:30"));
+  year.SetNow(Day("06-14") + 13h);
+  year.Live(Day("06-14") + 13h, Day("06-14") + 23h, Year::Idle::kTickToo);
+  year.Live(Day("06-15") + 7h, Day("06-15") + 23h, Year::Idle::kTickToo);
+  EXPECT_THAT(year.News(), ElementsAre("06-15 22:50 eve ran 06-15 22:50"));
+}
+
+// The lid is closed over a job and opened two days later.
+void LidClosedOverAJob(Year& year) {
+  year.News();
+  year.CloseLidInNextJobUntil(Day("09-07") + 7h);
+  year.LiveDays(Day("09-05"), Day("09-06"));
+  year.LiveDays(Day("09-07"), Day("09-08"));
+  EXPECT_THAT(year.News(),
+              ElementsAre("09-05 12:30 noon ran 09-05 12:30", "09-07 07:00 eve missed 09-05 22:50",
+                          "09-07 07:00 early missed 09-06 08:00", "09-07 07:00 work missed 09-06 18:00",
+                          "09-07 12:30 noon ran 09-07 12:30", "09-07 22:50 eve ran 09-07 22:50"));
+}
+
+// The clock goes from 2:59 to 2:00, and the hour that comes again has had its runs.
+void AutumnBack(Year& year) {
+  year.News();
+  year.Live(Day("10-28") + 7h, Day("10-29") + 2h + 59min);
+  year.SetNow(Day("10-29") + 2h);
+  year.Live(Day("10-29") + 2h, Day("10-29") + 7h, Year::Idle::kTickToo);
+  EXPECT_THAT(year.News(),
+              ElementsAre("10-28 12:30 noon ran 10-28 12:30", "10-28 23:59 late1 ran 10-28 23:59",
+                          "10-28 23:59 late2 ran 10-28 23:59", "10-29 00:00 late3 missed 10-28 23:59",
+                          "10-29 02:30 night ran 10-29 02:30", "10-29 02:30 m29 ran 10-29 02:30",
+                          "10-29 02:45 gap ran 10-29 02:45", "10-29 06:39 dawn61 ran 10-29 06:39",
+                          "10-29 06:40 dawn60 ran 10-29 06:40"));
+  year.Live(Day("10-29") + 7h, Day("10-29") + 23h);
+}
+
+TEST(YearStory, EveryOccurrenceOfAYearRunsOnceOrIsMissedAsTheClockHasIt) {
+  Year year;
+  NewYear(year);
+  year.LiveDays(Day("01-03"), Day("03-25"));
+  SpringForward(year);
+  year.LiveDays(Day("03-27"), Day("05-03"));
+  ThirdOfMay(year);
+  year.LiveDays(Day("05-04"), Day("06-14"));
+  JuneTwice(year);
+  year.LiveDays(Day("06-16"), Day("09-05"));
+  LidClosedOverAJob(year);
+  year.LiveDays(Day("09-08"), Day("10-28"));
+  AutumnBack(year);
+  year.LiveDays(Day("10-30"), Day("12-31") + days{1});
+  year.ExpectTotals();
+}
+
+}  // namespace
+}  // namespace ondura
