@@ -1,0 +1,244 @@
+#!/usr/bin/env python3
+"""Packs the 64-bit build, and uses the zip and the installer under Wine as a person would.
+
+    packages_test.py --scenario SCENARIO-PROGRAM --folder DIR
+"""
+
+import argparse
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import zipfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+PROJECT = HERE.parent.parent
+EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
+
+SERVICE_NAME = "Ondura Service"
+INSTALLED = {"OnduraEService.dll", "OnduraService.exe", "OnduraBackground.exe", "OnduraElevated.exe", "Deployment.ini",
+             "UserName.ini"}
+REHEARSAL = {"OnduraClsClient.exe", "OnduraScan.exe", "OnduraSDBManager.exe"}
+SCENARIO_INSTALL = "C:\\Scenario\\Install"
+
+
+class Windows:
+    """A Windows of Wine in a folder, with the packages beside it."""
+
+    def __init__(self, folder, scenario):
+        self.folder = pathlib.Path(folder).resolve()
+        self.scenario = scenario
+        self.drive = self.folder / "wine" / "prefix" / "drive_c"
+        self.packages = self.folder / "packages"
+
+    def command(self, *words):
+        return [str(PROJECT / "scripts" / "wine"), str(self.folder / "wine"), *map(str, words)]
+
+    def run(self, *words, limit_s=120):
+        """What it prints goes through files: whatever Wine starts behind a program keeps its output open."""
+        with tempfile.TemporaryFile() as stdout, tempfile.TemporaryFile() as stderr:
+            code = subprocess.run(self.command(*words), stdin=subprocess.DEVNULL, stdout=stdout, stderr=stderr,
+                                  check=False, timeout=limit_s).returncode
+            for file in (stdout, stderr):
+                file.seek(0)
+            return subprocess.CompletedProcess(words, code, *[file.read().decode("utf-8", "replace")
+                                                              for file in (stdout, stderr)])
+
+    def path(self, windows_path):
+        return self.drive.joinpath(*windows_path.removeprefix("C:\\").split("\\"))
+
+    def stay_on(self):
+        """Wine switches its Windows off when no program runs, and starts the services with the next one."""
+        return subprocess.Popen(self.command("cmd"), stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
+
+    def play(self, action):
+        build = PROJECT / "build" / "windows-x64" / "demo"
+        done = self.run(self.scenario, action, build / "demo-engine.exe", build / "demo-database-manager.exe")
+        if done.returncode != 0:
+            raise AssertionError(f"the scenario's {action} failed: {done.stderr}")
+        return done.stdout.replace("\r", "")
+
+    def pack(self):
+        done = subprocess.run([PROJECT / "scripts" / "package", "--built", "--preset", "windows-x64", "--output",
+                               self.packages], capture_output=True, text=True, check=False)
+        if done.returncode != 0:
+            raise AssertionError(done.stderr)
+        self.msi, = self.packages.glob("*.msi")
+        self.zip, = self.packages.glob("*.zip")
+
+    def ini_value(self, windows_path, key):
+        """A value of an ini file that another program may be writing at this moment."""
+        try:
+            found = re.search(rf"^{key}=(.*?)\r?$", self.path(windows_path).read_text("cp1252"), re.M)
+        except OSError:
+            return None
+        return found.group(1) if found else None
+
+    def service_state(self):
+        """The service manager's word for the state of the service; None when there is no such service."""
+        found = re.search(r"STATE\s*: \d\s+(\w+)", self.run("sc", "query", SERVICE_NAME).stdout)
+        return found.group(1) if found else None
+
+    def is_registered(self):
+        return self.run("reg", "query", "HKCR\\OnduraEService.Controller\\CLSID").returncode == 0
+
+
+def files_about(user, text):
+    """What a shown scenario says about one user's files, but the folder that the next job removes."""
+    blocks = re.split(r"(?m)^(?=== )", re.sub(r"(?m)^== \S*\\<moment>\\\n", "", text))
+    return "".join(block for block in blocks if re.match(rf"== \S*(Ondura|Vault\\){user}\b", block))
+
+
+class ZipTest(unittest.TestCase):
+    """The hosts of the zip, on the machine of the scenario, whose users are due."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.home = WINDOWS.path("C:\\Zip\\Ondura")
+        shutil.rmtree(cls.home.parent, ignore_errors=True)
+        with zipfile.ZipFile(WINDOWS.zip) as archive:
+            archive.extractall(cls.home.parent)
+        # Such a file would say that the data lies elsewhere.
+        assert not (cls.home / "UserName.ini").exists()
+
+    def host(self, name, *words, **how):
+        return WINDOWS.run(f"C:\\Zip\\Ondura\\{name}", *words, **how)
+
+    def register(self):
+        done = self.host("OnduraService.exe", "register")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.addCleanup(self.host, "OnduraService.exe", "unregister")
+
+    def test_command_lines_are_read_or_refused(self):
+        for story, words, code, stdout, stderr in [
+            ("the service's help names its commands", ["OnduraService.exe", "--help"], 0, "unregister", None),
+            ("the twin's help", ["OnduraBackground.exe", "--help"], 0, "--period", None),
+            ("the elevated host's help", ["OnduraElevated.exe", "--help"], 0, "--period", None),
+            ("a version", ["OnduraService.exe", "--version"], 0, "OnduraService 1.", None),
+            ("nothing said", ["OnduraService.exe"], 2, None, "Usage:"),
+            ("an unknown word", ["OnduraService.exe", "frobnicate"], 2, None, "not expected"),
+            ("a console that is a service too", ["OnduraService.exe", "--console", "--service"], 2, None, "--service"),
+            ("a period that is no number", ["OnduraBackground.exe", "--period", "soon"], 2, None, "soon"),
+            ("no product in the folder", ["OnduraService.exe", "--console", "--install", "C:\\windows"], 2, None,
+             "C:\\windows\\Configuration.ini"),
+            ("the component not registered", ["OnduraService.exe", "--console", "--ticks", "1"], 2, None, "regsvr32"),
+            ("no such service", ["OnduraService.exe", "start"], 1, None, SERVICE_NAME),
+        ]:
+            with self.subTest(story):
+                done = self.host(*words)
+                self.assertEqual(done.returncode, code, done.stderr)
+                self.assertIn(stdout or "", done.stdout)
+                self.assertIn(stderr or "", done.stderr)
+
+    def test_the_console_service_runs_the_due_job_through_the_component(self):
+        self.register()
+        WINDOWS.play("prepare")
+        done = self.host("OnduraService.exe", "--console", "--install", SCENARIO_INSTALL, "--ticks", "1", limit_s=240)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.maxDiff = None
+        self.assertEqual(files_about("ann", EXPECTED), files_about("ann", WINDOWS.play("show")))
+
+    def test_the_twin_is_in_charge_while_it_runs_and_no_longer(self):
+        self.register()
+        WINDOWS.play("prepare")
+        WINDOWS.path("C:\\Scenario\\Data\\userlist.ini").write_bytes(b"nobody;\r\n")
+        twin = subprocess.Popen(WINDOWS.command("C:\\Zip\\Ondura\\OnduraBackground.exe", "--install", SCENARIO_INSTALL,
+                                                "--period", "3600"), stdin=subprocess.DEVNULL)
+        self.addCleanup(twin.kill)
+        deadline = time.monotonic() + 30
+        while self.standard() != "1" and time.monotonic() < deadline:
+            time.sleep(0.1)
+        self.assertEqual(self.standard(), "1")
+        WINDOWS.run("taskkill", "/im", "OnduraBackground.exe")
+        self.assertEqual(twin.wait(30), 0)
+        self.assertEqual(self.standard(), "0")
+
+    @staticmethod
+    def standard():
+        return WINDOWS.ini_value("C:\\Scenario\\Data\\UserName.ini", "Standard")
+
+    def test_the_elevated_host_serves_a_request_for_a_shadow_copy(self):
+        self.register()
+        WINDOWS.play("prepare")
+        request = WINDOWS.path("C:\\Scenario\\Data\\OpenFileLaunchStatus.txt")
+        request.write_bytes(b"1\r\n")
+        done = self.host("OnduraElevated.exe", "--install", SCENARIO_INSTALL, "--ticks", "1")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertEqual(request.read_bytes(), b"2\r\n")
+
+
+class InstallerTest(unittest.TestCase):
+    def install(self, *words):
+        done = WINDOWS.run("msiexec", "/i", self.on_windows(WINDOWS.msi), "/qn", *words)
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    def remove(self):
+        done = WINDOWS.run("msiexec", "/x", self.on_windows(WINDOWS.msi), "/qn")
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    @staticmethod
+    def on_windows(path):
+        return "Z:" + str(path).replace("/", "\\")
+
+    @staticmethod
+    def installed():
+        folder = WINDOWS.path("C:\\Program Files\\Ondura")
+        return {file.name for file in folder.iterdir()} if folder.exists() else set()
+
+    def service(self, *words):
+        done = WINDOWS.run("C:\\Program Files\\Ondura\\OnduraService.exe", *words)
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    def test_the_product_comes_and_goes(self):
+        self.install()
+        self.assertEqual(self.installed(), INSTALLED)
+        self.assertTrue(WINDOWS.is_registered())
+        self.assertEqual(WINDOWS.service_state(), "RUNNING")
+        self.assertEqual(WINDOWS.ini_value("C:\\Program Files\\Ondura\\UserName.ini", "VirtualPath"),
+                         "C:\\ProgramData\\Ondura\\")
+        self.service("stop")
+        self.assertEqual(WINDOWS.service_state(), "STOPPED")
+        self.service("start")
+        self.assertEqual(WINDOWS.service_state(), "RUNNING")
+        precious = WINDOWS.path("C:\\ProgramData\\Ondura\\Onduraann\\Ondura.ini")
+        precious.parent.mkdir()
+        precious.write_bytes(b"[Tolmera]\r\n")
+        self.remove()
+        self.assertEqual(self.installed(), set())
+        self.assertFalse(WINDOWS.is_registered())
+        self.assertIsNone(WINDOWS.service_state())
+        self.assertTrue(precious.exists(), "what users have made stays")
+        self.assertFalse(WINDOWS.path("C:\\ProgramData\\Ondura\\Configuration.ini").exists())
+
+    def test_the_programs_for_rehearsals_come_when_asked_for(self):
+        self.install("ADDLOCAL=ALL")
+        self.assertEqual(self.installed(), INSTALLED | REHEARSAL)
+        self.remove()
+
+    def test_a_service_is_installed_and_removed_without_the_installer(self):
+        self.install()
+        self.service("stop")
+        self.service("remove")
+        self.assertIsNone(WINDOWS.service_state())
+        self.service("install")
+        self.assertEqual(WINDOWS.service_state(), "STOPPED")
+        self.service("start")
+        self.assertEqual(WINDOWS.service_state(), "RUNNING")
+        self.remove()
+        self.assertIsNone(WINDOWS.service_state())
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--scenario", required=True)
+    parser.add_argument("--folder", required=True)
+    options, others = parser.parse_known_args()
+    WINDOWS = Windows(options.folder, options.scenario)
+    WINDOWS.pack()
+    with WINDOWS.stay_on():
+        program = unittest.main(argv=[sys.argv[0], *others], verbosity=2, exit=False)
+    sys.exit(0 if program.result.wasSuccessful() else 1)
