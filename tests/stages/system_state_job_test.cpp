@@ -182,6 +182,8 @@ TEST(SystemStateJob, AStopDuringTheDumpEndsTheToolButNotTheJob) {
   });
   house.Tick();
   EXPECT_EQ(status, "1") << "the connection's own, over the \"0\" of the stop";
+  EXPECT_THAT(house.machine.CallsMatching("ProfileFiles.WriteString *[BackupStatus] Status=0$"),
+              testing::SizeIs(1));
   EXPECT_FALSE(house.machine.IsRunning("ntbackup.exe"));
 
   EXPECT_THAT(house.TraceLines("Enter CheckIfBackupComplete", "sysStatePath"),
