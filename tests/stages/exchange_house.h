@@ -61,8 +61,9 @@ class ExchangeHouse : public House {
   // Whether a transfer has begun.
   bool EngineWasStarted() const { return !Commands().empty(); }
 
-  // What a failed stage leaves behind, whatever it was.
-  void ExpectFailedEnd(const char* code, const std::string& result_text) {
+  // What a failed stage leaves behind, whatever it was. `trace` is how the stage's trace ends.
+  void ExpectFailedEnd(const std::string& code, const std::string& result_text, const std::string& trace) {
+    EXPECT_THAT(Join(StageTrace(), "\n"), testing::EndsWith(trace));
     EXPECT_EQ(Code(), code);
     EXPECT_EQ(run().result_text, result_text);
     EXPECT_EQ(StatusAfterJob(), "3");

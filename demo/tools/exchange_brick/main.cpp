@@ -23,11 +23,12 @@ class MailboxExport {
   void Run() {
     const std::vector<std::string> mailboxes = server_.Names();
     if (mailboxes.empty()) return Abort("There is no mailbox on the server.");
-    const std::string folder = WithBackslash(Setting("EXCHBRICK"));
+    std::string folder = WithBackslash(Setting("EXCHBRICK"));
     client_.machine().folders.Make(WithoutLast(folder));
-    client_.machine().folders.Make(folder + "OxExchBrickBkset");
+    folder += "OxExchBrickBkset\\";
+    client_.machine().folders.Make(WithoutLast(folder));
     for (const std::string& mailbox : mailboxes) {
-      if (!Export(mailbox, folder + "OxExchBrickBkset\\" + mailbox)) return;
+      if (!Export(mailbox, folder + mailbox)) return;
     }
   }
 
