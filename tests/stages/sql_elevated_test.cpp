@@ -50,11 +50,13 @@ TEST(SqlElevated, LetsARunningDumpEndFirstAndIsNotEnteredTwice) {
   EXPECT_THAT(house.Trace(), Contains("calling SQL BackupToDisk: Ondura_sqlbackup.exe"));
 }
 
+enum class Stop { kNone, kByUser, kByHost };
+
 struct RequestCase {
   const char* story;
   const char* status;  // null for no file
   const char* command;
-  bool asks_to_stop;
+  Stop stop;
   std::size_t launches;
   const char* status_after;
   const char* tool_status;
@@ -70,7 +72,10 @@ TEST_P(SqlRequestTest, IsServedOnce) {
   if (row.status != nullptr) house.machine.PutFile(folder + "SqlLaunchStatus.txt", row.status);
   if (row.command != nullptr) house.machine.PutFile(folder + "SqlLaunchCmd.txt", row.command);
   house.machine.OnPump([&] { host.Cont_LaunchSQlAdminProcess(); });
-  if (row.asks_to_stop) house.machine.After(3s, [&] { house.WriteProfile("BackupStatus", "Status", "5"); });
+  house.machine.After(3s, [&] {
+    if (row.stop == Stop::kByUser) house.WriteProfile("BackupStatus", "Status", "5");
+    if (row.stop == Stop::kByHost) host.EndProgress();
+  });
   for (int call = 0; call < 2; ++call) host.Cont_LaunchSQlAdminProcess();
   EXPECT_THAT(house.machine.Launches(), SizeIs(row.launches)) << row.story;
   EXPECT_EQ(house.Data("OxWin\\SqlLaunchStatus.txt"), row.status_after) << row.story;
@@ -85,12 +90,15 @@ constexpr const char* kCommand = "C:\\ProgramData\\Ondura\\tolmera_sqlbackup.exe
 INSTANTIATE_TEST_SUITE_P(
     Sql, SqlRequestTest,
     testing::Values(
-        RequestCase{"nobody asks", nullptr, kCommand, false, 0, "<none>", "<none>"},
-        RequestCase{"nothing is to be done", "0\r\n", kCommand, false, 0, "0\r\n", "<none>"},
-        RequestCase{"it was served before", "2\r\n", kCommand, false, 0, "2\r\n", "<none>"},
-        RequestCase{"without a command nothing starts", " 1 \r\n", nullptr, false, 0, "2\r\n", "<none>"},
-        RequestCase{"the tool is awaited", "1\r\n", kCommand, false, 1, "2\r\n", "<none>"},
-        RequestCase{"a stop is handed on to the tool", "1\r\n", kCommand, true, 1, "2\r\n", "2\r\n"}));
+        RequestCase{"nobody asks", nullptr, kCommand, Stop::kNone, 0, "<none>", "<none>"},
+        RequestCase{"nothing is to be done", "0\r\n", kCommand, Stop::kNone, 0, "0\r\n", "<none>"},
+        RequestCase{"it was served before", "2\r\n", kCommand, Stop::kNone, 0, "2\r\n", "<none>"},
+        RequestCase{"without a command nothing starts", " 1 \r\n", nullptr, Stop::kNone, 0, "2\r\n",
+                    "<none>"},
+        RequestCase{"the tool is awaited", "1\r\n", kCommand, Stop::kNone, 1, "2\r\n", "<none>"},
+        RequestCase{"the user's stop is handed on to the tool", "1\r\n", kCommand, Stop::kByUser, 1, "2\r\n",
+                    "2\r\n"},
+        RequestCase{"the host's stop too", "1\r\n", kCommand, Stop::kByHost, 1, "2\r\n", "2\r\n"}));
 
 TEST(SqlDump, FillsInWhatIsNotConfigured) {
   SqlHouse house;
