@@ -95,19 +95,6 @@ TEST_F(SystemStateTool, TheHighestNumberOfAJobsLogsWins) {
   EXPECT_EQ(path, "before");
 }
 
-TEST_F(SystemStateTool, AnUncopiedLogIsStillKeptAsText) {
-  const std::string key{kLogFilesKey};
-  house_.machine.PutRegistryValue({RegistryRoot::kLocalMachine, key, "Log File Count"},
-                                  {RegistryType::kDword, "", 1});
-  PutRegistryText(key + "\\Log#1", "Job Name", "job");
-  house_.machine.PutFile(demo::SystemBackup(house_.machine.outside()).LogPath(1),
-                         std::string{kUtf16Mark} + ToUtf16("Verify Status"));
-  house_.machine.Fail("Files.Copy");
-  std::string path;
-  tool_.GetLogErrorString("job", path);
-  EXPECT_EQ(house_.Bytes("session\\job.txt"), "Verify Status");
-}
-
 TEST_F(SystemStateTool, OnlyAVerifiedCopyIsASuccess) {
   struct Case {
     const char* log;

@@ -59,6 +59,13 @@ class SystemStateHouse : public House {
 
   std::string StageLog() { return WithoutTimes(Bytes("STBTraceFile.txt")); }
 
+  // The one session file, with its times left out.
+  std::string SessionLog() {
+    const auto files = SessionFiles();
+    if (files.size() != 1) return "<" + std::to_string(files.size()) + " session files>";
+    return WithoutTimes(Text(files.front().substr(UserPath("").size() + 1)));
+  }
+
   // The user's trace from the first line that has `first` to the next one that has `last`.
   std::vector<std::string> TraceLines(std::string_view first, std::string_view last) {
     std::vector<std::string> lines;
