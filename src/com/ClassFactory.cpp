@@ -7,6 +7,10 @@
 
 namespace ondura {
 
+ClassFactory::ClassFactory(const PublicClass& made) : made_(made) { Module::Get().Lock(true); }
+
+ClassFactory::~ClassFactory() { Module::Get().Lock(false); }
+
 STDMETHODIMP ClassFactory::QueryInterface(REFIID id, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;

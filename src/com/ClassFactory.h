@@ -7,10 +7,10 @@
 
 namespace ondura {
 
-// Makes objects of one class. A factory that is held does not keep the library loaded; LockServer does.
+// Makes objects of one class. While it is held the library stays loaded.
 class ClassFactory : public IClassFactory {
  public:
-  explicit ClassFactory(const PublicClass& made) : made_(made) {}
+  explicit ClassFactory(const PublicClass& made);
   ClassFactory(const ClassFactory&) = delete;
   ClassFactory& operator=(const ClassFactory&) = delete;
 
@@ -21,7 +21,7 @@ class ClassFactory : public IClassFactory {
   STDMETHODIMP LockServer(BOOL lock) override;
 
  private:
-  virtual ~ClassFactory() = default;
+  virtual ~ClassFactory();
 
   const PublicClass& made_;
   std::atomic<ULONG> references_{1};

@@ -5,6 +5,7 @@
     com_test.py register --kept FILE --library LIBRARY -- WINE...
     com_test.py unregister --kept FILE --library LIBRARY -- WINE...
     com_test.py script --engine ENGINE -- WINE...
+    com_test.py snippets --kept FOLDER --compiler "COMPILER OPTION..." -- WINE...
 """
 
 import argparse
@@ -98,18 +99,37 @@ def check_script(options):
     check(int(count.group(1)) >= len(re.findall(r"\b(?:Good|Bad|Equal|Check) \"", wanted)), "checks were left out")
 
 
+def check_snippets(options):
+    """What the documentation says that its snippets print is what they print."""
+    text = (HERE.parent.parent / "docs" / "windows.md").read_text("utf-8")
+    snippets = re.findall(r"^```(vbscript|cpp)\n(.*?)^```\n\nsays\n\n```\n(.*?)^```", text, re.M | re.S)
+    check([language for language, _, _ in snippets] == ["vbscript", "cpp"], "the snippets of docs/windows.md have gone")
+    folder = pathlib.Path(options.kept)
+    folder.mkdir(parents=True, exist_ok=True)
+    for language, source, says in snippets:
+        file = folder / f"snippet.{ {'vbscript': 'vbs', 'cpp': 'cpp'}[language] }"
+        file.write_text(source, "utf-8")
+        command = ["cscript", "//nologo", on_windows(file)]
+        if language == "cpp":
+            program = folder / "snippet.exe"
+            subprocess.run([*options.compiler.split(), file, "-o", program, "-lole32", "-loleaut32", "-luuid"], check=True)
+            command = [program]
+        code, said = run(options.wine, *command)
+        check((code, said) == (0, says), f"the {language} snippet ends with {code} and says {said!r}")
+
+
 def main():
     arguments = sys.argv[1:]
     split = arguments.index("--") if "--" in arguments else len(arguments)
     parser = argparse.ArgumentParser()
-    parser.add_argument("what", choices=["file", "register", "unregister", "script"])
+    parser.add_argument("what", choices=["file", "register", "unregister", "script", "snippets"])
     parser.add_argument("files", nargs="*")
-    for option in ("--objdump", "--kept", "--library", "--engine"):
+    for option in ("--objdump", "--kept", "--library", "--engine", "--compiler"):
         parser.add_argument(option)
     options = parser.parse_intermixed_args(arguments[:split])
     options.wine = arguments[split + 1:]
     {"file": check_file, "register": check_register, "unregister": check_unregister,
-     "script": check_script}[options.what](options)
+     "script": check_script, "snippets": check_snippets}[options.what](options)
 
 
 if __name__ == "__main__":

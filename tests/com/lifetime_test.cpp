@@ -128,8 +128,8 @@ TEST(LifetimeTest, AControllerAnswersWithinTwentyMilliseconds) {
            static_cast<double>(frequency.QuadPart);
   };
   one();
-  std::vector<double> taken_ms;
-  for (int i = 0; i < 21; ++i) taken_ms.push_back(one());
+  std::vector<double> taken_ms(21);
+  std::ranges::generate(taken_ms, one);
   std::ranges::sort(taken_ms);
   RecordProperty("median_ms", std::to_string(taken_ms[10]));
   EXPECT_LT(taken_ms[10], 20);
