@@ -172,6 +172,12 @@ class ZipTest(unittest.TestCase):
 
 
 class InstallerTest(unittest.TestCase):
+    def setUp(self):
+        """Clears away what a test that failed has left."""
+        if self.installed():
+            self.remove()
+        shutil.rmtree(WINDOWS.path("C:\\ProgramData\\Ondura"), ignore_errors=True)
+
     def install(self, *words):
         done = WINDOWS.run("msiexec", "/i", self.on_windows(WINDOWS.msi), "/qn", *words)
         self.assertEqual(done.returncode, 0, done.stderr)
