@@ -235,4 +235,12 @@ STDMETHODIMP ControllerObject::GetHostNameFromIP(BSTR sIPAddress, BSTR* name) {
   return Answer(name, [&] { return core().GetHostNameFromIP(TextOf(sIPAddress)); });
 }
 
+STDMETHODIMP ControllerObject::Cont_LaunchAdminProcessSQL() {
+  return Run([&] { core().Cont_LaunchAdminProcessSQL(); });
+}
+
+STDMETHODIMP ControllerObject::Cont_LaunchSQlAdminProcess() {
+  return Run([&] { core().Cont_LaunchSQlAdminProcess(); });
+}
+
 }  // namespace ondura

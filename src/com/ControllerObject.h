@@ -58,6 +58,8 @@ class ControllerObject : public DispatchObject<IController> {
   STDMETHODIMP CheckForWriteAccessPermission(BSTR sFolder, VARIANT_BOOL* is_allowed) override;
   STDMETHODIMP GetIPFromHostName(BSTR sHostName, BSTR* address) override;
   STDMETHODIMP GetHostNameFromIP(BSTR sIPAddress, BSTR* name) override;
+  STDMETHODIMP Cont_LaunchAdminProcessSQL() override;
+  STDMETHODIMP Cont_LaunchSQlAdminProcess() override;
 
  private:
   [[nodiscard]] Controller& core() const { return component().controller(); }

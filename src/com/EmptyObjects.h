@@ -4,8 +4,7 @@
 
 namespace ondura {
 
-// The classes clsSystemState and time of the type library, which have no members.
-class SystemStateObject : public DispatchObject<IclsSystemState> {};
+// The class time of the type library, which has no members.
 class TimeObject : public DispatchObject<Itime> {};
 
 }  // namespace ondura

@@ -8,6 +8,7 @@
 #include "com/EmptyObjects.h"
 #include "com/OptionsObject.h"
 #include "com/SchedulerObject.h"
+#include "com/SystemStateObject.h"
 #include "com/TransferObject.h"
 
 namespace ondura {

@@ -262,8 +262,37 @@ Sub CallPasses
   controller.cont_RestartRealtimeSystem 1 : Bad "cont_RestartRealtimeSystem", kWrongNumberOfArguments
   controller.CallDummy : Good "CallDummy"
   controller.Cont_LaunchAdminProcess : Good "Cont_LaunchAdminProcess"
+  controller.Cont_LaunchAdminProcessSQL : Good "Cont_LaunchAdminProcessSQL"
+  controller.Cont_LaunchSQlAdminProcess : Good "Cont_LaunchSQlAdminProcess"
   controller.CloseVSS : Good "CloseVSS"
   controller.CheckAndCloseVSS : Good "CheckAndCloseVSS"
+End Sub
+
+Sub CallSystemState
+  On Error Resume Next
+  state.CreatePIDFile "123", 1 : Good "CreatePIDFile"
+  state.CreatePIDFile state, 1 : Bad "CreatePIDFile", kTypeMismatch
+  Equal "GetPID", state.GetPID(1), "123"
+  state.GetPID "x" : Bad "GetPID", kTypeMismatch
+  state.DeletePIDFile 1 : Good "DeletePIDFile"
+  state.DeletePIDFile "x" : Bad "DeletePIDFile", kTypeMismatch
+  Equal "GetPID behind DeletePIDFile", state.GetPID(1), ""
+  Equal "StringEndFolder", state.StringEndFolder("a\b\c", "\"), "c"
+  state.StringEndFolder state, "\" : Bad "StringEndFolder", kTypeMismatch
+  Equal "ShellClose", state.ShellClose(0), False
+  state.ShellClose "x" : Bad "ShellClose", kTypeMismatch
+  Check "GetCompName", Len(state.GetCompName) > 0
+  state.GetCompName 1 : Bad "GetCompName", kWrongNumberOfArguments
+  text = state.GetOsVersion : Good "GetOsVersion"
+  state.GetOsVersion 1 : Bad "GetOsVersion", kWrongNumberOfArguments
+  text = ""
+  Equal "GetLogErrorString", state.GetLogErrorString("no such job", text), ""
+  state.GetLogErrorString state, text : Bad "GetLogErrorString", kTypeMismatch
+  Equal "CheckLogError", state.CheckLogError("", install & "none.log"), False
+  state.CheckLogError state, "" : Bad "CheckLogError", kTypeMismatch
+  Equal "QueryValueEx", state.QueryValueEx(&H80000002, "Software\None", "None", text), 2
+  state.QueryValueEx "x", "", "", text : Bad "QueryValueEx", kTypeMismatch
+  state.LaunchNtbackup state : Bad "LaunchNtbackup", kTypeMismatch
 End Sub
 
 Sub CallSelection
@@ -415,6 +444,7 @@ CallOptions
 CallHelpers
 CallSelection
 CallEngineFiles
+CallSystemState
 CallDummyCall
 CallPasses
 RunScheduledJob
