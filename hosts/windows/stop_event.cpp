@@ -12,6 +12,7 @@ namespace {
 using Milliseconds = std::chrono::duration<std::int64_t, std::milli>;
 
 constexpr const wchar_t* kWindowClass = L"OnduraHostStop";
+constexpr const wchar_t* kStopProperty = L"stop";
 
 // A console handler gets no object of ours, so the event of a process is found by name.
 std::wstring EventName() { return L"Local\\OnduraHostStop-" + std::to_wstring(GetCurrentProcessId()); }
@@ -35,7 +36,7 @@ void DispatchMessages() {
 
 LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message == WM_CLOSE || (message == WM_ENDSESSION && first != 0)) {
-    const auto* stop = reinterpret_cast<const StopEvent*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    const auto* stop = static_cast<const StopEvent*>(GetPropW(window, kStopProperty));
     if (stop != nullptr) stop->Request();
     return 0;
   }
@@ -81,11 +82,13 @@ StopWindow::StopWindow(const StopEvent& stop) {
                             window_class.hInstance, nullptr);
   // A session without a desktop has no windows, and nobody in it who could close one.
   if (window_ == nullptr) return;
-  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&stop));
+  SetPropW(window_, kStopProperty, const_cast<StopEvent*>(&stop));
 }
 
 StopWindow::~StopWindow() {
-  if (window_ != nullptr) DestroyWindow(window_);
+  if (window_ == nullptr) return;
+  RemovePropW(window_, kStopProperty);
+  DestroyWindow(window_);
 }
 
 }  // namespace ondura
