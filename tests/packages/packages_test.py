@@ -62,13 +62,14 @@ class Windows:
             raise AssertionError(f"the scenario's {action} failed: {done.stderr}")
         return done.stdout.replace("\r", "")
 
-    def pack(self):
-        done = subprocess.run([PROJECT / "scripts" / "package", "--built", "--preset", "windows-x64", "--output",
-                               self.packages], capture_output=True, text=True, check=False)
+    def pack(self, release):
+        """Installer and zip of the release."""
+        folder = self.packages / release
+        done = subprocess.run([PROJECT / "scripts" / "package", "--built", "--preset", "windows-x64", "--release",
+                               release, "--output", folder], capture_output=True, text=True, check=False)
         if done.returncode != 0:
             raise AssertionError(done.stderr)
-        self.msi, = self.packages.glob("*.msi")
-        self.zip, = self.packages.glob("*.zip")
+        return folder / f"Ondura-{release}-x64.msi", folder / f"Ondura-{release}-x64.zip"
 
     def ini_value(self, windows_path, key):
         """A value of an ini file that another program may be writing at this moment."""
@@ -178,12 +179,12 @@ class InstallerTest(unittest.TestCase):
             self.remove()
         shutil.rmtree(WINDOWS.path("C:\\ProgramData\\Ondura"), ignore_errors=True)
 
-    def install(self, *words):
-        done = WINDOWS.run("msiexec", "/i", self.on_windows(WINDOWS.msi), "/qn", *words)
+    def install(self, *words, msi=None):
+        done = WINDOWS.run("msiexec", "/i", self.on_windows(msi or WINDOWS.msi), "/qn", *words)
         self.assertEqual(done.returncode, 0, done.stderr)
 
-    def remove(self):
-        done = WINDOWS.run("msiexec", "/x", self.on_windows(WINDOWS.msi), "/qn")
+    def remove(self, msi=None):
+        done = WINDOWS.run("msiexec", "/x", self.on_windows(msi or WINDOWS.msi), "/qn")
         self.assertEqual(done.returncode, 0, done.stderr)
 
     @staticmethod
@@ -225,6 +226,17 @@ class InstallerTest(unittest.TestCase):
         self.assertEqual(self.installed(), INSTALLED | REHEARSAL)
         self.remove()
 
+    def test_a_newer_version_takes_the_place_of_the_older(self):
+        newer, _ = WINDOWS.pack("1.3.0")
+        self.install()
+        self.install(msi=newer)
+        self.assertEqual(self.installed(), INSTALLED)
+        self.assertTrue(WINDOWS.is_registered(), "the older one goes with its registration before the newer comes")
+        self.assertEqual(WINDOWS.service_state(), "RUNNING")
+        self.remove(msi=newer)
+        self.assertEqual(self.installed(), set())
+        self.assertIsNone(WINDOWS.service_state())
+
     def test_a_service_is_installed_and_removed_without_the_installer(self):
         self.install()
         self.service("stop")
@@ -244,7 +256,7 @@ if __name__ == "__main__":
     parser.add_argument("--folder", required=True)
     options, others = parser.parse_known_args()
     WINDOWS = Windows(options.folder, options.scenario)
-    WINDOWS.pack()
+    WINDOWS.msi, WINDOWS.zip = WINDOWS.pack("1.2.3")
     with WINDOWS.stay_on():
         program = unittest.main(argv=[sys.argv[0], *others], verbosity=2, exit=False)
     sys.exit(0 if program.result.wasSuccessful() else 1)
