@@ -243,4 +243,24 @@ STDMETHODIMP ControllerObject::Cont_LaunchSQlAdminProcess() {
   return Run([&] { core().Cont_LaunchSQlAdminProcess(); });
 }
 
+STDMETHODIMP ControllerObject::WriteExchangeBackupSet(BSTR sLine) {
+  return Run([&] { core().WriteExchangeBackupSet(TextOf(sLine)); });
+}
+
+STDMETHODIMP ControllerObject::FindStorageGroupCount(long* count) {
+  return Answer(count, [&] { return static_cast<long>(core().FindStorageGroupCount()); });
+}
+
+STDMETHODIMP ControllerObject::WriteExchBrickProfile(BSTR sKey, BSTR sValue) {
+  return Run([&] { core().WriteExchBrickProfile(TextOf(sKey), TextOf(sValue)); });
+}
+
+STDMETHODIMP ControllerObject::ReadFirstBit(BSTR sPath, BSTR* line) {
+  return Answer(line, [&] { return core().ReadFirstBit(TextOf(sPath)); });
+}
+
+STDMETHODIMP ControllerObject::CheckForExchBrickCancel(short nMode) {
+  return Run([&] { core().CheckForExchBrickCancel(nMode); });
+}
+
 }  // namespace ondura

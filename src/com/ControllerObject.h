@@ -60,6 +60,11 @@ class ControllerObject : public DispatchObject<IController> {
   STDMETHODIMP GetHostNameFromIP(BSTR sIPAddress, BSTR* name) override;
   STDMETHODIMP Cont_LaunchAdminProcessSQL() override;
   STDMETHODIMP Cont_LaunchSQlAdminProcess() override;
+  STDMETHODIMP WriteExchangeBackupSet(BSTR sLine) override;
+  STDMETHODIMP FindStorageGroupCount(long* count) override;
+  STDMETHODIMP WriteExchBrickProfile(BSTR sKey, BSTR sValue) override;
+  STDMETHODIMP ReadFirstBit(BSTR sPath, BSTR* line) override;
+  STDMETHODIMP CheckForExchBrickCancel(short nMode) override;
 
  private:
   [[nodiscard]] Controller& core() const { return component().controller(); }

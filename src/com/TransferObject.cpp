@@ -62,4 +62,9 @@ STDMETHODIMP TransferObject::Trf_ReadOutputValue(BSTR sSection, BSTR param, shor
   return Answer(value, [&] { return core().Trf_ReadOutputValue(TextOf(sSection), TextOf(param)); });
 }
 
+STDMETHODIMP TransferObject::Trf_ReadExchangeProfile(BSTR sSection, BSTR sKey, BSTR sFile, BSTR* value) {
+  return Answer(
+      value, [&] { return core().Trf_ReadExchangeProfile(TextOf(sSection), TextOf(sKey), TextOf(sFile)); });
+}
+
 }  // namespace ondura

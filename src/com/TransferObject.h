@@ -22,6 +22,7 @@ class TransferObject : public DispatchObject<ITransfer> {
   STDMETHODIMP Trf_WriteUserNameDBProfile(BSTR param, BSTR paramval) override;
   STDMETHODIMP Trf_ReadServerValues(BSTR param, short* value) override;
   STDMETHODIMP Trf_ReadOutputValue(BSTR sSection, BSTR param, short* value) override;
+  STDMETHODIMP Trf_ReadExchangeProfile(BSTR sSection, BSTR sKey, BSTR sFile, BSTR* value) override;
 
  private:
   [[nodiscard]] Transfer& core() const { return component().transfer(); }

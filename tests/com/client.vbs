@@ -268,6 +268,22 @@ Sub CallPasses
   controller.CheckAndCloseVSS : Good "CheckAndCloseVSS"
 End Sub
 
+Sub CallExchange
+  On Error Resume Next
+  controller.WriteExchangeBackupSet "first group" : Good "WriteExchangeBackupSet"
+  controller.WriteExchangeBackupSet state : Bad "WriteExchangeBackupSet", kTypeMismatch
+  Equal "FindStorageGroupCount", controller.FindStorageGroupCount, 0
+  controller.FindStorageGroupCount 1 : Bad "FindStorageGroupCount", kWrongNumberOfArguments
+  controller.WriteExchBrickProfile "Path", "C:\x" : Good "WriteExchBrickProfile"
+  controller.WriteExchBrickProfile state, "" : Bad "WriteExchBrickProfile", kTypeMismatch
+  Equal "ReadFirstBit", controller.ReadFirstBit(data & "userlist.ini"), "ann;"
+  controller.ReadFirstBit state : Bad "ReadFirstBit", kTypeMismatch
+  controller.CheckForExchBrickCancel 1 : Good "CheckForExchBrickCancel"
+  controller.CheckForExchBrickCancel "x" : Bad "CheckForExchBrickCancel", kTypeMismatch
+  Equal "Trf_ReadExchangeProfile", transfer.Trf_ReadExchangeProfile("Tolmera", "Path", user & "OxExchBrick.ini"), "C:\x"
+  transfer.Trf_ReadExchangeProfile state, "", "" : Bad "Trf_ReadExchangeProfile", kTypeMismatch
+End Sub
+
 Sub CallSystemState
   On Error Resume Next
   state.CreatePIDFile "123", 1 : Good "CreatePIDFile"
@@ -445,6 +461,7 @@ CallHelpers
 CallSelection
 CallEngineFiles
 CallSystemState
+CallExchange
 CallDummyCall
 CallPasses
 RunScheduledJob
