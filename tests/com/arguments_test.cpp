@@ -13,12 +13,13 @@ namespace {
 
 class ArgumentsTest : public testing::Test {
  protected:
+  void SetUp() override { ASSERT_TRUE(controller_) << "the component is not registered"; }
+
   Apartment apartment_;
   ComPtr<IController> controller_ = Create<IController>(__uuidof(Controller));
 };
 
 TEST_F(ArgumentsTest, AResultReachesTheCallersVariableInItsOwnType) {
-  ASSERT_TRUE(controller_);
   long as_long = 7;
   double as_double = 7;
   short as_short = 7;

@@ -167,26 +167,40 @@ TEST(ScheduledJobTest, RunsToItsEndWhileAnotherThreadCallsIn) {
   EXPECT_FALSE(fs::is_empty(kUser / "Session"));
 }
 
+// Serves the calls of other apartments until `event` is set; false when it is not set in time.
+bool ServeUntil(HANDLE event) {
+  constexpr DWORD kLimitMs = 20'000;
+  DWORD woken_by = WAIT_OBJECT_0 + 1;
+  while (woken_by == WAIT_OBJECT_0 + 1) {
+    woken_by = MsgWaitForMultipleObjects(1, &event, FALSE, kLimitMs, QS_ALLINPUT);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+  return woken_by == WAIT_OBJECT_0;
+}
+
 // Another thread's object, called through what the type library describes.
 TEST(ScheduledJobTest, AnObjectServesAnotherApartment) {
   const Apartment apartment;
   const auto controller = Create<IController>(__uuidof(Controller));
+  ASSERT_TRUE(controller);
   ComPtr<IStream> stream;
   ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(__uuidof(IController), controller.Get(), &stream), S_OK);
-  const DWORD home = GetCurrentThreadId();
+  const HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   Text size;
   HRESULT result = E_FAIL;
   std::thread other([&] {
-    const Apartment own;
-    ComPtr<IController> proxy;
-    result = CoGetInterfaceAndReleaseStream(stream.Detach(), __uuidof(IController), &proxy);
-    if (proxy) result = proxy->GetProperSizeValue(123456, &size);
-    proxy.Reset();
-    PostThreadMessageW(home, WM_QUIT, 0, 0);
+    {
+      const Apartment own;
+      ComPtr<IController> proxy;
+      result = CoGetInterfaceAndReleaseStream(stream.Detach(), __uuidof(IController), &proxy);
+      if (proxy) result = proxy->GetProperSizeValue(123456, &size);
+    }
+    SetEvent(done);
   });
-  MSG message;
-  while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+  EXPECT_TRUE(ServeUntil(done));
   other.join();
+  CloseHandle(done);
   EXPECT_EQ(result, S_OK);
   EXPECT_EQ(size.str(), L"120.5 KB");
 }
