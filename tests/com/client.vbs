@@ -223,8 +223,8 @@ Sub CallDummyCall
   Check "CDummyCall.GetTempFolderPath", fso.FolderExists(dummy.GetTempFolderPath)
   dummy.GetTempFolderPath 1 : Bad "CDummyCall.GetTempFolderPath", kWrongNumberOfArguments
   WriteText dummy.GetTempFolderPath & "\DLLOutputInfo.txt", "-7" & vbCrLf & "no way" & vbCrLf, False
-  dummy.ResdDLLOutputFile state, number, text : Good "CDummyCall.ResdDLLOutputFile"
-  Equal "CDummyCall.ResdDLLOutputFile", number & text & state, "-7no way" & False
+  dummy.ResdDLLOutputFile list, number, text : Good "CDummyCall.ResdDLLOutputFile"
+  Equal "CDummyCall.ResdDLLOutputFile", number & text & list, "-7no way" & False
   dummy.ResdDLLOutputFile number : Bad "CDummyCall.ResdDLLOutputFile", kWrongNumberOfArguments
   dummy.DeleteInputOutFilesInTempFd : Good "CDummyCall.DeleteInputOutFilesInTempFd"
   dummy.DeleteTempFolder : Good "CDummyCall.DeleteTempFolder"
