@@ -66,14 +66,15 @@ void SqlElevated::DumpDatabases() {
   const std::vector<std::string> fields = support_.FindBackupSetFields(sql_names::kKeyword);
   TraceFields(fields);
   text_files_.Write(services.installation.DataFile(sql_names::kDumpList), "", Encoding::kCodePage);
-  if (!IsAskedFor()) return;
-  for (const std::string& field : fields) {
-    if (!StageSupport::FieldCounts(field, sql_names::kKeyword)) continue;
-    trace.WriteTrace("DB name is: " + field);
-    trace.WriteTrace("before checking exe status: ");
-    support_.LetToolEnd(sql_names::kTool);
-    trace.WriteTrace("calling SQL BackupToDisk: " + std::string{NameInTraces(services.installation)});
-    if (!dump_.BackupToDisk(Trim(field))) break;
+  if (IsAskedFor()) {
+    for (const std::string& field : fields) {
+      if (!StageSupport::FieldCounts(field, sql_names::kKeyword)) continue;
+      trace.WriteTrace("DB name is: " + field);
+      trace.WriteTrace("before checking exe status: ");
+      support_.LetToolEnd(sql_names::kTool);
+      trace.WriteTrace("calling SQL BackupToDisk: " + std::string{NameInTraces(services.installation)});
+      if (!dump_.BackupToDisk(Trim(field))) break;
+    }
   }
   services.machine.clock.Sleep(kSettleTime);
 }

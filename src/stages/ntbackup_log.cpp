@@ -99,13 +99,14 @@ std::string clsSystemState::ReadDefaultFormat(std::string_view path) {
 
 bool clsSystemState::CheckLogError(std::string_view /*sBackupName*/, std::string_view sLogPath) {
   TraceLine("Enter CheckLogError");
-  if (!job_.services.machine.files.Exists(sLogPath)) {
+  bool answer = false;
+  if (job_.services.machine.files.Exists(sLogPath)) {
+    const std::string text = ReadDefaultFormat(sLogPath);
+    std::string_view stream = text;
+    answer = CheckForErrorString(stream, GetOsVersion());
+  } else {
     TraceLine("Exit CheckLogError return with File does not exists Path:" + std::string{sLogPath});
-    return false;
   }
-  const std::string text = ReadDefaultFormat(sLogPath);
-  std::string_view stream = text;
-  const bool answer = CheckForErrorString(stream, GetOsVersion());
   TraceLine(std::string{"Exit CheckLogError return with "}.append(AnswerText(answer)));
   return answer;
 }

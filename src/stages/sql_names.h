@@ -19,7 +19,7 @@ inline constexpr std::string_view kDumpList = "SQLBackupData.txt";
 inline constexpr std::string_view kStatusFolder = "OXWIN";
 inline constexpr std::string_view kStatusFile = "SQLScheduleStatus.txt";
 inline constexpr std::string_view kLaunchStatusFile = "OxWin\\SqlLaunchStatus.txt";
-inline constexpr std::string_view kLaunchCommandFile = "OxWin\\SqlLaunchCmd.txt";
+inline constexpr std::string_view kLaunchCommandFile = "OxWin\\SQlLaunchCmd.txt";
 
 // The key by which the job asks the elevated host for the dumps, and its values.
 inline constexpr std::string_view kLocalBackup = "LocalBackup";

@@ -70,7 +70,7 @@ TEST_P(SqlRequestTest, IsServedOnce) {
   Controller& host = house.Twin().controller();
   const std::string folder = std::string{House::kData} + "OxWin\\";
   if (row.status != nullptr) house.machine.PutFile(folder + "SqlLaunchStatus.txt", row.status);
-  if (row.command != nullptr) house.machine.PutFile(folder + "SqlLaunchCmd.txt", row.command);
+  if (row.command != nullptr) house.machine.PutFile(folder + "SQlLaunchCmd.txt", row.command);
   house.machine.OnPump([&] { host.Cont_LaunchSQlAdminProcess(); });
   house.machine.After(3s, [&] {
     if (row.stop == Stop::kByUser) house.WriteProfile("BackupStatus", "Status", "5");
