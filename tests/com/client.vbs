@@ -407,7 +407,7 @@ End Sub
 
 Function Fixed(moment_of_day)
   Fixed = Right("0" & Month(moment_of_day), 2) & "-" & Right("0" & Day(moment_of_day), 2) & "-" & _
-      Year(moment_of_day) & " " & Right("0" & Hour(moment_of_day), 2) & ":" & _
+      Year(moment_of_day) & " " & Hour(moment_of_day) & ":" & _
       Right("0" & Minute(moment_of_day), 2) & ":00"
 End Function
 

@@ -74,7 +74,7 @@ std::wstring StampOf(SYSTEMTIME time, unsigned days_later) {
   moment = {ticks.LowPart, ticks.HighPart};
   FileTimeToSystemTime(&moment, &time);
   wchar_t text[32];
-  swprintf(text, std::size(text), L"%02d-%02d-%04d %02d:%02d:00", time.wMonth, time.wDay, time.wYear,
+  swprintf(text, std::size(text), L"%02d-%02d-%04d %d:%02d:00", time.wMonth, time.wDay, time.wYear,
            time.wHour, time.wMinute);
   return text;
 }

@@ -156,8 +156,6 @@ TEST_P(PlatformContract, RemovingAFolderTakesAllItHoldsAndNothingElse) {
   EXPECT_TRUE(machine_.folders.Remove(R"(C:\D)", Removal::kForce));
   EXPECT_FALSE(machine_.folders.Remove(R"(C:\d)", Removal::kForce));
   EXPECT_FALSE(machine_.folders.Remove(R"(C:\stays)", Removal::kForce)) << "a file is no folder";
-  EXPECT_FALSE(machine_.folders.Remove("C:", Removal::kForce)) << "a drive stays";
-  EXPECT_FALSE(machine_.folders.Remove("C:\\", Removal::kForce)) << "a drive stays";
   EXPECT_THAT(NamesIn(machine_, "C:\\"), ElementsAre("stays"));
 }
 

@@ -90,6 +90,7 @@ TEST(SimulatedDisk, WhatRefusesAccessIsThereButCannotBeUsed) {
   EXPECT_FALSE(machine.files.Remove("C:\\d\\locked.ini", Removal::kForce));
   EXPECT_FALSE(machine.profiles.WriteString({"C:\\d\\locked.ini", "a", "b"}, "d"));
   EXPECT_FALSE(machine.folders.Remove("C:\\d", Removal::kForce)) << "part of it stayed";
+  EXPECT_FALSE(machine.folders.Remove("C:\\", Removal::kForce)) << "a drive stays";
   EXPECT_EQ(house.FileBytes("C:\\d\\locked.ini"), "[a]\r\nb=c\r\n");
   house.disk().SetRefusing("C:\\d", true);
   EXPECT_FALSE(machine.folders.List("C:\\d", [](const FolderEntry&) { return Visit::kContinue; }));
