@@ -1,4 +1,4 @@
-#include "schedule/locale_picture.h"
+#include "util/locale_picture.h"
 
 #include <array>
 #include <charconv>
