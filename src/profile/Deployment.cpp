@@ -15,7 +15,8 @@ Deployment ReadDeployment(const Machine& machine, const Installation& installati
   };
   return {.PrimaryServer = read("PrimaryServer", "primary.backup.example"),
           .SecondaryServer = read("SecondaryServer", "secondary.backup.example"),
-          .NotificationHost = read("NotificationHost", "notify.backup.example")};
+          .NotificationHost = read("NotificationHost", "notify.backup.example"),
+          .NotificationAuthority = read("NotificationAuthority", "")};
 }
 
 }  // namespace ondura

@@ -15,10 +15,14 @@ struct Deployment {
   std::string PrimaryServer;
   std::string SecondaryServer;
   std::string NotificationHost;
+  // A file with one more certificate authority for the notification host, in PEM form (RFC 7468), by its
+  // path on the machine.
+  std::string NotificationAuthority;
 };
 
 // A value that is missing or blank becomes a name under a reserved domain, where no server answers:
-// "primary.backup.example", "secondary.backup.example" and "notify.backup.example".
+// "primary.backup.example", "secondary.backup.example" and "notify.backup.example". The authority stays
+// empty.
 Deployment ReadDeployment(const Machine& machine, const Installation& installation);
 
 }  // namespace ondura

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/machine.h"
+#include "profile/Installation.h"
+#include "profile/ProfileStore.h"
+#include "reporting/HttpFunctions.h"
+#include "reporting/log_extract.h"
+#include "reporting/mail_values.h"
+#include "reporting/trace.h"
+#include "util/SystemHelpers.h"
+
+namespace ondura {
+
+// The mail that tells a user of a scheduled run. A mail that can't be sent is lost.
+class NotificationMail {
+ public:
+  NotificationMail(const Machine& machine, const Installation& installation, const ProfileStore& store,
+                   SystemHelpers& helpers, Trace& trace, LogExtract& log_extract, HttpFunctions& http,
+                   MailValues& values)
+      : machine_(machine),
+        installation_(installation),
+        store_(store),
+        helpers_(helpers),
+        trace_(trace),
+        log_extract_(log_extract),
+        http_(http),
+        values_(values) {}
+
+  // Mails the result of the run to one address. `statback` is 2 for success, 3 for a missed or failed start,
+  // 4 and others as the job returned them; Attachlog has no effect. Without a session log, or with an empty
+  // one, no mail is sent.
+  void SendMail(std::string_view Mailto, bool Attachlog, std::int16_t statback);
+
+  // Mails `sContent` in the usual frame, without a subject.
+  void SendMailNew(std::string_view Mailto, std::string_view sContent);
+
+ private:
+  // How a run was ended before its time, if it was.
+  enum class Stopped { kNo, kByEngineResult, kOtherwise };
+
+  [[nodiscard]] std::string Greeting() const;
+  [[nodiscard]] std::string StatusLine();
+  [[nodiscard]] std::string ScheduledTimeLine();
+  [[nodiscard]] std::string LogPart(bool has_detail);
+  [[nodiscard]] Stopped StoppedHow() const;
+  [[nodiscard]] std::string ResultPart(std::int16_t statback, bool has_detail, Stopped stopped) const;
+  [[nodiscard]] std::string ReasonBlock() const;
+  [[nodiscard]] std::string Close() const;
+  [[nodiscard]] std::string NoticeTime() const;
+  void TraceSending();
+
+  Machine machine_;
+  const Installation& installation_;
+  const ProfileStore& store_;
+  SystemHelpers& helpers_;
+  Trace& trace_;
+  LogExtract& log_extract_;
+  HttpFunctions& http_;
+  MailValues& values_;
+};
+
+}  // namespace ondura
