@@ -91,7 +91,7 @@ void BuildCompareList(const std::filesystem::path& root) {
   const BenchMachine bench{root};
   const Transfer transfer{bench.machine(), bench.installation()};
   Exclusions exclusions{bench.machine(), bench.installation(), transfer};
-  MappedDrives drives;
+  MappedDrives drives{bench.machine().drives, transfer};
   const bool stop_flag = false;
   StatusStopCheck stop{bench.machine(), bench.installation(), stop_flag};
   CompareList list{bench.machine(), bench.installation(), transfer, exclusions, drives, stop};

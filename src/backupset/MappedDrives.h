@@ -1,15 +1,34 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
+#include "platform/drives.h"
+#include "profile/Transfer.h"
+
 namespace ondura {
 
 // Whether the backup set of a service-mode job depends on drives that only the person's session has.
 class MappedDrives {
  public:
-  virtual ~MappedDrives() = default;
+  MappedDrives(Drives& drives, const Transfer& transfer) : drives_(drives), transfer_(transfer) {}
 
-  // True keeps the compare list from being built. No list of drives has ever been filled in this component,
-  // so the plain answer is no.
-  virtual bool CheckServiceModeMappedDrive() { return false; }
+  // The drives that the job uses: texts that begin with a drive, each followed by a text of its own. Empty
+  // as long as nobody fills it.
+  std::vector<std::string>& drive_list() { return drive_list_; }
+
+  // True keeps the compare list from being built: the service is in charge and one of the drives is a
+  // network drive or unknown.
+  bool CheckServiceModeMappedDrive();
+
+  // Whether the service has been in charge at a check.
+  [[nodiscard]] bool check_made() const { return check_made_; }
+
+ private:
+  Drives& drives_;
+  const Transfer& transfer_;
+  std::vector<std::string> drive_list_;
+  bool check_made_ = false;
 };
 
 }  // namespace ondura

@@ -105,6 +105,7 @@ class ForwardingDrives : public Drives {
   std::vector<std::string> Roots() override { return next_.Roots(); }
   DriveKind KindOf(std::string_view root) override { return next_.KindOf(root); }
   std::optional<std::uint64_t> FreeBytes(std::string_view path) override { return next_.FreeBytes(path); }
+  std::optional<std::uint64_t> TotalBytes(std::string_view path) override { return next_.TotalBytes(path); }
   std::string ShortPath(std::string_view path) override { return next_.ShortPath(path); }
   std::string LongPath(std::string_view path) override { return next_.LongPath(path); }
   std::string SystemFolder() override { return next_.SystemFolder(); }

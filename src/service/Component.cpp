@@ -33,7 +33,7 @@ struct Component::Parts {
   BackupSetStore backup_set{machine, installation};
   ResetDate reset_date{machine.clock, store, transfer};
   Selection selection{machine, installation, helpers, trace};
-  MappedDrives mapped_drives;
+  MappedDrives mapped_drives{machine.drives, transfer};
   LocalDatabase local_database{machine, installation, transfer, store, reset_date, helpers, trace};
   ShadowCopy shadow_copy{machine, installation, trace, helpers};
   StageSet stages;

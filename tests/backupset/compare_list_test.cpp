@@ -29,7 +29,7 @@ struct Build : BackupSetHouse {
     return paths;
   }
 
-  MappedDrives drives;
+  MappedDrives drives{machine.machine().drives, transfer};
   CompareList list;
 };
 

@@ -62,7 +62,7 @@ struct JobHouse {
   DBaction schedule_file{ports, installation, trace};
   Scheduler scheduler{ports, trace, transfer, schedule_file};
   ResetDate reset_date{ports.clock, store, transfer};
-  MappedDrives mapped_drives;
+  MappedDrives mapped_drives{ports.drives, transfer};
   LocalDatabase local_database{ports, installation, transfer, store, reset_date, helpers, trace};
   NoShadowCopy shadow_copy;
   NoStages stages;

@@ -167,6 +167,9 @@ TEST_P(PlatformContract, DrivesAndLongPathsTellTheMachinesOwnNames) {
   EXPECT_EQ(machine_.drives.KindOf("Q:\\"), DriveKind::kUnknown);
   EXPECT_GT(machine_.drives.FreeBytes(R"(C:\Program Files)").value_or(0), 0U);
   EXPECT_EQ(machine_.drives.FreeBytes(R"(Q:\none)"), std::nullopt);
+  EXPECT_GE(machine_.drives.TotalBytes("C:\\"), machine_.drives.FreeBytes("C:\\"));
+  EXPECT_EQ(machine_.drives.TotalBytes(R"(C:\Program Files)"), machine_.drives.TotalBytes("C:\\"));
+  EXPECT_EQ(machine_.drives.TotalBytes("Q:\\"), std::nullopt);
   EXPECT_EQ(machine_.drives.LongPath(R"(C:\PROGRAM FILES\readme.TXT)"), R"(C:\Program Files\Readme.txt)");
   EXPECT_EQ(machine_.drives.LongPath(R"(C:\none)"), "");
   EXPECT_EQ(machine_.drives.ShortPath(R"(C:\none)"), "");

@@ -168,6 +168,9 @@ class DriveDrives : public ForwardingDrives {
   std::optional<std::uint64_t> FreeBytes(std::string_view path) override {
     return ForwardingDrives::FreeBytes(drive_.In(path));
   }
+  std::optional<std::uint64_t> TotalBytes(std::string_view path) override {
+    return ForwardingDrives::TotalBytes(drive_.In(path));
+  }
   std::string ShortPath(std::string_view path) override {
     return ForwardingDrives::ShortPath(drive_.In(path));
   }

@@ -26,10 +26,15 @@ class PosixDrives : public Drives {
   }
 
   std::optional<std::uint64_t> FreeBytes(std::string_view path) override {
-    const auto host = paths_.FindExisting(path);
-    struct statvfs system {};
-    if (!host || statvfs(host->c_str(), &system) != 0) return std::nullopt;
-    return static_cast<std::uint64_t>(system.f_bavail) * system.f_frsize;
+    const auto system = FileSystemOf(path);
+    if (!system) return std::nullopt;
+    return static_cast<std::uint64_t>(system->f_bavail) * system->f_frsize;
+  }
+
+  std::optional<std::uint64_t> TotalBytes(std::string_view path) override {
+    const auto system = FileSystemOf(path);
+    if (!system) return std::nullopt;
+    return static_cast<std::uint64_t>(system->f_blocks) * system->f_frsize;
   }
 
   // The host has no short names.
@@ -46,6 +51,13 @@ class PosixDrives : public Drives {
   std::string LocalDataFolder() override { return settings_.local_data_folder; }
 
  private:
+  std::optional<struct statvfs> FileSystemOf(std::string_view path) {
+    const auto host = paths_.FindExisting(path);
+    struct statvfs system {};
+    if (!host || statvfs(host->c_str(), &system) != 0) return std::nullopt;
+    return system;
+  }
+
   PathMap& paths_;
   const MachineSettings& settings_;
 };

@@ -74,7 +74,7 @@ MemoryDisk::MemoryDisk(std::function<LocalTime()> now) : now_(std::move(now)) {
 
 void MemoryDisk::PutDrive(std::string_view root, DriveKind kind, std::uint64_t free_bytes) {
   const std::string clean = CleanPath(root);
-  drives_[Folded(clean)] = {kind, free_bytes};
+  drives_[Folded(clean)] = {kind, free_bytes, free_bytes};
   if (Find(clean) == nullptr) Make(clean, true);
 }
 
@@ -85,6 +85,10 @@ void MemoryDisk::RemoveDrive(std::string_view root) {
 
 void MemoryDisk::SetFreeBytes(std::string_view root, std::uint64_t free_bytes) {
   if (Drive* drive = DriveOf(root)) drive->free_bytes = free_bytes;
+}
+
+void MemoryDisk::SetTotalBytes(std::string_view root, std::uint64_t total_bytes) {
+  if (Drive* drive = DriveOf(root)) drive->total_bytes = total_bytes;
 }
 
 void MemoryDisk::PutFile(std::string_view path, std::string_view bytes) {
@@ -314,10 +318,19 @@ DriveKind MemoryDisk::KindOf(std::string_view root) const {
   return found != drives_.end() ? found->second.kind : DriveKind::kUnknown;
 }
 
-std::optional<std::uint64_t> MemoryDisk::FreeBytes(std::string_view path) const {
+const MemoryDisk::Drive* MemoryDisk::DriveWith(std::string_view path) const {
   const auto found = drives_.find(Folded(RootOf(CleanPath(path))));
-  if (found == drives_.end() || Find(path) == nullptr) return std::nullopt;
-  return found->second.free_bytes;
+  return found == drives_.end() || Find(path) == nullptr ? nullptr : &found->second;
+}
+
+std::optional<std::uint64_t> MemoryDisk::FreeBytes(std::string_view path) const {
+  const Drive* drive = DriveWith(path);
+  return drive != nullptr ? std::optional{drive->free_bytes} : std::nullopt;
+}
+
+std::optional<std::uint64_t> MemoryDisk::TotalBytes(std::string_view path) const {
+  const Drive* drive = DriveWith(path);
+  return drive != nullptr ? std::optional{drive->total_bytes} : std::nullopt;
 }
 
 std::string MemoryDisk::ShortPath(std::string_view path) const {

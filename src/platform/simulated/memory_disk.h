@@ -36,10 +36,12 @@ class MemoryDisk {
 
   explicit MemoryDisk(std::function<LocalTime()> now);
 
-  // Adds a drive such as "D:\" or sets its kind and free space anew. There is a fixed "C:\" from the start.
+  // Adds a drive such as "D:\", all of it free, or sets its kind and space anew. There is a fixed "C:\" from
+  // the start.
   void PutDrive(std::string_view root, DriveKind kind, std::uint64_t free_bytes);
   void RemoveDrive(std::string_view root);  // with all it holds
   void SetFreeBytes(std::string_view root, std::uint64_t free_bytes);
+  void SetTotalBytes(std::string_view root, std::uint64_t total_bytes);
   void SetFullDisk(FullDisk behaviour) { full_disk_ = behaviour; }
 
   // Put with all missing parents, whatever the flags of what is there say. An unknown drive is added.
@@ -77,12 +79,14 @@ class MemoryDisk {
   std::vector<std::string> Roots() const;
   DriveKind KindOf(std::string_view root) const;
   std::optional<std::uint64_t> FreeBytes(std::string_view path) const;
+  std::optional<std::uint64_t> TotalBytes(std::string_view path) const;
   std::string ShortPath(std::string_view path) const;
 
  private:
   struct Drive {
     DriveKind kind = DriveKind::kFixed;
     std::uint64_t free_bytes = 0;
+    std::uint64_t total_bytes = 0;
   };
   using Nodes = std::map<std::string, Node, std::less<>>;
 
@@ -91,6 +95,7 @@ class MemoryDisk {
   void MakeParents(std::string_view clean_path);
   bool CanBeMade(std::string_view clean_path) const;
   Drive* DriveOf(std::string_view path);
+  const Drive* DriveWith(std::string_view path) const;
   std::string_view WhatFits(std::string_view path, std::string_view bytes, std::size_t freed_bytes);
   void SetBytes(Node& node, std::string_view kept, std::string_view added);
   void EraseNode(Nodes::iterator node);

@@ -154,6 +154,11 @@ std::optional<std::uint64_t> RecordingDrives::FreeBytes(std::string_view path) {
                     [&] { return ForwardingDrives::FreeBytes(path); });
 }
 
+std::optional<std::uint64_t> RecordingDrives::TotalBytes(std::string_view path) {
+  return gate_.Call(kLook, "Drives.TotalBytes", PathArgument{path}, std::optional<std::uint64_t>{},
+                    [&] { return ForwardingDrives::TotalBytes(path); });
+}
+
 std::string RecordingDrives::ShortPath(std::string_view path) {
   return gate_.Call(kLook, "Drives.ShortPath", PathArgument{path}, std::string{},
                     [&] { return ForwardingDrives::ShortPath(path); });

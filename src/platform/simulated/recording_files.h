@@ -56,6 +56,7 @@ class RecordingDrives : public ForwardingDrives {
   std::vector<std::string> Roots() override;
   DriveKind KindOf(std::string_view root) override;
   std::optional<std::uint64_t> FreeBytes(std::string_view path) override;
+  std::optional<std::uint64_t> TotalBytes(std::string_view path) override;
   std::string ShortPath(std::string_view path) override;
   std::string LongPath(std::string_view path) override;
   std::string SystemFolder() override;

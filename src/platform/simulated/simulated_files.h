@@ -65,6 +65,7 @@ class SimulatedDrives : public Drives {
   std::vector<std::string> Roots() override { return disk_.Roots(); }
   DriveKind KindOf(std::string_view root) override { return disk_.KindOf(root); }
   std::optional<std::uint64_t> FreeBytes(std::string_view path) override { return disk_.FreeBytes(path); }
+  std::optional<std::uint64_t> TotalBytes(std::string_view path) override { return disk_.TotalBytes(path); }
   std::string ShortPath(std::string_view path) override;
   std::string LongPath(std::string_view path) override;
   std::string SystemFolder() override { return surroundings_.system_folder; }

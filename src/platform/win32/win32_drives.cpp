@@ -96,6 +96,12 @@ class Win32Drives : public Drives {
     return known ? std::optional<std::uint64_t>{free_bytes.QuadPart} : std::nullopt;
   }
 
+  std::optional<std::uint64_t> TotalBytes(std::string_view path) override {
+    ULARGE_INTEGER total_bytes{};
+    const bool known = GetDiskFreeSpaceExA(ToSystem(path).c_str(), nullptr, &total_bytes, nullptr) != FALSE;
+    return known ? std::optional<std::uint64_t>{total_bytes.QuadPart} : std::nullopt;
+  }
+
   std::string ShortPath(std::string_view path) override {
     PathBuffer buffer{};
     return PathIn(buffer, GetShortPathNameA(ToSystem(path).c_str(), buffer.data(), kPathBytes));

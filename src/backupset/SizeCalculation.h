@@ -1,0 +1,67 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "backupset/ExclusionSizes.h"
+#include "backupset/FolderWalk.h"
+#include "backupset/StopCheck.h"
+#include "backupset/selection.h"
+#include "platform/machine.h"
+#include "profile/Installation.h"
+#include "util/SystemHelpers.h"
+#include "util/text_files.h"
+
+namespace ondura {
+
+// The job whose backup set is measured.
+struct SizeJob {
+  std::string_view recordno;   // "2" to "5": a stage, whose dumps are the whole backup set
+  std::string_view base_path;  // the folder of the stage's dumps
+};
+
+// kStopped: a stop was asked for and nothing was written; ending the job is the caller's.
+enum class SizeOutcome { kDone, kStopped };
+
+// How many bytes and files the backup set of the current user holds, for display: TotalDisplaySize.txt with
+// the totals and OutputSize.txt with each item and its size. What can't be read counts as 0.
+class SizeCalculation {
+ public:
+  SizeCalculation(const Machine& machine, const Installation& installation, SystemHelpers& helpers,
+                  StopCheck& stop);
+
+  // Takes as long as it takes to walk all items, with pauses; asks for a stop behind each of them.
+  SizeOutcome CalculateTotalSize(const SizeJob& job);
+
+ private:
+  struct AllDrives {
+    double net_bytes = 0;  // without what is excluded
+    double raw_bytes = 0;
+    double files = 0;
+  };
+
+  void MeasureStage(std::string_view base_path);
+  void AddLine(const std::string& line);
+  void AddAllDrives();
+  AllDrives SizeOfAllDrives();
+  void AddDrive(std::string_view path);
+  void AddFolder(std::string_view path);
+  void AddFile(std::string_view path);
+  void AddItem(std::string_view path, const DisplaySize& item, ExclusionKind kind);
+  bool IsFolderLine(std::string_view line);
+  void WriteOutput();
+
+  Machine machine_;
+  const Installation& installation_;
+  SystemHelpers& helpers_;
+  StopCheck& stop_;
+  TextFiles text_files_;
+  TotalDisplaySize total_file_;
+  FolderWalk walk_;
+  ExclusionSizes exclusions_;
+  std::vector<std::string> output_;  // each item and behind it its size
+  DisplaySize totals_;
+};
+
+}  // namespace ondura
