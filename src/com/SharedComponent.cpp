@@ -9,7 +9,8 @@ Machine WithPump(const Machine& machine, MessagePump& pump) {
           machine.watches,   machine.drives, machine.profiles, machine.registry,
           machine.processes, machine.system, machine.locale,   machine.code_page,
           machine.internet,  machine.crypto, machine.services, machine.desktop,
-          machine.power,     machine.names,  machine.mutexes,  machine.continuous_backup};
+          machine.power,     machine.names,  machine.mutexes,  machine.continuous_backup,
+          machine.web};
 }
 
 }  // namespace

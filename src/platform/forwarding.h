@@ -206,6 +206,42 @@ class ForwardingInternet : public Internet {
   Internet& next_;
 };
 
+class ForwardingWebRequests : public WebRequests {
+ public:
+  explicit ForwardingWebRequests(WebRequests& next) : next_(next) {}
+  InternetHandle Open(const WebSession& session) override { return next_.Open(session); }
+  InternetHandle Connect(InternetHandle session, std::string_view host, std::uint16_t port) override {
+    return next_.Connect(session, host, port);
+  }
+  InternetHandle OpenRequest(InternetHandle connection, const WebRequest& request) override {
+    return next_.OpenRequest(connection, request);
+  }
+  bool AddHeaders(InternetHandle request, std::string_view headers, std::uint32_t flags) override {
+    return next_.AddHeaders(request, headers, flags);
+  }
+  bool SetNumber(InternetHandle handle, InternetOption option, std::uint32_t value) override {
+    return next_.SetNumber(handle, option, value);
+  }
+  bool SetText(InternetHandle handle, InternetOption option, std::string_view value) override {
+    return next_.SetText(handle, option, value);
+  }
+  bool Notify(InternetOption option) override { return next_.Notify(option); }
+  bool Send(InternetHandle request, std::string_view body) override { return next_.Send(request, body); }
+  std::optional<std::uint32_t> StatusCode(InternetHandle request) override {
+    return next_.StatusCode(request);
+  }
+  std::optional<std::string> Header(InternetHandle request, std::uint32_t number) override {
+    return next_.Header(request, number);
+  }
+  std::optional<std::string> LastResponse(std::uint32_t limit) override { return next_.LastResponse(limit); }
+  void Close(InternetHandle handle) override { next_.Close(handle); }
+  std::uint32_t LastError() override { return next_.LastError(); }
+  bool TrustAuthority(std::string_view certificate) override { return next_.TrustAuthority(certificate); }
+
+ private:
+  WebRequests& next_;
+};
+
 class ForwardingCrypto : public Crypto {
  public:
   explicit ForwardingCrypto(Crypto& next) : next_(next) {}

@@ -20,6 +20,7 @@
 #include "platform/registry.h"
 #include "platform/services.h"
 #include "platform/system_info.h"
+#include "platform/web_requests.h"
 
 namespace ondura {
 
@@ -46,6 +47,7 @@ struct Machine {
   NameResolution& names;
   NamedMutexes& mutexes;
   ContinuousBackup& continuous_backup;
+  WebRequests& web;
 };
 
 }  // namespace ondura

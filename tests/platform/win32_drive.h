@@ -286,7 +286,8 @@ class DriveMachine {
   Machine machine_{real_.clock,   real_.pump,      files_,         folders_,     watches_,
                    drives_,       profiles_,       registry_,      processes_,   real_.system,
                    real_.locale,  real_.code_page, real_.internet, real_.crypto, real_.services,
-                   real_.desktop, real_.power,     real_.names,    mutexes_,     real_.continuous_backup};
+                   real_.desktop, real_.power,     real_.names,    mutexes_,     real_.continuous_backup,
+                   real_.web};
 };
 
 }  // namespace ondura

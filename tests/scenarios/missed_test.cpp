@@ -292,7 +292,8 @@ class DisabledTest : public testing::TestWithParam<DisabledCase> {
                                plain_.watches,   plain_.drives, plain_.profiles, plain_.registry,
                                plain_.processes, plain_.system, locale_,         plain_.code_page,
                                plain_.internet,  plain_.crypto, plain_.services, plain_.desktop,
-                               plain_.power,     plain_.names,  plain_.mutexes,  plain_.continuous_backup}};
+                               plain_.power,     plain_.names,  plain_.mutexes,  plain_.continuous_backup,
+                               plain_.web}};
 };
 
 TEST_P(DisabledTest, ClosesTheOccurrenceOfAUserWhoSwitchesOffBehindTheScan) {

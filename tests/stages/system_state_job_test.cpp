@@ -238,7 +238,8 @@ TEST(SystemStateJob, OnlyAStopBetweenTheTwoTestsEndsTheJob) {
                        ports.watches,   ports.drives, profiles,       ports.registry,
                        ports.processes, ports.system, ports.locale,   ports.code_page,
                        ports.internet,  ports.crypto, ports.services, ports.desktop,
-                       ports.power,     ports.names,  ports.mutexes,  ports.continuous_backup});
+                       ports.power,     ports.names,  ports.mutexes,  ports.continuous_backup,
+                       ports.web});
   component.controller().cont_InitialSch(House::kInstall);
   component.controller().Cont_CheckStandardRunning();
   const std::string result = "The user has aborted the system state backup";

@@ -24,9 +24,9 @@ class FastClock : public ForwardingClock {
 };
 
 Machine WithClock(const Machine& m, Clock& clock) {
-  return {clock,      m.pump,      m.files,  m.folders, m.watches,   m.drives,           m.profiles,
-          m.registry, m.processes, m.system, m.locale,  m.code_page, m.internet,         m.crypto,
-          m.services, m.desktop,   m.power,  m.names,   m.mutexes,   m.continuous_backup};
+  return {clock,       m.pump,   m.files,   m.folders,           m.watches,  m.drives, m.profiles, m.registry,
+          m.processes, m.system, m.locale,  m.code_page,         m.internet, m.crypto, m.services, m.desktop,
+          m.power,     m.names,  m.mutexes, m.continuous_backup, m.web};
 }
 
 int Perform(const std::string& action, const std::string& engine, const std::string& database_manager) {

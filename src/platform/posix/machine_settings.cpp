@@ -58,13 +58,20 @@ bool SetFlags(MachineSettings& settings, const std::string& value) {
   return true;
 }
 
+bool SetWebTimeout(MachineSettings& settings, const std::string& value) {
+  const auto number = ParseInteger(value);
+  if (!number || *number < 1 || *number > kLongestWebTimeout.count()) return false;
+  settings.web_timeout = std::chrono::milliseconds{*number};
+  return true;
+}
+
 template <std::string MachineSettings::*kMember>
 bool SetText(MachineSettings& settings, const std::string& value) {
   settings.*kMember = value;
   return true;
 }
 
-constexpr std::array<Entry, 14> kEntries = {{
+constexpr std::array<Entry, 15> kEntries = {{
     {"Locale", "ShortDate", SetText<&MachineSettings::short_date>},
     {"Locale", "TimeFormat", SetText<&MachineSettings::time_format>},
     {"Locale", "Decimal", SetText<&MachineSettings::decimal>},
@@ -86,6 +93,7 @@ constexpr std::array<Entry, 14> kEntries = {{
        s.connection.connection_name = value;
        return true;
      }},
+    {"Internet", "Timeout", SetWebTimeout},
 }};
 
 bool SetDrive(MachineSettings& settings, const std::string& root, const std::string& key,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <string>
 
@@ -8,6 +9,9 @@
 #include "platform/system_info.h"
 
 namespace ondura {
+
+// Web requests keep to the platform's own time-outs where nothing shorter is set.
+inline constexpr std::chrono::milliseconds kLongestWebTimeout{std::chrono::hours{1}};
 
 // What `machine.ini` in the root folder says about the machine, with the default of every entry.
 struct MachineSettings {
@@ -23,6 +27,7 @@ struct MachineSettings {
   std::string computer_name = "ONDURA";
   std::string exit_command;
   ConnectedState connection{true, 0x12, "Local Area Connection"};  // a network card, and configured
+  std::chrono::milliseconds web_timeout{kLongestWebTimeout};       // no part of a web request takes longer
   std::map<std::string, int> services;                             // lower-case name to state
 };
 

@@ -29,6 +29,7 @@ std::unique_ptr<Processes> MakePosixProcesses(PathMap& paths, Clock& clock, cons
 std::unique_ptr<SystemInfo> MakePosixSystemInfo(const MachineSettings& settings);
 std::unique_ptr<LocaleInfo> MakePosixLocaleInfo(const MachineSettings& settings);
 std::unique_ptr<Internet> MakePosixInternet(const MachineSettings& settings);
+std::unique_ptr<WebRequests> MakePosixWebRequests(const MachineSettings& settings);
 std::unique_ptr<Services> MakePosixServices(const MachineSettings& settings);
 std::unique_ptr<Desktop> MakePosixDesktop();
 std::unique_ptr<Power> MakePosixPower(const MachineSettings& settings);

@@ -30,6 +30,7 @@ class MachineInFolder : public PosixMachine {
         system_(MakePosixSystemInfo(settings_)),
         locale_(MakePosixLocaleInfo(settings_)),
         internet_(MakePosixInternet(settings_)),
+        web_(MakePosixWebRequests(settings_)),
         services_(MakePosixServices(settings_)),
         desktop_(MakePosixDesktop()),
         power_(MakePosixPower(settings_)),
@@ -57,6 +58,7 @@ class MachineInFolder : public PosixMachine {
   std::unique_ptr<SystemInfo> system_;
   std::unique_ptr<LocaleInfo> locale_;
   std::unique_ptr<Internet> internet_;
+  std::unique_ptr<WebRequests> web_;
   std::unique_ptr<Services> services_;
   std::unique_ptr<Desktop> desktop_;
   std::unique_ptr<Power> power_;
@@ -65,9 +67,9 @@ class MachineInFolder : public PosixMachine {
   std::unique_ptr<ContinuousBackup> continuous_backup_;
 
   Machine machine_{
-      *clock_,    *pump_,      *files_,  *folders_, *watches_,           *drives_,           *profiles_,
-      *registry_, *processes_, *system_, *locale_,  settings_.code_page, *internet_,         crypto_,
-      *services_, *desktop_,   *power_,  *names_,   *mutexes_,           *continuous_backup_};
+      *clock_,     *pump_,   *files_,   *folders_,           *watches_,  *drives_, *profiles_, *registry_,
+      *processes_, *system_, *locale_,  settings_.code_page, *internet_, crypto_,  *services_, *desktop_,
+      *power_,     *names_,  *mutexes_, *continuous_backup_, *web_};
 };
 
 // The root without links and dots, as the host shows it for running programs. Empty where there is none.

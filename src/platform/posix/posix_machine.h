@@ -17,14 +17,15 @@ struct PosixOptions {
 // A whole Windows-like machine in one folder of the host: `C:\x\y` is `<root>/C/x/y`. Files, processes and
 // clock are the real ones. `<root>/machine.ini` may describe the machine; every entry has a default:
 //
-//   [Drives]    D=/srv/data                    drives elsewhere on the host; a relative path is under the
-//   root [Locale]    ShortDate=M/d/yyyy  TimeFormat=h:mm:ss tt  Decimal=. [System]    CodePage=1252
-//   Version=6.1  Workstation=1  Wow64=0  SystemFolder=C:\Windows\system32
+//   [Drives]    D=/srv/data         drives elsewhere on the host; a relative path is under the root
+//   [Locale]    ShortDate=M/d/yyyy  TimeFormat=h:mm:ss tt  Decimal=.
+//   [System]    CodePage=1252  Version=6.1  Workstation=1  Wow64=0  SystemFolder=C:\Windows\system32
 //               LocalDataFolder=C:\Users\Default\AppData\Local  ComputerName=ONDURA
-//               ExitCommand=                   shell command that stands for the end of Windows; none by
-//               default
+//               ExitCommand=        shell command that stands for the end of Windows; none by default
 //   [Internet]  Connected=1  Flags=18  Connection=Local Area Connection
-//   [Services]  Any Service Name=4             state 1 to 7; 0, not installed, by default
+//               Timeout=3600000     milliseconds that no part of a web request (to connect, to send, to be
+//                                   answered) may exceed, whatever its own time-outs are
+//   [Services]  Any Service Name=4  state 1 to 7; 0, not installed, by default
 //
 // The registry is kept in `<root>/registry.ini`, named mutexes in `<root>/mutexes/`.
 class PosixMachine {

@@ -134,6 +134,40 @@ bool RecordingInternet::IsConnected() {
                     [&] { return ForwardingInternet::IsConnected(); });
 }
 
+InternetHandle RecordingWebRequests::Open(const WebSession& session) {
+  return gate_.Call(kLook, "WebRequests.Open", session.agent, kNoInternet,
+                    [&] { return ForwardingWebRequests::Open(session); });
+}
+
+InternetHandle RecordingWebRequests::Connect(InternetHandle session, std::string_view host,
+                                             std::uint16_t port) {
+  return gate_.Call(
+      kLook, "WebRequests.Connect", [&] { return std::string{host} + ":" + std::to_string(port); },
+      kNoInternet, [&] { return ForwardingWebRequests::Connect(session, host, port); });
+}
+
+InternetHandle RecordingWebRequests::OpenRequest(InternetHandle connection, const WebRequest& request) {
+  return gate_.Call(
+      kLook, "WebRequests.OpenRequest",
+      [&] { return std::string{request.verb} + " " + std::string{request.object}; }, kNoInternet,
+      [&] { return ForwardingWebRequests::OpenRequest(connection, request); });
+}
+
+bool RecordingWebRequests::AddHeaders(InternetHandle request, std::string_view headers, std::uint32_t flags) {
+  return gate_.Call(kLook, "WebRequests.AddHeaders", headers, false,
+                    [&] { return ForwardingWebRequests::AddHeaders(request, headers, flags); });
+}
+
+bool RecordingWebRequests::Send(InternetHandle request, std::string_view body) {
+  return gate_.Call(kChange, "WebRequests.Send", "", false,
+                    [&] { return ForwardingWebRequests::Send(request, body); });
+}
+
+std::optional<std::uint32_t> RecordingWebRequests::StatusCode(InternetHandle request) {
+  return gate_.Call(kLook, "WebRequests.StatusCode", "", std::optional<std::uint32_t>{},
+                    [&] { return ForwardingWebRequests::StatusCode(request); });
+}
+
 CryptoProvider RecordingCrypto::Acquire(std::string_view provider_name) {
   return gate_.Call(kLook, "Crypto.Acquire", provider_name, CryptoProvider{0},
                     [&] { return ForwardingCrypto::Acquire(provider_name); });

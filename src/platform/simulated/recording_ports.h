@@ -89,6 +89,20 @@ class RecordingInternet : public ForwardingInternet {
   CallGate& gate_;
 };
 
+class RecordingWebRequests : public ForwardingWebRequests {
+ public:
+  RecordingWebRequests(WebRequests& next, CallGate& gate) : ForwardingWebRequests(next), gate_(gate) {}
+  InternetHandle Open(const WebSession& session) override;
+  InternetHandle Connect(InternetHandle session, std::string_view host, std::uint16_t port) override;
+  InternetHandle OpenRequest(InternetHandle connection, const WebRequest& request) override;
+  bool AddHeaders(InternetHandle request, std::string_view headers, std::uint32_t flags) override;
+  bool Send(InternetHandle request, std::string_view body) override;
+  std::optional<std::uint32_t> StatusCode(InternetHandle request) override;
+
+ private:
+  CallGate& gate_;
+};
+
 class RecordingCrypto : public ForwardingCrypto {
  public:
   RecordingCrypto(Crypto& next, CallGate& gate) : ForwardingCrypto(next), gate_(gate) {}

@@ -34,6 +34,7 @@ struct SimulatedMachine::Parts {
   SimulatedSystemInfo system{surroundings};
   SimulatedLocaleInfo locale{surroundings};
   SimulatedInternet internet{surroundings};
+  SimulatedWebRequests web{surroundings};
   LibcryptoCrypto crypto;
   SimulatedServices services{surroundings};
   SimulatedDesktop desktop{surroundings};
@@ -56,6 +57,7 @@ struct SimulatedMachine::Parts {
   RecordingSystemInfo recording_system{system, gate};
   RecordingLocaleInfo recording_locale{locale, gate};
   RecordingInternet recording_internet{internet, gate};
+  RecordingWebRequests recording_web{web, gate};
   RecordingCrypto recording_crypto{crypto, gate};
   RecordingServices recording_services{services, gate};
   RecordingDesktop recording_desktop{desktop, gate};
@@ -64,14 +66,15 @@ struct SimulatedMachine::Parts {
   RecordingNamedMutexes recording_mutexes{own_mutexes, gate};
   RecordingContinuousBackup recording_continuous_backup{continuous_backup, gate};
 
-  Machine outside{clock,    pump,      files,  folders, watches,   drives,           profiles,
-                  registry, processes, system, locale,  code_page, internet,         crypto,
-                  services, desktop,   power,  names,   mutexes,   continuous_backup};
+  Machine outside{clock,     pump,   files,   folders,           watches,  drives, profiles, registry,
+                  processes, system, locale,  code_page,         internet, crypto, services, desktop,
+                  power,     names,  mutexes, continuous_backup, web};
   Machine machine{recording_clock,     recording_pump,   recording_files,    recording_folders,
                   recording_watches,   recording_drives, recording_profiles, recording_registry,
                   recording_processes, recording_system, recording_locale,   code_page,
                   recording_internet,  recording_crypto, recording_services, recording_desktop,
-                  recording_power,     recording_names,  recording_mutexes,  recording_continuous_backup};
+                  recording_power,     recording_names,  recording_mutexes,  recording_continuous_backup,
+                  recording_web};
 };
 
 SimulatedMachine::SimulatedMachine(LocalTime start) : parts_(std::make_unique<Parts>(*this, start)) {}

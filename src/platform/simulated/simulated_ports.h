@@ -41,6 +41,47 @@ class SimulatedInternet : public Internet {
   const Surroundings& surroundings_;
 };
 
+// Sessions, connections and requests that exist until they are closed; sending one shows it to the
+// surroundings.
+class SimulatedWebRequests : public WebRequests {
+ public:
+  explicit SimulatedWebRequests(Surroundings& surroundings) : surroundings_(surroundings) {}
+  InternetHandle Open(const WebSession& session) override;
+  InternetHandle Connect(InternetHandle session, std::string_view host, std::uint16_t port) override;
+  InternetHandle OpenRequest(InternetHandle connection, const WebRequest& request) override;
+  bool AddHeaders(InternetHandle request, std::string_view headers, std::uint32_t flags) override;
+  bool SetNumber(InternetHandle handle, InternetOption option, std::uint32_t value) override;
+  bool SetText(InternetHandle handle, InternetOption option, std::string_view value) override;
+  bool Notify(InternetOption option) override;
+  bool Send(InternetHandle request, std::string_view body) override;
+  std::optional<std::uint32_t> StatusCode(InternetHandle request) override;
+  std::optional<std::string> Header(InternetHandle request, std::uint32_t number) override;
+  std::optional<std::string> LastResponse(std::uint32_t limit) override;
+  void Close(InternetHandle handle) override;
+  std::uint32_t LastError() override { return last_error_; }
+  bool TrustAuthority(std::string_view certificate) override;
+
+  [[nodiscard]] std::size_t OpenHandles() const { return handles_.size(); }
+
+ private:
+  enum class Level { kSession, kConnection, kRequest };
+  // What is known so far: a connection carries what its session knew, a request what its connection knew.
+  struct Handle {
+    Level level = Level::kSession;
+    SentWebRequest known;
+    std::optional<WebAnswer> answer;
+  };
+
+  InternetHandle Add(Level level, SentWebRequest known);
+  Handle* Find(InternetHandle handle, Level level);
+  bool FailWith(std::uint32_t error);
+
+  Surroundings& surroundings_;
+  std::map<InternetHandle, Handle> handles_;
+  InternetHandle last_handle_ = kNoInternet;
+  std::uint32_t last_error_ = 0;
+};
+
 class SimulatedServices : public Services {
  public:
   explicit SimulatedServices(const Surroundings& surroundings) : surroundings_(surroundings) {}

@@ -14,6 +14,7 @@
 #include "platform/locale_info.h"
 #include "platform/registry.h"
 #include "platform/system_info.h"
+#include "platform/web_requests.h"
 
 namespace ondura {
 
@@ -32,6 +33,28 @@ struct SimulatedWindow {
   std::string title;
   bool is_shown = true;
   std::vector<std::uint32_t> posted;  // messages that were sent to it
+};
+
+// One request as it went out.
+struct SentWebRequest {
+  std::string agent;
+  std::string host;
+  std::uint16_t port = 0;
+  std::string verb;
+  std::string object;
+  std::string version;
+  std::uint32_t flags = 0;
+  std::vector<std::string> headers;  // in the order in which they were added
+  std::map<InternetOption, std::uint32_t> numbers;
+  std::map<InternetOption, std::string> texts;
+  std::string body;
+};
+
+// What a request meets: an error in place of an answer, or the answer's status and headers.
+struct WebAnswer {
+  std::uint32_t error = 0;
+  std::uint32_t status = 200;
+  std::map<std::uint32_t, std::string> headers;  // by number
 };
 
 // What a simulated machine is like beside its clock, disk and processes: a test sets the upper fields at
@@ -55,7 +78,14 @@ struct Surroundings {
   // Runs inside PostCDPStatusMsg, as the continuous backup's own reaction.
   std::function<void(ContinuousBackupState)> on_continuous_backup;
 
+  // Answers every web request; without it each gets a 200.
+  std::function<WebAnswer(const SentWebRequest&)> on_web_request;
+  std::optional<std::string> web_last_response;
+
   // What the component did.
+  std::vector<SentWebRequest> web_requests;
+  std::vector<InternetOption> web_notices;  // of changed settings
+  std::vector<std::string> trusted_authorities;
   std::vector<ShownMessage> messages;
   std::vector<std::uint32_t> windows_exits;  // flags of each ExitWindows
   std::vector<ContinuousBackupState> continuous_backup_states;

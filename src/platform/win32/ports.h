@@ -20,6 +20,7 @@ std::unique_ptr<SystemInfo> MakeWin32SystemInfo();
 std::unique_ptr<LocaleInfo> MakeWin32LocaleInfo();
 std::unique_ptr<CodePage> MakeWin32CodePage();
 std::unique_ptr<Internet> MakeWin32Internet();
+std::unique_ptr<WebRequests> MakeWin32WebRequests();
 std::unique_ptr<Crypto> MakeWin32Crypto();
 std::unique_ptr<Services> MakeWin32Services();
 std::unique_ptr<Desktop> MakeWin32Desktop();

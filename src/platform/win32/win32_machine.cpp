@@ -25,6 +25,7 @@ class RunningWindows : public Win32Machine {
   std::unique_ptr<CodePage> code_page_ = MakeWin32CodePage();
   std::unique_ptr<Internet> internet_ = MakeWin32Internet();
   std::unique_ptr<Crypto> crypto_ = MakeWin32Crypto();
+  std::unique_ptr<WebRequests> web_ = MakeWin32WebRequests();
   std::unique_ptr<Services> services_ = MakeWin32Services();
   std::unique_ptr<Desktop> desktop_ = MakeWin32Desktop();
   std::unique_ptr<Power> power_ = MakeWin32Power();
@@ -32,9 +33,10 @@ class RunningWindows : public Win32Machine {
   std::unique_ptr<NamedMutexes> mutexes_ = MakeWin32NamedMutexes();
   std::unique_ptr<ContinuousBackup> continuous_backup_ = MakeWin32ContinuousBackup();
 
-  Machine machine_{*clock_,    *pump_,      *files_,  *folders_, *watches_,   *drives_,           *profiles_,
-                   *registry_, *processes_, *system_, *locale_,  *code_page_, *internet_,         *crypto_,
-                   *services_, *desktop_,   *power_,  *names_,   *mutexes_,   *continuous_backup_};
+  Machine machine_{
+      *clock_,     *pump_,   *files_,   *folders_,           *watches_,  *drives_, *profiles_, *registry_,
+      *processes_, *system_, *locale_,  *code_page_,         *internet_, *crypto_, *services_, *desktop_,
+      *power_,     *names_,  *mutexes_, *continuous_backup_, *web_};
 };
 
 }  // namespace
