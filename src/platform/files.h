@@ -47,6 +47,10 @@ class Files {
   // At most the first `limit_bytes` bytes.
   virtual std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) = 0;
 
+  // At most `limit_bytes` bytes from byte `offset` (from 0) on; fewer at the file's end, none behind it.
+  virtual std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                              std::size_t limit_bytes) = 0;
+
   // Makes or replaces the file. False leaves it missing, as it was, or cut short.
   virtual bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) = 0;
 

@@ -45,6 +45,10 @@ class ForwardingFiles : public Files {
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {
     return next_.ReadHead(path, limit_bytes);
   }
+  std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                      std::size_t limit_bytes) override {
+    return next_.ReadPart(path, offset, limit_bytes);
+  }
   bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
     return next_.Write(path, bytes, if_present);
   }

@@ -51,6 +51,7 @@ TEST_P(PlatformContract, NothingIsNoFileAndAFolderIsNone) {
     EXPECT_EQ(machine_.files.Size(path), std::nullopt) << path;
     EXPECT_EQ(machine_.files.Modified(path), std::nullopt) << path;
     EXPECT_EQ(machine_.files.Read(path), std::nullopt) << path;
+    EXPECT_EQ(machine_.files.ReadPart(path, 0, 5), std::nullopt) << path;
     EXPECT_FALSE(machine_.files.Patch(path, 0, "x")) << path;
     EXPECT_FALSE(machine_.files.Append(path, "x", IfMissing::kFail)) << path;
     EXPECT_FALSE(machine_.files.Remove(path, Removal::kForce)) << path;
@@ -72,6 +73,10 @@ TEST_P(PlatformContract, BytesSurviveWhateverTheyAre) {
   PutFile(R"(C:\bytes)", bytes);
   EXPECT_THAT(machine_.files.Read(R"(C:\bytes)"), Optional(bytes));
   EXPECT_THAT(machine_.files.ReadHead(R"(C:\bytes)", 5), Optional(bytes.substr(0, 5)));
+  for (const std::uint64_t offset : {0, 9, 253, 256}) {
+    EXPECT_THAT(machine_.files.ReadPart(R"(C:\bytes)", offset, 5), Optional(bytes.substr(offset, 5)));
+  }
+  EXPECT_THAT(machine_.files.ReadPart(R"(C:\bytes)", 300, 5), Optional(std::string{}));
 }
 
 TEST_P(PlatformContract, APatchLeavesTheRestOfTheFile) {

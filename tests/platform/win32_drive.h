@@ -101,6 +101,10 @@ class DriveFiles : public Files {
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {
     return next_.ReadHead(drive_.In(path), limit_bytes);
   }
+  std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                      std::size_t limit_bytes) override {
+    return next_.ReadPart(drive_.In(path), offset, limit_bytes);
+  }
   bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
     return next_.Write(drive_.In(path), bytes, if_present);
   }

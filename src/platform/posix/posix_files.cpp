@@ -55,6 +55,13 @@ class PosixFiles : public Files {
     return file.valid() ? ReadRest(file, limit_bytes) : std::nullopt;
   }
 
+  std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                      std::size_t limit_bytes) override {
+    const Fd file = paths_.OpenExisting(path, O_RDONLY);
+    if (!file.valid() || lseek(file.get(), static_cast<off_t>(offset), SEEK_SET) < 0) return std::nullopt;
+    return ReadRest(file, limit_bytes);
+  }
+
   bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
     Fd file = OpenNew(path, if_present);
     const bool written = file.valid() && WriteAll(file, bytes);

@@ -72,6 +72,12 @@ std::optional<std::string> RecordingFiles::ReadHead(std::string_view path, std::
                     [&] { return ForwardingFiles::ReadHead(path, limit_bytes); });
 }
 
+std::optional<std::string> RecordingFiles::ReadPart(std::string_view path, std::uint64_t offset,
+                                                    std::size_t limit_bytes) {
+  return gate_.Call(kLook, "Files.ReadPart", PathArgument{path}, std::optional<std::string>{},
+                    [&] { return ForwardingFiles::ReadPart(path, offset, limit_bytes); });
+}
+
 bool RecordingFiles::Write(std::string_view path, std::string_view bytes, IfPresent if_present) {
   return gate_.Write("Files.Write", path, bytes,
                      [&](std::string_view part) { return ForwardingFiles::Write(path, part, if_present); });

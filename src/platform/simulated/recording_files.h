@@ -15,6 +15,8 @@ class RecordingFiles : public ForwardingFiles {
   std::optional<LocalTime> Modified(std::string_view path) override;
   std::optional<std::string> Read(std::string_view path) override;
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override;
+  std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                      std::size_t limit_bytes) override;
   bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override;
   bool Append(std::string_view path, std::string_view bytes, IfMissing if_missing) override;
   bool Patch(std::string_view path, std::uint64_t offset, std::string_view bytes) override;

@@ -70,6 +70,13 @@ std::optional<std::string> SimulatedFiles::ReadHead(std::string_view path, std::
   return file->bytes.substr(0, limit_bytes);
 }
 
+std::optional<std::string> SimulatedFiles::ReadPart(std::string_view path, std::uint64_t offset,
+                                                    std::size_t limit_bytes) {
+  const MemoryDisk::Node* file = disk_.FindReadable(path);
+  if (file == nullptr) return std::nullopt;
+  return file->bytes.substr(std::min<std::uint64_t>(offset, file->bytes.size()), limit_bytes);
+}
+
 bool SimulatedFiles::Write(std::string_view path, std::string_view bytes, IfPresent if_present) {
   if (if_present == IfPresent::kFail && Exists(path)) return false;
   return disk_.Store(path, bytes);

@@ -49,6 +49,28 @@ std::size_t SizeToRead(const UniqueHandle& file, std::size_t limit_bytes) {
       std::min<std::uint64_t>(static_cast<std::uint64_t>(size.QuadPart), limit_bytes));
 }
 
+bool MoveTo(const UniqueHandle& file, std::uint64_t offset) {
+  LARGE_INTEGER distance{};
+  distance.QuadPart = static_cast<LONGLONG>(offset);
+  return file.valid() && SetFilePointerEx(file.get(), distance, nullptr, FILE_BEGIN);
+}
+
+// At most `limit_bytes` bytes from where the file stands.
+std::optional<std::string> ReadRest(const UniqueHandle& file, std::size_t limit_bytes) {
+  if (!file.valid()) return std::nullopt;
+  std::string bytes(SizeToRead(file, limit_bytes), '\0');
+  std::size_t filled = 0;
+  while (filled < bytes.size()) {
+    const auto asked = static_cast<DWORD>(std::min(bytes.size() - filled, kMostBytesPerCall));
+    DWORD count = 0;
+    if (!ReadFile(file.get(), bytes.data() + filled, asked, &count, nullptr)) return std::nullopt;
+    if (count == 0) break;
+    filled += count;
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
 // The attributes of a file; nothing for a folder or where nothing is.
 std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileData(std::string_view path) {
   WIN32_FILE_ATTRIBUTE_DATA data{};
@@ -90,19 +112,13 @@ class Win32Files : public Files {
   }
 
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {
+    return ReadRest(Open(path, GENERIC_READ, OPEN_EXISTING), limit_bytes);
+  }
+
+  std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                      std::size_t limit_bytes) override {
     const UniqueHandle file = Open(path, GENERIC_READ, OPEN_EXISTING);
-    if (!file.valid()) return std::nullopt;
-    std::string bytes(SizeToRead(file, limit_bytes), '\0');
-    std::size_t filled = 0;
-    while (filled < bytes.size()) {
-      const auto asked = static_cast<DWORD>(std::min(bytes.size() - filled, kMostBytesPerCall));
-      DWORD count = 0;
-      if (!ReadFile(file.get(), bytes.data() + filled, asked, &count, nullptr)) return std::nullopt;
-      if (count == 0) break;
-      filled += count;
-    }
-    bytes.resize(filled);
-    return bytes;
+    return MoveTo(file, offset) ? ReadRest(file, limit_bytes) : std::nullopt;
   }
 
   bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
@@ -115,10 +131,7 @@ class Win32Files : public Files {
 
   bool Patch(std::string_view path, std::uint64_t offset, std::string_view bytes) override {
     const UniqueHandle file = Open(path, GENERIC_WRITE, OPEN_EXISTING);
-    LARGE_INTEGER distance{};
-    distance.QuadPart = static_cast<LONGLONG>(offset);
-    return file.valid() && SetFilePointerEx(file.get(), distance, nullptr, FILE_BEGIN) &&
-           WriteAll(file, bytes);
+    return MoveTo(file, offset) && WriteAll(file, bytes);
   }
 
   std::unique_ptr<FileWriter> OpenWriter(std::string_view path, IfPresent if_present) override {
