@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "backupset/Exclusions.h"
@@ -38,12 +40,14 @@ class ExclusionSizes {
 
  private:
   void ReadFolders();
-  void MeasureFolders();
+  void MeasureFolder(std::string_view line);
   void WriteSizes();
   void ReadFiles();
-  double StoredSize(std::size_t exclusion) const;
-  double SameSize(std::string_view path, std::size_t exclusion);
+  std::vector<std::string> ReadList(std::string_view name);
+  double FileSize(std::string_view path);
+  [[nodiscard]] double StoredSize(std::size_t number) const;
   double CountNotes(std::vector<std::string> notes);
+  double CountFiles(const std::string& note);
 
   Machine machine_;
   const Installation& installation_;
@@ -54,6 +58,8 @@ class ExclusionSizes {
   std::vector<std::string> files_;  // those that no excluded folder covers
   PathIndex folder_index_;          // of paths_
   PathIndex file_index_;            // of files_
+  // Of folders walked so far, by their lower-case paths.
+  std::unordered_map<std::string, FolderTotals> counted_;
 };
 
 }  // namespace ondura

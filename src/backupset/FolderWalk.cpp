@@ -1,6 +1,5 @@
 #include "backupset/FolderWalk.h"
 
-#include <cstdint>
 #include <vector>
 
 #include "util/text.h"
@@ -10,7 +9,7 @@ namespace ondura {
 namespace {
 
 constexpr std::chrono::milliseconds kPause{1};
-constexpr std::size_t kEntriesWithoutPause = 10;
+constexpr std::int64_t kEntriesWithoutPause = 10;
 constexpr std::int64_t kPassesBetweenPauses = 11;
 
 }  // namespace
@@ -18,25 +17,27 @@ constexpr std::int64_t kPassesBetweenPauses = 11;
 FolderTotals FolderWalk::Measure(std::string_view root) {
   Begin(root);
   while (!queue_.empty()) {
+    const std::int64_t pauses = totals_.pauses;
     ScanFolderForSize();
-    PauseAfterPasses();
+    Pause(totals_.pauses - pauses);
   }
   return totals_;
 }
 
-double FolderWalk::Count(std::string_view root) {
+FolderTotals FolderWalk::Count(std::string_view root) {
   Begin(root);
   while (!queue_.empty()) {
+    const std::int64_t pauses = totals_.pauses;
     CountFolderFiles();
-    PauseAfterPasses();
+    Pause(totals_.pauses - pauses);
   }
-  return totals_.files;
+  return totals_;
 }
 
-double FolderWalk::FolderSize(std::string_view root) {
+FolderTotals FolderWalk::AddUp(std::string_view root) {
   Begin(root);
-  while (!queue_.empty() && totals_.is_complete) ListNext(Take::kSizeAndCount);
-  return totals_.is_complete ? totals_.size_bytes : 0;
+  while (!queue_.empty() && totals_.is_complete) ScanFolderForSize();
+  return totals_;
 }
 
 double FolderWalk::GetMappedDriveSize(std::string_view sRoot) {
@@ -51,7 +52,7 @@ double FolderWalk::GetMappedDriveSize(std::string_view sRoot) {
     }
     return Visit::kContinue;
   });
-  for (const std::string& subfolder : subfolders) size_bytes += FolderSize(subfolder);
+  for (const std::string& subfolder : subfolders) size_bytes += AddUp(subfolder).WholeSize();
   return size_bytes;
 }
 
@@ -62,19 +63,10 @@ void FolderWalk::Begin(std::string_view root) {
   if (!root.empty()) queue_.push_back(WithBackslash(root));
 }
 
-void FolderWalk::ScanFolderForSize() {
-  if (ListNext(Take::kSizeAndCount) > kEntriesWithoutPause) machine_.clock.Sleep(kPause);
-}
-
-void FolderWalk::CountFolderFiles() {
-  if (ListNext(Take::kCount) > kEntriesWithoutPause) machine_.clock.Sleep(kPause);
-}
-
-std::size_t FolderWalk::ListNext(Take take) {
+void FolderWalk::ListNext(Take take) {
   const std::string folder = std::move(queue_.front());
   queue_.pop_front();
-  ++totals_.folders;
-  std::size_t entries = 0;
+  std::int64_t entries = 0;
   const bool is_listed = machine_.folders.List(folder, [&](const FolderEntry& entry) {
     ++entries;
     if (entry.is_folder) {
@@ -85,8 +77,10 @@ std::size_t FolderWalk::ListNext(Take take) {
     }
     return Visit::kContinue;
   });
+  ++totals_.folders;
+  if (entries > kEntriesWithoutPause) ++totals_.pauses;
+  if (static_cast<std::int64_t>(totals_.folders) % kPassesBetweenPauses == 0) ++totals_.pauses;
   totals_.is_complete = totals_.is_complete && is_listed;
-  return entries;
 }
 
 void FolderWalk::AddSubfolder(std::string_view folder, std::string_view name) {
@@ -96,8 +90,8 @@ void FolderWalk::AddSubfolder(std::string_view folder, std::string_view name) {
   queue_.push_back(std::move(path));
 }
 
-void FolderWalk::PauseAfterPasses() {
-  if (static_cast<std::int64_t>(totals_.folders) % kPassesBetweenPauses == 0) machine_.clock.Sleep(kPause);
+void FolderWalk::Pause(std::int64_t times) {
+  for (; times > 0; --times) machine_.clock.Sleep(kPause);
 }
 
 }  // namespace ondura

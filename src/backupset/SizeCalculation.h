@@ -2,7 +2,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "backupset/ExclusionSizes.h"
 #include "backupset/FolderWalk.h"
@@ -21,7 +20,7 @@ struct SizeJob {
   std::string_view base_path;  // the folder of the stage's dumps
 };
 
-// kStopped: a stop was asked for and nothing was written; ending the job is the caller's.
+// kStopped: a stop was asked for and no output was written; ending the job is the caller's.
 enum class SizeOutcome { kDone, kStopped };
 
 // How many bytes and files the backup set of the current user holds, for display: TotalDisplaySize.txt with
@@ -45,10 +44,11 @@ class SizeCalculation {
   void AddLine(const std::string& line);
   void AddAllDrives();
   AllDrives SizeOfAllDrives();
-  void AddDrive(std::string_view path);
-  void AddFolder(std::string_view path);
-  void AddFile(std::string_view path);
-  void AddItem(std::string_view path, const DisplaySize& item, ExclusionKind kind);
+  void AddDrive(const std::string& line);
+  void AddFolder(const std::string& line);
+  void AddFile(const std::string& line);
+  void AddItem(const std::string& line, const DisplaySize& item, ExclusionKind kind);
+  void AddOutput(std::string_view line, double size_bytes);
   bool IsFolderLine(std::string_view line);
   void WriteOutput();
 
@@ -60,7 +60,7 @@ class SizeCalculation {
   TotalDisplaySize total_file_;
   FolderWalk walk_;
   ExclusionSizes exclusions_;
-  std::vector<std::string> output_;  // each item and behind it its size
+  std::string output_;  // two lines an item: as selected, and its size
   DisplaySize totals_;
 };
 

@@ -62,8 +62,18 @@ DisplaySize TotalDisplaySize::Read() {
 
 void TotalDisplaySize::Add(const DisplaySize& more) {
   const DisplaySize present = Read();
-  std::string text = NumberText(present.size_bytes + more.size_bytes);
-  text.append(kLineEnd).append(NumberText(present.files + more.files)).append(kLineEnd);
+  Write({present.size_bytes + more.size_bytes, present.files + more.files});
+}
+
+void TotalDisplaySize::Recreate() {
+  const std::string path = installation_.UserFile(kTotalDisplaySize);
+  files_.Remove(path, Removal::kForce);
+  text_files_.CreateMissing(path, Encoding::kUtf16);
+}
+
+void TotalDisplaySize::Write(const DisplaySize& size) {
+  std::string text = NumberText(size.size_bytes);
+  text.append(kLineEnd).append(NumberText(size.files)).append(kLineEnd);
   text_files_.Write(installation_.UserFile(kTotalDisplaySize), text, Encoding::kUtf16);
 }
 

@@ -58,7 +58,7 @@ struct DisplaySize {
 class TotalDisplaySize {
  public:
   TotalDisplaySize(const Machine& machine, const Installation& installation)
-      : text_files_(machine.files, machine.code_page), installation_(installation) {}
+      : files_(machine.files), text_files_(machine.files, machine.code_page), installation_(installation) {}
 
   // A line that is missing or no number reads as 0.
   DisplaySize Read();
@@ -66,7 +66,13 @@ class TotalDisplaySize {
   // Adds to both lines; makes the file when it is missing.
   void Add(const DisplaySize& more);
 
+  // Makes the file anew and empty, also where it is read-only.
+  void Recreate();
+
+  void Write(const DisplaySize& size);
+
  private:
+  Files& files_;
   TextFiles text_files_;
   const Installation& installation_;
 };
