@@ -43,8 +43,8 @@ class HttpFunctions {
                 bool bNoResult);
 
  private:
-  void TrustNotificationAuthority(const std::string& path);
-  void TellFailure();
+  void TrustAuthorityIn(const std::string& path);
+  void TellFailure(std::uint32_t error);
 
   Machine machine_;
   const Installation& installation_;

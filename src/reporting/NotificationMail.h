@@ -39,16 +39,10 @@ class NotificationMail {
   void SendMailNew(std::string_view Mailto, std::string_view sContent);
 
  private:
-  // How a run was ended before its time, if it was.
-  enum class Stopped { kNo, kByEngineResult, kOtherwise };
-
-  [[nodiscard]] std::string Greeting() const;
-  [[nodiscard]] std::string StatusLine();
-  [[nodiscard]] std::string ScheduledTimeLine();
-  [[nodiscard]] std::string LogPart(bool has_detail);
-  [[nodiscard]] Stopped StoppedHow() const;
-  [[nodiscard]] std::string ResultPart(std::int16_t statback, bool has_detail, Stopped stopped) const;
-  [[nodiscard]] std::string ReasonBlock() const;
+  std::string StatusLine();
+  std::string ScheduledTimeLine();
+  std::string LogPart(bool has_detail);
+  [[nodiscard]] std::string ResultPart(std::int16_t statback, bool has_detail) const;
   [[nodiscard]] std::string Close() const;
   [[nodiscard]] std::string NoticeTime() const;
   void TraceSending();

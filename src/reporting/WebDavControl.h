@@ -73,6 +73,7 @@ class WebDavControl : public ErrorTextSlot {
   void SetAutoConnect();
   bool PrepareRequest(std::string_view action, std::string_view resource);
   void CloseRequest();
+  std::int32_t LastError();
 
   Machine machine_;
   const Transfer& transfer_;

@@ -28,18 +28,19 @@ class LinesFromEnd {
   void Rewind();
 
  private:
-  void Count();
-  bool ReadBlockBefore();
+  std::optional<std::int64_t> CountBreaks();
+  std::optional<std::string> ReadBlock(std::uint64_t at, std::size_t bytes);
+  bool ReadMore();
 
   Files& files_;
   std::string path_;
   std::uint64_t end_ = 0;  // of the text in the file, in bytes
   std::int64_t highest_index_ = -1;
 
-  std::string block_;              // the part of the file before the last line given
-  std::uint64_t block_at_ = 0;     // where it begins in the file
-  std::size_t searched_from_ = 0;  // no line end begins at or behind this byte of the block
-  bool at_start_ = true;           // the first line has been given
+  std::string block_;            // the end of what is still to be given
+  std::uint64_t block_at_ = 0;   // where the block begins in the file
+  std::size_t search_from_ = 0;  // no line end begins behind this byte of the block
+  bool is_over_ = true;
 };
 
 }  // namespace ondura

@@ -37,12 +37,12 @@ class LogExtract {
   void AppendFileData(std::string_view sFilepath, std::string_view sentry);
 
  private:
-  enum class Take { kEveryLine, kSummaryLines };
-  class Walk;
+  // Which lines a mail gets, and the words of an ending that has no closing line.
+  struct Kind;
 
-  std::string Extract(std::string_view path, Take take);
-  void ExtendSubject(LinesFromEnd& lines, std::string_view hard_stop_head, std::string_view hard_stop_tail);
-  [[nodiscard]] std::string WorkFolder() const;
+  std::string Extract(std::string_view path, const Kind& kind);
+  std::string TakeLines(LinesFromEnd& lines, const Kind& kind);
+  void ExtendSubject(LinesFromEnd& lines, const Kind& kind);
   [[nodiscard]] std::string WorkFile() const;
 
   Machine machine_;
