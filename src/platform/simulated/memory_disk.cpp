@@ -148,7 +148,9 @@ void MemoryDisk::SetShortPath(std::string_view path, std::string_view short_path
 
 std::string MemoryDisk::Resolve(std::string_view path) const {
   std::string clean = CleanPath(path);
-  for (const auto& [full, brief] : short_paths_) {
+  // The longest one first: a short name may lie in a folder that has one.
+  for (auto entry = short_paths_.rbegin(); entry != short_paths_.rend(); ++entry) {
+    const auto& [full, brief] = *entry;
     if (IsAtOrBelow(clean, brief)) return full + clean.substr(brief.size());
   }
   return clean;
