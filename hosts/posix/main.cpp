@@ -4,9 +4,9 @@
 
 #include "host_options.h"
 #include "hosts.h"
+#include "machine_programs.h"
 #include "platform/posix/posix_machine.h"
 #include "platform/posix/stop_signals.h"
-#include "twin_program.h"
 
 namespace {
 
@@ -17,6 +17,10 @@ int Run(const ondura::HostOptions& options, char** argv) {
   if (!made.owner) {
     std::cerr << "ondura-host: " << made.error << "\n";
     return ondura::kExitUsage;
+  }
+  if (options.role != ondura::HostRole::kElevated) {
+    const std::string fault = ondura::InstallMailHelper(made.owner->machine(), options);
+    if (!fault.empty()) std::cerr << "ondura-host: no mails will be sent: " << fault << "\n";
   }
   if (options.role == ondura::HostRole::kBackground) {
     const std::string fault = ondura::RunFromInsideMachine(made.owner->machine(), options, argv);

@@ -24,6 +24,15 @@ std::vector<std::string> CommandLineWords() {
   return words;
 }
 
+std::string CommandLineTail() {
+  const std::string line = FromWide(GetCommandLineW());
+  // The program's name ends at its closing quote, or at the first blank.
+  std::size_t end = line.starts_with('"') ? line.find('"', 1) : line.find_first_of(" \t");
+  if (end == std::string::npos) return {};
+  end = line.find_first_not_of(" \t", end + 1);
+  return end == std::string::npos ? std::string{} : line.substr(end);
+}
+
 std::string OwnPath() {
   std::wstring path(kLongestPath, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));

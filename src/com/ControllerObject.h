@@ -65,9 +65,46 @@ class ControllerObject : public DispatchObject<IController> {
   STDMETHODIMP WriteExchBrickProfile(BSTR sKey, BSTR sValue) override;
   STDMETHODIMP ReadFirstBit(BSTR sPath, BSTR* line) override;
   STDMETHODIMP CheckForExchBrickCancel(short nMode) override;
+  STDMETHODIMP ReadLinesfromtracefiles(BSTR sFilepath, BSTR* text) override;
+  STDMETHODIMP ReadLinesfromtracefilesWithoutLogExtract(BSTR sFilepath, BSTR* text) override;
+  STDMETHODIMP AppendLogAttach(BSTR sLine) override;
+  STDMETHODIMP AppendFileData(BSTR sFilepath, BSTR sentry) override;
+  STDMETHODIMP TimeDiffString(DATE dtmStart, DATE dtmEnd, BSTR* text) override;
+  STDMETHODIMP SendMail(BSTR Mailto, BSTR Attachlog, short statback) override;
+  STDMETHODIMP SendMailNew(BSTR Mailto, BSTR sContent) override;
+  STDMETHODIMP URLEncodeWebd(BSTR sText, BSTR* text) override;
+  STDMETHODIMP UTF8_Encode(BSTR sText, VARIANT* bytes) override;
+  STDMETHODIMP get_MailSubject(BSTR* value) override;
+  STDMETHODIMP put_MailSubject(BSTR value) override;
+  STDMETHODIMP get_ScheduledTimeText(BSTR* value) override;
+  STDMETHODIMP put_ScheduledTimeText(BSTR value) override;
+  STDMETHODIMP get_ScheduleTimeField(BSTR* value) override;
+  STDMETHODIMP put_ScheduleTimeField(BSTR value) override;
+  STDMETHODIMP get_ScheduledTime(DATE* value) override;
+  STDMETHODIMP put_ScheduledTime(DATE value) override;
+  STDMETHODIMP get_ScheduleMailDetail(BSTR* value) override;
+  STDMETHODIMP put_ScheduleMailDetail(BSTR value) override;
+  STDMETHODIMP get_ShortDateFormat(BSTR* value) override;
+  STDMETHODIMP put_ShortDateFormat(BSTR value) override;
+  STDMETHODIMP get_SessionLogPath(BSTR* value) override;
+  STDMETHODIMP put_SessionLogPath(BSTR value) override;
+  STDMETHODIMP get_JobStatusText(BSTR* value) override;
+  STDMETHODIMP put_JobStatusText(BSTR value) override;
+  STDMETHODIMP get_StageWord(BSTR* value) override;
+  STDMETHODIMP put_StageWord(BSTR value) override;
+  STDMETHODIMP get_FailureReason(BSTR* value) override;
+  STDMETHODIMP put_FailureReason(BSTR value) override;
+  STDMETHODIMP CalculateTotalSize() override;
+  STDMETHODIMP CheckServiceModeMappedDrive(VARIANT_BOOL* is_blocked) override;
+  STDMETHODIMP ReadProfilefromRegistryUNCCountSch(BSTR* count) override;
+  STDMETHODIMP ReadProfilefromRegistryUNCSch() override;
+  STDMETHODIMP ReadUNCListfromRegistryProfile() override;
+  STDMETHODIMP get_UNCCount(long* count) override;
+  STDMETHODIMP get_UNCPath(long row, long column, BSTR* field) override;
 
  private:
   [[nodiscard]] Controller& core() const { return component().controller(); }
+  [[nodiscard]] MailValues& mail() const { return component().mail_values(); }
 };
 
 }  // namespace ondura

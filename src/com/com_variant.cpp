@@ -75,6 +75,14 @@ Variant::Variant(const std::vector<std::string>& texts, VARTYPE element) : Varia
   }
 }
 
+Variant::Variant(const std::vector<std::uint8_t>& bytes) : Variant() {
+  SAFEARRAY* const array = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
+  if (array == nullptr) throw ComError{E_OUTOFMEMORY};
+  V_VT(&value_) = VT_ARRAY | VT_UI1;
+  V_ARRAY(&value_) = array;
+  std::memcpy(array->pvData, bytes.data(), bytes.size());
+}
+
 void Variant::ConvertTo(VARTYPE type) {
   Check(ConversionResult(VariantChangeType(&value_, &value_, 0, type)));
 }

@@ -27,13 +27,24 @@ struct Component::Parts {
   ProductConfiguration configuration{machine, installation};
   SystemHelpers helpers{machine, options};
   SessionLog session_log{machine, installation};
+  WebSecurity web_security;
+  WebDavControl web{machine, transfer, options, web_security};
+  HttpFunctions http{machine, installation, web, trace};
+  MailValues mail_values;
+  LogExtract log_extract{machine, installation, mail_values};
+  NotificationMail notification{machine, installation, store, helpers, trace, log_extract, http, mail_values};
   Progress progress{machine, installation, transfer};
+  // The end of the display of an earlier job must not stop a calculation outside of any.
+  const bool never_ended = false;
+  StatusStopCheck size_stop{machine, installation, never_ended};
+  SizeCalculation sizes{machine, installation, helpers, size_stop};
   DBaction schedule_file{machine, installation, trace};
   Scheduler scheduler{machine, trace, transfer, schedule_file};
   BackupSetStore backup_set{machine, installation};
   ResetDate reset_date{machine.clock, store, transfer};
   Selection selection{machine, installation, helpers, trace};
   MappedDrives mapped_drives{machine.drives, transfer};
+  NetworkPaths network_paths{machine, store, trace};
   LocalDatabase local_database{machine, installation, transfer, store, reset_date, helpers, trace};
   ShadowCopy shadow_copy{machine, installation, trace, helpers};
   StageSet stages;
@@ -45,16 +56,16 @@ struct Component::Parts {
   SqlElevated sql_elevated{job, stage_support, backup_set, sql_dump};
   clsSystemState system_state{job, stage_support};
   SystemStateStage system_state_stage{job, stage_support, system_state};
-  ErrorTextSlot error_text;
   ExchangeStoreStage exchange_store{job, stage_support};
-  ExchangeBrickStage exchange_brick{job, stage_support, error_text};
+  ExchangeBrickStage exchange_brick{job, stage_support, web};
   JobDriver driver{job};
   AbortForms abort{job};
   Connection connection{job, abort};
   EngineFiles engine_files{job};
   RemoteCall remote_call{job, connection};
-  ServiceContext context{job,          driver,         configuration,  backup_set,       shadow_copy,
-                         sql_elevated, exchange_store, exchange_brick, StartedFlag{job}, {}};
+  ServiceContext context{job,          driver,       configuration,    backup_set,
+                         shadow_copy,  sql_elevated, exchange_store,   exchange_brick,
+                         web_security, mail_values,  StartedFlag{job}, {}};
   StartUp start_up{context};
   Closeup closeup{context};
   MissedSchedules missed{context};
@@ -62,8 +73,8 @@ struct Component::Parts {
   JobBracket bracket{context, closeup, missed, mail};
   DispatchPass pass{context, bracket, missed};
   HostTick tick{context, pass};
-  Controller controller{
-      {context, start_up, tick, pass, bracket, closeup, engine_files, remote_call, reset_date, selection}};
+  Controller controller{{context, start_up, tick, pass, bracket, closeup, engine_files, remote_call,
+                         reset_date, selection, sizes, network_paths, log_extract, notification}};
 };
 
 Component::Component(const Machine& machine) : parts_(std::make_unique<Parts>(machine)) {}
@@ -73,7 +84,10 @@ Component::~Component() = default;
 Controller& Component::controller() { return parts_->controller; }
 Transfer& Component::transfer() { return parts_->transfer; }
 clsSystemState& Component::system_state() { return parts_->system_state; }
-ErrorTextSlot& Component::error_text() { return parts_->error_text; }
+WebDavControl& Component::web() { return parts_->web; }
+HttpFunctions& Component::http() { return parts_->http; }
+MailValues& Component::mail_values() { return parts_->mail_values; }
+StartUp& Component::start_up() { return parts_->start_up; }
 Scheduler& Component::scheduler() { return parts_->scheduler; }
 Installation& Component::installation() { return parts_->installation; }
 ServiceContext& Component::context() { return parts_->context; }

@@ -5,7 +5,9 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "profile/Transfer.h"
-#include "reporting/error_text.h"
+#include "reporting/HttpFunctions.h"
+#include "reporting/WebDavControl.h"
+#include "reporting/mail_values.h"
 #include "service/Controller.h"
 #include "stages/clsSystemState.h"
 
@@ -24,7 +26,10 @@ class Component {
   Transfer& transfer();
   Scheduler& scheduler();
   clsSystemState& system_state();
-  ErrorTextSlot& error_text();
+  WebDavControl& web();
+  HttpFunctions& http();
+  MailValues& mail_values();
+  StartUp& start_up();
   Installation& installation();
   ServiceContext& context();
 

@@ -1,6 +1,7 @@
 #include "service/Controller.h"
 
 #include "backupset/remove_duplicate.h"
+#include "job/SizeAbort.h"
 #include "profile/user_defaults.h"
 #include "util/clsIPResolve.h"
 #include "util/separators.h"
@@ -17,6 +18,11 @@ void Controller::RemoveDuplicate(std::vector<std::string>& list) {
 
 std::int16_t Controller::CheckLDBStatus() {
   return services().local_database.CheckLDBStatus(parts_.context.job.state.memory.RunFolderText);
+}
+
+void Controller::CalculateTotalSize() {
+  const SizeJob job{services().schedule_file.schvTemp.recordno, parts_.context.job.state.run.dump_folder};
+  if (parts_.sizes.CalculateTotalSize(job) == SizeOutcome::kStopped) LeaveSizeCalculation(parts_.context.job);
 }
 
 std::string Controller::TrimSpaceFromPathOne(std::string_view sPath) {

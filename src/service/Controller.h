@@ -5,8 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "backupset/NetworkPaths.h"
+#include "backupset/SizeCalculation.h"
 #include "job/EngineFiles.h"
 #include "job/RemoteCall.h"
+#include "reporting/NotificationMail.h"
+#include "reporting/log_extract.h"
 #include "schedule/reset_date.h"
 #include "service/Closeup.h"
 #include "service/HostTick.h"
@@ -28,6 +32,10 @@ struct ControllerParts {
   RemoteCall& remote_call;
   ResetDate& reset_date;
   Selection& selection;
+  SizeCalculation& sizes;
+  NetworkPaths& network_paths;
+  LogExtract& log_extract;
+  NotificationMail& notification;
 };
 
 // The component as its hosts see it. Every operation hands on to the class that does the work; failures are
@@ -97,6 +105,36 @@ class Controller {
   bool HasBackupSelection() { return parts_.selection.HasBackupSelection(); }
   void RemoveDuplicate(std::vector<std::string>& list);
   std::string TrimSpaceFromPathOne(std::string_view sPath);
+
+  // Measures the backup set of the record being handled; a stop that its user asks for ends the job.
+  void CalculateTotalSize();
+
+  // Drives and shares of the network.
+  bool CheckServiceModeMappedDrive() { return services().mapped_drives.CheckServiceModeMappedDrive(); }
+  std::string ReadProfilefromRegistryUNCCountSch() {
+    return parts_.network_paths.ReadProfilefromRegistryUNCCountSch();
+  }
+  void ReadProfilefromRegistryUNCSch() { parts_.network_paths.ReadProfilefromRegistryUNCSch(); }
+  void ReadUNCListfromRegistryProfile() { parts_.network_paths.ReadUNCListfromRegistryProfile(); }
+  const std::vector<UNCEntry>& UNCPath() { return parts_.network_paths.UNCPath(); }
+
+  // Extracts of a session log, and the mail about a run.
+  std::string ReadLinesfromtracefiles(std::string_view sFilepath) {
+    return parts_.log_extract.ReadLinesfromtracefiles(sFilepath);
+  }
+  std::string ReadLinesfromtracefilesWithoutLogExtract(std::string_view sFilepath) {
+    return parts_.log_extract.ReadLinesfromtracefilesWithoutLogExtract(sFilepath);
+  }
+  void AppendLogAttach(std::string_view sLine) { parts_.log_extract.AppendLogAttach(sLine); }
+  void AppendFileData(std::string_view sFilepath, std::string_view sentry) {
+    parts_.log_extract.AppendFileData(sFilepath, sentry);
+  }
+  void SendMail(std::string_view Mailto, bool Attachlog, std::int16_t statback) {
+    parts_.notification.SendMail(Mailto, Attachlog, statback);
+  }
+  void SendMailNew(std::string_view Mailto, std::string_view sContent) {
+    parts_.notification.SendMailNew(Mailto, sContent);
+  }
 
   // Values of the machine key.
   std::string ReadProfilefromRegistry(std::string_view param);

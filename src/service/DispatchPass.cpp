@@ -49,7 +49,7 @@ void DispatchPass::Cont_startschBackup() {
 
 void DispatchPass::RunPass() {
   ServiceState& state = context_.state;
-  state.MailScheduledTime.clear();
+  context_.mail_values.ScheduledTimeText.clear();
   state.UserNameLabel = "Username:";
   RestoreInstallFolder();
   DeleteHardStopMarker();

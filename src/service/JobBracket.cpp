@@ -63,7 +63,9 @@ void JobBracket::PrepareRecord() {
   if (schedule.SelectedRecord != -1) {
     schedule.schvTemp = schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
   }
-  if (!schedule.schvTemp.nexttime.empty()) context_.state.MailScheduledTime = schedule.schvTemp.nexttime;
+  if (!schedule.schvTemp.nexttime.empty()) {
+    context_.mail_values.ScheduledTimeText = schedule.schvTemp.nexttime;
+  }
   context_.services().scheduler.SetDayFlags(schedule.schvTemp.daymask);
   const std::string trace_file = context_.installation().UserFile("ScheduleTraceFile.txt");
   if (files.Size(trace_file).value_or(0) > kJobTraceCapBytes) files.Remove(trace_file, Removal::kPlain);

@@ -16,6 +16,7 @@ constexpr std::string_view kOnFailure = "2";
 
 void MailLauncher::StartForRecord(JobCode result) {
   const ScheduleRecord& record = context_.schedule_file().schvTemp;
+  FillValues();
   if (record.mailids.empty()) return;
   for (const std::string& address : Split(record.mailids, ";")) {
     if (address.empty()) return;
@@ -31,23 +32,35 @@ void MailLauncher::StartForRecord(JobCode result) {
   }
 }
 
+void MailLauncher::FillValues() {
+  const JobRun& run = context_.job.state.run;
+  const ScheduleRecord& record = context_.schedule_file().schvTemp;
+  MailValues& values = context_.mail_values;
+  values.ScheduleMailDetail = record.maillog;
+  values.ShortDateFormat = context_.services().scheduler.DateFormatText;
+  values.SessionLogPath = run.session_path;
+  values.JobStatusText = run.result_text;
+  values.ScheduledTime = context_.state.BackupStartTime;
+  values.StageWord = run.kind_word;
+  values.FailureReason = run.extra_mail_text;
+  values.ScheduleTimeField = record.schedtime;
+}
+
 // The engine's status is there with one option only; the helper bears with both lengths.
 std::string MailLauncher::Arguments(const std::string& address, JobCode result, bool with_engine_status) {
-  const JobRun& run = context_.job.state.run;
-  const Scheduler& scheduler = context_.services().scheduler;
-  const auto started = context_.state.BackupStartTime;
-  std::vector<std::string> fields{
-      address,
-      context_.schedule_file().schvTemp.maillog,
-      std::to_string(result),
-      scheduler.DateFormatText,
-      run.session_path,
-      run.result_text,
-      started ? DefaultDateText(*started, {scheduler.DateFormatText, scheduler.TimeFormatText}) : "",
-      run.kind_word,
-      run.extra_mail_text,
-      context_.installation().CurrentUser};
-  if (with_engine_status) fields.push_back(std::to_string(run.engine_status));
+  const MailValues& values = context_.mail_values;
+  const LocaleFacts locale{values.ShortDateFormat, context_.services().scheduler.TimeFormatText};
+  std::vector<std::string> fields{address,
+                                  values.ScheduleMailDetail,
+                                  std::to_string(result),
+                                  values.ShortDateFormat,
+                                  values.SessionLogPath,
+                                  values.JobStatusText,
+                                  values.ScheduledTime ? DefaultDateText(*values.ScheduledTime, locale) : "",
+                                  values.StageWord,
+                                  values.FailureReason,
+                                  context_.installation().CurrentUser};
+  if (with_engine_status) fields.push_back(std::to_string(context_.job.state.run.engine_status));
   return Join(fields, ";");
 }
 

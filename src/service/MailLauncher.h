@@ -12,10 +12,12 @@ class MailLauncher {
  public:
   explicit MailLauncher(ServiceContext& context) : context_(context) {}
 
-  // With option "3" always, with "2" unless the job ended in the ordinary way, otherwise never.
+  // Leaves what the run tells in the mail values. Starts with option "3" always, with "2" unless the job
+  // ended in the ordinary way, otherwise never.
   void StartForRecord(JobCode result);
 
  private:
+  void FillValues();
   std::string Arguments(const std::string& address, JobCode result, bool with_engine_status);
   void Start(const std::string& arguments);
 

@@ -34,7 +34,7 @@ void MissedSchedules::MoveRecordOn() {
   if (schedule.SelectedRecord < 0) return;
   ScheduleRecord& record = schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
   schedule.schvTemp = record;
-  if (!record.nexttime.empty()) context_.state.MailScheduledTime = record.nexttime;
+  if (!record.nexttime.empty()) context_.mail_values.ScheduledTimeText = record.nexttime;
   context_.services().scheduler.SetDayFlags(record.daymask);
   if (record.onceflag == kDropWhenMissed) {
     record.nexttime.clear();

@@ -9,6 +9,8 @@
 #include "job/JobContext.h"
 #include "job/JobDriver.h"
 #include "profile/ProductConfiguration.h"
+#include "reporting/WebDavControl.h"
+#include "reporting/mail_values.h"
 #include "schedule/BackupSetStore.h"
 #include "service/StartedFlag.h"
 #include "stages/ExchangeBrickStage.h"
@@ -30,9 +32,8 @@ struct ServiceState {
   // The tick that called the pass was the service's.
   bool CalledFromService = false;
 
-  // The user's label in mail, and the time of the record being handled.
+  // The user's label in mail.
   std::string UserNameLabel;
-  std::string MailScheduledTime;
 
   // Of the present pass.
   bool RunJob = false;
@@ -40,10 +41,8 @@ struct ServiceState {
   std::optional<LocalTime> BackupStartTime;
   std::vector<std::string> TargetFileMap;
 
-  // Of the web layer.
+  // The switch for secure connections of the web layer.
   bool secure = false;
-  std::uint32_t web_request_flags = 0;
-  std::string web_port;
 };
 
 // The parts of the component that the pass works with.
@@ -56,6 +55,8 @@ struct ServiceContext {
   SqlElevated& sql_elevated;
   ExchangeStoreStage& exchange_store;
   ExchangeBrickStage& exchange_brick;
+  WebSecurity& web_security;
+  MailValues& mail_values;
   StartedFlag started;
   ServiceState state;
 

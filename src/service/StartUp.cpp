@@ -9,7 +9,6 @@ namespace ondura {
 namespace {
 
 constexpr std::int16_t kPluginProduct = 2;
-constexpr std::uint32_t kSecureRequest = 8388608;
 
 }  // namespace
 
@@ -32,6 +31,11 @@ void StartUp::cont_InitialSch_Backgrnd(std::string_view path) {
   if (!LoadProduct()) return;
   ResetState(Reset::kUnlessJobIsAlive);
   CapMainTrace();
+}
+
+bool StartUp::ReadInstallation(std::string_view path) {
+  SettleFolders(path);
+  return context_.configuration.LoadProductConfiguration();
 }
 
 void StartUp::SettleFolders(std::string_view path) {
@@ -116,8 +120,8 @@ void StartUp::RegisterPlugin() {
 }
 
 void StartUp::Cont_login() {
-  context_.state.web_request_flags = context_.state.secure ? kSecureRequest : 0;
-  context_.state.web_port = context_.state.secure ? "443" : "80";
+  context_.web_security.SecureRequestFlag = context_.state.secure ? kRequestSecure : 0;
+  context_.web_security.ServerHttpPort = context_.state.secure ? "443" : "80";
 }
 
 }  // namespace ondura

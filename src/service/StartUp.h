@@ -15,6 +15,10 @@ class StartUp {
   void cont_InitialSch(std::string_view path);
   void cont_InitialSch_Backgrnd(std::string_view path);
 
+  // Folders and product alone, for a program that looks on while jobs may run. False without a product
+  // configuration.
+  bool ReadInstallation(std::string_view path);
+
   // The user has no job running: resets the status key and the header of the schedule file.
   void const_InitUserdata(std::string_view user);
 

@@ -11,6 +11,7 @@ On Error Resume Next
 Const kTypeMismatch = 13
 Const kWrongNumberOfArguments = 450
 Const kOverflow = 6
+Const kSubscriptOutOfRange = 9
 
 Dim fso, home, install, data, user, docs, checks, failures
 Set fso = CreateObject("Scripting.FileSystemObject")
@@ -107,7 +108,7 @@ End Sub
 
 ' Every method.
 
-Dim controller, scheduler, transfer, options, state, dummy, codec, moment, number, text, list, stream
+Dim controller, scheduler, transfer, options, state, dummy, codec, web, http, moment, number, text, list, stream
 number = 1
 
 Sub MakeObjects
@@ -118,6 +119,8 @@ Sub MakeObjects
   Set state = CreateObject("OnduraEService.clsSystemState") : Good "clsSystemState"
   Set dummy = CreateObject("OnduraEService.CDummyCall") : Good "CDummyCall"
   Set codec = CreateObject("OnduraEService.cBase64") : Good "cBase64"
+  Set web = CreateObject("OnduraEService.WebDavControl") : Good "WebDavControl"
+  Set http = CreateObject("OnduraEService.HttpFunctions") : Good "HttpFunctions"
   Set moment = CreateObject("OnduraEService.time") : Good "time"
 End Sub
 
@@ -403,6 +406,122 @@ Sub CallHelpers
   controller.GetHostNameFromIP controller : Bad "GetHostNameFromIP", kTypeMismatch
 End Sub
 
+Sub CallLogExtracts
+  On Error Resume Next
+  WriteText home & "\log.txt", "a b" & vbCrLf & "Backed up Files : 3" & vbCrLf & "end", True
+  controller.MailSubject = "" : Good "MailSubject"
+  Equal "ReadLinesfromtracefiles", controller.ReadLinesfromtracefiles(home & "\log.txt"), _
+      "a%20b" & vbCrLf & "Backed%20up%20Files%20%3A%203" & vbCrLf & "end" & vbCrLf
+  controller.ReadLinesfromtracefiles controller : Bad "ReadLinesfromtracefiles", kTypeMismatch
+  Equal "ReadLinesfromtracefilesWithoutLogExtract", _
+      controller.ReadLinesfromtracefilesWithoutLogExtract(home & "\log.txt"), "Backed%20up%20Files%20%3A%203" & vbCrLf
+  controller.ReadLinesfromtracefilesWithoutLogExtract controller
+  Bad "ReadLinesfromtracefilesWithoutLogExtract", kTypeMismatch
+  controller.AppendLogAttach " a line " : Good "AppendLogAttach"
+  controller.AppendLogAttach controller : Bad "AppendLogAttach", kTypeMismatch
+  Equal "AppendLogAttach", ReadText(data & "Ondura\TmpLogAttach.txt", True), "a line" & vbCrLf
+  controller.AppendFileData home & "\data.txt", "more" : Good "AppendFileData"
+  controller.AppendFileData home & "\data.txt", controller : Bad "AppendFileData", kTypeMismatch
+  Equal "AppendFileData", ReadText(home & "\data.txt", True), "more" & vbCrLf
+  Equal "TimeDiffString", controller.TimeDiffString(#11/14/2026 10:00:00#, #11/14/2026 11:02:03#), _
+      " 1 hour, 2 minutes and 3 seconds"
+  controller.TimeDiffString controller, Now : Bad "TimeDiffString", kTypeMismatch
+  Equal "URLEncodeWebd", controller.URLEncodeWebd("a/b " & ChrW(228)), "a/b%20%C3%A4"
+  controller.URLEncodeWebd controller : Bad "URLEncodeWebd", kTypeMismatch
+  Equal "UTF8_Encode", UBound(controller.UTF8_Encode(ChrW(228))), 1
+  Check "UTF8_Encode of nothing", IsEmpty(controller.UTF8_Encode(""))
+  controller.UTF8_Encode controller : Bad "UTF8_Encode", kTypeMismatch
+End Sub
+
+' No notification host answers.
+Sub CallMail
+  On Error Resume Next
+  WriteText install & "Deployment.ini", "[Deployment]" & vbCrLf & "NotificationHost=127.0.0.1" & vbCrLf, False
+  controller.ScheduleMailDetail = "1"
+  controller.ShortDateFormat = "M/d/yyyy"
+  controller.SessionLogPath = home & "\log.txt"
+  controller.JobStatusText = "Done."
+  controller.ScheduledTime = #11/14/2026 12:30:00#
+  controller.StageWord = " SQL Server "
+  controller.FailureReason = "none" : Good "the values of a mail"
+  controller.ScheduledTime = "soon" : Bad "ScheduledTime", kTypeMismatch
+  Equal "the values of a mail", controller.ScheduleMailDetail & controller.ShortDateFormat & _
+      controller.SessionLogPath & controller.JobStatusText & CDbl(controller.ScheduledTime) & _
+      controller.StageWord & controller.FailureReason, _
+      "1M/d/yyyy" & home & "\log.txt" & "Done." & CDbl(#11/14/2026 12:30:00#) & " SQL Server none"
+  web.dav_seterrorstring ""
+  controller.SendMail "ann@example.com", "", 2 : Good "SendMail"
+  Check "MailSubject: " & controller.MailSubject, InStr(controller.MailSubject, "[ann]") > 0
+  Equal "SendMail", web.ErrorText, "Attempt to connect to the server failed."
+  controller.SendMail "ann@example.com", "", "x" : Bad "SendMail", kTypeMismatch
+  controller.ScheduledTimeText = "12:30"
+  controller.ScheduleTimeField = "12:31" : Good "the times of a notice"
+  Equal "the times of a notice", controller.ScheduledTimeText & controller.ScheduleTimeField, "12:3012:31"
+  controller.SendMailNew "ann@example.com", "a notice" : Good "SendMailNew"
+  controller.SendMailNew controller, "a notice" : Bad "SendMailNew", kTypeMismatch
+  Equal "SendEmail", http.SendEmail("ann@example.com", "subject", "content", ""), False
+  http.SendEmail http, "subject", "content", "" : Bad "SendEmail", kTypeMismatch
+  Equal "HttpErrorText", http.HttpErrorText(12002), "The request has timed out."
+  http.HttpErrorText "x" : Bad "HttpErrorText", kTypeMismatch
+  Equal "StripNull", http.StripNull("ab" & Chr(0) & "c"), "ab"
+  http.StripNull http : Bad "StripNull", kTypeMismatch
+  http.AddParam "A", "b c", False : Good "AddParam"
+  http.AddParam http, "b c", False : Bad "AddParam", kTypeMismatch
+  Equal "EncodeFormValue", http.EncodeFormValue("b c"), "b%20c"
+  http.EncodeFormValue http : Bad "EncodeFormValue", kTypeMismatch
+  Equal "PostForm", http.PostForm("127.0.0.1", "/", "A=b", 2, False), False
+  http.PostForm "127.0.0.1", "/", "A=b", "x", False : Bad "PostForm", kTypeMismatch
+End Sub
+
+Sub CallWebDav
+  On Error Resume Next
+  Equal "hInternetOpen", web.hInternetOpen("agent", 0, "", "", ""), True
+  web.hInternetOpen "agent", "x", "", "", "" : Bad "hInternetOpen", kTypeMismatch
+  Check "getInternetOpenHandle", web.getInternetOpenHandle <> 0 And web.getInternetOpenHandle = web.hInternet
+  web.getInternetOpenHandle 1 : Bad "getInternetOpenHandle", kWrongNumberOfArguments
+  web.RequestBody = "body"
+  web.RequestHeaders = "X: y" & vbCrLf
+  web.RequestFlags = 0
+  web.AuthorizationValue = "QTpi"
+  web.hConnect = 0
+  web.hRequest = 0
+  web.ProxyUser = "p"
+  web.ProxyPass = "q" : Good "the values of a request"
+  Equal "the values of a request", web.RequestBody & web.RequestHeaders & web.RequestFlags & web.AuthorizationValue & _
+      web.hConnect & web.hRequest & web.ProxyUser & web.ProxyPass, "bodyX: y" & vbCrLf & "0QTpi00pq"
+  web.hConnect = "x" : Bad "hConnect", kTypeMismatch
+  Check "HttpProcessCalls without a connection", web.HttpProcessCalls("GET", "/a#b", False) >= 12000
+  web.HttpProcessCalls web, "/", False : Bad "HttpProcessCalls", kTypeMismatch
+  Equal "ErrorOut", web.ErrorOut(1, "GET"), ""
+  web.ErrorOut "x", "GET" : Bad "ErrorOut", kTypeMismatch
+  web.DummyCall : Good "DummyCall"
+  web.dav_oper_stat_codes 503, "GET", 53 : Good "dav_oper_stat_codes"
+  Equal "dav_oper_stat_codes", web.ErrorText, "File not found."
+  web.dav_oper_stat_codes "x", "GET", 0 : Bad "dav_oper_stat_codes", kTypeMismatch
+  web.dav_seterrorstring "mine" : Good "dav_seterrorstring"
+  Equal "dav_seterrorstring", web.ErrorText, "mine"
+  web.dav_seterrorstring web : Bad "dav_seterrorstring", kTypeMismatch
+  Equal "ReverseConvertString", web.ReverseConvertString("a b#c"), "a b%23c"
+  web.ReverseConvertString web : Bad "ReverseConvertString", kTypeMismatch
+End Sub
+
+Sub CallSizes
+  On Error Resume Next
+  controller.CalculateTotalSize : Good "CalculateTotalSize"
+  Equal "CalculateTotalSize", ReadText(user & "TotalDisplaySize.txt", True), "10" & vbCrLf & "2" & vbCrLf
+  Equal "CheckServiceModeMappedDrive", controller.CheckServiceModeMappedDrive, False
+  controller.CheckServiceModeMappedDrive 1 : Bad "CheckServiceModeMappedDrive", kWrongNumberOfArguments
+  Equal "ReadProfilefromRegistryUNCCountSch", controller.ReadProfilefromRegistryUNCCountSch, ""
+  controller.ReadProfilefromRegistryUNCCountSch 1 : Bad "ReadProfilefromRegistryUNCCountSch", kWrongNumberOfArguments
+  controller.ReadProfilefromRegistryUNCSch : Good "ReadProfilefromRegistryUNCSch"
+  Equal "UNCCount", controller.UNCCount, 0
+  transfer.Trf_WriteUserNameRegistryProfile "UNCCount", "1"
+  transfer.Trf_WriteUserNameRegistryProfile "UNC1", "a;\\server\share;c;d;e;f"
+  controller.ReadUNCListfromRegistryProfile : Good "ReadUNCListfromRegistryProfile"
+  Equal "UNCPath", controller.UNCCount & controller.UNCPath(0, 1), "1\\server\share"
+  text = controller.UNCPath(1, 0) : Bad "UNCPath behind its rows", kSubscriptOutOfRange
+End Sub
+
 ' One backup of two files, due now.
 
 Function Fixed(moment_of_day)
@@ -453,6 +572,7 @@ End Sub
 MakeInstallation WScript.Arguments(1)
 MakeObjects
 StartController
+CallSizes
 CallCodec
 CallTransfer
 CallScheduler
@@ -462,6 +582,9 @@ CallSelection
 CallEngineFiles
 CallSystemState
 CallExchange
+CallLogExtracts
+CallMail
+CallWebDav
 CallDummyCall
 CallPasses
 RunScheduledJob

@@ -63,6 +63,13 @@ class Rehearsal {
     std::filesystem::copy_file(program, root_ + "/C/ProgramData/Ondura/" + std::string{name});
   }
 
+  void Configure(std::string_view key, std::string_view value) {
+    ProductConfiguration configuration(machine(), installation_);
+    machine().profiles.WriteString(
+        {installation_.DataFile("Configuration.ini"), "ProductInfo", configuration.StoredForm(key)},
+        configuration.StoredForm(value));
+  }
+
   // A file of the host in the machine's folder.
   void PutHostFile(const char* name, std::string_view text) {
     std::ofstream(root_ + "/" + name, std::ios::binary) << text;
@@ -133,16 +140,10 @@ class Rehearsal {
   TextFiles text_files() { return {machine().files, machine().code_page}; }
 
   void WriteConfiguration() {
-    ProductConfiguration configuration(machine(), installation_);
-    const auto write = [&](std::string_view key, std::string_view value) {
-      machine().profiles.WriteString(
-          {installation_.DataFile("Configuration.ini"), "ProductInfo", configuration.StoredForm(key)},
-          configuration.StoredForm(value));
-    };
-    write("ProductNumber", "3");
-    write("ProductName", "Ondura");
-    write("ProductInstallationName", "Ondura");
-    write("ExeGroup", "Ondura");
+    Configure("ProductNumber", "3");
+    Configure("ProductName", "Ondura");
+    Configure("ProductInstallationName", "Ondura");
+    Configure("ExeGroup", "Ondura");
     machine().profiles.WriteString({std::string{kInstall} + "UserName.ini", "Registry", "VirtualPath"},
                                    kData);
   }

@@ -20,8 +20,8 @@ PROJECT = HERE.parent.parent
 EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
 
 SERVICE_NAME = "Ondura Service"
-INSTALLED = {"OnduraEService.dll", "OnduraService.exe", "OnduraBackground.exe", "OnduraElevated.exe", "Deployment.ini",
-             "UserName.ini"}
+INSTALLED = {"OnduraEService.dll", "OnduraService.exe", "OnduraBackground.exe", "OnduraElevated.exe", "OndruaEStartup.exe",
+             "Deployment.ini", "UserName.ini"}
 REHEARSAL = {"OnduraClsClient.exe", "OnduraScan.exe", "OnduraSDBManager.exe"}
 SCENARIO_INSTALL = "C:\\Scenario\\Install"
 
@@ -119,6 +119,8 @@ class ZipTest(unittest.TestCase):
             ("the service's help names its commands", ["OnduraService.exe", "--help"], 0, "unregister", None),
             ("the twin's help", ["OnduraBackground.exe", "--help"], 0, "--period", None),
             ("the elevated host's help", ["OnduraElevated.exe", "--help"], 0, "--period", None),
+            ("the mail helper without its fields", ["OndruaEStartup.exe"], 2, None, "TEXT is required"),
+            ("too few fields", ["OndruaEStartup.exe", "ann@example.com;0;2"], 2, None, "fields"),
             ("a version", ["OnduraService.exe", "--version"], 0, "OnduraService 1.", None),
             ("nothing said", ["OnduraService.exe"], 2, None, "Usage:"),
             ("an unknown word", ["OnduraService.exe", "frobnicate"], 2, None, "not expected"),

@@ -247,7 +247,7 @@ TEST(ExchangeBrickStory, TheStatusFileMarksTheJobForWhoeverAsks) {
     house.PutState(row.state);
     house.Service().controller().CheckForExchBrickCancel(row.mode);
     EXPECT_EQ(house.run().cancelled, row.session_cancelled) << row.state;
-    EXPECT_EQ(house.Service().error_text().ErrorText(), row.error_text) << row.state;
+    EXPECT_EQ(house.Service().web().ErrorText(), row.error_text) << row.state;
   }
 }
 

@@ -67,10 +67,13 @@ class PosixProcesses : public Processes {
     const auto file = FindExecutable(request);
     const auto folder = FindFolder(request.folder);
     if (!file || !folder) return kNoProcess;
+    // Beside where it is, the program learns its parameters as they stood before they were split: on Windows
+    // too a program can have both.
     const auto id = Spawn({*file,
                            SplitCommandLine(request.parameters),
                            *folder,
-                           {"ONDURA_ROOT=" + paths_.root(), "ONDURA_SPEED=" + std::to_string(speed_)}});
+                           {"ONDURA_ROOT=" + paths_.root(), "ONDURA_SPEED=" + std::to_string(speed_),
+                            "ONDURA_PARAMETERS=" + request.parameters}});
     if (!id) return kNoProcess;
     auto process = std::make_shared<HostProcess>(*id, HostProcess::Kinship::kChild);
     children_.push_back(process);

@@ -15,4 +15,10 @@ namespace ondura {
 // go on as it is; a machine without a product configuration is left to the start-up to report.
 std::string RunFromInsideMachine(const Machine& machine, const HostOptions& options, char** argv);
 
+// Mails are sent by a program of their own in the install folder. Where none lies there, the one that lies
+// beside this program is copied to it; one that is there stays, whoever brought it.
+//
+// Returns why the mails of this machine will be lost, or an empty text.
+std::string InstallMailHelper(const Machine& machine, const HostOptions& options);
+
 }  // namespace ondura

@@ -1,4 +1,4 @@
-#include "twin_program.h"
+#include "machine_programs.h"
 
 #include <unistd.h>
 
@@ -17,6 +17,8 @@ namespace ondura {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kMailHelper = "OndruaEStartup.exe";
 
 // The twin's path as the machine sees it; empty without a product configuration.
 std::string TwinPath(const Machine& machine, const HostOptions& options) {
@@ -56,6 +58,21 @@ std::string RunFromInsideMachine(const Machine& machine, const HostOptions& opti
   HoldStopSignals();
   execv(target.c_str(), argv);
   return "the twin can't be started from " + target;
+}
+
+std::string InstallMailHelper(const Machine& machine, const HostOptions& options) {
+  const std::string helper = WithBackslash(options.install) + kMailHelper;
+  // A missing install folder is left to the start-up to report.
+  if (machine.files.Exists(helper) || !machine.folders.Exists(options.install)) return {};
+  std::error_code error;
+  const std::string root = fs::canonical(options.root, error).string();
+  const auto executable = ExecutableOf(getpid());
+  if (error || !executable) return "the running program can't be found on this host";
+  const fs::path own = fs::path{*executable}.parent_path() / kMailHelper;
+  if (!fs::exists(own, error)) return std::string{kMailHelper} + " does not lie beside this program";
+  const std::string target = PathMap{root, {}}.ForCreation(helper);
+  if (!target.empty() && CopyProgram(own, target)) return {};
+  return std::string{kMailHelper} + " can't be copied to " + options.install;
 }
 
 }  // namespace ondura

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ondura {
+
+// What the scheduler tells the mail helper about a run: one text of fields joined by ";".
+struct MailArguments {
+  std::string address;
+  std::string detail;  // "1" puts an extract of the session log into the mail
+  std::int16_t result = 0;
+  std::string short_date_format;  // of the user, such as "M/d/yyyy"
+  std::string session_log;
+  std::string job_status;
+  std::string scheduled_time;  // in the machine's own form
+  std::string stage_word;
+  std::string failure_reason;
+  std::string user;
+  std::string engine_status;  // not there when the mail is one about failures only
+};
+
+// Nothing for a text of fewer than ten or more than eleven fields, without an address or a user, or with a
+// result that is no number.
+std::optional<MailArguments> ParseMailArguments(std::string_view text);
+
+}  // namespace ondura
