@@ -30,6 +30,7 @@ enum class InternetOption : std::uint32_t {
 };
 
 // Numbers of LastError; the platform has more (12001 to 12175).
+inline constexpr std::uint32_t kInternetInvalidParameter = 87;
 inline constexpr std::uint32_t kInternetTimeout = 12002;
 inline constexpr std::uint32_t kInternetExtendedError = 12003;
 inline constexpr std::uint32_t kInternetInternalError = 12004;
@@ -74,12 +75,12 @@ class WebRequests {
 
   virtual InternetHandle Open(const WebSession& session) = 0;
 
-  // Nothing is sent before the request is.
+  // Nothing is sent before the request is. Fails for an empty host.
   virtual InternetHandle Connect(InternetHandle session, std::string_view host, std::uint16_t port) = 0;
 
   virtual InternetHandle OpenRequest(InternetHandle connection, const WebRequest& request) = 0;
 
-  // `headers` are whole lines between CR LF.
+  // `headers` are whole lines between CR LF. False for a line that is no header.
   virtual bool AddHeaders(InternetHandle request, std::string_view headers, std::uint32_t flags) = 0;
 
   virtual bool SetNumber(InternetHandle handle, InternetOption option, std::uint32_t value) = 0;
@@ -101,7 +102,7 @@ class WebRequests {
   // What the server said beside an error, cut to `limit` characters.
   virtual std::optional<std::string> LastResponse(std::uint32_t limit) = 0;
 
-  // Also for kNoInternet and a handle that is closed already.
+  // With it goes what was opened on it. Also for kNoInternet and a handle that is closed already.
   virtual void Close(InternetHandle handle) = 0;
 
   // Why the last call failed that did; 0 when none has.

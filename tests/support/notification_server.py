@@ -2,9 +2,9 @@
 """The notification endpoint for tests and rehearsals: takes posts over TLS and keeps each as it came.
 
 It makes an authority and a server's certificate in FOLDER, writes the authority to FOLDER/authority.pem,
-listens at port 11900 of ADDRESS, says "ready" (and makes FOLDER/ready), keeps each request, head and body
-byte for byte, in FOLDER/post-1.txt, FOLDER/post-2.txt and so on, and answers it. It ends on SIGTERM and when
-its standard input closes, so that it does not outlive whoever started it.
+listens at port 11900 of ADDRESS, says "ready" (and writes the address to FOLDER/ready), keeps each request,
+head and body byte for byte, in FOLDER/post-1.txt, FOLDER/post-2.txt and so on, and answers it. It ends on
+SIGTERM and when its standard input closes, so that it does not outlive whoever started it.
 
 Exit codes: 0 told to end; 1 could not listen or make its certificates; 2 wrong usage.
 """
@@ -149,10 +149,16 @@ def loopback(text):
     return text
 
 
+def own_address():
+    """One that no other running process has."""
+    return str(ipaddress.IPv4Address((127 << 24) | (os.getpid() << 2 & 0xFFFFFF)))
+
+
 def parse():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folder", type=pathlib.Path, metavar="FOLDER", help="where certificates and posts go; made if missing")
-    parser.add_argument("address", type=loopback, metavar="ADDRESS", help="a loopback address, one for each server")
+    parser.add_argument("address", type=loopback, metavar="ADDRESS", nargs="?", default=own_address(),
+                        help="a loopback address, one for each server; without it one is made of the process id")
     parser.add_argument("--certificate", choices=["good", "wrong-name", "expired", "stranger"], default="good",
                         help="a server's certificate that holds (the default), or what is wrong with it: another address, "
                              "over since yesterday, signed by an authority that is not in authority.pem")
@@ -179,7 +185,7 @@ def main():
     except OSError as error:
         sys.exit(f"notification_server: {error}")
     threading.Thread(target=endpoint.run, args=[listener], daemon=True).start()
-    (options.folder / "ready").touch()
+    (options.folder / "ready").write_text(options.address, "utf-8")
     print("ready", flush=True)
     while os.read(sys.stdin.fileno(), 4096):
         pass

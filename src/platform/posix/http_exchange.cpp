@@ -21,7 +21,7 @@ using std::chrono::milliseconds;
 
 constexpr std::size_t kHeadLimitBytes = 256 * 1024;
 constexpr std::size_t kBodyLimitBytes = 64 * 1024;
-constexpr milliseconds kBodyWait{2'000};
+constexpr milliseconds kBodyWait{500};
 constexpr milliseconds kLongestPoll{1'000};
 
 constexpr std::uint32_t kLowestFinalStatus = 200;
@@ -44,7 +44,8 @@ using Bio = std::unique_ptr<BIO, FreeWith<BIO_free>>;
 // What is wrong with a certificate that was refused, by OpenSSL's word on it.
 std::uint32_t ErrorOfCertificate(long verified) {
   switch (verified) {
-    case X509_V_OK:  // the chain holds, so it is the host's name that does not
+    case X509_V_OK:               // the chain holds, so it is the host's name that does not
+    case X509_V_ERR_UNSPECIFIED:  // what libcurl says until it has compared the names
     case X509_V_ERR_HOSTNAME_MISMATCH:
     case X509_V_ERR_IP_ADDRESS_MISMATCH:
       return kInternetCertificateNameInvalid;

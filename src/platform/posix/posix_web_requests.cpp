@@ -94,6 +94,10 @@ class PosixWebRequests : public WebRequests {
   InternetHandle Connect(InternetHandle session, std::string_view host, std::uint16_t port) override {
     const Handle* const parent = Find(session, Level::kSession);
     if (parent == nullptr) return kNoInternet;
+    if (host.empty()) {
+      FailWith(kInternetInvalidParameter);
+      return kNoInternet;
+    }
     Handle opened = Below(session, *parent, Level::kConnection);
     opened.request.host = host;
     opened.request.port = port;

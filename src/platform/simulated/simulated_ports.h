@@ -68,11 +68,12 @@ class SimulatedWebRequests : public WebRequests {
   // What is known so far: a connection carries what its session knew, a request what its connection knew.
   struct Handle {
     Level level = Level::kSession;
+    InternetHandle parent = kNoInternet;
     SentWebRequest known;
     std::optional<WebAnswer> answer;
   };
 
-  InternetHandle Add(Level level, SentWebRequest known);
+  InternetHandle Add(Level level, InternetHandle parent, SentWebRequest known);
   Handle* Find(InternetHandle handle, Level level);
   bool FailWith(std::uint32_t error);
 

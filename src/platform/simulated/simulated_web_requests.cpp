@@ -4,8 +4,8 @@
 
 namespace ondura {
 
-InternetHandle SimulatedWebRequests::Add(Level level, SentWebRequest known) {
-  handles_[++last_handle_] = {level, std::move(known), {}};
+InternetHandle SimulatedWebRequests::Add(Level level, InternetHandle parent, SentWebRequest known) {
+  handles_[++last_handle_] = {level, parent, std::move(known), {}};
   return last_handle_;
 }
 
@@ -24,17 +24,21 @@ bool SimulatedWebRequests::FailWith(std::uint32_t error) {
 InternetHandle SimulatedWebRequests::Open(const WebSession& session) {
   SentWebRequest known;
   known.agent = session.agent;
-  return Add(Level::kSession, std::move(known));
+  return Add(Level::kSession, kNoInternet, std::move(known));
 }
 
 InternetHandle SimulatedWebRequests::Connect(InternetHandle session, std::string_view host,
                                              std::uint16_t port) {
   const Handle* const opened = Find(session, Level::kSession);
   if (opened == nullptr) return kNoInternet;
+  if (host.empty()) {
+    FailWith(kInternetInvalidParameter);
+    return kNoInternet;
+  }
   SentWebRequest known = opened->known;
   known.host = host;
   known.port = port;
-  return Add(Level::kConnection, std::move(known));
+  return Add(Level::kConnection, session, std::move(known));
 }
 
 InternetHandle SimulatedWebRequests::OpenRequest(InternetHandle connection, const WebRequest& request) {
@@ -45,14 +49,16 @@ InternetHandle SimulatedWebRequests::OpenRequest(InternetHandle connection, cons
   known.object = request.object;
   known.version = request.version;
   known.flags = request.flags;
-  return Add(Level::kRequest, std::move(known));
+  return Add(Level::kRequest, connection, std::move(known));
 }
 
 bool SimulatedWebRequests::AddHeaders(InternetHandle request, std::string_view headers,
                                       std::uint32_t /*flags*/) {
   Handle* const opened = Find(request, Level::kRequest);
-  if (opened != nullptr) opened->known.headers.emplace_back(headers);
-  return opened != nullptr;
+  if (opened == nullptr) return false;
+  if (headers.find(':') == std::string_view::npos) return FailWith(kInternetInvalidHeader);
+  opened->known.headers.emplace_back(headers);
+  return true;
 }
 
 bool SimulatedWebRequests::SetNumber(InternetHandle handle, InternetOption option, std::uint32_t value) {
@@ -104,7 +110,14 @@ std::optional<std::string> SimulatedWebRequests::LastResponse(std::uint32_t limi
   return surroundings_.web_last_response->substr(0, limit);
 }
 
-void SimulatedWebRequests::Close(InternetHandle handle) { handles_.erase(handle); }
+void SimulatedWebRequests::Close(InternetHandle handle) {
+  handles_.erase(handle);
+  std::vector<InternetHandle> below;
+  for (const auto& [number, opened] : handles_) {
+    if (handle != kNoInternet && opened.parent == handle) below.push_back(number);
+  }
+  for (const InternetHandle child : below) Close(child);
+}
 
 bool SimulatedWebRequests::TrustAuthority(std::string_view certificate) {
   if (certificate.find("-----BEGIN CERTIFICATE-----") == std::string_view::npos) return false;

@@ -25,6 +25,7 @@ static_assert(DWORD{INTERNET_OPTION_SETTINGS_CHANGED} ==
 static_assert(DWORD{INTERNET_OPTION_PROXY_USERNAME} == static_cast<DWORD>(InternetOption::kProxyUserName));
 static_assert(DWORD{INTERNET_OPTION_PROXY_PASSWORD} == static_cast<DWORD>(InternetOption::kProxyPassword));
 
+static_assert(kInternetInvalidParameter == ERROR_INVALID_PARAMETER);
 static_assert(kInternetTimeout == ERROR_INTERNET_TIMEOUT);
 static_assert(kInternetExtendedError == ERROR_INTERNET_EXTENDED_ERROR);
 static_assert(kInternetInternalError == ERROR_INTERNET_INTERNAL_ERROR);

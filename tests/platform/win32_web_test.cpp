@@ -1,0 +1,120 @@
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
+
+#include "contract_web.h"
+#include "platform/win32/win32_machine.h"
+#include "platform/win32/windows_api.h"
+#include "util/text.h"
+#include "win32_fixture.h"
+
+#include <wincrypt.h>
+
+namespace ondura {
+
+namespace {
+
+std::string BytesOf(const std::string& path) {
+  std::ostringstream bytes;
+  bytes << std::ifstream{path, std::ios::binary}.rdbuf();
+  return bytes.str();
+}
+
+// Has the user's own store hold an authority. Wine alone lets that happen unasked, and its way of deleting
+// from the store leaves what the registry holds of it.
+class TrustedAuthority {
+ public:
+  explicit TrustedAuthority(const std::string& pem) {
+    std::vector<BYTE> bytes(pem.size());
+    auto size = static_cast<DWORD>(bytes.size());
+    const HCERTSTORE store =
+        CertOpenStore(CERT_STORE_PROV_SYSTEM_A, 0, 0, CERT_SYSTEM_STORE_CURRENT_USER, "Root");
+    PCCERT_CONTEXT held = nullptr;
+    const bool added = CryptStringToBinaryA(pem.c_str(), 0, CRYPT_STRING_BASE64HEADER, bytes.data(), &size,
+                                            nullptr, nullptr) != FALSE &&
+                       CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING, bytes.data(), size,
+                                                        CERT_STORE_ADD_REPLACE_EXISTING, &held) != FALSE;
+    if (!added) throw std::runtime_error("the authority was not added");
+    std::array<BYTE, 20> print{};
+    auto print_size = static_cast<DWORD>(print.size());
+    CertGetCertificateContextProperty(held, CERT_SHA1_HASH_PROP_ID, print.data(), &print_size);
+    for (const BYTE byte : print) {
+      constexpr std::string_view kDigits = "0123456789ABCDEF";
+      key_.append({kDigits[byte >> 4U], kDigits[byte & 0xFU]});
+    }
+    CertFreeCertificateContext(held);
+    CertCloseStore(store, 0);
+  }
+  ~TrustedAuthority() { RegDeleteTreeA(HKEY_CURRENT_USER, key_.c_str()); }
+  TrustedAuthority(const TrustedAuthority&) = delete;
+  TrustedAuthority& operator=(const TrustedAuthority&) = delete;
+
+ private:
+  std::string key_ = R"(Software\Microsoft\SystemCertificates\Root\Certificates\)";
+};
+
+// The servers that run on the other side of Wine.
+class Win32Web : public TestedWeb {
+ public:
+  explicit Win32Web(const std::string& table) {
+    for (const std::string& line : Split(table, "\n")) {
+      const auto fields = Split(line, ";");
+      if (fields.size() != 3) continue;
+      servers_[fields[0]] = {fields[1], fields[2]};
+      trusted_.push_back(std::make_unique<TrustedAuthority>(BytesOf(fields[2] + R"(\authority.pem)")));
+    }
+  }
+
+  WebRequests& web() override { return owner_->machine().web; }
+  std::string HostOf(std::string_view options) override { return servers_.at(std::string{options}).address; }
+
+  std::string NewestPost(std::string_view options) override {
+    std::string newest;
+    for (int number = 1;; ++number) {
+      const std::string file = R"(\post-)" + std::to_string(number) + ".txt";
+      std::string bytes = BytesOf(servers_.at(std::string{options}).folder + file);
+      if (bytes.empty()) return newest;
+      newest = std::move(bytes);
+    }
+  }
+
+  // Wine stops at the missing issuer's list of revoked certificates, and takes a late answer for an end.
+  [[nodiscard]] std::uint32_t Known(std::uint32_t error) const override {
+    if (error == kInternetInvalidAuthority) return kRevocationUnknown;
+    return error == kInternetTimeout ? kInternetConnectionAborted : error;
+  }
+
+ private:
+  static constexpr std::uint32_t kRevocationUnknown = 12057;
+
+  struct Server {
+    std::string address;
+    std::string folder;
+  };
+
+  std::map<std::string, Server> servers_;
+  std::vector<std::unique_ptr<TrustedAuthority>> trusted_;
+  std::unique_ptr<Win32Machine> owner_ = MakeWin32Machine();
+};
+
+std::unique_ptr<TestedWeb> MakeWin32Web() {
+  return std::make_unique<Win32Web>(BytesOf(std::getenv("ONDURA_TEST_SERVERS")));
+}
+
+// None where the servers were not started around this program, and on Windows itself, where somebody has to
+// agree to each authority.
+std::vector<MakeTestedWeb> Backends() {
+  if (std::getenv("ONDURA_TEST_SERVERS") == nullptr || !IsWine()) return {};
+  return {&MakeWin32Web};
+}
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(WebContract);
+INSTANTIATE_TEST_SUITE_P(Win32, WebContract, testing::ValuesIn(Backends()));
+
+}  // namespace
+
+}  // namespace ondura
