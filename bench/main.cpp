@@ -12,6 +12,7 @@
 #include "bench/compare_list_bench.h"
 #include "bench/report.h"
 #include "bench/service_bench.h"
+#include "bench/size_bench.h"
 #include "bench/small_bench.h"
 
 namespace {
@@ -31,6 +32,7 @@ int Measure(int argc, char** argv) {
   const ScratchFolder scratch;
   MakeTreeMachine(scratch.path() / "tree", size);
   RegisterCompareList(scratch.path() / "tree", size);
+  RegisterSizeCalculation(scratch.path() / "tree");
   for (const std::size_t users : {1, 1000}) {
     const auto root = scratch.path() / std::to_string(users);
     MakeServiceMachine(root, users);

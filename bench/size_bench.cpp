@@ -1,0 +1,124 @@
+#include "bench/size_bench.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "backupset/SizeCalculation.h"
+#include "bench/bench_machine.h"
+#include "bench/child.h"
+#include "bench/report.h"
+#include "bench/statistics.h"
+#include "reporting/Options.h"
+
+namespace ondura {
+
+namespace {
+
+constexpr const char* kTree = "C:\\Tree";
+constexpr int kRounds = 9;
+constexpr double kRatioTarget = 1.5;
+constexpr std::size_t kFoldersInADepartment = 100;
+constexpr std::size_t kDepartments = 100;
+
+// Adds up the pauses instead of making them.
+class PauseCounter : public Clock {
+ public:
+  explicit PauseCounter(Clock& clock) : clock_(clock) {}
+
+  LocalTime Now() override { return clock_.Now(); }
+  void Sleep(std::chrono::milliseconds duration) override { waited_ += duration; }
+
+  [[nodiscard]] std::chrono::milliseconds waited() const { return waited_; }
+
+ private:
+  Clock& clock_;
+  std::chrono::milliseconds waited_{0};
+};
+
+// Numbers of five digits, as the generated folders have them.
+std::string Numbered(const std::string& word, std::size_t number) {
+  const std::string digits = std::to_string(number);
+  return word + " " + std::string(5 - digits.size(), '0') + digits;
+}
+
+// One folder of each department, and every tenth department.
+std::string ExcludedFolders() {
+  std::string list;
+  for (std::size_t department = 0; department < kDepartments; ++department) {
+    const std::size_t first = department * kFoldersInADepartment;
+    list += std::string{kTree} + "\\" + Numbered("department", first);
+    if (department % 10 != 0) list += "\\" + Numbered("project", first + 1);
+    list += kLineEnd;
+  }
+  return list;
+}
+
+void PutLists(const std::filesystem::path& root) {
+  const BenchMachine bench{root};
+  TextFiles files{bench.machine().files, bench.machine().code_page};
+  files.Write(bench.installation().UserFile("atbkupfolderlist.txt"), kTree, Encoding::kUtf16);
+  files.Write(bench.installation().UserFile("atbkupExcludelist.txt"), ExcludedFolders(), Encoding::kUtf16);
+}
+
+// Returns the pauses that it would have made.
+std::chrono::milliseconds Calculate(const std::filesystem::path& root) {
+  const BenchMachine bench{root};
+  PauseCounter clock{bench.machine().clock};
+  const Machine machine = bench.MachineWith(clock);
+  Options options{machine, bench.installation()};
+  SystemHelpers helpers{machine, options};
+  const bool stop_flag = false;
+  StatusStopCheck stop{machine, bench.installation(), stop_flag};
+  SizeCalculation calculation{machine, bench.installation(), helpers, stop};
+  if (calculation.CalculateTotalSize({}) == SizeOutcome::kStopped) throw std::runtime_error{"stopped"};
+  return clock.waited();
+}
+
+void BesideDu(benchmark::State& state, const std::filesystem::path& root) {
+  PutLists(root);
+  const std::vector<std::string> du{"du", "-sb", (root / "C" / "Tree").string()};
+  const auto by_du = [&] { RunChild(du); };
+  const auto by_us = [&] { Calculate(root); };
+  by_du();  // fills the host's caches for both
+  std::vector<double> ratios;
+  bool du_first = true;
+  for (auto round : state) {
+    (void)round;
+    double du_seconds = 0;
+    if (du_first) du_seconds = SecondsOf(by_du);
+    const double our_seconds = SecondsOf(by_us);
+    if (!du_first) du_seconds = SecondsOf(by_du);
+    du_first = !du_first;
+    ratios.push_back(our_seconds / du_seconds);
+    state.SetIterationTime(our_seconds);
+  }
+  state.SetLabel("x du");
+  TellValue(state, Median(ratios));
+  TellTarget(state, kRatioTarget);
+}
+
+void Pauses(benchmark::State& state, const std::filesystem::path& root) {
+  PutLists(root);
+  std::chrono::milliseconds waited{0};
+  for (auto round : state) {
+    (void)round;
+    waited = Calculate(root);
+  }
+  state.SetLabel("s");
+  TellValue(state, std::chrono::duration<double>(waited).count());
+}
+
+}  // namespace
+
+void RegisterSizeCalculation(const std::filesystem::path& root) {
+  benchmark::RegisterBenchmark("size calculation, time of du -sb",
+                               [root](auto& state) { BesideDu(state, root); })
+      ->Iterations(kRounds)
+      ->UseManualTime();
+  benchmark::RegisterBenchmark("size calculation, its pauses besides", [root](auto& state) {
+    Pauses(state, root);
+  })->Iterations(1);
+}
+
+}  // namespace ondura
