@@ -186,7 +186,7 @@ TEST_F(PosixWebTest, ABodyThatIsNotTakenEndsTheExchange) {
   const NotificationServer server{{"--drop"}};
   web_.TrustAuthority(server.Authority());
   const InternetHandle request = NewRequest(server.address(), 11900, {}, kRequestSecure);
-  EXPECT_FALSE(web_.Send(request, std::string(20'000'000, 'x')));
+  EXPECT_FALSE(web_.Send(request, std::string(8'000'000, 'x')));
   EXPECT_THAT(web_.LastError(), testing::AnyOf(kInternetConnectionAborted, kInternetConnectionReset));
 }
 

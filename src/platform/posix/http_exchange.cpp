@@ -19,8 +19,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr std::size_t kHeadLimitBytes = 256 * 1024;
-constexpr std::size_t kBodyLimitBytes = 64 * 1024;
+constexpr std::size_t kHeadLimitBytes = 262'144;
+constexpr std::size_t kBodyLimitBytes = 65'536;
 constexpr milliseconds kBodyWait{500};
 constexpr milliseconds kLongestPoll{1'000};
 
