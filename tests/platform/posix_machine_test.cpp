@@ -251,6 +251,7 @@ TEST(MachineSettings, AFaultIsReportedWithItsLine) {
       {"[Nothing]", "line 1: there is no section [Nothing]"},
       {"\n[System]\nColour=1", "line 3: there is no setting Colour in [System]"},
       {"[System]\nCodePage=437", "line 2: \"437\" is no value for CodePage"},
+      {"[Internet]\nTimeout=0", "line 2: \"0\" is no value for Timeout"},
       {"[System]\nWow64=yes", "line 2: \"yes\" is no value for Wow64"},
       {"[Drives]\nDD=/x", "line 2: \"/x\" is no value for DD"},
       {"[Services]\nx=8", "line 2: \"8\" is no value for x"},
