@@ -124,16 +124,18 @@ double ExclusionSizes::CountNotes(std::vector<std::string> notes) {
   return files;
 }
 
-// Many items may lie in one excluded folder: it is walked once, and its pauses are made each time.
+// Many items may lie in one excluded folder: it is walked once, and the pauses of its count are made once.
 double ExclusionSizes::CountFiles(const std::string& note) {
   if (machine_.files.Exists(WithoutBackslash(note))) return 1;
   const auto [known, is_new] = counted_.try_emplace(ToLower(note));
+  FolderTotals& totals = known->second;
   if (is_new) {
-    known->second = walk_.Count(note);
+    totals = walk_.Count(note);
   } else {
-    walk_.PauseAgain(known->second);
+    walk_.PauseAgain(totals);
   }
-  return known->second.files;
+  totals.pauses = 0;
+  return totals.files;
 }
 
 }  // namespace ondura
