@@ -83,11 +83,11 @@ TEST_F(LogExtractTest, TheWorkFileStopsTheWalkAt20000BytesWithItsMark) {
   std::size_t most_bytes = 0;
   machine_.OnPump(
       [&] { most_bytes = std::max(most_bytes, machine_.FileBytes(kWorkFile).value_or("").size()); });
-  EXPECT_EQ(Extract(true).size(), std::size_t{99 * 104});
+  EXPECT_EQ(Extract(true).size(), std::size_t{99} * 104);
   EXPECT_EQ(most_bytes, 2U + 98 * 202);
   EXPECT_EQ(machine_.FileBytes(kWorkFile), std::nullopt);
   machine_.Fail("Files.Append", CallJournal::kAlways);
-  EXPECT_EQ(Extract(true).size(), std::size_t{150 * 104}) << "without the work file the whole log is taken";
+  EXPECT_EQ(Extract(true).size(), std::size_t{150} * 104) << "without the work file the whole log is taken";
 }
 
 TEST_F(LogExtractTest, FailuresLeaveAnEmptyTextAndNoWorkFile) {
@@ -161,7 +161,7 @@ TEST_F(LogExtractTest, ReadsFromTheEndWhatTheWholeFileWouldGive) {
     // Line ends and halves of characters on both sides of a block's border, seen from either end.
     const std::string filler(128 * 1024 - 19 + seed / 3, ' ');
     if (seed % 3 == 1) text += filler + "\xF0\x9F\x98\x80\r\nx\xF0\x9F\x98\x80\xF0\x9F\x98\x80\r\n";
-    if (seed % 3 == 2) text.insert(0, filler + "\r\n\xF0\x9F\x98\x80y\r\n" + filler + filler + "\r\n");
+    if (seed % 3 == 2) text = Join({filler, "\xF0\x9F\x98\x80y", filler + filler, text}, "\r\n");
     if (seed % 3 != 1) text += pool[random() % pool.size()];
     const std::string bytes =
         (seed % 4 == 0 ? "" : std::string{kUtf16Mark}) + ToUtf16(text) + (seed % 5 == 0 ? "o" : "");
@@ -219,7 +219,7 @@ TEST_F(LogExtractTest, ALongLogIsReadInSmallParts) {
   };
   const std::string line = "Backup Completed     [Figures : 00000000000000000000000000000000000000000]";
   for (const auto& [every_line, lines, taken_bytes] :
-       {Case{true, 1'000'000, 132 * 98}, Case{false, 20'000, 0}}) {
+       {Case{true, 1'000'000, std::size_t{132} * 98}, Case{false, 20'000, 0}}) {
     LongLog files(machine_.machine().files, kLog, line, lines);
     const Machine& all = machine_.machine();
     const Machine machine{all.clock,   all.pump,      files,        all.folders,   all.watches,
