@@ -91,11 +91,11 @@ TEST_P(WebContract, AnyVerbGoesOutWithTheHeadersAddedLast) {
   const InternetHandle request = NewRequest(host, {"PROPFIND", "a b%23c", "HTTP/1.1", kRequestSecure});
   EXPECT_TRUE(web_.AddHeaders(request, "Authorization: Basic old\r\nDepth: 0", kAddOrReplaceHeader));
   EXPECT_TRUE(web_.AddHeaders(request, "Authorization: Basic new\r\n", kAddOrReplaceHeader));
-  const std::string body(300'000, 'x');
+  const std::string body(1'500'000, 'x');
   ASSERT_TRUE(web_.Send(request, body)) << web_.LastError();
   const Arrived arrived{tested_->NewestPost("")};
   EXPECT_EQ(arrived.first_line, "PROPFIND /a%20b%23c HTTP/1.1");
-  EXPECT_THAT(arrived.headers, ElementsAre("Authorization: Basic new", "Content-Length: 300000", "Depth: 0",
+  EXPECT_THAT(arrived.headers, ElementsAre("Authorization: Basic new", "Content-Length: 1500000", "Depth: 0",
                                            "Host: " + host + ":11900", "User-Agent: http generic"));
   EXPECT_EQ(arrived.body, body);
 }

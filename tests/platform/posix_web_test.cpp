@@ -160,7 +160,7 @@ TEST_F(PosixWebTest, WhatAServerSaysIsTakenForWhatItIs) {
 TEST_F(PosixWebTest, AProxyIsUsedWhereTheSessionNamesOneAndNotWhereTheEnvironmentDoes) {
   setenv("http_proxy", "http://127.0.0.1:1", 1);
   const PlainServer plain{"HTTP/1.1 200 OK\r\n\r\n"};
-  EXPECT_TRUE(web_.Send(NewRequest("127.0.0.1", plain.port()), "")) << web_.LastError();
+  ASSERT_TRUE(web_.Send(NewRequest("127.0.0.1", plain.port()), "")) << web_.LastError();
   EXPECT_THAT(plain.Kept(), StartsWith("GET /x HTTP/1.1\r\n"));
 
   const PlainServer proxy{"HTTP/1.1 407 Who are you\r\n\r\n"};
@@ -168,7 +168,7 @@ TEST_F(PosixWebTest, AProxyIsUsedWhereTheSessionNamesOneAndNotWhereTheEnvironmen
   const InternetHandle request = NewRequest("far.invalid", 8080, {"http generic", 3, name});
   web_.SetText(request, InternetOption::kProxyUserName, "ann");
   web_.SetText(request, InternetOption::kProxyPassword, "secret");
-  EXPECT_TRUE(web_.Send(request, "")) << web_.LastError();
+  ASSERT_TRUE(web_.Send(request, "")) << web_.LastError();
   EXPECT_THAT(web_.StatusCode(request), Optional(407U));
   const std::string asked = proxy.Kept();
   EXPECT_THAT(asked, StartsWith("GET http://far.invalid:8080/x HTTP/1.1\r\n"));
@@ -177,7 +177,7 @@ TEST_F(PosixWebTest, AProxyIsUsedWhereTheSessionNamesOneAndNotWhereTheEnvironmen
   const PlainServer tunnel{"HTTP/1.1 403 Not there\r\n\r\n"};
   const std::string secure_name = "127.0.0.1:" + std::to_string(tunnel.port());
   const InternetHandle secure = NewRequest("far.invalid", 11900, {"", 3, secure_name}, kRequestSecure);
-  EXPECT_TRUE(web_.Send(secure, "")) << web_.LastError();
+  ASSERT_TRUE(web_.Send(secure, "")) << web_.LastError();
   EXPECT_THAT(web_.StatusCode(secure), Optional(403U));
   EXPECT_THAT(tunnel.Kept(), StartsWith("CONNECT far.invalid:11900 HTTP/1.1\r\n"));
 }
