@@ -76,11 +76,17 @@ Variant::Variant(const std::vector<std::string>& texts, VARTYPE element) : Varia
 }
 
 Variant::Variant(const std::vector<std::uint8_t>& bytes) : Variant() {
-  SAFEARRAY* const array = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
+  SAFEARRAY* const array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(bytes.size()));
   if (array == nullptr) throw ComError{E_OUTOFMEMORY};
-  V_VT(&value_) = VT_ARRAY | VT_UI1;
+  V_VT(&value_) = VT_ARRAY | VT_VARIANT;
   V_ARRAY(&value_) = array;
-  std::memcpy(array->pvData, bytes.data(), bytes.size());
+  for (LONG index = 0; const std::uint8_t byte : bytes) {
+    Variant item;
+    V_VT(item.get()) = VT_UI1;
+    V_UI1(item.get()) = byte;
+    Check(SafeArrayPutElement(array, &index, item.get()));
+    ++index;
+  }
 }
 
 void Variant::ConvertTo(VARTYPE type) {

@@ -31,7 +31,7 @@ class Variant {
     V_VT(&value_) = VT_BSTR;
     V_BSTR(&value_) = owned.release();
   }
-  // An array of bytes.
+  // An array of VARIANTs with a byte each: scripts can't look into arrays of plain bytes.
   explicit Variant(const std::vector<std::uint8_t>& bytes);
   // A script's array: VARIANTs, or texts where the caller declared texts.
   Variant(const std::vector<std::string>& texts, VARTYPE element);
