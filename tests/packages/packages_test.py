@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Packs the 64-bit build, and uses the zip and the installer under Wine as a person would.
 
-    packages_test.py --scenario SCENARIO-PROGRAM --folder DIR
+    packages_test.py --scenario SCENARIO-PROGRAM --trust TRUST-PROGRAM --folder DIR
 """
 
 import argparse
@@ -17,6 +17,7 @@ import zipfile
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent.parent
+SERVER = HERE.parent / "support" / "notification_server.py"
 EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
 
 SERVICE_NAME = "Ondura Service"
@@ -29,9 +30,10 @@ SCENARIO_INSTALL = "C:\\Scenario\\Install"
 class Windows:
     """A Windows of Wine in a folder, with the packages beside it."""
 
-    def __init__(self, folder, scenario):
+    def __init__(self, folder, scenario, trust):
         self.folder = pathlib.Path(folder).resolve()
         self.scenario = scenario
+        self.trust = trust
         self.drive = self.folder / "wine" / "prefix" / "drive_c"
         self.packages = self.folder / "packages"
 
@@ -119,7 +121,7 @@ class ZipTest(unittest.TestCase):
             ("the service's help names its commands", ["OnduraService.exe", "--help"], 0, "unregister", None),
             ("the twin's help", ["OnduraBackground.exe", "--help"], 0, "--period", None),
             ("the elevated host's help", ["OnduraElevated.exe", "--help"], 0, "--period", None),
-            ("the mail helper without its fields", ["OndruaEStartup.exe"], 2, None, "TEXT is required"),
+            ("the mail helper without its fields", ["OndruaEStartup.exe"], 2, None, "text is required"),
             ("too few fields", ["OndruaEStartup.exe", "ann@example.com;0;2"], 2, None, "fields"),
             ("a version", ["OnduraService.exe", "--version"], 0, "OnduraService 1.", None),
             ("nothing said", ["OnduraService.exe"], 2, None, "Usage:"),
@@ -172,6 +174,65 @@ class ZipTest(unittest.TestCase):
         done = self.host("OnduraElevated.exe", "--install", SCENARIO_INSTALL, "--ticks", "1")
         self.assertEqual(done.returncode, 0, done.stderr)
         self.assertEqual(request.read_bytes(), b"2\r\n")
+
+
+class MailTest(unittest.TestCase):
+    """The mail helper of the zip, with a server on the other side of Wine."""
+
+    FIELDS = "ann@example.com;0;2;M/d/yyyy;C:\\Mail\\log.txt;All  done.;11/14/2026 12:30:00 PM; SQL Server ;no room;ann"
+    CONTENT = ("Dear Ondura User (ann) ,\r\n\r\nScheduled Backup status: (Ondura Backup Version No 3.4.1)\r\n"
+               "Scheduled Time : 11/14/2026 12:30:00 PM\r\nNumber%20of%20files%20considered%20for%20Backup%3A%203\r\n\r\n"
+               "All  done.\r\nSuccessfully completed the SQL Server Scheduled backup.\r\n\r\n"
+               "\r\nRegards,\r\nOndura Support.\r\n")
+    FORM = ("EMAIL=ann%40example%2Ecom\r\n&SUBJECT=Scheduled%20backup%20email%20notification%5Bann%5D\r\n&CONTENT="
+            + CONTENT).encode()
+
+    def setUp(self):
+        self.home = WINDOWS.path("C:\\Mail")
+        shutil.rmtree(self.home, ignore_errors=True)
+        self.home.mkdir()
+        with zipfile.ZipFile(WINDOWS.zip) as archive:
+            (self.home / "OndruaEStartup.exe").write_bytes(archive.read("Ondura/OndruaEStartup.exe"))
+        (self.home / "log.txt").write_bytes("Number of files considered for Backup: 3\r\nend\r\n".encode("utf-16"))
+        # In a folder of the host that goes with the test.
+        self.kept = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        server = subprocess.Popen([SERVER, self.kept], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(server.communicate)
+        self.assertEqual(server.stdout.readline(), "ready\n")
+        (self.home / "Deployment.ini").write_text(
+            "[Deployment]\nNotificationHost=" + (self.kept / "ready").read_text("utf-8").strip(), "cp1252")
+
+    def configure(self, number):
+        product = {"ProductNumber": number, "ProductName": "Ondura", "ProductInstallationName": "Ondura",
+                   "ExeGroup": "Ondura", "ProductCaption": "Ondura Backup"}
+        lines = ["[ProductInfo]", *[f"{stored_form(key)}={stored_form(value)}" for key, value in product.items()]]
+        (self.home / "Configuration.ini").write_text("\n".join(lines) + "\n", "cp1252")
+
+    def mail(self):
+        return WINDOWS.run(WINDOWS.trust, InstallerTest.on_windows(self.kept / "authority.pem"),
+                           "C:\\Mail\\OndruaEStartup.exe", self.FIELDS).returncode
+
+    def test_the_form_of_each_product_arrives_byte_for_byte(self):
+        for number, (product, path) in enumerate([("3", "/cgi-bin/Notify"), ("2", "/cgi-bin/Notify_email_ondura")], 1):
+            with self.subTest(product):
+                self.configure(product)
+                self.assertEqual(self.mail(), 0)
+                head, _, form = (self.kept / f"post-{number}.txt").read_bytes().partition(b"\r\n\r\n")
+                self.assertTrue(head.startswith(f"POST {path} HTTP/1.0\r\n".encode()), head)
+                self.assertIn(b"\r\nContent-Type: application/x-www-form-urlencoded", head)
+                self.assertEqual(form, self.FORM)
+
+    def test_a_server_that_nobody_vouches_for_gets_nothing(self):
+        self.configure("3")
+        done = WINDOWS.run("C:\\Mail\\OndruaEStartup.exe", self.FIELDS)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("is lost", done.stderr)
+        self.assertEqual(list(self.kept.glob("post-*")), [])
+
+
+def stored_form(text):
+    """How Configuration.ini keeps keys and values."""
+    return "".join(chr(ord(character) + 2) + chr(ord(character) + 3) for character in text)
 
 
 class InstallerTest(unittest.TestCase):
@@ -255,9 +316,10 @@ class InstallerTest(unittest.TestCase):
 if __name__ == "__main__":
     parser = argparse.ArgumentParser()
     parser.add_argument("--scenario", required=True)
+    parser.add_argument("--trust", required=True)
     parser.add_argument("--folder", required=True)
     options, others = parser.parse_known_args()
-    WINDOWS = Windows(options.folder, options.scenario)
+    WINDOWS = Windows(options.folder, options.scenario, options.trust)
     WINDOWS.msi, WINDOWS.zip = WINDOWS.pack("1.2.3")
     with WINDOWS.stay_on():
         program = unittest.main(argv=[sys.argv[0], *others], verbosity=2, exit=False)
