@@ -28,6 +28,10 @@ void AddDeploymentOptions(CLI::App& init, MachinePlan& plan) {
   init.add_option("--server", plan.primary_server, "First default server address");
   init.add_option("--second-server", plan.secondary_server, "Second default server address");
   init.add_option("--notification-host", plan.notification_host, "Host that takes notification mail");
+  init.add_option("--notification-authority", plan.notification_authority,
+                  "Certificate authority to accept for that host, in PEM form, beside those of the system")
+      ->check(CLI::ExistingFile)
+      ->type_name("FILE");
 }
 
 void AddProgramOptions(CLI::App& init, MachinePlan& plan) {

@@ -18,6 +18,7 @@ namespace ondura {
 namespace {
 
 constexpr std::string_view kDatabaseManagerExe = "OnduraSDBManager.exe";
+constexpr std::string_view kAuthorityFile = "NotificationAuthority.pem";
 
 // Makes a folder with those above it.
 void MakeFolders(const Machine& machine, const std::string& folder) {
@@ -64,6 +65,9 @@ void WriteDeployment(const Machine& machine, const Installation& installation, c
   WriteValue(machine, {file, "Deployment", "PrimaryServer"}, plan.primary_server);
   WriteValue(machine, {file, "Deployment", "SecondaryServer"}, plan.secondary_server);
   WriteValue(machine, {file, "Deployment", "NotificationHost"}, plan.notification_host);
+  const std::string authority =
+      plan.notification_authority.empty() ? "" : installation.ExeLocation + std::string{kAuthorityFile};
+  WriteValue(machine, {file, "Deployment", "NotificationAuthority"}, authority);
 }
 
 // The service starts in charge and idle, so that its first tick does not wait for a twin.
@@ -86,13 +90,14 @@ void WriteSharedState(const Machine& machine, const Installation& installation, 
   }
 }
 
-void CopyPrograms(const Globals& globals, const Installation& installation, const MachinePlan& plan) {
+void CopyFiles(const Globals& globals, const Installation& installation, const MachinePlan& plan) {
   const auto copy = [&](const std::string& from, const std::string& name) {
     if (!from.empty()) InstallProgram(from, globals.root, installation.ExeLocation + name);
   };
   copy(plan.engine, installation.ClientExe);
   copy(plan.scanner, installation.ExeGroup + "Scan.exe");
   copy(plan.database_manager, std::string{kDatabaseManagerExe});
+  copy(plan.notification_authority, std::string{kAuthorityFile});
 }
 
 // A folder of the machine, with one kind of slash and a backslash at its end.
@@ -132,7 +137,7 @@ void SetUpMachine(const Globals& globals, const MachinePlan& plan) {
     throw Failure(Exit::kFailed,
                   "the configuration does not read back; choose names within the machine's code page");
   }
-  CopyPrograms(globals, installation, plan);
+  CopyFiles(globals, installation, plan);
   std::cout << "The machine is in " << globals.root << ". Next: ondura --root '" << globals.root
             << "' user add NAME\n";
 }

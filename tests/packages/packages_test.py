@@ -17,7 +17,7 @@ import zipfile
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent.parent
-SERVER = HERE.parent / "support" / "notification_server.py"
+SERVER = PROJECT / "demo" / "notification_server.py"
 EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
 
 SERVICE_NAME = "Ondura Service"

@@ -102,7 +102,9 @@ class NotificationServer {
   }
 
   static std::string Program() {
-    return (std::filesystem::path{__FILE__}.parent_path() / "notification_server.py").string();
+    const std::filesystem::path project =
+        std::filesystem::path{__FILE__}.parent_path().parent_path().parent_path();
+    return (project / "demo" / "notification_server.py").string();
   }
 
   void Stop() {
