@@ -1,8 +1,9 @@
-// Whole file jobs from the tick to the next occurrence.
-
-#include <gmock/gmock.h>
+// Whole file jobs from the tick to the next occurrence, and what surrounds them: the start of the hosts,
+// mail, the end of Windows.
 
 #include "scenarios/house.h"
+#include "util/text.h"
+#include "util/utf16.h"
 
 namespace ondura {
 namespace {
@@ -10,38 +11,25 @@ namespace {
 using testing::ElementsAre;
 
 TEST(FileJobStory, ADueOccurrenceRunsOnceAndMovesOn) {
-  House house;
-  house.AddUser("ann");
-  house.PutSchedule("ann", {House::Daily("11-14-2026 12:30:00")});
+  DueHouse house;
   house.Tick();
-  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
   EXPECT_EQ(house.Bytes("scheduleData.txt"),
             "0\r\n1\b\bNightly\b\b11-15-2026 12:30:00\b\b12:30\b\b0\b\bevery day\b\b\b\b0\b\b0\b\b"
             "202611151230\b\b6\b\b1111111\r\n");
   EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
-  EXPECT_EQ(house.Status("Status"), "4");
   house.Tick();
   EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
 }
 
-void MakeDue(House& house, std::string_view method) {
-  house.AddUser("ann");
-  house.PutSchedule("ann", {House::Daily("11-14-2026 12:30:00")});
-  house.WriteMethod(method);
-}
-
 TEST(FileJobStory, ADriveThatRunsFullTakesTheLocalDatabaseAway) {
   for (const std::uint64_t free_bytes : {2147483648U, 1073741823U}) {
-    House house;
-    MakeDue(house, "1");
+    DueHouse house;
+    house.WriteMethod("1");
     const std::string database = house.UserPath("LDB\\OnduraLDB.Ond");
     std::optional<std::string> left;
     house.machine.PutFile(database, "");
     house.machine.disk().SetFreeBytes("C:\\", free_bytes);
-    house.OnCommand(28, [&](ProgramRun&) {
-      left = house.machine.FileBytes(database);
-      house.WriteResult(402);
-    });
+    house.During(28, [&] { left = house.machine.FileBytes(database); });
     house.Tick();
     if (free_bytes > 1073741823) {
       EXPECT_THAT(house.Commands(), ElementsAre(24, 28, 30, 51, 16));
@@ -55,9 +43,9 @@ TEST(FileJobStory, ADriveThatRunsFullTakesTheLocalDatabaseAway) {
 }
 
 TEST(FileJobStory, AMethodThatChangesLateStillHasItsFiles) {
-  House house;
-  MakeDue(house, "");
-  house.OnCommand(30, [&](ProgramRun&) { house.WriteMethod("0"); });
+  DueHouse house;
+  house.WriteMethod("");
+  house.During(30, [&] { house.WriteMethod("0"); });
   house.Tick();
   EXPECT_THAT(house.Commands(), ElementsAre(24, 28, 30, 51, 16));
   EXPECT_EQ(house.Text("TempCom\\CompareListInput1.txt").substr(0, 14), "C:\\Docs\\a.txt/");
@@ -66,8 +54,7 @@ TEST(FileJobStory, AMethodThatChangesLateStillHasItsFiles) {
 TEST(FileJobStory, FiveMillionBytesAreALargeInputAndTheEnginesTraceIsKeptUpToItsCap) {
   constexpr std::size_t kCap = 5242880;
   for (const bool large : {false, true}) {
-    House house;
-    MakeDue(house, "0");
+    DueHouse house;
     house.PutText("TotalDisplaySize.txt", large ? "5000000\r\n" : "4999999\r\n");
     house.machine.PutFile(house.UserPath("TraceFile.txt"), std::string(large ? kCap + 1 : kCap, 't'));
     house.machine.PutFile(house.UserPath("MappedDriveInput.txt"), "");
@@ -80,18 +67,98 @@ TEST(FileJobStory, FiveMillionBytesAreALargeInputAndTheEnginesTraceIsKeptUpToIts
 
 TEST(FileJobStory, AWrongPasswordIsShownInABoxOnlyForTheServerList) {
   for (const int command : {24, 28}) {
-    House house;
-    MakeDue(house, "1");
+    DueHouse house;
+    house.WriteMethod("1");
     house.Answer(command, -403);
     house.Tick();
-    const auto& messages = house.machine.surroundings().messages;
-    ASSERT_EQ(messages.size(), command == 28 ? 1U : 0U);
-    if (command == 24) continue;
-    EXPECT_EQ(messages.front(),
-              (ShownMessage{"Logout from the account (ann) and then login with your new Password and attempt "
-                            "the operation again.",
-                            "Ondura failure", MessageIcon::kStop}));
+    const ShownMessage box{
+        "Logout from the account (ann) and then login with your new Password and attempt "
+        "the operation again.",
+        "Ondura failure", MessageIcon::kStop};
+    EXPECT_EQ(house.machine.surroundings().messages, std::vector<ShownMessage>(command == 28 ? 1 : 0, box));
   }
+}
+
+struct MailCase {
+  std::string option, mailids;
+  int result;
+  std::vector<std::string> told;
+  std::size_t fields;
+};
+
+TEST(BracketStory, MailGoesToTheAddressesThatTheOptionAsksFor) {
+  for (const MailCase& row : {MailCase{"3", "a;b;;c", 402, {"a", "b"}, 11}, MailCase{"2", "a", 402, {}, 0},
+                              MailCase{"2", "a;b", -414, {"a", "b"}, 10}, MailCase{"1", "a", -414, {}, 0}}) {
+    ScheduleRecord record = House::Daily();
+    record.mailids = row.mailids;
+    record.mailoption = row.option;
+    DueHouse house(record);
+    house.Answer(51, row.result);
+    house.Tick();
+    std::vector<std::string> told;
+    for (const LaunchRequest& launch : house.machine.Launches()) {
+      if (launch.file == std::string{House::kInstall} + "OndruaEStartup.exe") {
+        told.push_back(Split(launch.parameters, ";").front());
+      }
+    }
+    EXPECT_EQ(told, row.told) << row.option << " " << row.result;
+    EXPECT_EQ(house.LastMail().size(), row.fields) << row.option << " " << row.result;
+  }
+}
+
+TEST(BracketStory, WindowsEndsWhenItIsAskedForAndNobodyCancelled) {
+  for (const auto& [shutdown, result, exits] :
+       {std::tuple{"1", 402, 1}, std::tuple{"1", -414, 0}, std::tuple{"0", 402, 0}}) {
+    DueHouse house;
+    house.WriteAccount("SHUTDOWN", shutdown);
+    house.Answer(51, result);
+    // The refresh of the quota leaves the result of the transfer as it is.
+    house.OnCommand(16, [](ProgramRun&) {});
+    house.Tick();
+    EXPECT_EQ(house.machine.surroundings().windows_exits,
+              std::vector<std::uint32_t>(static_cast<std::size_t>(exits), 12))
+        << shutdown << " " << result;
+  }
+}
+
+struct TickCase {
+  std::string standard, started;
+  bool twin_runs, served;
+  std::string trace;
+};
+
+TEST(BracketStory, TheTickServesWhereTheServiceIsInCharge) {
+  for (const TickCase& row :
+       {TickCase{"0", "0", true, true, "Calling from first Service exe service."},
+        TickCase{"0", "1", true, true, " Calling from Service exe2."}, TickCase{"1", "0", true, false, ""},
+        TickCase{"1", "0", false, true, " Calling from Service exe3."},
+        TickCase{"1", "1", false, true, " Calling from Service exe4."},
+        TickCase{"", "", false, true, " Calling from Service exe4."}}) {
+    SCOPED_TRACE(row.standard + row.started);
+    DueHouse house;
+    house.Service();
+    house.WriteShared("Standard", row.standard);
+    house.WriteShared("Started", row.started);
+    if (row.twin_runs) house.machine.PutProcess(House::kTwin);
+    house.Tick();
+    EXPECT_EQ(!house.Commands().empty(), row.served);
+    EXPECT_EQ(house.Shared("Standard"), row.served ? "0" : "1");
+    const auto bytes = house.machine.FileBytes(std::string{House::kData} + "ScheduleTraceFile.txt");
+    EXPECT_THAT(FromUtf16(bytes.value_or("")), testing::HasSubstr(row.trace));
+  }
+}
+
+TEST(BracketStory, TheStartOfTheServiceCleansWhatACrashHasLeft) {
+  DueHouse house(House::Daily(House::kTomorrow));
+  const std::string idle = house.Bytes("scheduleData.txt");
+  house.machine.PutFile(house.UserPath("scheduleData.txt"), "3" + idle.substr(1));
+  house.WriteShared("Started", "1");
+  house.WriteShared("Intbackup", "1");
+  house.WriteProfile("BackupStatus", "Status", "5");
+  house.Service();
+  EXPECT_EQ(house.Bytes("scheduleData.txt"), idle);
+  EXPECT_THAT((std::vector{house.Shared("Started"), house.Shared("Intbackup"), house.Status("Status")}),
+              ElementsAre("0", "0", "0"));
 }
 
 }  // namespace

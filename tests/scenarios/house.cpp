@@ -6,13 +6,7 @@
 
 namespace ondura {
 
-namespace {
-
 using namespace std::chrono_literals;
-
-std::string Utf16File(std::string_view text) { return std::string{kUtf16Mark} + ToUtf16(text); }
-
-}  // namespace
 
 House::House(LocalTime now) : machine(now) { Install(); }
 
@@ -38,18 +32,13 @@ void House::Install() {
   machine.InstallProgram(kEngine, [this](ProgramRun& run) { RunCommand(run); });
   machine.InstallProgram(std::string{kInstall} + "OnduraSDBManager.exe",
                          [](ProgramRun& run) { run.NeverEnds(); });
-  machine.InstallProgram(std::string{kInstall} + "OndScan.exe",
-                         [](ProgramRun& run) { run.ExitAfter(1s, 0); });
-  machine.InstallProgram(std::string{kInstall} + "OndruaEStartup.exe",
-                         [](ProgramRun& run) { run.ExitAfter(1s, 0); });
-  OnCommand(24, [this](ProgramRun&) {
-    machine.PutFile(UserPath("DLLOutput1.txt"), "11911\r\nlocalhost\r\n");
-    WriteResult(402);
-  });
-  OnCommand(16, [this](ProgramRun&) {
+  for (const char* name : {"OndScan.exe", "OndruaEStartup.exe"}) {
+    machine.InstallProgram(std::string{kInstall} + name, [](ProgramRun& run) { run.ExitAfter(1s, 0); });
+  }
+  During(24, [this] { machine.PutFile(UserPath("DLLOutput1.txt"), "11911\r\nlocalhost\r\n"); });
+  During(16, [this] {
     WriteProfile("QuotaStatus", "Used", "1000");
     WriteProfile("QuotaStatus", "Max", "5000");
-    WriteResult(402);
   });
 }
 
@@ -85,6 +74,14 @@ ScheduleRecord House::Daily(const std::string& nexttime) {
   return record;
 }
 
+ScheduleRecord House::Mailing(const std::string& recordno) {
+  ScheduleRecord record = Daily();
+  record.recordno = recordno;
+  record.mailids = "ann@example.org";
+  record.mailoption = "3";
+  return record;
+}
+
 void House::PutSchedule(const std::string& name, const std::vector<ScheduleRecord>& records) {
   std::string text = "0\r\n";
   for (const ScheduleRecord& record : records) text += LineOfRecord(record) + "\r\n";
@@ -113,16 +110,19 @@ void House::Answer(int command, int result) {
 
 void House::OnCommand(int command, Command script) { scripts_[command] = std::move(script); }
 
+void House::During(int command, std::function<void()> act) {
+  OnCommand(command, [this, act = std::move(act)](ProgramRun&) {
+    act();
+    WriteResult(402);
+  });
+}
+
 void House::RunCommand(ProgramRun& run) {
   const int command = std::stoi(run.parameters());
   commands_.push_back(command);
   run.After(2s, [this, &run, command] {
     const auto script = scripts_.find(command);
-    if (script == scripts_.end()) {
-      WriteResult(402);
-    } else {
-      script->second(run);
-    }
+    script == scripts_.end() ? WriteResult(402) : script->second(run);
   });
 }
 
@@ -137,7 +137,7 @@ std::string House::Text(std::string_view name) {
 }
 
 void House::PutText(std::string_view name, std::string_view text) {
-  machine.PutFile(UserPath(name), Utf16File(text));
+  machine.PutFile(UserPath(name), std::string{kUtf16Mark} + ToUtf16(text));
 }
 
 std::string House::Bytes(std::string_view name) {

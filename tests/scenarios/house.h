@@ -1,6 +1,7 @@
 #pragma once
 
-#include <chrono>
+#include <gmock/gmock.h>
+
 #include <functional>
 #include <map>
 #include <memory>
@@ -21,6 +22,8 @@ class House {
   static constexpr std::string_view kData = "C:\\ProgramData\\Ondura\\";
   static constexpr std::string_view kEngine = "C:\\Program Files\\Ondura\\OndClsClient.exe";
   static constexpr std::string_view kTwin = "C:\\Program Files\\Ondura\\OndBackground.exe";
+  static constexpr const char* kDue = "11-14-2026 12:30:00";  // when the machine starts
+  static constexpr const char* kTomorrow = "11-15-2026 12:30:00";
 
   explicit House(LocalTime now = SimulatedMachine::kDefaultStart);
 
@@ -30,8 +33,9 @@ class House {
   void AddUser(const std::string& user);
   // Writes the user's schedule file anew with these record lines.
   void PutSchedule(const std::string& user, const std::vector<ScheduleRecord>& records);
-  // A daily file job whose next occurrence is at `nexttime`.
-  static ScheduleRecord Daily(const std::string& nexttime);
+  // A daily file job whose next occurrence is at `nexttime`, and one whose end is always mailed.
+  static ScheduleRecord Daily(const std::string& nexttime = kDue);
+  static ScheduleRecord Mailing(const std::string& recordno = "1");
 
   // The service, started on first use, and a second component as its twin.
   Component& Service();
@@ -44,6 +48,8 @@ class House {
   using Command = std::function<void(ProgramRun&)>;
   void Answer(int command, int result);
   void OnCommand(int command, Command script);
+  // Something that happens while a command runs, which is then answered with 402.
+  void During(int command, std::function<void()> act);
   std::vector<int> Commands() const { return commands_; }
   void WriteResult(int result) { WriteProfile("BackupStatus", "RetValue", std::to_string(result)); }
 
@@ -80,6 +86,14 @@ class House {
   std::vector<int> commands_;
   std::unique_ptr<Component> service_;
   std::unique_ptr<Component> twin_;
+};
+
+// A house whose user ann has a job that is due.
+struct DueHouse : House {
+  explicit DueHouse(const ScheduleRecord& record = Daily()) {
+    AddUser("ann");
+    PutSchedule("ann", {record});
+  }
 };
 
 }  // namespace ondura
