@@ -15,9 +15,7 @@ using ::testing::Values;
 const std::string kDocuments = "C:\\Users\\ann\\Documents\\";
 
 struct AnswerCase {
-  const char* story;
-  const char* parameters;
-  const char* want;
+  std::string story, parameters, want;
   std::function<void(Rehearsal&)> given;
 };
 
@@ -179,11 +177,7 @@ TEST(CompareListTest, WaitsForCompletePartsAndTakesNothingFromTheListOfTheLastJo
 }
 
 struct StopCase {
-  const char* story;
-  const char* key;
-  const char* value;
-  const char* want;
-  const char* closing;
+  std::string story, key, value, want, closing;
 };
 
 class StopTest : public testing::TestWithParam<StopCase> {};

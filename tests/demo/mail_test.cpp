@@ -2,7 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "job_rehearsal.h"
+#include "host_process.h"
+#include "rehearsal.h"
 #include "support/notification_server.h"
 #include "util/utf16.h"
 
@@ -38,7 +39,7 @@ class MailRehearsal : public JobRehearsal {
   // A run of the job to its end.
   void BackUp(const char* mailids, const char* mailoption) {
     MakeDue("1", mailids, mailoption);
-    ASSERT_EQ(HostProcess(root(), "service", "1").Finish(), 0);
+    ASSERT_EQ(HostProcess(HostRoot(), "service", "1").Finish(), 0);
   }
 
   // The helpers that the job has started outlive it.

@@ -13,8 +13,11 @@
 
 #include "platform/posix/posix_machine.h"
 #include "profile/Installation.h"
+#include "profile/LightCiphers.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/Transfer.h"
+#include "schedule/schedule_record.h"
+#include "util/date_text.h"
 #include "util/text.h"
 #include "util/text_files.h"
 
@@ -54,8 +57,7 @@ class Rehearsal {
   }
 
   void Install(const char* program, std::string_view name) {
-    const std::string folder = root_ + "/C/Program Files/Ondura/";
-    std::filesystem::copy_file(program, folder + std::string{name});
+    std::filesystem::copy_file(program, root_ + "/C/Program Files/Ondura/" + std::string{name});
   }
 
   // A program of the data folder, where the tools lie that dump application data.
@@ -74,8 +76,6 @@ class Rehearsal {
   void PutHostFile(const char* name, std::string_view text) {
     std::ofstream(root_ + "/" + name, std::ios::binary) << text;
   }
-
-  const std::string& root() const { return root_; }
 
   void MakeFolder(std::string_view path) {
     std::string host = ReplaceAll(path, "\\", "/");
@@ -161,6 +161,42 @@ class Rehearsal {
   std::unique_ptr<PosixMachine> owner_ = MakePosixMachine({.root = root_, .speed = 100, .pump = {}}).owner;
   Installation installation_;
   Transfer transfer_{owner_->machine(), installation_};
+};
+
+// A rehearsal whose user has one small file to back up and a record for the hosts to find.
+class JobRehearsal : public Rehearsal {
+ public:
+  JobRehearsal() {
+    PutFile("C:\\Docs\\a.txt", "hello");
+    PutLines("atbkupfolderlist.txt", {"C:\\Docs\\"});
+    PutFile(std::string{kData} + "userlist.ini", "ann;\r\n");
+    transfer().Trf_WriteUserProfile("port", "11905");
+    transfer().Trf_WriteUserProfile("STARTMISSEDSCH", "1");
+    transfer().Trf_WriteUserNameDBProfile("DB", "0");
+    transfer().Trf_WriteUserNameProfile("Standard", "0");
+    transfer().Trf_WriteUserNameProfile("Started", "0");
+    LightCiphers ciphers(machine().code_page, machine().pump);
+    transfer().Trf_WriteUserNameRegistryProfile("Default User name", ciphers.ShiftEncode("ann"));
+    transfer().Trf_WriteUserNameRegistryProfile("StandbyBackup", "0");
+  }
+
+  // The user's one record is due now, and mails to the addresses as the option says.
+  void MakeDue(const char* recordno, const char* mailids = "", const char* mailoption = "0") {
+    const LocalTime now = machine().clock.Now();
+    ScheduleRecord record;
+    record.recordno = recordno;
+    record.mailids = mailids;
+    record.maillog = "0";
+    record.mailoption = mailoption;
+    record.schname = "Nightly";
+    record.nexttime = FormatDate(kStampPicture, now);
+    record.schedtime = "12:30";
+    record.onceflag = "0";
+    record.sortkey = FormatDate("yyyymmddHHmm", now);
+    record.repeatkind = "6";
+    record.daymask = "1111111";
+    PutFile(UserFile("scheduleData.txt"), "0\r\n" + LineOfRecord(record) + "\r\n");
+  }
 };
 
 }  // namespace ondura::demo

@@ -1,7 +1,8 @@
 // SQL Server jobs with real hosts, a real engine and a real dump tool on a machine in a folder.
 
 #include <gmock/gmock.h>
-#include "job_rehearsal.h"
+#include "host_process.h"
+#include "rehearsal.h"
 
 namespace ondura::demo {
 namespace {
@@ -31,7 +32,7 @@ class SqlRehearsal : public JobRehearsal {
 
 TEST(SqlRehearsalTest, OneProcessDumpsAndSends) {
   SqlRehearsal house("5.1");
-  EXPECT_EQ(HostProcess(house.root(), "service", "1").Finish(), 0);
+  EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 0);
   EXPECT_EQ(house.Result(), "402");
   EXPECT_EQ(house.Sent("[sales].dmp"), "the tables of [sales] on (local)\r\n");
   EXPECT_EQ(house.Sent("[hr].dmp"), "the tables of [hr] on (local)\r\n");
@@ -46,7 +47,7 @@ TEST(SqlRehearsalTest, AToolThatFailsAndOneThatDiesLeaveTheOthersDumps) {
   house.SetDump("sales", "Error", "Login failed for user 'sa'.");
   house.SetDump("hr", "Dies", "1");
   house.SetDump("old", "Milliseconds", "20000");
-  EXPECT_EQ(HostProcess(house.root(), "service", "1").Finish(), 0);
+  EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 0);
   EXPECT_THAT(house.StageLog(),
               HasSubstr("Error while local backup of database :   \r\nLogin failed for user 'sa'.\r\n"));
   EXPECT_THAT(house.StageLog(), HasSubstr("Couldn't find the file name = C:\\Dumps\\[sales].dmp\r\n"));
@@ -58,8 +59,8 @@ TEST(SqlRehearsalTest, AToolThatFailsAndOneThatDiesLeaveTheOthersDumps) {
 
 TEST(SqlRehearsalTest, TwoProcessesMeetInTheProfile) {
   SqlRehearsal house("6.1");
-  HostProcess elevated(house.root(), "elevated", "100000");
-  EXPECT_EQ(HostProcess(house.root(), "service", "1").Finish(), 0);
+  HostProcess elevated(house.HostRoot(), "elevated", "100000");
+  EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 0);
   EXPECT_EQ(elevated.Stop(), 0);
   EXPECT_EQ(house.ProfileValue("BackupStatus", "LocalBackup"), "100");
   EXPECT_EQ(house.Sent("[sales].dmp"), "the tables of [sales] on (local)\r\n");

@@ -1,7 +1,5 @@
 #include "stages/clsSystemState.h"
 
-#include <gmock/gmock.h>
-
 #include "stages/ntbackup_command.h"
 #include "stages/system_state_house.h"
 #include "util/utf16.h"
@@ -22,17 +20,20 @@ class SystemStateTool : public testing::Test {
 };
 
 TEST_F(SystemStateTool, NamesTheSystemByItsVersion) {
-  struct Case {
-    SystemVersion version;
-    const char* name;
-  };
-  for (const Case& row :
-       {Case{{2, 5, 2}, "2003"}, Case{{2, 5, 1}, "XP"}, Case{{2, 5, 0}, "2000"}, Case{{2, 6, 0}, "2000"},
-        Case{{2, 6, 1}, "XP"}, Case{{2, 10, 0}, "2000"}, Case{{2, 6, 3}, ""}, Case{{2, 4, 0}, "Windows NT"},
-        Case{{1, 4, 0}, "Windows 95"}, Case{{1, 4, 10}, "Windows 98"}, Case{{1, 5, 0}, "Windows ME"},
-        Case{{1, 3, 1}, "Windows 95"}}) {
-    house_.machine.surroundings().version = row.version;
-    EXPECT_EQ(tool_.GetOsVersion(), row.name) << row.version.major << "." << row.version.minor;
+  for (const auto& [version, name] : {std::pair{SystemVersion{2, 5, 2}, "2003"},
+                                      {SystemVersion{2, 5, 1}, "XP"},
+                                      {SystemVersion{2, 5, 0}, "2000"},
+                                      {SystemVersion{2, 6, 0}, "2000"},
+                                      {SystemVersion{2, 6, 1}, "XP"},
+                                      {SystemVersion{2, 10, 0}, "2000"},
+                                      {SystemVersion{2, 6, 3}, ""},
+                                      {SystemVersion{2, 4, 0}, "Windows NT"},
+                                      {SystemVersion{1, 4, 0}, "Windows 95"},
+                                      {SystemVersion{1, 4, 10}, "Windows 98"},
+                                      {SystemVersion{1, 5, 0}, "Windows ME"},
+                                      {SystemVersion{1, 3, 1}, "Windows 95"}}) {
+    house_.machine.surroundings().version = version;
+    EXPECT_EQ(tool_.GetOsVersion(), name) << version.major << "." << version.minor;
   }
 }
 
@@ -96,18 +97,17 @@ TEST_F(SystemStateTool, TheHighestNumberOfAJobsLogsWins) {
 }
 
 TEST_F(SystemStateTool, OnlyAVerifiedCopyIsASuccess) {
-  struct Case {
-    const char* log;
-    bool succeeded;
-  };
-  for (const Case& row :
-       {Case{"Verify Status\r\nOperation did not successfully complete", true}, Case{"Verify Status", true},
-        Case{"verify status", false}, Case{"Operation did not successfully complete", false},
-        Case{"Backup completed without any error", false}, Case{"", false}}) {
+  for (const auto& [log, succeeded] :
+       std::map<std::string, bool>{{"Verify Status\r\nOperation did not successfully complete", true},
+                                   {"Verify Status", true},
+                                   {"verify status", false},
+                                   {"Operation did not successfully complete", false},
+                                   {"Backup completed without any error", false},
+                                   {"", false}}) {
     for (const bool is_unicode : {false, true}) {
-      const std::string bytes = is_unicode ? std::string{kUtf16Mark} + ToUtf16(row.log) : row.log;
+      const std::string bytes = is_unicode ? std::string{kUtf16Mark} + ToUtf16(log) : log;
       house_.machine.PutFile("C:\\a.log", bytes);
-      EXPECT_EQ(tool_.CheckLogError("OxSystemState", "C:\\a.log"), row.succeeded) << row.log;
+      EXPECT_EQ(tool_.CheckLogError("OxSystemState", "C:\\a.log"), succeeded) << log;
     }
   }
   EXPECT_TRUE(

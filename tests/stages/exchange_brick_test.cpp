@@ -57,10 +57,7 @@ TEST(ExchangeBrickStory, TheExportGoesToTheServerAsOneFolderAndIsDeletedThere) {
     is_clean = !house.machine.outside().folders.Exists("C:\\Mail");
     tool.After(3s, [&] { house.machine.PutFile(kDump + "\\ann.pst", "twelve bytes"); });
   });
-  house.OnCommand(51, [&](ProgramRun&) {
-    transferred = house.Text("TempCom\\CompareListInput1.txt");
-    house.WriteResult(402);
-  });
+  house.During(51, [&] { transferred = house.Text("TempCom\\CompareListInput1.txt"); });
   house.Tick();
   EXPECT_TRUE(is_clean);
   EXPECT_EQ(state, "1\r\n");
@@ -87,12 +84,10 @@ TEST(ExchangeBrickStory, TheExportGoesToTheServerAsOneFolderAndIsDeletedThere) {
 using Given = std::function<void(BrickHouse&)>;
 
 struct FailureCase {
-  const char* story;
+  std::string story;
   Given given;
-  std::string result_text;
-  std::string trace;
-  std::string main_log;  // behind the head
-  std::string tool_log;
+  std::string result_text, trace;
+  std::string main_log, tool_log;  // behind the head
   bool session_cancelled;
 };
 
@@ -235,19 +230,16 @@ TEST(ExchangeBrickStory, OtherProgramsReadAndWriteTheFilesOfTheTool) {
 }
 
 TEST(ExchangeBrickStory, TheStatusFileMarksTheJobForWhoeverAsks) {
-  struct Row {
-    const char* state;
-    int mode;
-    bool session_cancelled;
-    const char* error_text;
-  };
-  for (const Row& row : {Row{"1", 0, false, ""}, Row{"2", 1, true, ""}, Row{"2", 0, true, ""},
-                         Row{"3", 1, true, "Operation aborted."}, Row{"33", 0, false, ""}}) {
+  for (const auto& [state, mode, is_cancelled, error_text] : {std::tuple{"1", 0, false, ""},
+                                                              {"2", 1, true, ""},
+                                                              {"2", 0, true, ""},
+                                                              {"3", 1, true, "Operation aborted."},
+                                                              {"33", 0, false, ""}}) {
     BrickHouse house;
-    house.PutState(row.state);
-    house.Service().controller().CheckForExchBrickCancel(row.mode);
-    EXPECT_EQ(house.run().cancelled, row.session_cancelled) << row.state;
-    EXPECT_EQ(house.Service().web().ErrorText(), row.error_text) << row.state;
+    house.PutState(state);
+    house.Service().controller().CheckForExchBrickCancel(mode);
+    EXPECT_EQ(house.run().cancelled, is_cancelled) << state;
+    EXPECT_EQ(house.Service().web().ErrorText(), error_text) << state;
   }
 }
 

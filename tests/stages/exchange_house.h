@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <functional>
 #include <string>
 #include <vector>
@@ -13,19 +11,13 @@
 namespace ondura {
 
 // A house with one user whose Exchange job is due, and with stand-ins for the Exchange tools.
-class ExchangeHouse : public House {
+class ExchangeHouse : public DueHouse {
  public:
   static constexpr std::string_view kStoreTool = "C:\\ProgramData\\Ondura\\TolmeraProfExchBkp.exe";
   static constexpr std::string_view kStoreTool64 = "C:\\ProgramData\\Ondura\\TolmeraProf64ExchBkp.exe";
   static constexpr std::string_view kBrickTool = "C:\\ProgramData\\Ondura\\OxExchBrick.exe";
 
-  ExchangeHouse(const std::string& recordno, const std::string& set_line) {
-    AddUser("ann");
-    ScheduleRecord record = Daily("11-14-2026 12:30:00");
-    record.recordno = recordno;
-    record.mailids = "ann@example.org";
-    record.mailoption = "3";
-    PutSchedule("ann", {record});
+  ExchangeHouse(const std::string& recordno, const std::string& set_line) : DueHouse(Mailing(recordno)) {
     PutText("atbkupfolderlist.txt", "");
     machine.PutFile(UserPath("BackupSetData.txt"), set_line + "\r\n");
   }
@@ -58,9 +50,6 @@ class ExchangeHouse : public House {
     return lines;
   }
 
-  // Whether a transfer has begun.
-  bool EngineWasStarted() const { return !Commands().empty(); }
-
   // What a failed stage leaves behind, whatever it was. `trace` is how the stage's trace ends.
   void ExpectFailedEnd(const std::string& code, const std::string& result_text, const std::string& trace) {
     EXPECT_THAT(Join(StageTrace(), "\n"), testing::EndsWith(trace));
@@ -69,9 +58,9 @@ class ExchangeHouse : public House {
     EXPECT_EQ(StatusAfterJob(), "3");
     EXPECT_EQ(Status("DLLStatus"), "3");
     EXPECT_THAT(run().items, testing::IsEmpty());
-    EXPECT_FALSE(EngineWasStarted());
+    EXPECT_THAT(Commands(), testing::IsEmpty());
     EXPECT_EQ(machine.OpenHandles(), 0U);
-    EXPECT_EQ(NextTime(), "11-15-2026 12:30:00");
+    EXPECT_EQ(NextTime(), kTomorrow);
   }
 };
 

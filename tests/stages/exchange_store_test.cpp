@@ -33,10 +33,9 @@ TEST(ExchangeStoreStory, TheDumpGoesToTheServerAsOneFolderAndIsDeletedThere) {
     keys = house.Status("Status") + "/" + house.Status("RetValue");
     tool.After(4s, [&] { house.machine.PutFile("C:\\Dump\\first.edb", std::string(1000, 'x')); });
   });
-  house.OnCommand(51, [&](ProgramRun&) {
+  house.During(51, [&] {
     header = house.Bytes("scheduleData.txt").substr(0, 3);
     transferred = house.Text("TempCom\\CompareListInput1.txt");
-    house.WriteResult(402);
   });
   house.machine.PutFile(house.UserPath("ExchangeTraceFile.txt"), "of the last run");
   house.Tick();
@@ -65,16 +64,13 @@ TEST(ExchangeStoreStory, TheDumpGoesToTheServerAsOneFolderAndIsDeletedThere) {
 }
 
 TEST(ExchangeStoreStory, TheVersionPicksTheTool) {
-  for (const auto& [version, tool] :
-       std::map<std::string, std::string_view>{{"2007", ExchangeHouse::kStoreTool64},
-                                               {" 2007.0", ExchangeHouse::kStoreTool64},
-                                               {"2003", ExchangeHouse::kStoreTool},
-                                               {"2010", ExchangeHouse::kStoreTool},
-                                               {"20077", ExchangeHouse::kStoreTool},
-                                               {"", ExchangeHouse::kStoreTool}}) {
+  constexpr std::string_view k32 = ExchangeHouse::kStoreTool;
+  constexpr std::string_view k64 = ExchangeHouse::kStoreTool64;
+  for (const auto& [version, tool] : std::map<std::string, std::string_view>{
+           {"2007", k64}, {" 2007.0", k64}, {"2003", k32}, {"2010", k32}, {"20077", k32}, {"", k32}}) {
     StoreHouse house;
     house.WriteAccount("ExchVersion", version);
-    house.machine.InstallProgram(ExchangeHouse::kStoreTool64, [](ProgramRun& run) { run.ExitAfter(1s, 0); });
+    house.machine.InstallProgram(k64, [](ProgramRun& run) { run.ExitAfter(1s, 0); });
     house.Tick();
     EXPECT_EQ(house.machine.Launches().front().file, tool) << version;
   }
@@ -96,12 +92,11 @@ TEST(ExchangeStoreStory, TheLastLineOfTheBackupSetCountsAndNoLineIsAnEmptyList) 
 using Given = std::function<void(StoreHouse&)>;
 
 struct FailureCase {
-  const char* story;
+  std::string story;
   Given given;
-  const char* code;
-  std::string result_text;
+  std::string code, result_text;
   std::string trace;  // its last lines
-  const char* total_time;
+  std::string total_time;
 };
 
 Given Folder(const char* path) {

@@ -1,8 +1,6 @@
 // What the elevated host does for SQL dumps, and the single dump.
 
-#include <gmock/gmock.h>
-
-#include "sql_house.h"
+#include "stages/sql_house.h"
 
 namespace ondura {
 namespace {
@@ -53,52 +51,44 @@ TEST(SqlElevated, LetsARunningDumpEndFirstAndIsNotEnteredTwice) {
 enum class Stop { kNone, kByUser, kByHost };
 
 struct RequestCase {
-  const char* story;
+  std::string story;
   const char* status;  // null for no file
-  const char* command;
+  bool has_command;
   Stop stop;
   std::size_t launches;
-  const char* status_after;
-  const char* tool_status;
+  std::string status_after, tool_status;
 };
 
-class SqlRequestTest : public testing::TestWithParam<RequestCase> {};
-
-TEST_P(SqlRequestTest, IsServedOnce) {
-  const RequestCase& row = GetParam();
-  SqlHouse house;
-  Controller& host = house.Twin().controller();
-  const std::string folder = std::string{House::kData} + "OxWin\\";
-  if (row.status != nullptr) house.machine.PutFile(folder + "SqlLaunchStatus.txt", row.status);
-  if (row.command != nullptr) house.machine.PutFile(folder + "SQlLaunchCmd.txt", row.command);
-  house.machine.OnPump([&] { host.Cont_LaunchSQlAdminProcess(); });
-  house.machine.After(3s, [&] {
-    if (row.stop == Stop::kByUser) house.WriteProfile("BackupStatus", "Status", "5");
-    if (row.stop == Stop::kByHost) host.EndProgress();
-  });
-  for (int call = 0; call < 2; ++call) host.Cont_LaunchSQlAdminProcess();
-  EXPECT_THAT(house.machine.Launches(), SizeIs(row.launches)) << row.story;
-  EXPECT_EQ(house.Data("OxWin\\SqlLaunchStatus.txt"), row.status_after) << row.story;
-  EXPECT_EQ(house.Data("OxWin\\SQLScheduleStatus.txt"), row.tool_status) << row.story;
-  if (row.launches == 0) return;
-  EXPECT_EQ(house.machine.Launches().at(0).file, SqlHouse::kTool);
-  EXPECT_EQ(house.machine.Launches().at(0).parameters, "1 srv [sales] u p C:\\Dumps");
+TEST(SqlElevated, ServesARequestOnce) {
+  for (const RequestCase& row :
+       {RequestCase{"nobody asks", nullptr, true, Stop::kNone, 0, "<none>", "<none>"},
+        RequestCase{"nothing is to be done", "0\r\n", true, Stop::kNone, 0, "0\r\n", "<none>"},
+        RequestCase{"it was served before", "2\r\n", true, Stop::kNone, 0, "2\r\n", "<none>"},
+        RequestCase{"without a command nothing starts", " 1 \r\n", false, Stop::kNone, 0, "2\r\n", "<none>"},
+        RequestCase{"the tool is awaited", "1\r\n", true, Stop::kNone, 1, "2\r\n", "<none>"},
+        RequestCase{"the user's stop goes on to the tool", "1\r\n", true, Stop::kByUser, 1, "2\r\n", "2\r\n"},
+        RequestCase{"the host's stop too", "1\r\n", true, Stop::kByHost, 1, "2\r\n", "2\r\n"}}) {
+    SCOPED_TRACE(row.story);
+    SqlHouse house;
+    Controller& host = house.Twin().controller();
+    const std::string folder = std::string{House::kData} + "OxWin\\";
+    const std::string command = std::string{SqlHouse::kTool} + " 1 srv [sales] u p C:\\Dumps";
+    if (row.status != nullptr) house.machine.PutFile(folder + "SqlLaunchStatus.txt", row.status);
+    if (row.has_command) house.machine.PutFile(folder + "SQlLaunchCmd.txt", command);
+    house.machine.OnPump([&] { host.Cont_LaunchSQlAdminProcess(); });
+    house.machine.After(3s, [&] {
+      if (row.stop == Stop::kByUser) house.WriteProfile("BackupStatus", "Status", "5");
+      if (row.stop == Stop::kByHost) host.EndProgress();
+    });
+    for (int call = 0; call < 2; ++call) host.Cont_LaunchSQlAdminProcess();
+    EXPECT_THAT(house.machine.Launches(), SizeIs(row.launches));
+    EXPECT_EQ(house.Data("OxWin\\SqlLaunchStatus.txt"), row.status_after);
+    EXPECT_EQ(house.Data("OxWin\\SQLScheduleStatus.txt"), row.tool_status);
+    for (const LaunchRequest& launch : house.machine.Launches()) {
+      EXPECT_EQ(launch.file + " " + launch.parameters, command);
+    }
+  }
 }
-
-constexpr const char* kCommand = "C:\\ProgramData\\Ondura\\tolmera_sqlbackup.exe 1 srv [sales] u p C:\\Dumps";
-
-INSTANTIATE_TEST_SUITE_P(
-    Sql, SqlRequestTest,
-    testing::Values(
-        RequestCase{"nobody asks", nullptr, kCommand, Stop::kNone, 0, "<none>", "<none>"},
-        RequestCase{"nothing is to be done", "0\r\n", kCommand, Stop::kNone, 0, "0\r\n", "<none>"},
-        RequestCase{"it was served before", "2\r\n", kCommand, Stop::kNone, 0, "2\r\n", "<none>"},
-        RequestCase{"without a command nothing starts", " 1 \r\n", nullptr, Stop::kNone, 0, "2\r\n",
-                    "<none>"},
-        RequestCase{"the tool is awaited", "1\r\n", kCommand, Stop::kNone, 1, "2\r\n", "<none>"},
-        RequestCase{"the user's stop is handed on to the tool", "1\r\n", kCommand, Stop::kByUser, 1, "2\r\n",
-                    "2\r\n"},
-        RequestCase{"the host's stop too", "1\r\n", kCommand, Stop::kByHost, 1, "2\r\n", "2\r\n"}));
 
 TEST(SqlDump, FillsInWhatIsNotConfigured) {
   SqlHouse house;
@@ -141,22 +131,20 @@ TEST(StageSupport, TheWriteTestStandsBesideAFolderWithoutABackslash) {
 }
 
 TEST(StageSupport, ACommandLineIsSplitWhereItsProgramEnds) {
-  struct Case {
-    const char* line;
-    const char* program;
-    const char* parameters;
-  };
-  for (const Case& c : {Case{"\"C:\\My Tools\\t.exe\" -a \"b c\"", "C:\\My Tools\\t.exe", "-a \"b c\""},
-                        Case{"C:\\My Tools\\t.exe  -a b", "C:\\My Tools\\t.exe", "-a b"},
-                        Case{"C:\\My Tools\\t.exe", "C:\\My Tools\\t.exe", ""},
-                        Case{" NTBACKUP backup ", "NTBACKUP", "backup"}, Case{"\"open", "open", ""}}) {
+  const std::string tool = "C:\\My Tools\\t.exe";
+  for (const auto& [line, program, parameters] :
+       {std::tuple{"\"" + tool + "\" -a \"b c\"", tool, "-a \"b c\""},
+        {tool + "  -a b", tool, "-a b"},
+        {tool, tool, ""},
+        {" NTBACKUP backup ", "NTBACKUP", "backup"},
+        {"\"open", "open", ""}}) {
     SqlHouse house;
-    house.machine.PutFile("C:\\My Tools\\t.exe", "");
+    house.machine.PutFile(tool, "");
     ServiceContext& context = house.Service().context();
     StageSupport support(context.job, context.backup_set);
-    support.StartHidden(c.line);
-    EXPECT_EQ(house.machine.Launches().at(0).file, c.program);
-    EXPECT_EQ(house.machine.Launches().at(0).parameters, c.parameters);
+    support.StartHidden(line);
+    EXPECT_EQ(house.machine.Launches().at(0).file, program);
+    EXPECT_EQ(house.machine.Launches().at(0).parameters, parameters);
   }
 }
 

@@ -14,18 +14,14 @@ namespace ondura {
 
 // A house whose user ann has two databases to be backed up by a job that is due, on a system where the job
 // dumps them itself. Its dump tool takes three seconds and writes the dump.
-class SqlHouse : public House {
+class SqlHouse : public DueHouse {
  public:
   static constexpr std::string_view kTool = "C:\\ProgramData\\Ondura\\tolmera_sqlbackup.exe";
 
-  SqlHouse() {
+  SqlHouse() : DueHouse(Mailing("2")) {
     using namespace std::chrono_literals;
-    AddUser("ann");
     LightCiphers ciphers(machine.outside().code_page, machine.outside().pump);
     WriteRegistry("Default User name", ciphers.ShiftEncode("ann"));
-    ScheduleRecord record = Daily("11-14-2026 12:30:00");
-    record.recordno = "2";
-    PutSchedule("ann", {record});
     WriteAccount("SQLTEMP", "C:\\Dumps\\");
     machine.PutFolder("C:\\Dumps");
     machine.PutFolder(UserPath("Session"));

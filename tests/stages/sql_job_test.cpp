@@ -1,8 +1,6 @@
 // Jobs of record "2", in one process and in two that meet in the profile.
 
-#include <gmock/gmock.h>
-
-#include "sql_house.h"
+#include "stages/sql_house.h"
 #include "util/utf16.h"
 
 namespace ondura {
@@ -17,10 +15,7 @@ using testing::Not;
 TEST(SqlJob, DumpsItsDatabasesOneByOneAndHandsEachDumpOn) {
   SqlHouse house;
   std::string list;
-  house.OnCommand(51, [&](ProgramRun&) {
-    list = house.Text("TempCom\\CompareListInput1.txt");
-    house.WriteResult(402);
-  });
+  house.During(51, [&] { list = house.Text("TempCom\\CompareListInput1.txt"); });
   house.Tick();
   EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
   EXPECT_THAT(LinesOf(list),
@@ -53,19 +48,15 @@ TEST(SqlJob, DumpsItsDatabasesOneByOneAndHandsEachDumpOn) {
   EXPECT_THAT(house.Trace(), Contains("C:\\Dumps\\[hr].dmp"));
   EXPECT_EQ(house.Data("OXWIN\\SQLScheduleStatus.txt"), "0\r\n");
   EXPECT_EQ(house.Data("SQLBackupData.txt"), "<none>") << "the list is the elevated host's";
-  EXPECT_EQ(house.NextTime(), "11-15-2026 12:30:00");
+  EXPECT_EQ(house.NextTime(), House::kTomorrow);
 }
 
 TEST(SqlJob, WaitsForTheElevatedHostAndSendsItsFolder) {
   SqlHouse house;
   house.IsVista(true);
   Component& elevated = house.Twin();
-  std::string list;
-  std::string result;
-  house.OnCommand(51, [&](ProgramRun&) {
-    list = house.Text("TempCom\\CompareListInput1.txt");
-    house.WriteResult(402);
-  });
+  std::string list, result;
+  house.During(51, [&] { list = house.Text("TempCom\\CompareListInput1.txt"); });
   house.machine.OnPump([&] {
     if (house.Status("LocalBackup") == "1") result = house.Status("RetValue");
     elevated.controller().Cont_LaunchAdminProcess();
@@ -94,95 +85,82 @@ TEST(SqlJob, WaitsForTheElevatedHostAndSendsItsFolder) {
   EXPECT_EQ(FromUtf16(house.Data("ScheduleTraceFileService.txt")), "calling exe: tolmera_sqlbackup.exe\r\n");
 }
 
-// Every row ends in the session log, the keys and the code; none reaches the engine.
-struct FailureCase {
-  const char* story;
-  const char* folder;
-  bool dump_fails;
-  JobCode code;
-  std::vector<std::string> traces;  // the last with the session log's path
-  const char* result_text;
-  const char* total_time;
-  const char* session_time;
-};
-
-class SqlFailureTest : public testing::TestWithParam<FailureCase> {};
-
 struct FailingDump : DatabaseDump {
   bool BackupToDisk(std::string_view) override { return false; }
 };
 
-TEST_P(SqlFailureTest, LeavesItsTextsKeysAndCode) {
-  const FailureCase& row = GetParam();
-  SqlHouse house;
-  house.WriteAccount("SQLTEMP", row.folder);
-  ServiceContext& context = house.Service().context();
-  context.installation().CurrentUser = "ann";
-  context.schedule_file().schvTemp.recordno = "2";
-  StageSupport support(context.job, context.backup_set);
-  FailingDump dump;
-  SqlServerStage aborted(context.job, support, context.backup_set, dump);
-  if (row.dump_fails) {
-    context.job.state.run.Sch_SQLTEMP = row.folder;
-    EXPECT_EQ(aborted.Run(context.job.state), row.code);
-  } else {
-    EXPECT_EQ(house.Service().controller().Cont_SchBackup(), row.code);
-  }
-  const std::string path =
-      house.UserPath(std::string{"Session\\Scheduled 11-14-2026 "} + row.session_time + ".txt");
-  std::vector<std::string> traces = row.traces;
-  traces.back() += path;
-  EXPECT_THAT(house.Trace(), testing::IsSupersetOf(traces)) << row.story;
-  EXPECT_EQ(context.job.state.run.result_text, row.result_text) << row.story;
-  EXPECT_THAT(house.SessionFiles(), ElementsAre(path)) << row.story;
-  EXPECT_EQ(house.Text("Session\\Scheduled 11-14-2026 " + std::string{row.session_time} + ".txt"),
-            " \r\nUsername: ann\r\nOperation: Scheduled\r\n11-14-2026 " + std::string{row.session_time} +
-                "  " + row.result_text + "\r\n" + row.total_time + "\r\n")
-      << row.story;
-  EXPECT_EQ(house.Status("Status"), "3") << row.story;
-  EXPECT_EQ(house.Status("DLLStatus"), "3") << row.story;
-  EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
-  EXPECT_THAT(house.Commands(), testing::IsEmpty()) << row.story;
-}
+struct FailureCase {
+  std::string story, folder;
+  bool dump_fails;
+  std::vector<std::string> traces;  // the last with the session log's path
+  std::string result_text, total_time, session_time;
+};
 
-INSTANTIATE_TEST_SUITE_P(
-    Sql, SqlFailureTest,
-    testing::Values(
-        FailureCase{
-            "no folder is configured",
-            "",
-            false,
-            kJobStopped,
-            {" SQL Temp path not found ",
-             " The SQL server backup operation has been cancelled since the SQL Temp path could not be "
-             "found"},
-            "The SQL server backup operation has been cancelled since the SQL Temp path could not be "
-            "found.",
-            "Total Time",
-            "12-30-00"},
-        FailureCase{
-            "the folder is not there, and its backslash puts the test file inside",
-            "C:\\Nowhere\\",
-            false,
-            kJobFailed,
-            {"Cont_SchBackup :  PERMISSION DENIED :: ",
-             "Unable to continue the SQL Server Backup operation, please make sure that the disk is not "
-             "full or write protected.",
-             " Unable to continue the SQL server backup operation. Please check if the disk is full or "
-             "write protected"},
-            "Unable to continue the SQL server backup operation. Please check if the disk is full or "
-            "write protected.",
-            "Total Time        : ",
-            "12-30-02"},
-        FailureCase{
-            "a dump answers with an abort",
-            "C:\\Dumps\\",
-            true,
-            kJobFailed,
-            {" User aborted the SQL Server backup", " The SQL server backup has been aborted by the user"},
-            "The SQL server backup has been aborted by the user",
-            "Total Time        : ",
-            "12-30-02"}));
+// Every row ends in the session log, the keys and the code; none reaches the engine.
+TEST(SqlJob, AFailureLeavesItsTextsKeysAndCode) {
+  for (const FailureCase& row : {
+           FailureCase{"no folder is configured",
+                       "",
+                       false,
+                       {" SQL Temp path not found ",
+                        " The SQL server backup operation has been cancelled since the SQL Temp path could "
+                        "not be found"},
+                       "The SQL server backup operation has been cancelled since the SQL Temp path could not "
+                       "be found.",
+                       "Total Time",
+                       "12-30-00"},
+           FailureCase{"the folder is not there, and its backslash puts the test file inside",
+                       "C:\\Nowhere\\",
+                       false,
+                       {"Cont_SchBackup :  PERMISSION DENIED :: ",
+                        "Unable to continue the SQL Server Backup operation, please make sure that the disk "
+                        "is not full or write protected.",
+                        " Unable to continue the SQL server backup operation. Please check if the disk is "
+                        "full or write protected"},
+                       "Unable to continue the SQL server backup operation. Please check if the disk is full "
+                       "or write protected.",
+                       "Total Time        : ",
+                       "12-30-02"},
+           FailureCase{
+               "a dump answers with an abort",
+               "C:\\Dumps\\",
+               true,
+               {" User aborted the SQL Server backup", " The SQL server backup has been aborted by the user"},
+               "The SQL server backup has been aborted by the user",
+               "Total Time        : ",
+               "12-30-02"},
+       }) {
+    SCOPED_TRACE(row.story);
+    SqlHouse house;
+    house.WriteAccount("SQLTEMP", row.folder);
+    ServiceContext& context = house.Service().context();
+    context.installation().CurrentUser = "ann";
+    context.schedule_file().schvTemp.recordno = "2";
+    StageSupport support(context.job, context.backup_set);
+    FailingDump dump;
+    SqlServerStage aborted(context.job, support, context.backup_set, dump);
+    if (row.dump_fails) {
+      context.job.state.run.Sch_SQLTEMP = row.folder;
+      EXPECT_EQ(aborted.Run(context.job.state), kJobFailed);
+    } else {
+      const JobCode code = row.folder.empty() ? kJobStopped : kJobFailed;
+      EXPECT_EQ(house.Service().controller().Cont_SchBackup(), code);
+    }
+    const std::string log = "Session\\Scheduled 11-14-2026 " + row.session_time + ".txt";
+    std::vector<std::string> traces = row.traces;
+    traces.back() += house.UserPath(log);
+    EXPECT_THAT(house.Trace(), testing::IsSupersetOf(traces));
+    EXPECT_EQ(context.job.state.run.result_text, row.result_text);
+    EXPECT_THAT(house.SessionFiles(), ElementsAre(house.UserPath(log)));
+    EXPECT_EQ(house.Text(log), " \r\nUsername: ann\r\nOperation: Scheduled\r\n11-14-2026 " +
+                                   row.session_time + "  " + row.result_text + "\r\n" + row.total_time +
+                                   "\r\n");
+    EXPECT_EQ(house.Status("Status"), "3");
+    EXPECT_EQ(house.Status("DLLStatus"), "3");
+    EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
+    EXPECT_THAT(house.Commands(), testing::IsEmpty());
+  }
+}
 
 TEST(SqlJob, AnOtherHostKnowsThatALongDumpIsNoJobThatWasCutOff) {
   SqlHouse house;
@@ -198,9 +176,7 @@ TEST(SqlJob, AnOtherHostKnowsThatALongDumpIsNoJobThatWasCutOff) {
   });
   house.Tick();
   EXPECT_EQ(started, "121") << "a second host would start the job once more";
-  int signs = 0;
-  for (const std::string& line : house.Trace()) signs += line == "  Waiting for the local backup" ? 1 : 0;
-  EXPECT_EQ(signs, 5);
+  EXPECT_EQ(std::ranges::count(house.Trace(), "  Waiting for the local backup"), 5);
 }
 
 TEST(SqlJob, WhatIsNotDumpedStaysInTheListAndTheLogTellsOfIt) {
@@ -242,10 +218,7 @@ TEST(SqlJob, WithoutDatabasesItSendsTheFolder) {
   house.PutBackupSet("SQLSERVERBACKUP;sales\r\nOxExchBrick;x\r\nsqlserverbackup; ;SqlServerBackup\r\n");
   house.machine.PutFile("C:\\Dumps\\left.dmp", "old");
   std::string list;
-  house.OnCommand(51, [&](ProgramRun&) {
-    list = house.Text("TempCom\\CompareListInput1.txt");
-    house.WriteResult(402);
-  });
+  house.During(51, [&] { list = house.Text("TempCom\\CompareListInput1.txt"); });
   house.Tick();
   EXPECT_THAT(LinesOf(list), ElementsAre(HasSubstr("C:\\Dumps\\left.dmp/")));
   EXPECT_THAT(house.Trace(), Contains(" : There is no SQL Server database available "));

@@ -14,19 +14,13 @@
 namespace ondura {
 
 // A house whose user has a due job for the System State, and the operating system's backup tool.
-class SystemStateHouse : public House {
+class SystemStateHouse : public DueHouse {
  public:
   static constexpr std::string_view kDump = "C:\\Dump State";
   static constexpr std::string_view kTool = "C:\\Windows\\system32\\ntbackup.exe";
 
-  SystemStateHouse() {
+  SystemStateHouse() : DueHouse(Mailing("3")) {
     using namespace std::chrono_literals;
-    AddUser("ann");
-    ScheduleRecord record = Daily("11-14-2026 12:30:00");
-    record.recordno = "3";
-    record.mailids = "ann@example.org";
-    record.mailoption = "3";
-    PutSchedule("ann", {record});
     PutBackupSet("OXSYSTEMSTATEBACKUP;" + std::string{kDump} + "\\");
     InstallTool(5s, demo::SystemBackupOutcome::kVerified);
   }
@@ -88,16 +82,10 @@ class SystemStateHouse : public House {
  private:
   void ShowWindows(ProgramRun& run) {
     auto& windows = machine.surroundings().windows;
-    const WindowHandle progress = 11;
-    const WindowHandle selection = 12;
-    for (const WindowHandle window : {progress, selection}) {
-      const bool is_progress = window == progress;
+    for (const auto& [window, title] : {std::pair{WindowHandle{11}, demo::kBackupProgressTitle},
+                                        {WindowHandle{12}, demo::kSelectionTitle}}) {
       if (windows.contains(window) && !windows[window].is_shown) ++times_hidden;
-      windows[window] = {run.id(),
-                         "#32770",
-                         std::string{is_progress ? demo::kBackupProgressTitle : demo::kSelectionTitle},
-                         true,
-                         {}};
+      windows[window] = {run.id(), "#32770", std::string{title}, true, {}};
     }
   }
 

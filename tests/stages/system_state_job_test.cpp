@@ -1,7 +1,5 @@
 // Jobs for the System State, from the tick to the end.
 
-#include <gmock/gmock.h>
-
 #include "platform/forwarding.h"
 #include "stages/system_state_house.h"
 #include "util/utf16.h"
@@ -16,23 +14,22 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 constexpr const char* kDone = "Information : [@ : ] Successfully Completed system state backup to '";
+const std::string kSessionHead = " \r\nUsername: ann\r\nOperation: Scheduled\r\n@  ";
 constexpr const char* kFailed = "Information : [@ : ] Failed to continue System state backup.\r\n";
 
 TEST(SystemStateJob, DumpsHidesTheToolAndHandsItsFileToTheEngine) {
   SystemStateHouse house;
   house.machine.PutFolder(SystemStateHouse::kDump);
   house.machine.disk().SetShortPath("C:\\Dump State", "C:\\DUMPST~1");
-  std::string pid_file;
-  std::string ret_value;
+  std::string pid_file, ret_value;
   house.InstallTool(5s, SystemBackupOutcome::kVerified, [&](ProgramRun& run) {
-    EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), std::to_string(run.id()));
     pid_file = house.Bytes("NTBPIDFile.dat");
+    EXPECT_EQ(pid_file, std::to_string(run.id()));
     ret_value = house.Status("RetValue");
   });
-  house.OnCommand(51, [&](ProgramRun&) {
+  house.During(51, [&] {
     EXPECT_THAT(house.machine.FileBytes("C:\\Dump State\\OxSystemState.bkf").value_or(""),
                 StartsWith("System State of SIMULATED\r\n"));
-    house.WriteResult(402);
   });
   house.Tick();
   const LaunchRequest launch = house.machine.Launches().front();
@@ -92,48 +89,47 @@ TEST(SystemStateJob, TracesItsWayAndKeepsTheVeryBytesOfTheLog) {
   EXPECT_FALSE(house.TraceHas("There is NO System state"));
 }
 
+using Given = std::function<void(SystemStateHouse&)>;
+
+Given ToolLeaves(SystemBackupOutcome outcome, const std::function<void(ProgramRun&)>& meanwhile = {}) {
+  return [=](SystemStateHouse& house) { house.InstallTool(5s, outcome, meanwhile); };
+}
+
 struct FailedDump {
-  const char* story;
-  std::function<void(SystemStateHouse&)> arrange;
+  std::string story;
+  Given given;
   bool leaves_file;
-  const char* trace;
+  std::string trace;
 };
 
 // No failed dump stops the job: what is there is sent.
 TEST(SystemStateJob, GoesOnToTheTransferAfterAFailedDump) {
+  const std::string no_log = "Exit CheckLogError return with File does not exists Path:";
   for (const FailedDump& row : {
-           FailedDump{
-               "the log says nothing of a verified copy",
-               [](SystemStateHouse& house) { house.InstallTool(5s, SystemBackupOutcome::kUnverified); }, true,
-               "Exit CheckLogError return with False"},
-           FailedDump{
-               "the tool leaves no log",
-               [](SystemStateHouse& house) { house.InstallTool(5s, SystemBackupOutcome::kWithoutLog); }, true,
-               "Exit CheckLogError return with File does not exists Path:"},
+           FailedDump{"the log says nothing of a verified copy", ToolLeaves(SystemBackupOutcome::kUnverified),
+                      true, "Exit CheckLogError return with False"},
+           FailedDump{"the tool leaves no log", ToolLeaves(SystemBackupOutcome::kWithoutLog), true, no_log},
            FailedDump{"the tool dies",
-                      [](SystemStateHouse& house) {
-                        house.InstallTool(5s, SystemBackupOutcome::kVerified,
-                                          [](ProgramRun& run) { run.Exit(7); });
-                      },
-                      false, "Exit CheckLogError return with File does not exists Path:"},
+                      ToolLeaves(SystemBackupOutcome::kVerified, [](ProgramRun& run) { run.Exit(7); }), false,
+                      no_log},
            FailedDump{"the system has no such tool any more",
                       [](SystemStateHouse& house) { house.machine.RemoveProgram(SystemStateHouse::kTool); },
-                      false, "Exit CheckLogError return with File does not exists Path:"},
+                      false, no_log},
            FailedDump{"the account has no folder for local data",
                       [](SystemStateHouse& house) { house.machine.Fail("Drives.LocalDataFolder"); }, true,
                       "Exit GetLogErrorString Path of ntbackup logs : "},
        }) {
+    SCOPED_TRACE(row.story);
     SystemStateHouse house;
-    row.arrange(house);
+    row.given(house);
     house.Tick();
-    EXPECT_EQ(house.StageLog(), kFailed) << row.story;
-    EXPECT_TRUE(house.TraceHas(row.trace)) << row.story;
-    EXPECT_EQ(house.TraceHas(" : There is NO System state backup files "), !row.leaves_file) << row.story;
-    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16)) << row.story;
-    EXPECT_EQ(house.Selected().starts_with("C:\\Dump State\\OxSystemState.bkf/"), row.leaves_file)
-        << row.story;
-    EXPECT_EQ(house.LastMail().at(2), "2") << row.story;
-    EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), "<none>") << row.story;
+    EXPECT_EQ(house.StageLog(), kFailed);
+    EXPECT_TRUE(house.TraceHas(row.trace));
+    EXPECT_EQ(house.TraceHas(" : There is NO System state backup files "), !row.leaves_file);
+    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+    EXPECT_EQ(house.Selected().starts_with("C:\\Dump State\\OxSystemState.bkf/"), row.leaves_file);
+    EXPECT_EQ(house.LastMail().at(2), "2");
+    EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), "<none>");
   }
 }
 
@@ -150,8 +146,7 @@ TEST(SystemStateJob, WithoutAccessToTheFolderItFailsBeforeTheDump) {
   const std::string detail =
       "Unable to continue the System State Backup operation, Ensure that the folder/drive exists or the disk "
       "is not full or write protected.";
-  const std::string head = " \r\nUsername: ann\r\nOperation: Scheduled\r\n@  ";
-  EXPECT_EQ(house.SessionLog(), head + result + "\r\n");
+  EXPECT_EQ(house.SessionLog(), kSessionHead + result + "\r\n");
   EXPECT_THAT(house.TraceLines(detail, "write protectedC:"),
               ElementsAre("@ " + detail,
                           "@ Unable to continue the system state backup operation. Ensure that the disk is "
@@ -174,10 +169,9 @@ TEST(SystemStateJob, AStopDuringTheDumpEndsTheToolButNotTheJob) {
   house.InstallTool(10s, SystemBackupOutcome::kVerified,
                     [&](ProgramRun&) { house.WriteProfile("BackupStatus", "Status", "5"); });
   std::string status;
-  house.OnCommand(24, [&](ProgramRun&) {
+  house.During(24, [&] {
     status = house.Status("Status");
     house.machine.PutFile(house.UserPath("DLLOutput1.txt"), "11911\r\nlocalhost\r\n");
-    house.WriteResult(402);
   });
   house.Service();
   house.machine.ClearCalls();
@@ -243,8 +237,7 @@ TEST(SystemStateJob, OnlyAStopBetweenTheTwoTestsEndsTheJob) {
   component.controller().cont_InitialSch(House::kInstall);
   component.controller().Cont_CheckStandardRunning();
   const std::string result = "The user has aborted the system state backup";
-  const std::string head = " \r\nUsername: ann\r\nOperation: Scheduled\r\n@  ";
-  EXPECT_EQ(house.SessionLog(), head + result + "\r\n");
+  EXPECT_EQ(house.SessionLog(), kSessionHead + result + "\r\n");
   EXPECT_EQ(house.StageLog(), "Error       : [@ : ] User aborted/canceled the System State Backup.\r\n");
   EXPECT_TRUE(house.TraceHas(" User aborted the System State Backup\r\n"));
   EXPECT_EQ(house.LastMail().at(2), "3");
@@ -267,30 +260,20 @@ TEST(SystemStateJob, AToolThatSomebodyElseRunsIsLeftAloneAndItsFileIsSent) {
   EXPECT_EQ(house.Bytes("STBTraceFile.txt"), "<none>");
 }
 
-struct FolderCase {
-  const char* story;
-  const char* lines;
-  const char* folder;
-};
-
 TEST(SystemStateJob, FindsTheFolderInTheBackupSet) {
-  for (const FolderCase& row : {
-           FolderCase{"the default", "", "C:\\ProgramData\\Ondura\\SYSSTATETEMP"},
-           FolderCase{"the keyword alone", "OXSYSTEMSTATEBACKUP", "C:\\ProgramData\\Ondura\\SYSSTATETEMP"},
-           FolderCase{"a lone backslash", "OxSystemStateBackup;\\;", "C:\\ProgramData\\Ondura\\SYSSTATETEMP"},
-           FolderCase{"the last field that counts",
-                      "OXSYSTEMSTATEBACKUP; C:\\one ; C:\\two ; ;oxsystemstatebackup", "C:\\two"},
-           FolderCase{"the last of several lines",
-                      "OXSYSTEMSTATEBACKUP;C:\\one\r\nC:\\x\r\noxsystemstatebackup2;C:\\two", "C:\\two"},
-       }) {
+  const std::string own = "C:\\ProgramData\\Ondura\\SYSSTATETEMP";
+  for (const auto& [lines, folder] : std::map<std::string, std::string>{
+           {"", own},
+           {"OXSYSTEMSTATEBACKUP", own},
+           {"OxSystemStateBackup;\\;", own},
+           {"OXSYSTEMSTATEBACKUP; C:\\one ; C:\\two ; ;oxsystemstatebackup", "C:\\two"},
+           {"OXSYSTEMSTATEBACKUP;C:\\one\r\nC:\\x\r\noxsystemstatebackup2;C:\\two", "C:\\two"}}) {
     SystemStateHouse house;
-    house.PutBackupSet(row.lines);
-    if (row.folder == std::string_view{"C:\\two"}) house.Answer(51, 426);
+    house.PutBackupSet(lines);
+    if (folder == "C:\\two") house.Answer(51, 426);
     house.Tick();
-    const std::string folder = row.folder;
-    EXPECT_TRUE(house.TraceHas("Started system state backup to '" + folder + " ' ")) << row.story;
-    EXPECT_EQ(house.StageLog(), kDone + (folder == "C:\\two" ? "C:\\two\\'.\r\n" : folder + "\\'.\r\n"))
-        << row.story;
+    EXPECT_TRUE(house.TraceHas("Started system state backup to '" + folder + " ' ")) << lines;
+    EXPECT_EQ(house.StageLog(), kDone + folder + "\\'.\r\n") << lines;
   }
 }
 
