@@ -1,14 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tools/tool_run.h"
 
 namespace ondura::testing {
-
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Values;
 
 using Arguments = std::vector<std::string>;
 
@@ -20,47 +15,43 @@ std::string Separated(std::string line) {
 }
 
 struct RecordCase {
-  const char* story;
+  std::string story;
   Arguments options;
-  const char* line;
+  std::string line;
 };
 
-class ToolSchedule : public ::testing::TestWithParam<RecordCase> {};
-
-TEST_P(ToolSchedule, WritesARecordThatTheServiceCanUse) {
-  const ToolHouse house;
-  house.MakeWithAnn();
-  Arguments arguments{"schedule", "add", "ann"};
-  arguments.insert(arguments.end(), GetParam().options.begin(), GetParam().options.end());
-  const ToolResult result = house.Run(arguments);
-  ASSERT_EQ(result.exit, 0) << result.err;
-  EXPECT_EQ(house.OfAnn("scheduleData.txt"), "0\r\n" + Separated(GetParam().line) + "\r\n");
+// 2090-11-14 is a Tuesday.
+TEST(ToolSchedule, WritesARecordThatTheServiceCanUse) {
+  const AnnHouse house;
+  for (const RecordCase& row :
+       {RecordCase{"a run that happens once is dropped when it is missed",
+                   {"--at", "2090-11-14 06:05"},
+                   "1|files|11-14-2090 06:05:00|06:05|8|once||2|1|209011140605|4|0000000"},
+        RecordCase{"every day of the week",
+                   {"--at", "2090-11-14 23:59", "--repeat", "daily"},
+                   "1|files|11-14-2090 23:59:00|23:59|0|daily||2|1|209011142359|6|1111111"},
+        RecordCase{"days begin with the first of them behind the date",
+                   {"--at", "2090-11-14 12:30", "--repeat", "weekly:sun,mon", "--kind", "sql"},
+                   "2|sql|11-19-2090 12:30:00|12:30|0|weekly:sun,mon||2|1|209011191230|6|1100000"},
+        RecordCase{"a day of the list stays",
+                   {"--at", "2090-11-14 12:30", "--repeat", "weekly:tue", "--kind", "system-state"},
+                   "3|system-state|11-14-2090 12:30:00|12:30|0|weekly:tue||2|1|209011141230|6|0010000"},
+        RecordCase{
+            "mail to two, always",
+            {"--at", "2090-02-28 00:00", "--repeat", "monthly", "--kind", "mailbox", "--mail", "a@x.org",
+             "--mail", "b@x.org", "--mail-when", "always", "--name", "Post"},
+            "5|Post|02-28-2090 00:00:00|00:00|0|monthly|a@x.org;b@x.org|3|1|209002280000|5|0000000"}}) {
+    Arguments arguments{"schedule", "add", "ann"};
+    arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+    const ToolResult result = house.Run(arguments);
+    EXPECT_EQ(result.exit, 0) << row.story << ": " << result.err;
+    EXPECT_EQ(house.OfAnn("scheduleData.txt"), "0\r\n" + Separated(row.line) + "\r\n") << row.story;
+    house.Run({"schedule", "remove", "ann", "--all"});
+  }
 }
 
-// 2090-11-14 is a Tuesday.
-INSTANTIATE_TEST_SUITE_P(
-    Tool, ToolSchedule,
-    Values(RecordCase{"a run that happens once is dropped when it is missed",
-                      {"--at", "2090-11-14 06:05"},
-                      "1|files|11-14-2090 06:05:00|06:05|8|once||2|1|209011140605|4|0000000"},
-           RecordCase{"every day of the week",
-                      {"--at", "2090-11-14 23:59", "--repeat", "daily"},
-                      "1|files|11-14-2090 23:59:00|23:59|0|daily||2|1|209011142359|6|1111111"},
-           RecordCase{"days begin with the first of them behind the date",
-                      {"--at", "2090-11-14 12:30", "--repeat", "weekly:sun,mon", "--kind", "sql"},
-                      "2|sql|11-19-2090 12:30:00|12:30|0|weekly:sun,mon||2|1|209011191230|6|1100000"},
-           RecordCase{"a day of the list stays",
-                      {"--at", "2090-11-14 12:30", "--repeat", "weekly:tue", "--kind", "system-state"},
-                      "3|system-state|11-14-2090 12:30:00|12:30|0|weekly:tue||2|1|209011141230|6|0010000"},
-           RecordCase{
-               "mail to two, always",
-               {"--at", "2090-02-28 00:00", "--repeat", "monthly", "--kind", "mailbox", "--mail", "a@x.org",
-                "--mail", "b@x.org", "--mail-when", "always", "--name", "Post"},
-               "5|Post|02-28-2090 00:00:00|00:00|0|monthly|a@x.org;b@x.org|3|1|209002280000|5|0000000"}));
-
 TEST(ToolScheduleFile, KeepsOtherRecordsByteForByteAndLeavesBrokenLinesOut) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   const std::string other = Separated("2|\xE9t\xE9|x|y|0|z||1|0|209001010000|9|1|odd tail") + "\r\n";
   house.PutForAnn("scheduleData.txt", "0\r\nnonsense\r\n" + other);
   const ToolResult result = house.Run({"schedule", "add", "ann", "--at", "2090-11-14 06:05"});
@@ -69,8 +60,7 @@ TEST(ToolScheduleFile, KeepsOtherRecordsByteForByteAndLeavesBrokenLinesOut) {
 }
 
 TEST(ToolScheduleFile, IsNotTouchedWhileAJobRuns) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   const std::string running =
       "3\r\n" + Separated("3|s|11-14-2090 06:05:00|t|0|u||1|0|209011140605|4|0") + "\r\n";
   house.PutForAnn("scheduleData.txt", running);
@@ -90,8 +80,7 @@ TEST(ToolScheduleFile, IsNotTouchedWhileAJobRuns) {
 }
 
 TEST(ToolScheduleFile, HoldsOneRecordAKindAndGoesWithItsLast) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   const Arguments add{"schedule", "add", "ann", "--at", "2090-11-14 06:05"};
   ASSERT_EQ(house.Run(add).exit, 0);
   EXPECT_EQ(house.Run(add).exit, 1);
@@ -108,13 +97,11 @@ TEST(ToolScheduleFile, HoldsOneRecordAKindAndGoesWithItsLast) {
 }
 
 TEST(ToolScheduleFile, TellsThatATimeInThePastIsLate) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   EXPECT_THAT(house.Run({"schedule", "add", "ann", "--at", "2001-01-01 00:00"}).err,
               HasSubstr("in the past"));
   EXPECT_EQ(house.Run({"schedule", "add", "ann", "--at", "now", "--kind", "sql"}).err, "");
 }
 
 }  // namespace
-
 }  // namespace ondura::testing

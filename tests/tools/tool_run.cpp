@@ -10,7 +10,6 @@
 #include <stdexcept>
 
 namespace ondura::testing {
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -67,10 +66,10 @@ ToolResult ToolHouse::RunBare(const std::vector<std::string>& arguments, const s
   return result;
 }
 
-void ToolHouse::MakeWithAnn() const {
+AnnHouse::AnnHouse() {
   Put("disk/notes.txt", "notes");
   Put("disk/Documents/letter.txt", "letter");
-  const bool made = Run({"init", "--drive", "D=" + root_ + "/disk"}).exit == 0 &&
+  const bool made = Run({"init", "--drive", "D=" + root() + "/disk"}).exit == 0 &&
                     Run({"user", "add", "ann", "--password-stdin"}, "secret\nprivate\n").exit == 0;
   if (!made) throw std::runtime_error("the machine could not be made");
 }

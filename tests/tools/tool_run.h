@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gmock/gmock.h>
+
 #include <string>
 #include <vector>
 
@@ -25,9 +27,6 @@ class ToolHouse {
   // The same without naming the folder.
   static ToolResult RunBare(const std::vector<std::string>& arguments, const std::string& input = {});
 
-  // A machine with the user ann (password "secret"), and a drive D with a file and a folder.
-  void MakeWithAnn() const;
-
   // Files by their path under the folder, such as "C/ProgramData/Ondura/userlist.ini". Empty when missing.
   [[nodiscard]] std::string Bytes(const std::string& path) const;
   void Put(const std::string& path, const std::string& bytes) const;
@@ -44,6 +43,11 @@ class ToolHouse {
   inline static const std::string kAnn = "C/ProgramData/Ondura/Onduraann/";
 
   std::string root_;
+};
+
+// One with the user ann (password "secret"), and a drive D with a file and a folder.
+struct AnnHouse : ToolHouse {
+  AnnHouse();
 };
 
 }  // namespace ondura::testing

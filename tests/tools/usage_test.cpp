@@ -1,39 +1,23 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tools/tool_run.h"
 
 namespace ondura::testing {
-
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Values;
 
 using Arguments = std::vector<std::string>;
 
 struct RefusalCase {
-  const char* story;
+  std::string story;
   Arguments arguments;
   int exit;
-  const char* says;
+  std::string says;
 };
 
-class ToolRefusal : public ::testing::TestWithParam<RefusalCase> {};
-
-TEST_P(ToolRefusal, TellsByExitCodeAndOneSentenceWhatIsWrong) {
-  const ToolHouse house;
-  house.MakeWithAnn();
-  const ToolResult result = house.Run(GetParam().arguments);
-  EXPECT_EQ(result.exit, GetParam().exit) << result.err;
-  EXPECT_THAT(result.err, HasSubstr(GetParam().says));
-  EXPECT_EQ(result.out, "");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Tool, ToolRefusal,
-    Values(
-        RefusalCase{"a command that there is not", {"frobnicate"}, 2, "frobnicate"},
+TEST(ToolRefusal, TellsByExitCodeAndOneSentenceWhatIsWrong) {
+  const AnnHouse house;
+  for (const RefusalCase& row :
+       {RefusalCase{"a command that there is not", {"frobnicate"}, 2, "frobnicate"},
         RefusalCase{"no command at all", {}, 2, "which command?"},
         RefusalCase{"a machine made twice", {"init"}, 1, "--force"},
         RefusalCase{"a user added twice in other letters", {"user", "add", "ANN"}, 1, "already"},
@@ -62,7 +46,13 @@ INSTANTIATE_TEST_SUITE_P(
                     {"schedule", "add", "ann", "--at", "now", "--mail", "a@x.org;b@x.org"},
                     2,
                     "--mail"},
-        RefusalCase{"a number out of the list", {"schedule", "remove", "ann", "1"}, 1, "no schedule 1"}));
+        RefusalCase{"a number out of the list", {"schedule", "remove", "ann", "1"}, 1, "no schedule 1"}}) {
+    const ToolResult result = house.Run(row.arguments);
+    EXPECT_EQ(result.exit, row.exit) << row.story << ": " << result.err;
+    EXPECT_THAT(result.err, HasSubstr(row.says)) << row.story;
+    EXPECT_EQ(result.out, "") << row.story;
+  }
+}
 
 TEST(ToolRoot, OfNoMachineIsRefusedRatherThanFilled) {
   const ToolHouse empty;
@@ -72,27 +62,29 @@ TEST(ToolRoot, OfNoMachineIsRefusedRatherThanFilled) {
   EXPECT_THAT(ToolHouse::RunBare({"--root", empty.root() + "/gone", "status"}).err, HasSubstr("no folder"));
 }
 
-class ToolHelp : public ::testing::TestWithParam<Arguments> {};
-
-TEST_P(ToolHelp, HoldsAnExampleAndNeedsNoMachine) {
-  Arguments arguments = GetParam();
-  arguments.emplace_back("--help");
-  const ToolResult result = ToolHouse::RunBare(arguments);
-  EXPECT_EQ(result.exit, 0);
-  EXPECT_THAT(result.out, HasSubstr("Example: ondura " + GetParam().front()));
+TEST(ToolHelp, HoldsAnExampleAndNeedsNoMachine) {
+  for (Arguments words : {Arguments{"init"},
+                          {"user"},
+                          {"set"},
+                          {"get"},
+                          {"schedule"},
+                          {"schedule", "add"},
+                          {"schedule", "list"},
+                          {"schedule", "remove"},
+                          {"select"},
+                          {"exclude"},
+                          {"status"},
+                          {"log"}}) {
+    words.emplace_back("--help");
+    const ToolResult result = ToolHouse::RunBare(words);
+    EXPECT_EQ(result.exit, 0) << words.front();
+    EXPECT_THAT(result.out, HasSubstr("Example: ondura " + words.front()));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Tool, ToolHelp,
-                         Values(Arguments{"init"}, Arguments{"user"}, Arguments{"set"}, Arguments{"get"},
-                                Arguments{"schedule"}, Arguments{"schedule", "add"},
-                                Arguments{"schedule", "list"}, Arguments{"schedule", "remove"},
-                                Arguments{"select"}, Arguments{"exclude"}, Arguments{"status"},
-                                Arguments{"log"}));
 
 TEST(ToolVersion, IsTheProjects) {
   EXPECT_EQ(ToolHouse::RunBare({"--version"}).out, "ondura " ONDURA_VERSION "\n");
 }
 
 }  // namespace
-
 }  // namespace ondura::testing

@@ -1,17 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include "tools/tool_run.h"
 
 namespace ondura::testing {
-
 namespace {
 
 using ::testing::AllOf;
 using ::testing::HasSubstr;
-using ::testing::Values;
 
 std::string Utf16(const std::string& ascii) {
   std::string bytes = "\xFF\xFE";
@@ -20,8 +15,7 @@ std::string Utf16(const std::string& ascii) {
 }
 
 TEST(ToolSelect, WritesPathsAsTheJobReadsThem) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   ASSERT_EQ(house.Run({"select", "ann", "d:\\DOCUMENTS", "D:/notes.txt"}).exit, 0);
   ASSERT_EQ(house.Run({"select", "ann", "D:\\documents\\", "D:\\"}).exit, 0);
   EXPECT_EQ(house.OfAnn("atbkupfolderlist.txt"), Utf16("D:\\Documents\\\r\nD:\\notes.txt\r\nD:\\\r\n"));
@@ -33,15 +27,13 @@ TEST(ToolSelect, WritesPathsAsTheJobReadsThem) {
 }
 
 TEST(ToolSelect, AddsNothingWhenOneOfThePathsIsMissing) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   EXPECT_EQ(house.Run({"select", "ann", "D:\\notes.txt", "D:\\gone"}).exit, 1);
   EXPECT_EQ(house.Run({"select", "ann", "--list", "--json"}).out, "[]\n");
 }
 
 TEST(ToolExclude, KeepsFoldersAndFilesApart) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   ASSERT_EQ(house.Run({"exclude", "ann", "D:\\Documents", "D:\\notes.txt"}).exit, 0);
   EXPECT_EQ(house.OfAnn("atbkupExcludelist.txt"), Utf16("D:\\Documents\\\r\n"));
   EXPECT_EQ(house.OfAnn("atbkupExcludeFilePath.txt"), Utf16("D:\\notes.txt\r\n"));
@@ -49,45 +41,38 @@ TEST(ToolExclude, KeepsFoldersAndFilesApart) {
 }
 
 struct StateCase {
-  const char* story;
-  const char* status;
-  const char* header;
-  const char* state;
-  const char* words;
+  std::string story, status, header, state, words;
 };
 
-class ToolState : public ::testing::TestWithParam<StateCase> {};
-
-TEST_P(ToolState, SaysWhatTheFilesMean) {
-  const ToolHouse house;
-  house.MakeWithAnn();
-  house.Run({"set", "ann", "Status", GetParam().status});
-  house.PutForAnn("scheduleData.txt", std::string{GetParam().header} + "\r\n");
-  EXPECT_THAT(house.Run({"status", "ann", "--json"}).out,
-              HasSubstr("\"state\": \"" + std::string{GetParam().state} + "\""));
-  EXPECT_THAT(house.Run({"status"}).out, HasSubstr("state     " + std::string{GetParam().words} + "\n"));
+TEST(ToolState, SaysWhatTheFilesMean) {
+  const AnnHouse house;
+  for (const StateCase& row :
+       {StateCase{"nothing going on", "0", "0", "idle", "idle"},
+        StateCase{"closed up behind a job", "4", "0", "idle", "idle"},
+        StateCase{"a job of the header's kind", "1", "2", "running", "a sql backup is running"},
+        StateCase{"a job that was cut off", "1", "0", "interrupted",
+                  "a job began and was cut off; the service clears this when it starts"},
+        StateCase{"an interactive backup", "2", "0", "interactive", "an interactive backup is running"},
+        StateCase{"a stop not yet seen by the job", "5", "1", "stopping", "a stop has been asked for"},
+        StateCase{"a failed job", "3", "0", "idle", "idle; the last job failed or was stopped"}}) {
+    house.Run({"set", "ann", "Status", row.status});
+    house.PutForAnn("scheduleData.txt", row.header + "\r\n");
+    EXPECT_THAT(house.Run({"status", "ann", "--json"}).out, HasSubstr("\"state\": \"" + row.state + "\""))
+        << row.story;
+    EXPECT_THAT(house.Run({"status"}).out, HasSubstr("state     " + row.words + "\n")) << row.story;
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Tool, ToolState,
-    Values(StateCase{"nothing going on", "0", "0", "idle", "idle"},
-           StateCase{"closed up behind a job", "4", "0", "idle", "idle"},
-           StateCase{"a job of the header's kind", "1", "2", "running", "a sql backup is running"},
-           StateCase{"a job that was cut off", "1", "0", "interrupted",
-                     "a job began and was cut off; the service clears this when it starts"},
-           StateCase{"an interactive backup", "2", "0", "interactive", "an interactive backup is running"},
-           StateCase{"a stop not yet seen by the job", "5", "1", "stopping", "a stop has been asked for"},
-           StateCase{"a failed job", "3", "0", "idle", "idle; the last job failed or was stopped"}));
-
 TEST(ToolStatus, TellsHowTheLastJobEndedAndWhatIsNext) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   house.Run({"schedule", "add", "ann", "--at", "2090-11-14 06:05", "--repeat", "daily"});
-  house.Run({"set", "ann", "RetValue", "-416"});
-  house.Run({"set", "ann", "SchEndTime", "11-14-2026 12:31:08"});
-  house.Run({"set", "ann", "BackupFailureDays", "3"});
-  house.Run({"set", "ann", "Used", "1536"});
-  house.Run({"set", "ann", "Max", "2147483648"});
+  for (const auto& [key, value] : {std::pair{"RetValue", "-416"},
+                                   {"SchEndTime", "11-14-2026 12:31:08"},
+                                   {"BackupFailureDays", "3"},
+                                   {"Used", "1536"},
+                                   {"Max", "2147483648"}}) {
+    house.Run({"set", "ann", key, value});
+  }
   house.PutForAnn("SchStatus.txt", Utf16("View the log to know the status of the backup job.\r\n"));
   house.PutForAnn("BackupProgress.ini", "[BackupProgressInfo]\r\nPercentage=42\r\n");
   EXPECT_EQ(house.Run({"status"}).out,
@@ -105,8 +90,7 @@ TEST(ToolStatus, TellsHowTheLastJobEndedAndWhatIsNext) {
 }
 
 TEST(ToolLog, ShowsTheNewestUnlessAnotherIsNamed) {
-  const ToolHouse house;
-  house.MakeWithAnn();
+  const AnnHouse house;
   house.PutForAnn("Session/Scheduled 11-14-2026 12-30-00.txt", Utf16("older\r\n"));
   house.PutForAnn("Session/Scheduled 01-01-2027 00-00-00.txt", Utf16("newer\r\n"));
   namespace fs = std::filesystem;
@@ -120,5 +104,4 @@ TEST(ToolLog, ShowsTheNewestUnlessAnotherIsNamed) {
 }
 
 }  // namespace
-
 }  // namespace ondura::testing
