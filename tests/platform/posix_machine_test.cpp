@@ -13,7 +13,6 @@
 #include "posix_fixture.h"
 
 namespace ondura {
-
 namespace {
 
 using std::chrono::milliseconds;
@@ -243,53 +242,43 @@ TEST(MachineSettings, TheFileDescribesTheMachine) {
 }
 
 TEST(MachineSettings, AFaultIsReportedWithItsLine) {
-  struct Case {
-    const char* text;
-    const char* want;
-  };
-  constexpr Case kCases[] = {
-      {"[Nothing]", "line 1: there is no section [Nothing]"},
-      {"\n[System]\nColour=1", "line 3: there is no setting Colour in [System]"},
-      {"[System]\nCodePage=437", "line 2: \"437\" is no value for CodePage"},
-      {"[Internet]\nTimeout=0", "line 2: \"0\" is no value for Timeout"},
-      {"[System]\nWow64=yes", "line 2: \"yes\" is no value for Wow64"},
-      {"[Drives]\nDD=/x", "line 2: \"/x\" is no value for DD"},
-      {"[Services]\nx=8", "line 2: \"8\" is no value for x"},
-      {"junk", "line 1: it is neither a [section] nor a name=value"},
-      {"[Locale]\nDecimal=\xE9", "is no UTF-8 text"},
-  };
-  for (const Case& c : kCases) {
+  for (const auto& [text, want] : std::map<std::string, std::string>{
+           {"[Nothing]", "line 1: there is no section [Nothing]"},
+           {"\n[System]\nColour=1", "line 3: there is no setting Colour in [System]"},
+           {"[System]\nCodePage=437", "line 2: \"437\" is no value for CodePage"},
+           {"[Internet]\nTimeout=0", "line 2: \"0\" is no value for Timeout"},
+           {"[System]\nWow64=yes", "line 2: \"yes\" is no value for Wow64"},
+           {"[Drives]\nDD=/x", "line 2: \"/x\" is no value for DD"},
+           {"[Services]\nx=8", "line 2: \"8\" is no value for x"},
+           {"junk", "line 1: it is neither a [section] nor a name=value"},
+           {"[Locale]\nDecimal=\xE9", "is no UTF-8 text"}}) {
     const TemporaryRoot root;
-    root.Put("machine.ini", c.text);
+    root.Put("machine.ini", text);
     const PosixMachineResult made = root.Make();
-    EXPECT_FALSE(made.owner) << c.text;
-    EXPECT_THAT(made.error, HasSubstr(c.want));
+    EXPECT_FALSE(made.owner) << text;
+    EXPECT_THAT(made.error, HasSubstr(want));
   }
   EXPECT_THAT(MakePosixMachine({"/nowhere/at/all", 1, {}}).error, HasSubstr("is no folder"));
 }
 
 TEST(CommandLine, ParametersAreSplitAsTheCRuntimeDoes) {
-  struct Case {
-    const char* parameters;
-    std::vector<std::string> want;
-  };
-  const Case kCases[] = {
-      {"", {}},
-      {"  \t ", {}},
-      {" 17", {"17"}},
-      {R"( 51<\8_5_03_503>)", {R"(51<\8_5_03_503>)"}},
-      {R"( 16<C:\Program Files\x>)", {R"(16<C:\Program)", R"(Files\x>)"}},
-      {R"("a b" c)", {"a b", "c"}},
-      {R"(a" "b)", {"a b"}},
-      {R"("" x)", {"", "x"}},
-      {R"(a\\\b d"e f"g h)", {R"(a\\\b)", "de fg", "h"}},
-      {R"(a\\\"b c)", {R"(a\"b)", "c"}},
-      {R"(a\\"b c" d)", {R"(a\b c)", "d"}},
-      {R"("say ""hi""" x)", {R"(say "hi")", "x"}},
-      {R"("open end)", {"open end"}},
-      {R"(C:\folder\)", {R"(C:\folder\)"}},
-  };
-  for (const Case& c : kCases) EXPECT_EQ(SplitCommandLine(c.parameters), c.want) << c.parameters;
+  for (const auto& [parameters, want] : std::map<std::string, std::vector<std::string>>{
+           {"", {}},
+           {"  \t ", {}},
+           {" 17", {"17"}},
+           {R"( 51<\8_5_03_503>)", {R"(51<\8_5_03_503>)"}},
+           {R"( 16<C:\Program Files\x>)", {R"(16<C:\Program)", R"(Files\x>)"}},
+           {R"("a b" c)", {"a b", "c"}},
+           {R"(a" "b)", {"a b"}},
+           {R"("" x)", {"", "x"}},
+           {R"(a\\\b d"e f"g h)", {R"(a\\\b)", "de fg", "h"}},
+           {R"(a\\\"b c)", {R"(a\"b)", "c"}},
+           {R"(a\\"b c" d)", {R"(a\b c)", "d"}},
+           {R"("say ""hi""" x)", {R"(say "hi")", "x"}},
+           {R"("open end)", {"open end"}},
+           {R"(C:\folder\)", {R"(C:\folder\)"}}}) {
+    EXPECT_EQ(SplitCommandLine(parameters), want) << parameters;
+  }
 }
 
 // The process's time zone while this object lives.
@@ -315,21 +304,16 @@ class ZoneForTest {
 TEST(LocalZone, OffsetsFollowTheZoneOverItsChanges) {
   const ZoneForTest berlin{"CET-1CEST,M3.5.0,M10.5.0/3"};
   LocalZone zone;
-  struct Case {
-    std::time_t utc;
-    TimeFields want;
-  };
-  constexpr Case kCases[] = {
+  const std::pair<std::time_t, TimeFields> kCases[] = {
       {1774745999, {2026, 3, 29, 1, 59, 59}}, {1774746000, {2026, 3, 29, 3, 0, 0}},
       {1774746001, {2026, 3, 29, 3, 0, 1}},   {1792889999, {2026, 10, 25, 2, 59, 59}},
       {1792890000, {2026, 10, 25, 2, 0, 0}},  {1767225600, {2026, 1, 1, 1, 0, 0}},
       {1782864000, {2026, 7, 1, 2, 0, 0}},    {-86400, {1969, 12, 31, 1, 0, 0}},
   };
   for (int round = 0; round < 2; ++round) {
-    for (const Case& c : kCases) EXPECT_EQ(ToFields(zone.ToLocal(c.utc)), c.want) << c.utc;
+    for (const auto& [utc, want] : kCases) EXPECT_EQ(ToFields(zone.ToLocal(utc)), want) << utc;
   }
 }
 
 }  // namespace
-
 }  // namespace ondura

@@ -8,32 +8,20 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Optional;
 
-struct PatternCase {
-  const char* story;
-  const char* pattern;
-  const char* call;
-  bool matches;
-};
-
-class CallPatternTest : public ::testing::TestWithParam<PatternCase> {};
-
-TEST_P(CallPatternTest, DecidesWhichCallsAreMeant) {
-  EXPECT_EQ(MatchesCall(GetParam().pattern, GetParam().call), GetParam().matches) << GetParam().story;
+TEST(CallJournal, APatternDecidesWhichCallsAreMeant) {
+  for (const auto& [story, pattern, call, matches] :
+       {std::tuple{"a beginning is enough", "Files.Read", "Files.ReadHead C:\\x", true},
+        {"the blank ends the method", "Files.Read ", "Files.ReadHead C:\\x", false},
+        {"letter case does not count", "files.read c:\\X", "Files.Read C:\\x", true},
+        {"a longer name is met too", "Files.Read C:\\x", "Files.Read C:\\xy", true},
+        {"unless the end is asked for", "Files.Read C:\\x$", "Files.Read C:\\xy", false},
+        {"the end is met exactly", "Files.Read C:\\x$", "Files.Read C:\\x", true},
+        {"a star stands for anything", "*] Started=1$", "ProfileFiles.WriteString f [T] Started=1", true},
+        {"a star tries every place", "*a*b$", "aab ab", true},
+        {"a call shorter than the pattern", "Files.Read C:", "Files.Read", false}}) {
+    EXPECT_EQ(MatchesCall(pattern, call), matches) << story;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    CallJournal, CallPatternTest,
-    ::testing::Values(PatternCase{"a beginning is enough", "Files.Read", "Files.ReadHead C:\\x", true},
-                      PatternCase{"the blank ends the method", "Files.Read ", "Files.ReadHead C:\\x", false},
-                      PatternCase{"letter case does not count", "files.read c:\\X", "Files.Read C:\\x", true},
-                      PatternCase{"a longer name is met too", "Files.Read C:\\x", "Files.Read C:\\xy", true},
-                      PatternCase{"unless the end is asked for", "Files.Read C:\\x$", "Files.Read C:\\xy",
-                                  false},
-                      PatternCase{"the end is met exactly", "Files.Read C:\\x$", "Files.Read C:\\x", true},
-                      PatternCase{"a star stands for anything", "*] Started=1$",
-                                  "ProfileFiles.WriteString f [T] Started=1", true},
-                      PatternCase{"a star tries every place", "*a*b$", "aab ab", true},
-                      PatternCase{"a call shorter than the pattern", "Files.Read C:", "Files.Read", false}));
 
 TEST(CallJournal, TellsWhatAPassReadAndWrote) {
   CheckedMachine house;
@@ -115,41 +103,29 @@ TEST(Faults, ASeedDecidesTheSameFailuresEveryTime) {
   EXPECT_NE(answers(1).find('0'), std::string::npos);
 }
 
-struct CutCase {
-  const char* story;
-  CutMoment moment;
-  std::size_t at;
-  const char* first;  // what the files hold afterwards
-  const char* second;
-};
-
-class PowerCutTest : public ::testing::TestWithParam<CutCase> {};
-
-TEST_P(PowerCutTest, LeavesWhatHadReachedTheDiskAndTheNextComponentGoesOn) {
-  const CutCase& row = GetParam();
-  CheckedMachine house;
-  house.PutFile("C:\\1.txt", "----");
-  house.PutFile("C:\\2.txt", "----");
-  const auto component = [&] {
-    house.machine().files.Read("C:\\1.txt");
-    house.machine().files.Write("C:\\1.txt", "aaaa", IfPresent::kReplace);
-    house.machine().clock.Sleep(1s);
-    house.machine().files.Write("C:\\2.txt", "bbbb", IfPresent::kReplace);
-  };
-  house.StopDeadAt(row.at, row.moment);
-  EXPECT_THROW(component(), PowerCut) << row.story;
-  EXPECT_EQ(house.FileBytes("C:\\1.txt"), row.first) << row.story;
-  EXPECT_EQ(house.FileBytes("C:\\2.txt"), row.second) << row.story;
-  component();
-  EXPECT_EQ(house.FileBytes("C:\\2.txt"), "bbbb");
+TEST(Faults, APowerCutLeavesWhatHadReachedTheDiskAndTheNextComponentGoesOn) {
+  for (const auto& [story, moment, at, first, second] :
+       {std::tuple{"before the first write", CutMoment::kBeforeEffect, 1U, "----", "----"},
+        {"behind the first write", CutMoment::kAfterEffect, 1U, "aaaa", "----"},
+        {"before the second write", CutMoment::kBeforeEffect, 2U, "aaaa", "----"},
+        {"within the second write", CutMoment::kTorn, 2U, "aaaa", "bb"}}) {
+    CheckedMachine house;
+    house.PutFile("C:\\1.txt", "----");
+    house.PutFile("C:\\2.txt", "----");
+    const auto component = [&] {
+      house.machine().files.Read("C:\\1.txt");
+      house.machine().files.Write("C:\\1.txt", "aaaa", IfPresent::kReplace);
+      house.machine().clock.Sleep(1s);
+      house.machine().files.Write("C:\\2.txt", "bbbb", IfPresent::kReplace);
+    };
+    house.StopDeadAt(at, moment);
+    EXPECT_THROW(component(), PowerCut) << story;
+    EXPECT_EQ(house.FileBytes("C:\\1.txt"), first) << story;
+    EXPECT_EQ(house.FileBytes("C:\\2.txt"), second) << story;
+    component();
+    EXPECT_EQ(house.FileBytes("C:\\2.txt"), "bbbb");
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, PowerCutTest,
-    ::testing::Values(CutCase{"before the first write", CutMoment::kBeforeEffect, 1, "----", "----"},
-                      CutCase{"behind the first write", CutMoment::kAfterEffect, 1, "aaaa", "----"},
-                      CutCase{"before the second write", CutMoment::kBeforeEffect, 2, "aaaa", "----"},
-                      CutCase{"within the second write", CutMoment::kTorn, 2, "aaaa", "bb"}));
 
 TEST(Faults, AComponentCanBeStoppedDeadAtAMoment) {
   CheckedMachine house;

@@ -74,40 +74,31 @@ TEST(SimulatedTime, ALoopThatOnlyPumpsStillReachesTheNextAction) {
   EXPECT_EQ(house.Elapsed(), 20ms);
 }
 
-struct EndlessCase {
-  const char* story;
-  std::function<void(SimulatedMachine&)> wait_once;
-};
-
-class EndlessWaitTest : public ::testing::TestWithParam<EndlessCase> {};
-
-TEST_P(EndlessWaitTest, ThrowsInsteadOfHanging) {
-  CheckedMachine house;
-  house.SetPatience(24h * 400, 2000);
-  house.InstallProgram(kEngine, [](ProgramRun& run) {
-    run.NeverEnds();
-    run.Every(1s, [] {});
-  });
-  house.outside().processes.Launch({kEngine, "", "", 0});
-  const auto wait_for_ever = [&] {
-    for (int pass = 0; pass < 10'000'000; ++pass) GetParam().wait_once(house);
-  };
-  EXPECT_THROW(wait_for_ever(), std::runtime_error);
+TEST(SimulatedTime, AnEndlessWaitThrowsInsteadOfHanging) {
+  const std::map<std::string, std::function<void(SimulatedMachine&)>> waits{
+      {"for a process that never started",
+       [](SimulatedMachine& house) { house.machine().processes.Wait(kNoProcess, 300ms); }},
+      {"for a process that only shows signs of life",
+       [](SimulatedMachine& house) {
+         house.machine().processes.Wait(4, 300ms);
+         house.machine().clock.Sleep(100ms);
+       }},
+      {"without a limit", [](SimulatedMachine& house) { house.machine().clock.Sleep(24h * 500); }},
+      {"by pumping alone", [](SimulatedMachine& house) { house.machine().pump.Pump(); }}};
+  for (const auto& [story, wait_once] : waits) {
+    CheckedMachine house;
+    house.SetPatience(24h * 400, 2000);
+    house.InstallProgram(kEngine, [](ProgramRun& run) {
+      run.NeverEnds();
+      run.Every(1s, [] {});
+    });
+    house.outside().processes.Launch({kEngine, "", "", 0});
+    const auto wait_for_ever = [&house, &wait_once = wait_once] {
+      for (int pass = 0; pass < 10'000'000; ++pass) wait_once(house);
+    };
+    EXPECT_THROW(wait_for_ever(), std::runtime_error) << story;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    SimulatedTime, EndlessWaitTest,
-    ::testing::Values(
-        EndlessCase{"for a process that never started",
-                    [](SimulatedMachine& house) { house.machine().processes.Wait(kNoProcess, 300ms); }},
-        EndlessCase{"for a process that only shows signs of life",
-                    [](SimulatedMachine& house) {
-                      house.machine().processes.Wait(4, 300ms);
-                      house.machine().clock.Sleep(100ms);
-                    }},
-        EndlessCase{"without a limit",
-                    [](SimulatedMachine& house) { house.machine().clock.Sleep(24h * 500); }},
-        EndlessCase{"by pumping alone", [](SimulatedMachine& house) { house.machine().pump.Pump(); }}));
 
 TEST(SimulatedTime, AYearOfTicksIsNoEndlessWaitWhileTheTestMovesTheClock) {
   CheckedMachine house;
