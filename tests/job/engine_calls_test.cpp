@@ -81,9 +81,7 @@ TEST_F(EngineCall, ALoginThatNeverEndsHoldsTheCallForFiveHundredSeconds) {
 
 TEST(ProxyProfile, IsReadAsFarAsItsSwitchesSay) {
   struct Row {
-    const char* set;
-    const char* auth;
-    std::string want;
+    std::string set, auth, want;
   };
   for (const Row& row :
        {Row{"", "1", "0//"}, Row{"0", "1", "0//"}, Row{"1", "0", "1/proxy/"}, Row{"1", "", "1/proxy/"},

@@ -58,19 +58,16 @@ TEST_F(EngineFilesTest, TheInputHasTwelveLinesInTheCodePageWithTheAccountInTheSh
 }
 
 TEST_F(EngineFilesTest, AResultFileCountsAsAnAnswerWhateverItHolds) {
-  struct Row {
-    const char* bytes;
-    bool is_there;
-    std::int32_t number;
-  };
-  for (const Row& row : {Row{nullptr, false, 0}, Row{"", true, 0}, Row{"402\r\n7\r\n", true, 402},
-                         Row{" -416 \r\n", true, -416}, Row{"none", true, 0}, Row{"99999999999", true, 0}}) {
+  using Row = std::tuple<const char*, bool, std::int32_t>;
+  for (const auto& [bytes, is_there, number] :
+       {Row{nullptr, false, 0}, Row{"", true, 0}, Row{"402\r\n7\r\n", true, 402},
+        Row{" -416 \r\n", true, -416}, Row{"none", true, 0}, Row{"99999999999", true, 0}}) {
     for (const std::string& path : {InTemp("DLLOutput.txt"), UserFile("DLLOutput.txt")}) {
-      if (row.bytes != nullptr) machine.PutFile(path, row.bytes);
+      if (bytes != nullptr) machine.PutFile(path, bytes);
     }
     for (const auto& result : {files.ResdDLLOutputFileTempFd(), files.ResdDLLOutputFile()}) {
-      EXPECT_EQ(result.bResult, row.is_there) << row.number;
-      EXPECT_EQ(result.lValue, row.number) << row.number;
+      EXPECT_EQ(result.bResult, is_there) << number;
+      EXPECT_EQ(result.lValue, number) << number;
     }
   }
 }

@@ -10,47 +10,38 @@ namespace ondura {
 namespace {
 
 TEST(HourMinuteText, CutsTheMinutesByTheLengthOfTheTime) {
-  struct Row {
-    const char* text;
-    std::optional<std::string> want;
-  };
-  for (const Row& row : {Row{"01-31-2026 09:05:00", "0905"}, Row{"01-31-2026 23:59:59", "2359"},
-                         Row{"01-31-2026 9:05:00", "90"}, Row{"09:05:00", "0905"}, Row{"x 9:5:00", "9"},
-                         Row{"x 09:05", std::nullopt}, Row{"01-31-2026", std::nullopt},
-                         Row{"x 120000", std::nullopt}, Row{"", std::nullopt}}) {
-    EXPECT_EQ(HourMinuteText(row.text), row.want) << row.text;
+  using Row = std::tuple<const char*, std::optional<std::string>>;
+  for (const auto& [text, want] :
+       {Row{"01-31-2026 09:05:00", "0905"}, Row{"01-31-2026 23:59:59", "2359"},
+        Row{"01-31-2026 9:05:00", "90"}, Row{"09:05:00", "0905"}, Row{"x 9:5:00", "9"},
+        Row{"x 09:05", std::nullopt}, Row{"01-31-2026", std::nullopt}, Row{"x 120000", std::nullopt},
+        Row{"", std::nullopt}}) {
+    EXPECT_EQ(HourMinuteText(text), want) << text;
   }
 }
 
 TEST(Quota, StartsBelowZeroAndTakesTheMarkerForOneMoreGigabyte) {
-  struct Row {
-    const char* used;
-    const char* max;
-    const char* trace;
-    bool is_exceeded;
-  };
-  for (const Row& row : {Row{"", "", "Used Quota : -1, Max Quota: 0", false},
-                         Row{" 12 ", "", "Used Quota : 12, Max Quota: 0", true},
-                         Row{"12", "12", "Used Quota : 12, Max Quota: 12", false},
-                         Row{"13", "12", "Used Quota : 13, Max Quota: 12", true},
-                         Row{"5368709120", " 1 ", "Used Quota : 5368709120, Max Quota: 6442450944", false},
-                         Row{"much", "more", "Used Quota : -1, Max Quota: 0", false}}) {
+  using Row = std::tuple<std::string, std::string, std::string, bool>;
+  for (const auto& [used, max, trace, is_exceeded] :
+       {Row{"", "", "Used Quota : -1, Max Quota: 0", false},
+        Row{" 12 ", "", "Used Quota : 12, Max Quota: 0", true},
+        Row{"12", "12", "Used Quota : 12, Max Quota: 12", false},
+        Row{"13", "12", "Used Quota : 13, Max Quota: 12", true},
+        Row{"5368709120", " 1 ", "Used Quota : 5368709120, Max Quota: 6442450944", false},
+        Row{"much", "more", "Used Quota : -1, Max Quota: 0", false}}) {
     JobHouse house;
-    house.SetProfile("QuotaStatus", "Used", row.used);
-    house.SetProfile("QuotaStatus", "Max", row.max);
+    house.SetProfile("QuotaStatus", "Used", used);
+    house.SetProfile("QuotaStatus", "Max", max);
     const Quota quota = ReadQuotaOutputFile(house.store);
-    EXPECT_EQ(QuotaTrace(quota), row.trace);
-    EXPECT_EQ(quota.IsExceeded(), row.is_exceeded) << row.trace;
+    EXPECT_EQ(QuotaTrace(quota), trace);
+    EXPECT_EQ(quota.IsExceeded(), is_exceeded) << trace;
   }
 }
 
 struct WindowCase {
-  const char* story;
-  const char* notification;
-  const char* default_user;
+  std::string story, notification, default_user;
   double code;
-  const char* window;
-  const char* window_of_message;
+  std::string window, window_of_message;
 };
 
 class StatusWindowTest : public testing::TestWithParam<WindowCase>, protected JobHouse {

@@ -39,11 +39,7 @@ class ProfileTest : public ::testing::Test {
 
 struct ReadCase {
   const char* story;
-  std::string_view file;
-  std::string_view section;
-  std::string_view key;
-  std::string_view stored;
-  std::string_view clear;
+  std::string_view file, section, key, stored, clear;
   std::function<std::string()> read;
 };
 

@@ -28,12 +28,7 @@ TEST(ScheduleFile, IsOpenedOnceForAReadingAndLosesNoByteInARewrite) {
   EXPECT_EQ(house.machine.FileBytes(house.path), bytes);
 }
 
-struct FileCase {
-  std::string header;
-  std::string lines;
-  int count;
-  int earliest;
-};
+using FileCase = std::tuple<std::string, std::string, int, int>;
 
 TEST(ScheduleFile, HoldsWhatItsHeaderLetsBeReadHoweverSpoiled) {
   const std::string due = Line("x", "202611141230");

@@ -5,19 +5,12 @@
 namespace ondura {
 namespace {
 
-struct DueCase {
-  const char* story;
-  LocalTime now;
-  std::vector<const char*> sortkeys;
-  const char* start_missed;
-  int want;
-  int selected;
-};
+using DueCase = std::tuple<const char*, LocalTime, std::vector<const char*>, const char*, int, int>;
 
 const auto kHalfPast = SimulatedMachine::kDefaultStart;
 
 TEST(Due, IsDecidedByKeyUnitsInFileOrder) {
-  for (const DueCase& row : std::vector<DueCase>{
+  for (const auto& [story, now, sortkeys, start_missed, want, selected] : std::vector<DueCase>{
            {"on the minute is due", kHalfPast, {"202611141230"}, "0", 1, 0},
            {"a minute ahead is not", kHalfPast, {"202611141231"}, "0", 0, -1},
            {"sixty units late is due", Time(2026, 11, 14, 12, 59), {"202611141199"}, "0", 1, 0},
@@ -29,15 +22,15 @@ TEST(Due, IsDecidedByKeyUnitsInFileOrder) {
            {"a key that is no number", kHalfPast, {"soon", "202611141230"}, "0", 1, 1},
            {"no records", kHalfPast, {}, "1", 0, -1}}) {
     ScheduleHouse house;
-    house.machine.SetNow(row.now);
-    house.transfer.Trf_WriteUserNameRegistryProfile("STARTMISSEDSCH", row.start_missed);
+    house.machine.SetNow(now);
+    house.transfer.Trf_WriteUserNameRegistryProfile("STARTMISSEDSCH", start_missed);
     std::string bytes = "0\r\n";
-    for (const char* sortkey : row.sortkeys) bytes += Line("11-14-2026 12:30:00", sortkey);
+    for (const char* sortkey : sortkeys) bytes += Line("11-14-2026 12:30:00", sortkey);
     house.PutSchedule(bytes);
     house.schedule.SelectedRecord = 7;  // of an earlier pass
-    EXPECT_EQ(house.scheduler.Sch_Load_ScheduleData(), row.want) << row.story;
-    EXPECT_EQ(house.schedule.SelectedRecord, row.selected) << row.story;
-    EXPECT_EQ(house.machine.FileBytes(house.path), bytes) << row.story;
+    EXPECT_EQ(house.scheduler.Sch_Load_ScheduleData(), want) << story;
+    EXPECT_EQ(house.schedule.SelectedRecord, selected) << story;
+    EXPECT_EQ(house.machine.FileBytes(house.path), bytes) << story;
   }
 }
 
@@ -54,13 +47,7 @@ TEST(Due, ARecordWithoutAKeyCostsTheFileAndTheOthersGoOn) {
 }
 
 struct MoveCase {
-  const char* date_format;
-  const char* kind;
-  const char* mask;
-  const char* nexttime;
-  const char* sortkey;
-  const char* want_time;
-  const char* want_key;
+  std::string date_format, kind, mask, nexttime, sortkey, want_time, want_key;
 };
 
 void ExpectMove(const MoveCase& row, MoveOutcome outcome, std::size_t trace_lines) {
@@ -112,8 +99,7 @@ TEST(Moving, LeavesARecordThatCantBeMovedAndSaysSoOnce) {
 
 struct StepCase {
   MoveOutcome (Scheduler::*move)();
-  const char* nexttime;
-  const char* want;
+  std::string nexttime, want;
   int slept_ms;
 };
 

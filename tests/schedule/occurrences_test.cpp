@@ -20,10 +20,7 @@ std::vector<LocalTime> DaysOf2028(std::string_view mask) {
   return listed;
 }
 
-struct YearCase {
-  Step step;
-  const char* mask;  // of the days that the steps must meet
-};
+using YearCase = std::tuple<Step, const char*>;
 
 TEST(Stepping, MeetsExactlyTheDaysOfALeapYear) {
   for (const auto& [step, mask] :
@@ -41,10 +38,7 @@ TEST(Stepping, MeetsExactlyTheDaysOfALeapYear) {
   }
 }
 
-struct MonthCase {
-  LocalTime january;
-  std::vector<int> days;  // of the months that follow
-};
+using MonthCase = std::tuple<LocalTime, std::vector<int>>;
 
 TEST(Stepping, AMonthKeepsTheDayUntilAShorterOneTakesIt) {
   for (const auto& [january, want] :

@@ -6,11 +6,7 @@
 namespace ondura {
 namespace {
 
-struct TextCase {
-  const char* argument;
-  const char* text;
-  const char* want;
-};
+using TextCase = std::tuple<std::string, std::string, std::string>;
 
 TEST(SortKey, IsCutOutByPositionAroundTheLastSeparator) {
   for (const auto& [story, date, want] :
@@ -25,11 +21,7 @@ TEST(SortKey, IsCutOutByPositionAroundTheLastSeparator) {
   }
 }
 
-struct LocaleCase {
-  const char* date_format;
-  const char* time_format;
-  const char* afternoon;  // the default text of 5 June 2026, 16:39:08
-};
+using LocaleCase = std::tuple<std::string, std::string, const char*>;
 
 TEST(DefaultText, IsReadBackAsTheSameTimeUnderEveryLocale) {
   for (const auto& [date_format, time_format, afternoon] :
@@ -56,12 +48,7 @@ TEST(DefaultText, IsReadBackAsTheSameTimeUnderEveryLocale) {
   }
 }
 
-struct ReadCase {
-  const char* date_format;
-  const char* text;
-  const char* sortkey;
-  std::optional<LocalTime> want;
-};
+using ReadCase = std::tuple<std::string, std::string, std::string, std::optional<LocalTime>>;
 
 TEST(RecordDate, IsReadAsItWasMeant) {
   for (const auto& [date_format, text, sortkey, want] :

@@ -44,14 +44,10 @@ TEST(Base64, EncodesCodePageBytesAsTheStandardSays) {
 }
 
 TEST(Base64, DecodesDamagedTextByItsTable) {
-  struct Row {
-    const char* story;
-    std::string_view letters;
-    std::string_view text;
-  };
+  using Row = std::tuple<const char*, std::string_view, std::string_view>;
   CodePageTable page;
   cBase64 base64{page};
-  for (const Row& row : {
+  for (const auto& [story, letters, text] : {
            Row{"blanks are passed over", "Q Q = =", "A"},
            Row{"line ends and other strange bytes are passed over", "Zm\r\n9-v_Y\tg.==", "foob"},
            Row{"a text without letters is empty", "?!*", ""},
@@ -62,8 +58,8 @@ TEST(Base64, DecodesDamagedTextByItsTable) {
            Row{"a single last letter gives its six bits as one byte", "Zm9vQ", "foo@"},
            Row{"texts that stand behind each other are all read", "Zg==Zm8=Zm9v", "ffofoo"},
        }) {
-    EXPECT_EQ(base64.Decode(row.letters), row.text) << row.story;
-    EXPECT_EQ(base64.DecodedMessage(), row.text) << row.story;
+    EXPECT_EQ(base64.Decode(letters), text) << story;
+    EXPECT_EQ(base64.DecodedMessage(), text) << story;
   }
 }
 

@@ -11,19 +11,15 @@ const LocalTime kMorning = ToLocalTime({2026, 3, 4, 7, 5, 9});
 const LocalTime kAfternoon = ToLocalTime({2026, 11, 14, 16, 39, 8});
 
 TEST(FormatDate, ReadsAnMAsMinuteFromTheHourOn) {
-  struct Row {
-    std::string_view picture;
-    std::string_view morning;
-    std::string_view afternoon;
-  };
+  using Row = std::tuple<std::string_view, std::string_view, std::string_view>;
   const Row rows[] = {{kStampPicture, "03-04-2026 07:05:09", "11-14-2026 16:39:08"},
                       {kShortHourPicture, "03-04-2026 7:05:09", "11-14-2026 16:39:08"},
                       {kErrorPicture, "03-04-2026 7:05:09:59", "11-14-2026 16:39:08:398"},
                       {"M/d/YY h.m, m", "3/4/26 7.5, 5", "11/14/26 16.39, 39"},
                       {"yyyymmddhhmm", "202603040705", "202611141639"}};
-  for (const Row& row : rows) {
-    EXPECT_EQ(FormatDate(row.picture, kMorning), row.morning) << row.picture;
-    EXPECT_EQ(FormatDate(row.picture, kAfternoon), row.afternoon) << row.picture;
+  for (const auto& [picture, morning, afternoon] : rows) {
+    EXPECT_EQ(FormatDate(picture, kMorning), morning) << picture;
+    EXPECT_EQ(FormatDate(picture, kAfternoon), afternoon) << picture;
   }
 }
 

@@ -30,21 +30,17 @@ class SystemTest : public testing::Test {
 };
 
 TEST_F(SystemTest, ANameMatchesWholeBareAndInAnyLetterCase) {
-  struct Case {
-    int platform_id;
-    const char* name;
-    bool by_path;
-    bool by_module;
-  };
   const auto id = machine_.PutProcess("C:\\i\\AcmeEngine.exe");
-  for (const Case& row :
-       {Case{2, "acmeENGINE.exe", true, true}, Case{2, "C:\\i\\AcmeEngine.exe", false, false},
-        Case{2, "Engine.exe", false, false}, Case{2, "AcmeEngine", false, false},
-        Case{1, "acmeengine.EXE", true, true}, Case{3, "AcmeEngine.exe", false, true}}) {
-    machine_.surroundings().version.platform_id = row.platform_id;
-    EXPECT_EQ(system_.IsProcessRunningByPath(row.name, Kill::kNo), row.by_path) << row.name;
-    EXPECT_EQ(system_.FindProcessId(row.name), row.by_path ? std::optional{id} : std::nullopt) << row.name;
-    EXPECT_EQ(system_.IsProcessRunningByModule(row.name, Kill::kNo), row.by_module) << row.name;
+  for (const auto& [platform_id, name, by_path, by_module] : {std::tuple{2, "acmeENGINE.exe", true, true},
+                                                              {2, "C:\\i\\AcmeEngine.exe", false, false},
+                                                              {2, "Engine.exe", false, false},
+                                                              {2, "AcmeEngine", false, false},
+                                                              {1, "acmeengine.EXE", true, true},
+                                                              {3, "AcmeEngine.exe", false, true}}) {
+    machine_.surroundings().version.platform_id = platform_id;
+    EXPECT_EQ(system_.IsProcessRunningByPath(name, Kill::kNo), by_path) << name;
+    EXPECT_EQ(system_.FindProcessId(name), by_path ? std::optional{id} : std::nullopt) << name;
+    EXPECT_EQ(system_.IsProcessRunningByModule(name, Kill::kNo), by_module) << name;
   }
   EXPECT_THAT(trace_.main, ElementsAre("Return ture: acmeENGINE.exe", "Return false: ", "Return false: ",
                                        "Return false: ", "Return ture: acmeengine.EXE", "Return false: "));
@@ -83,19 +79,18 @@ TEST_F(SystemTest, TerminationTakesTheProcessOfAWindowAndElseTheId) {
 }
 
 TEST_F(SystemTest, OnlyTheOneServerVersionIsAskedToElevate) {
-  struct Case {
-    SystemVersion version;
-    bool is_vista;
-    const char* verb;
-  };
-  for (const Case& row : {Case{{2, 6, 0, false}, true, "runas"}, Case{{2, 6, 0, true}, true, "open"},
-                          Case{{2, 6, 1, false}, true, "open"}, Case{{2, 6, 3, true}, true, "open"},
-                          Case{{2, 6, 4, false}, false, "open"}, Case{{2, 10, 0, false}, false, "open"},
-                          Case{{1, 6, 0, false}, false, "open"}}) {
-    machine_.surroundings().version = row.version;
-    EXPECT_EQ(system_.IsVista(), row.is_vista) << row.version.major << "." << row.version.minor;
+  using Version = SystemVersion;
+  for (const auto& [version, is_vista, verb] : {std::tuple{Version{2, 6, 0, false}, true, "runas"},
+                                                {Version{2, 6, 0, true}, true, "open"},
+                                                {Version{2, 6, 1, false}, true, "open"},
+                                                {Version{2, 6, 3, true}, true, "open"},
+                                                {Version{2, 6, 4, false}, false, "open"},
+                                                {Version{2, 10, 0, false}, false, "open"},
+                                                {Version{1, 6, 0, false}, false, "open"}}) {
+    machine_.surroundings().version = version;
+    EXPECT_EQ(system_.IsVista(), is_vista) << version.major << "." << version.minor;
     EXPECT_EQ(system_.LaunchHidden("C:\\i\\missing.exe", " 24<>", "C:\\data", 0), kNoProcess);
-    EXPECT_EQ(machine_.Launches().back().verb, row.verb) << row.version.major << "." << row.version.minor;
+    EXPECT_EQ(machine_.Launches().back().verb, verb) << version.major << "." << version.minor;
   }
 }
 
@@ -211,9 +206,7 @@ TEST_F(SystemTest, WindowsEndsByForceUnderItsPrivilege) {
 }
 
 TEST(IPAddress, IsValidWithFourPartsWhateverTheyAre) {
-  for (const char* text : {"192.0.2.7", "a.b.c.d", "..."}) {
-    EXPECT_TRUE(clsIPResolve::IsValidIPAddress(text)) << text;
-  }
+  for (const char* text : {"192.0.2.7", "a.b.c.d", "..."}) EXPECT_TRUE(clsIPResolve::IsValidIPAddress(text));
   for (const char* text : {"", "192.0.2", "192.0.2.7.", "192:0:2:7"}) {
     EXPECT_FALSE(clsIPResolve::IsValidIPAddress(text)) << text;
   }

@@ -10,9 +10,7 @@ namespace {
 using namespace std::string_literals;
 
 struct Utf16Row {
-  const char* story;
-  std::string utf8;
-  std::string utf16;
+  std::string story, utf8, utf16;
 };
 
 TEST(Utf16, TextSurvivesTheWayThereAndBack) {
