@@ -12,7 +12,6 @@
 #include "tick_loop.h"
 
 namespace ondura {
-
 namespace {
 
 using testing::HasSubstr;
@@ -94,13 +93,17 @@ TEST_F(HostsTest, TheElevatedHostServesEveryRequestAndIsNeverInCharge) {
   EXPECT_EQ(Shared("Standard"), "0");
 }
 
-TEST(TickLoop, ARequestToStopLetsTheRunningTickEnd) {
-  const StopSignals stop;
+HostOptions Hourly() {
   HostOptions options;
   options.period_seconds = 3600;
+  return options;
+}
+
+TEST(TickLoop, ARequestToStopLetsTheRunningTickEnd) {
+  const StopSignals stop;
   int begun = 0;
   int ended = 0;
-  RunTicks(options, stop, [&] {
+  RunTicks(Hourly(), stop, [&] {
     ++begun;
     raise(SIGTERM);
     ++ended;
@@ -111,12 +114,10 @@ TEST(TickLoop, ARequestToStopLetsTheRunningTickEnd) {
 
 TEST(TickLoop, ARequestToStopEndsAPendingPeriodAtOnce) {
   const StopSignals stop;
-  HostOptions options;
-  options.period_seconds = 3600;
   int ticks = 0;
   pid_t helper = 0;
   const auto begin = std::chrono::steady_clock::now();
-  RunTicks(options, stop, [&] {
+  RunTicks(Hourly(), stop, [&] {
     ++ticks;
     helper = fork();
     if (helper == 0) {
@@ -143,34 +144,29 @@ TEST(TickLoopDeathTest, ASecondRequestLeavesAtOnce) {
 }
 
 TEST(HostOptions, TheCommandLineIsReadOrRefused) {
-  struct Case {
-    const char* story;
-    std::vector<const char*> arguments;
-    int exit_code;  // -1 where the host runs
-  };
-  const Case kCases[] = {
-      {"all options",
-       {"background", "--root", "r", "--install", "D:\\x", "--period", "1.5", "--ticks", "7", "--speed", "9"},
-       -1},
-      {"the root alone", {"service", "--root", "r"}, -1},
-      {"the third host", {"elevated", "--root", "r"}, -1},
-      {"help", {"service", "--help"}, 0},
-      {"version", {"--version"}, 0},
-      {"nothing", {}, kExitUsage},
-      {"no root", {"service"}, kExitUsage},
-      {"unknown host", {"tray", "--root", "r"}, kExitUsage},
-      {"a speed of nothing", {"service", "--root", "r", "--speed", "0"}, kExitUsage},
-      {"a negative count", {"service", "--root", "r", "--ticks", "-1"}, kExitUsage},
-      {"a period that is no number", {"service", "--root", "r", "--period", "soon"}, kExitUsage},
-  };
-  for (Case c : kCases) {
+  using Case = std::tuple<std::string, std::vector<const char*>, int>;  // -1 where the host runs
+  for (auto [story, arguments, exit_code] : std::vector<Case>{
+           {"all options",
+            {"background", "--root", "r", "--install", "D:\\x", "--period", "1.5", "--ticks", "7", "--speed",
+             "9"},
+            -1},
+           {"the root alone", {"service", "--root", "r"}, -1},
+           {"the third host", {"elevated", "--root", "r"}, -1},
+           {"help", {"service", "--help"}, 0},
+           {"version", {"--version"}, 0},
+           {"nothing", {}, kExitUsage},
+           {"no root", {"service"}, kExitUsage},
+           {"unknown host", {"tray", "--root", "r"}, kExitUsage},
+           {"a speed of nothing", {"service", "--root", "r", "--speed", "0"}, kExitUsage},
+           {"a negative count", {"service", "--root", "r", "--ticks", "-1"}, kExitUsage},
+           {"a period that is no number", {"service", "--root", "r", "--period", "soon"}, kExitUsage}}) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    c.arguments.insert(c.arguments.begin(), "ondura-host");
-    const ParsedOptions parsed = ParseHostOptions(static_cast<int>(c.arguments.size()), c.arguments.data());
-    EXPECT_EQ(parsed.options ? -1 : parsed.exit_code, c.exit_code) << c.story;
-    EXPECT_EQ(testing::internal::GetCapturedStdout().empty(), c.exit_code != 0) << c.story;
-    EXPECT_EQ(testing::internal::GetCapturedStderr().empty(), c.exit_code != kExitUsage) << c.story;
+    arguments.insert(arguments.begin(), "ondura-host");
+    const ParsedOptions parsed = ParseHostOptions(static_cast<int>(arguments.size()), arguments.data());
+    EXPECT_EQ(parsed.options ? -1 : parsed.exit_code, exit_code) << story;
+    EXPECT_EQ(testing::internal::GetCapturedStdout().empty(), exit_code != 0) << story;
+    EXPECT_EQ(testing::internal::GetCapturedStderr().empty(), exit_code != kExitUsage) << story;
   }
   const char* const arguments[] = {"ondura-host", "background", "--root", "r",       "--period",
                                    "1.5",         "--ticks",    "7",      "--speed", "9"};
@@ -183,5 +179,4 @@ TEST(HostOptions, TheCommandLineIsReadOrRefused) {
 }
 
 }  // namespace
-
 }  // namespace ondura
