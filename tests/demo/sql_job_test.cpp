@@ -30,17 +30,6 @@ class SqlRehearsal : public JobRehearsal {
   std::string Sent(std::string_view name) { return Read(VaultFile("C\\Dumps\\" + std::string{name})); }
 };
 
-TEST(SqlRehearsalTest, OneProcessDumpsAndSends) {
-  SqlRehearsal house("5.1");
-  EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 0);
-  EXPECT_EQ(house.Result(), "402");
-  EXPECT_EQ(house.Sent("[sales].dmp"), "the tables of [sales] on (local)\r\n");
-  EXPECT_EQ(house.Sent("[hr].dmp"), "the tables of [hr] on (local)\r\n");
-  EXPECT_FALSE(house.machine().folders.Exists("C:\\Dumps"));
-  EXPECT_THAT(house.StageLog(),
-              HasSubstr("Successfully completed the backup of database 'hr' to 'C:\\Dumps\\' "));
-}
-
 TEST(SqlRehearsalTest, AToolThatFailsAndOneThatDiesLeaveTheOthersDumps) {
   SqlRehearsal house("5.1");
   house.PutFile(house.UserFile("BackupSetData.txt"), "SQLSERVERBACKUP;sales;hr;old\r\n");

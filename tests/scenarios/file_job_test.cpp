@@ -121,30 +121,26 @@ TEST(BracketStory, WindowsEndsWhenItIsAskedForAndNobodyCancelled) {
   }
 }
 
-struct TickCase {
-  std::string standard, started;
-  bool twin_runs, served;
-  std::string trace;
-};
+using TickCase = std::tuple<std::string, std::string, bool, bool, std::string>;
 
 TEST(BracketStory, TheTickServesWhereTheServiceIsInCharge) {
-  for (const TickCase& row :
+  for (const auto& [standard, started, twin_runs, served, trace] :
        {TickCase{"0", "0", true, true, "Calling from first Service exe service."},
         TickCase{"0", "1", true, true, " Calling from Service exe2."}, TickCase{"1", "0", true, false, ""},
         TickCase{"1", "0", false, true, " Calling from Service exe3."},
         TickCase{"1", "1", false, true, " Calling from Service exe4."},
         TickCase{"", "", false, true, " Calling from Service exe4."}}) {
-    SCOPED_TRACE(row.standard + row.started);
+    SCOPED_TRACE(standard + started);
     DueHouse house;
     house.Service();
-    house.WriteShared("Standard", row.standard);
-    house.WriteShared("Started", row.started);
-    if (row.twin_runs) house.machine.PutProcess(House::kTwin);
+    house.WriteShared("Standard", standard);
+    house.WriteShared("Started", started);
+    if (twin_runs) house.machine.PutProcess(House::kTwin);
     house.Tick();
-    EXPECT_EQ(!house.Commands().empty(), row.served);
-    EXPECT_EQ(house.Shared("Standard"), row.served ? "0" : "1");
+    EXPECT_EQ(!house.Commands().empty(), served);
+    EXPECT_EQ(house.Shared("Standard"), served ? "0" : "1");
     const auto bytes = house.machine.FileBytes(std::string{House::kData} + "ScheduleTraceFile.txt");
-    EXPECT_THAT(FromUtf16(bytes.value_or("")), testing::HasSubstr(row.trace));
+    EXPECT_THAT(FromUtf16(bytes.value_or("")), testing::HasSubstr(trace));
   }
 }
 

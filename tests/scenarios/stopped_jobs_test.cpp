@@ -105,39 +105,37 @@ TEST(StoppedJobStory, AnEngineThatNeverEndsIsWaitedForAndCancelGivesItFourPasses
   }
 }
 
-struct CutOffCase {
-  std::string story, stop_time;
-  bool engine_obeys, stopped;
-};
+using CutOffCase = std::tuple<std::string, std::string, bool, bool>;
 
 TEST(StoppedJobStory, TheCutOffEndsTheTransferWithinItsTenMinutes) {
-  for (const CutOffCase& row :
+  for (const auto& [story, stop_time, engine_obeys, stopped] :
        {CutOffCase{"at the minute", "11-14-2026 12:45:00", true, true},
         CutOffCase{"an engine that does not obey is killed", "11-14-2026 12:45:00", false, true},
         CutOffCase{"begun within the ten minutes", "11-14-2026 12:30:00", true, true},
         CutOffCase{"the ten minutes are over", "11-14-2026 12:29:00", true, false},
         CutOffCase{"a one-digit hour never comes", "11-14-2026 9:45:00", true, false},
         CutOffCase{"no time at all", "", true, false}}) {
-    SCOPED_TRACE(row.story);
+    SCOPED_TRACE(story);
     MailingHouse house;
     house.WriteRegistry("StopSchedule", "1");
-    house.WriteRegistry("StopScheduleTime", row.stop_time);
+    house.WriteRegistry("StopScheduleTime", stop_time);
     bool saw_ten = false;
     bool killed = false;
+    const bool obeys = engine_obeys;
     house.OnCommand(51, [&](ProgramRun& run) {
       run.OnTerminated([&] { killed = true; });
       run.Every(500ms, [&] {
         saw_ten = saw_ten || house.Status("Status") == "10";
-        if (saw_ten && row.engine_obeys) run.Exit(0);
+        if (saw_ten && obeys) run.Exit(0);
       });
       run.ExitAfter(3h, 0);
     });
     house.Tick();
-    EXPECT_EQ(saw_ten, row.stopped);
-    EXPECT_EQ(killed, row.stopped && !row.engine_obeys);
-    EXPECT_EQ(house.Text("SchStatus.txt") == kCutOff, row.stopped);
-    EXPECT_EQ(house.StatusAfterJob(), row.stopped ? "402" : "0");
-    EXPECT_EQ(house.LastMail().at(5), row.stopped ? kCutOffMail : "");
+    EXPECT_EQ(saw_ten, stopped);
+    EXPECT_EQ(killed, stopped && !engine_obeys);
+    EXPECT_EQ(house.Text("SchStatus.txt") == kCutOff, stopped);
+    EXPECT_EQ(house.StatusAfterJob(), stopped ? "402" : "0");
+    EXPECT_EQ(house.LastMail().at(5), stopped ? kCutOffMail : "");
   }
 }
 

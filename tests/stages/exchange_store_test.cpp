@@ -128,23 +128,6 @@ void HasNoTool(StoreHouse& house) {
   house.machine.After(600s, [&house] { UserStops(house); });
 }
 
-class StoreFailureTest : public testing::TestWithParam<FailureCase> {};
-
-TEST_P(StoreFailureTest, LeavesItsLogItsKeysAndItsTraces) {
-  const FailureCase& row = GetParam();
-  SCOPED_TRACE(row.story);
-  StoreHouse house;
-  row.given(house);
-  house.Tick();
-  house.ExpectFailedEnd(row.code, row.result_text, row.trace);
-  const std::string path = house.run().session_path;
-  ASSERT_THAT(house.SessionFiles(), ElementsAre(path));
-  EXPECT_EQ(house.Text("Session\\" + ExchangeHouse::NameOf(path)),
-            " \r\nUsername: ann\r\nOperation: Scheduled\r\n" + ExchangeHouse::TimeOf(path) + "  " +
-                row.result_text + "\r\nTotal Time" + row.total_time + "\r\n");
-  EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
-}
-
 const std::string kNoFolder = "The temporary path used in the Exchange server backup operation was not found";
 const std::string kUnwritable =
     "Unable to continue the Exchange server backup operation. Please check if the disk is full or write "
@@ -160,10 +143,9 @@ const std::string kCancelledTrace =
 const std::string kToolAbortedTrace = "\n@ over\n@ Exe not running\n@ Operation aborted.\n" + kAbortTrace;
 const std::string kStoppedTrace = "\nScheduleCancelled 1\nAborted..." + kCancelledTrace;
 
-INSTANTIATE_TEST_SUITE_P(
-    Stage, StoreFailureTest,
-    testing::Values(
-        FailureCase{"no folder", Folder(""), "4", kNoFolder,
+TEST(ExchangeStoreStory, AFailureLeavesItsLogItsKeysAndItsTraces) {
+  for (const FailureCase& row :
+       {FailureCase{"no folder", Folder(""), "4", kNoFolder,
                     "@ Exchange Temp path not found \n@ " + kNoFolder + "<log>", ""},
         FailureCase{"a folder that can't be made", Folder("C:\\no\\such\\"), "3", kUnwritable + ".",
                     "@ Exchange server Path :  C:\\no\\such\\" + kUnwritableTrace, " 2 seconds"},
@@ -181,7 +163,20 @@ INSTANTIATE_TEST_SUITE_P(
         FailureCase{"a tool with a reason", ToolLeaves("4 and more", "No group.\r\nNo more.\r\n"), "3",
                     "No group.", kToolAbortedTrace + "No group.<log>", " 35 seconds"},
         FailureCase{"a tool without a word", ToolLeaves("4", ""), "3", "", kToolAbortedTrace + "<log>",
-                    " 35 seconds"}));
+                    " 35 seconds"}}) {
+    SCOPED_TRACE(row.story);
+    StoreHouse house;
+    row.given(house);
+    house.Tick();
+    house.ExpectFailedEnd(row.code, row.result_text, row.trace);
+    const std::string path = house.run().session_path;
+    ASSERT_THAT(house.SessionFiles(), ElementsAre(path));
+    EXPECT_EQ(house.Text("Session\\" + ExchangeHouse::NameOf(path)),
+              " \r\nUsername: ann\r\nOperation: Scheduled\r\n" + ExchangeHouse::TimeOf(path) + "  " +
+                  row.result_text + "\r\nTotal Time" + row.total_time + "\r\n");
+    EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
+  }
+}
 
 TEST(ExchangeStoreStory, AStopEndsTheEngineAndTellsTheTool) {
   StoreHouse house;

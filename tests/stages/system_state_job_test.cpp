@@ -95,17 +95,12 @@ Given ToolLeaves(SystemBackupOutcome outcome, const std::function<void(ProgramRu
   return [=](SystemStateHouse& house) { house.InstallTool(5s, outcome, meanwhile); };
 }
 
-struct FailedDump {
-  std::string story;
-  Given given;
-  bool leaves_file;
-  std::string trace;
-};
+using FailedDump = std::tuple<std::string, Given, bool, std::string>;
 
 // No failed dump stops the job: what is there is sent.
 TEST(SystemStateJob, GoesOnToTheTransferAfterAFailedDump) {
   const std::string no_log = "Exit CheckLogError return with File does not exists Path:";
-  for (const FailedDump& row : {
+  for (const auto& [story, given, leaves_file, trace] : {
            FailedDump{"the log says nothing of a verified copy", ToolLeaves(SystemBackupOutcome::kUnverified),
                       true, "Exit CheckLogError return with False"},
            FailedDump{"the tool leaves no log", ToolLeaves(SystemBackupOutcome::kWithoutLog), true, no_log},
@@ -119,15 +114,15 @@ TEST(SystemStateJob, GoesOnToTheTransferAfterAFailedDump) {
                       [](SystemStateHouse& house) { house.machine.Fail("Drives.LocalDataFolder"); }, true,
                       "Exit GetLogErrorString Path of ntbackup logs : "},
        }) {
-    SCOPED_TRACE(row.story);
+    SCOPED_TRACE(story);
     SystemStateHouse house;
-    row.given(house);
+    given(house);
     house.Tick();
     EXPECT_EQ(house.StageLog(), kFailed);
-    EXPECT_TRUE(house.TraceHas(row.trace));
-    EXPECT_EQ(house.TraceHas(" : There is NO System state backup files "), !row.leaves_file);
+    EXPECT_TRUE(house.TraceHas(trace));
+    EXPECT_EQ(house.TraceHas(" : There is NO System state backup files "), !leaves_file);
     EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
-    EXPECT_EQ(house.Selected().starts_with("C:\\Dump State\\OxSystemState.bkf/"), row.leaves_file);
+    EXPECT_EQ(house.Selected().starts_with("C:\\Dump State\\OxSystemState.bkf/"), leaves_file);
     EXPECT_EQ(house.LastMail().at(2), "2");
     EXPECT_EQ(house.Bytes("NTBPIDFile.dat"), "<none>");
   }

@@ -1,7 +1,6 @@
 #include "util/text_files.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,6 @@
 #include "util/text.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <optional>
 #include <string_view>

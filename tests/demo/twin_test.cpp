@@ -1,0 +1,30 @@
+// The twin as a real process on a machine in a folder.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "host_process.h"
+#include "rehearsal.h"
+
+namespace ondura::demo {
+namespace {
+
+bool Runs(Rehearsal& house, std::string_view base_name) {
+  return std::ranges::any_of(house.machine().processes.List(ProcessSource::kModules),
+                             [&](const ProcessEntry& entry) { return entry.base_name == base_name; });
+}
+
+TEST(TwinTest, IsAProgramOfItsMachineUnderTheConfiguredName) {
+  Rehearsal house;
+  HostProcess twin(house.HostRoot(), "background", "100000");
+  for (int look = 0; look < 200 && !Runs(house, "OnduraBackground.exe"); ++look) {
+    std::this_thread::sleep_for(std::chrono::milliseconds{50});
+  }
+  EXPECT_TRUE(Runs(house, "OnduraBackground.exe")) << "the service would take over from a twin that lives";
+  EXPECT_EQ(twin.Stop(), 0);
+  EXPECT_FALSE(Runs(house, "OnduraBackground.exe"));
+}
+
+}  // namespace
+}  // namespace ondura::demo
