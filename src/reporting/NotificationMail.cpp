@@ -89,6 +89,12 @@ LocalTime ReadBackDayFirst(LocalTime time) {
   return ToLocalTime(fields);
 }
 
+// A version may stand in the registry as a number, too.
+std::string TextOf(const std::optional<RegistryValue>& value) {
+  if (!value) return {};
+  return value->type == RegistryType::kText ? value->text : std::to_string(value->number);
+}
+
 LocaleFacts FactsOf(LocaleInfo& locale) {
   return {locale.Text(kLocaleShortDate), locale.Text(kLocaleTimeFormat)};
 }
@@ -113,9 +119,8 @@ void NotificationMail::SendMail(std::string_view Mailto, bool /*Attachlog*/, std
 
 std::string NotificationMail::StatusLine() {
   const std::string key = "software\\Corvane\\" + installation_.ProductInstallationName + "\\Application";
-  const auto value = helpers_.ReadRegistryValue(RegistryRoot::kCurrentUser, key, "Version");
-  const std::string version{value && !Trim(value->text).empty() ? std::string_view{value->text}
-                                                                : kFirstVersion};
+  std::string version = TextOf(helpers_.ReadRegistryValue(RegistryRoot::kCurrentUser, key, "Version"));
+  if (Trim(version).empty()) version = kFirstVersion;
   return Line("Scheduled Backup status: (" + installation_.ProductCaption + " Version No " + version + ")");
 }
 

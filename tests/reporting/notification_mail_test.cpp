@@ -87,8 +87,8 @@ TEST_F(NotificationMailTest, TheBodyFollowsResultDetailAndStop) {
 }
 
 TEST_F(NotificationMailTest, SubjectVersionAndTraceBelongToOneMail) {
-  machine_.PutRegistryValue({RegistryRoot::kCurrentUser, "software\\Corvane\\Acme\\Application", "Version"},
-                            {RegistryType::kText, "5.6", 0});
+  const RegistryName version{RegistryRoot::kCurrentUser, "software\\Corvane\\Acme\\Application", "Version"};
+  machine_.PutRegistryValue(version, {RegistryType::kText, "5.6", 0});
   for (int mails = 0; mails < 2; ++mails) mail_.SendMail("a@b", false, 2);
   EXPECT_EQ(values_.MailSubject, "Scheduled backup email notification[ann][Backed up Files : 3]");
   EXPECT_THAT(Posted(), HasSubstr("EMAIL=a%40b\r\n&SUBJECT=Scheduled%20backup%20email%20notification%5Bann%5D"
@@ -97,6 +97,12 @@ TEST_F(NotificationMailTest, SubjectVersionAndTraceBelongToOneMail) {
   EXPECT_EQ(TraceText(),
             "11-14-2026 9:05:07  Send Email notififaction\r\n11-14-2026 9:05:07\r\n"
             "11-14-2026 9:05:07  Send Email notififaction\r\n11-14-2026 9:05:07\r\n");
+  for (const auto& [stored, want] : {std::pair{RegistryValue{RegistryType::kText, " ", 0}, "3.4.1"},
+                                     std::pair{RegistryValue{RegistryType::kDword, "", 7}, "7"}}) {
+    machine_.PutRegistryValue(version, stored);
+    mail_.SendMail("a@b", false, 2);
+    EXPECT_THAT(Content(), HasSubstr(std::string{"Version No "} + want + ")"));
+  }
 }
 
 TEST_F(NotificationMailTest, WithoutALogThereIsNoMail) {
