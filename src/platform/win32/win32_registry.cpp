@@ -94,13 +94,15 @@ class Win32Registry : public Registry {
     const auto stored = Stored(value);
     UniqueRegistryKey key;
     const std::string key_name = ToSystem(WithoutTrailingSeparators(name.key));
-    if (!stored || RegCreateKeyExA(RootKey(name.root), key_name.c_str(), 0, nullptr, 0, KEY_SET_VALUE,
-                                   nullptr, key.Receive(), nullptr) != ERROR_SUCCESS) {
+    if (!stored ||
+        RegCreateKeyExA(RootKey(name.root), key_name.c_str(), 0, nullptr, 0, KEY_SET_VALUE | KEY_QUERY_VALUE,
+                        nullptr, key.Receive(), nullptr) != ERROR_SUCCESS) {
       return false;
     }
     const LSTATUS status = RegSetValueExA(key.get(), ToSystem(name.value).c_str(), 0, stored->type,
                                           reinterpret_cast<const BYTE*>(stored->bytes.data()),
                                           static_cast<DWORD>(stored->bytes.size()));
+    RegFlushKey(key.get());
     return status == ERROR_SUCCESS;
   }
 };
