@@ -3,6 +3,7 @@
 #include <functional>
 #include <new>
 #include <stdexcept>
+#include <tuple>
 #include <vector>
 
 #include "com/com_error.h"
@@ -26,12 +27,7 @@ TEST_F(ArgumentsTest, AResultReachesTheCallersVariableInItsOwnType) {
   unsigned char as_byte = 7;
   BSTR as_text = SysAllocString(L"seven");
   Value inner;
-  struct Row {
-    const char* story;
-    VARTYPE type;
-    void* place;
-    std::function<bool()> is_zero;
-  };
+  using Row = std::tuple<const char*, VARTYPE, void*, std::function<bool()>>;
   const Row rows[] = {
       {"a long", VT_BYREF | VT_I4, &as_long, [&] { return as_long == 0; }},
       {"a double", VT_BYREF | VT_R8, &as_double, [&] { return as_double == 0; }},
@@ -41,14 +37,14 @@ TEST_F(ArgumentsTest, AResultReachesTheCallersVariableInItsOwnType) {
       {"a script's variable", VT_BYREF | VT_VARIANT, &inner,
        [&] { return V_VT(&inner) == VT_I4 && V_I4(&inner) == 0; }},
   };
-  for (const Row& row : rows) {
+  for (const auto& [story, type, place, is_zero] : rows) {
     VARIANT number{};
-    V_VT(&number) = row.type;
-    V_BYREF(&number) = row.place;
+    V_VT(&number) = type;
+    V_BYREF(&number) = place;
     Value found;
-    EXPECT_EQ(controller_->ResdDLLOutputFile(&found, &number), S_OK) << row.story;
-    EXPECT_TRUE(row.is_zero()) << row.story;
-    EXPECT_EQ(V_BOOL(&found), VARIANT_FALSE) << row.story;
+    EXPECT_EQ(controller_->ResdDLLOutputFile(&found, &number), S_OK) << story;
+    EXPECT_TRUE(is_zero()) << story;
+    EXPECT_EQ(V_BOOL(&found), VARIANT_FALSE) << story;
   }
   SysFreeString(as_text);
 }
@@ -161,31 +157,27 @@ TEST_F(ArgumentsTest, AFailedConversionIsOneCodeToALateBoundCaller) {
 
 // Whatever the work behind a method throws, the caller gets a code.
 TEST(ExceptionTest, NoneCrossesTheEdge) {
-  struct Row {
-    std::function<void()> work;
-    HRESULT code;
-    const wchar_t* text;
-  };
+  using Row = std::tuple<std::function<void()>, HRESULT, const wchar_t*>;
   const Row rows[] = {
       {[] { throw ondura::ComError{DISP_E_TYPEMISMATCH}; }, DISP_E_TYPEMISMATCH, nullptr},
       {[] { throw std::bad_alloc(); }, E_OUTOFMEMORY, nullptr},
       {[] { throw std::runtime_error("out of luck"); }, E_FAIL, L"out of luck"},
       {[] { throw 5; }, E_UNEXPECTED, nullptr},
   };
-  for (const Row& row : rows) {
+  for (const auto& [work, want, text] : rows) {
     SetErrorInfo(0, nullptr);
     HRESULT code = S_OK;
     try {
-      row.work();
+      work();
     } catch (...) {
       code = ondura::CodeOfException();
     }
-    EXPECT_EQ(code, row.code);
+    EXPECT_EQ(code, want);
     ComPtr<IErrorInfo> info;
-    EXPECT_EQ(GetErrorInfo(0, &info), row.text == nullptr ? S_FALSE : S_OK);
+    EXPECT_EQ(GetErrorInfo(0, &info), text == nullptr ? S_FALSE : S_OK);
     Text description;
     if (info) info->GetDescription(&description);
-    EXPECT_EQ(description.str(), row.text == nullptr ? L"" : row.text);
+    EXPECT_EQ(description.str(), text == nullptr ? L"" : text);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <winternl.h>
 
 #include <algorithm>
+#include <chrono>
 #include <vector>
 
 #include "com_client.h"
@@ -118,14 +119,10 @@ TEST(LifetimeTest, TheLibraryLeavesTheProcessWhenNothingIsHeld) {
 TEST(LifetimeTest, AControllerAnswersWithinTwentyMilliseconds) {
   const Apartment apartment;
   const auto one = [] {
-    LARGE_INTEGER frequency, begin, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&begin);
+    const auto begin = std::chrono::steady_clock::now();
     Text time;
     Create<IController>(__uuidof(Controller))->GetSystemTime(&time);
-    QueryPerformanceCounter(&end);
-    return 1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) /
-           static_cast<double>(frequency.QuadPart);
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
   };
   ASSERT_TRUE(Create<IController>(__uuidof(Controller)));
   one();

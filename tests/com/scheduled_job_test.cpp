@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "com_client.h"
+#include "util/date_text.h"
 
 namespace ondura_client {
 namespace {
@@ -58,35 +59,16 @@ void MakeInstallation() {
   Write(kDocs / "a.txt", "hello");
 }
 
-SYSTEMTIME Now() {
+ondura::LocalTime ThisMinute() {
   SYSTEMTIME now;
   GetLocalTime(&now);
-  return now;
+  return ondura::ToLocalTime({now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute});
 }
 
-// The fixed form of the minute of `time`, so many days later.
-std::wstring StampOf(SYSTEMTIME time, unsigned days_later) {
-  constexpr ULONGLONG kDay = 864'000'000'000;
-  FILETIME moment;
-  SystemTimeToFileTime(&time, &moment);
-  ULARGE_INTEGER ticks{{moment.dwLowDateTime, moment.dwHighDateTime}};
-  ticks.QuadPart += kDay * days_later;
-  moment = {ticks.LowPart, ticks.HighPart};
-  FileTimeToSystemTime(&moment, &time);
-  wchar_t text[32];
-  swprintf(text, std::size(text), L"%02d-%02d-%04d %d:%02d:00", time.wMonth, time.wDay, time.wYear,
-           time.wHour, time.wMinute);
-  return text;
-}
-
-std::string RecordLine(IScheduler& scheduler, const std::wstring& due) {
-  Text key;
-  scheduler.Sch_SortBuildDate(Text(due), &key);
-  const std::wstring mark = L"\b\b";
-  const std::wstring line = L"1" + mark + L"Nightly" + mark + due + mark + L"now" + mark + L"0" + mark +
-                            L"every day" + mark + mark + L"0" + mark + L"0" + mark + key.str() + mark + L"6" +
-                            mark + L"1111111\r\n";
-  return {line.begin(), line.end()};
+std::string RecordLine(ondura::LocalTime due) {
+  return "1\b\bNightly\b\b" + ondura::FormatDate(ondura::kShortHourPicture, due) +
+         "\b\bnow\b\b0\b\bevery day\b\b\b\b0\b\b0\b\b" + ondura::FormatDate("yyyymmddHHmm", due) +
+         "\b\b6\b\b1111111\r\n";
 }
 
 short StatusNumber(ITransfer& transfer, const wchar_t* key) {
@@ -136,19 +118,16 @@ TEST(ScheduledJobTest, RunsToItsEndWhileAnotherThreadCallsIn) {
   MakeInstallation();
   const Apartment apartment;
   const auto controller = Create<IController>(__uuidof(Controller));
-  const auto scheduler = Create<IScheduler>(__uuidof(Scheduler));
   const auto transfer = Create<ITransfer>(__uuidof(Transfer));
-  ASSERT_TRUE(controller && scheduler && transfer);
+  ASSERT_TRUE(controller && transfer);
   ASSERT_EQ(controller->cont_InitialSch(Text(kInstall.wstring())), S_OK);
   for (const auto& [key, value] : {std::pair{L"username", L"ann"}, std::pair{L"password", L"secret"},
                                    std::pair{L"serverip", L"localhost"}, std::pair{L"port", L"11905"}}) {
     transfer->Trf_WriteUserProfile(Text(key), Text(value));
   }
   transfer->Trf_WriteUserProfileDefault(Text(L"Tolmera"), Text(L"encpasswordnew"), Text(L"a2V5"));
-  const SYSTEMTIME now = Now();
-  const std::wstring due = StampOf(now, 0);
-  const std::wstring next = StampOf(now, 1);
-  Write(kUser / "scheduleData.txt", "0\r\n" + RecordLine(*scheduler.Get(), due));
+  const ondura::LocalTime due = ThisMinute();
+  Write(kUser / "scheduleData.txt", "0\r\n" + RecordLine(due));
 
   Onlooker onlooker;
   for (int tick = 0; tick < 3 && StatusNumber(*transfer.Get(), L"Status") != 4; ++tick) {
@@ -163,7 +142,7 @@ TEST(ScheduledJobTest, RunsToItsEndWhileAnotherThreadCallsIn) {
   EXPECT_EQ(StatusNumber(*transfer.Get(), L"RetValue"), 402);
   EXPECT_EQ(Read(kUser / "SchStatus.txt"),
             WideBytes(L"View the log to know the status of the backup job.\r\n"));
-  EXPECT_EQ(Read(kUser / "scheduleData.txt"), "0\r\n" + RecordLine(*scheduler.Get(), next));
+  EXPECT_EQ(Read(kUser / "scheduleData.txt"), "0\r\n" + RecordLine(due + std::chrono::days{1}));
   EXPECT_FALSE(fs::is_empty(kUser / "Session"));
 }
 
