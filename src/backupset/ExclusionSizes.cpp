@@ -33,26 +33,33 @@ void ExclusionSizes::Load() {
 void ExclusionSizes::ReadFolders() {
   paths_.clear();
   sizes_.clear();
+  times_.clear();
   counted_.clear();
   folder_index_.Clear();
+  std::unordered_map<std::string, std::size_t> first;
   for (const std::string& line : ReadList(kExcludedFolders)) {
     const bool may_be_short = line.find('~') != std::string::npos;
     paths_.push_back(may_be_short ? GetLongPath(machine_, line) : line);
-    folder_index_.Add(paths_.back(), paths_.size() - 1);
-    MeasureFolder(line);
+    const std::string key = ToLower(WithBackslash(paths_.back()));
+    const std::size_t number = first.try_emplace(key, times_.size()).first->second;
+    if (number == times_.size()) {
+      folder_index_.Add(paths_.back(), number);
+      sizes_.push_back(MeasureFolder(line, key));
+    } else {
+      sizes_.push_back(std::string{sizes_[number]});
+    }
+    times_.push_back(0);
+    ++times_[number];
   }
   folder_index_.Sort();
 }
 
-void ExclusionSizes::MeasureFolder(std::string_view line) {
+std::string ExclusionSizes::MeasureFolder(std::string_view line, const std::string& key) {
   const std::string folder = WithBackslash(line);
-  if (Utf16Length(folder) == kRootUnits) {
-    sizes_.push_back(NumberText(UsedBytes(machine_, walk_, folder)));
-    return;
-  }
+  if (Utf16Length(folder) == kRootUnits) return NumberText(UsedBytes(machine_, walk_, folder));
   const FolderTotals totals = walk_.AddUp(WithoutLast(folder));
-  sizes_.push_back(NumberText(totals.WholeSize()));
-  if (totals.is_complete) counted_.emplace(ToLower(WithBackslash(paths_.back())), totals);
+  if (totals.is_complete) counted_.emplace(key, totals);
+  return NumberText(totals.WholeSize());
 }
 
 void ExclusionSizes::WriteSizes() {
@@ -96,9 +103,10 @@ double ExclusionSizes::SubtractExclusions(double nTotal, std::string_view sPath,
   const std::string_view item = WithoutBackslash(sPath);
   const bool is_file = !notes.empty() && machine_.files.Exists(item);
   const double file_bytes = is_file ? FileSize(item) : 0;
-  for (const std::size_t number : same) nTotal -= is_file ? file_bytes : StoredSize(number);
-  for (const std::size_t number : above) nTotal -= file_bytes + StoredSize(number);
-  for (const std::size_t number : below) nTotal -= StoredSize(number);
+  for (const std::size_t number : same)
+    nTotal -= times_[number] * (is_file ? file_bytes : StoredSize(number));
+  for (const std::size_t number : above) nTotal -= times_[number] * (file_bytes + StoredSize(number));
+  for (const std::size_t number : below) nTotal -= times_[number] * StoredSize(number);
   PathIndex::Numbers files = file_index_.Same(sPath);
   if (nKind == ExclusionKind::kFolder) files = file_index_.Below(sPath);
   for (const std::size_t number : files) {
@@ -114,7 +122,7 @@ double ExclusionSizes::FileSize(std::string_view path) {
 }
 
 double ExclusionSizes::StoredSize(std::size_t number) const {
-  return number < sizes_.size() ? ParseNumber(sizes_[number]).value_or(0) : 0;
+  return ParseNumber(sizes_[number]).value_or(0);
 }
 
 double ExclusionSizes::CountNotes(std::vector<std::string> notes) {

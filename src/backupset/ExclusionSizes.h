@@ -34,13 +34,9 @@ class ExclusionSizes {
   // and of two excluded folders one within the other both sizes go.
   double SubtractExclusions(double nTotal, std::string_view sPath, double& nCount, ExclusionKind nKind);
 
-  // Long paths and, parallel to them, sizes as text, in the order of atbkupExcludelist.txt.
-  [[nodiscard]] const std::vector<std::string>& paths() const { return paths_; }
-  [[nodiscard]] const std::vector<std::string>& sizes() const { return sizes_; }
-
  private:
   void ReadFolders();
-  void MeasureFolder(std::string_view line);
+  std::string MeasureFolder(std::string_view line, const std::string& key);
   void WriteSizes();
   void ReadFiles();
   std::vector<std::string> ReadList(std::string_view name);
@@ -53,10 +49,12 @@ class ExclusionSizes {
   const Installation& installation_;
   FolderWalk& walk_;
   TextFiles text_files_;
+  // Long paths and, parallel to them, sizes as text, in the order of atbkupExcludelist.txt.
   std::vector<std::string> paths_;
   std::vector<std::string> sizes_;
+  std::vector<double> times_;       // how often a path stands in the list, at its first place; else 0
   std::vector<std::string> files_;  // those that no excluded folder covers
-  PathIndex folder_index_;          // of paths_
+  PathIndex folder_index_;          // of paths_, each once
   PathIndex file_index_;            // of files_
   // Of folders walked so far, by their lower-case paths.
   std::unordered_map<std::string, FolderTotals> counted_;

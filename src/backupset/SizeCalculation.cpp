@@ -46,8 +46,9 @@ SizeOutcome SizeCalculation::CalculateTotalSize(const SizeJob& job) {
   output_.clear();
   const auto lines = text_files_.ReadLines(installation_.UserFile(kSelectionList), Encoding::kUtf16)
                          .value_or(std::vector<std::string>{});
+  FolderNames names;
   for (std::size_t done = 0; done < lines.size();) {
-    AddLine(lines[done++]);
+    AddLine(lines[done++], names);
     if (done % kLinesBetweenPauses == 0) machine_.clock.Sleep(kPause);
     if (stop_.Stopped()) return SizeOutcome::kStopped;
   }
@@ -61,12 +62,12 @@ void SizeCalculation::MeasureStage(std::string_view base_path) {
   total_file_.Write({totals.size_bytes, totals.files});
 }
 
-void SizeCalculation::AddLine(const std::string& line) {
+void SizeCalculation::AddLine(const std::string& line, FolderNames& names) {
   if (line == kAllDrives) {
     AddAllDrives();
   } else if (line.empty()) {
     AddOutput(line, 0);
-  } else if (!IsFolderLine(line)) {
+  } else if (!IsFolderLine(line, names)) {
     AddFile(line);
   } else if (Utf16Length(line) <= kRootUnits) {
     AddDrive(line);
@@ -75,8 +76,8 @@ void SizeCalculation::AddLine(const std::string& line) {
   }
 }
 
-bool SizeCalculation::IsFolderLine(std::string_view line) {
-  return line.ends_with('\\') || Utf16Length(line) == kDriveUnits || helpers_.IsFolderPath(line);
+bool SizeCalculation::IsFolderLine(std::string_view line, FolderNames& names) {
+  return line.ends_with('\\') || Utf16Length(line) == kDriveUnits || helpers_.IsFolderPath(line, names);
 }
 
 void SizeCalculation::AddAllDrives() {

@@ -41,7 +41,7 @@ class SizeCalculation {
   };
 
   void MeasureStage(std::string_view base_path);
-  void AddLine(const std::string& line);
+  void AddLine(const std::string& line, FolderNames& names);
   void AddAllDrives();
   AllDrives SizeOfAllDrives();
   void AddDrive(const std::string& line);
@@ -49,7 +49,7 @@ class SizeCalculation {
   void AddFile(const std::string& line);
   void AddItem(const std::string& line, const DisplaySize& item, ExclusionKind kind);
   void AddOutput(std::string_view line, double size_bytes);
-  bool IsFolderLine(std::string_view line);
+  bool IsFolderLine(std::string_view line, FolderNames& names);
   void WriteOutput();
 
   Machine machine_;

@@ -29,27 +29,28 @@ std::vector<SelectedItem> Selection::ReadItems() {
   trace_.User("  [Backup set]:");
   std::vector<SelectedItem> items;
   if (!lines) return items;
-  for (const std::string& line : *lines) AddLine(Trim(line), items);
+  FolderNames names;
+  for (const std::string& line : *lines) AddLine(Trim(line), names, items);
   return items;
 }
 
-void Selection::AddLine(std::string_view line, std::vector<SelectedItem>& items) {
+void Selection::AddLine(std::string_view line, FolderNames& names, std::vector<SelectedItem>& items) {
   if (line.empty()) return;
   if (line == "My Documents" || line == "Favorites") {
     // Nothing ever learns where the person's own folders are: the keyword is an item with an empty path.
-    AddPath({}, items);
+    AddPath({}, names, items);
   } else if (line == "My Computer" || line == "My Compute") {
     for (const std::string& root : machine_.drives.Roots()) {
       items.push_back({root.substr(0, 2), ItemKind::kFolder});
     }
   } else {
-    AddPath(std::string{line}, items);
+    AddPath(std::string{line}, names, items);
   }
 }
 
-void Selection::AddPath(std::string path, std::vector<SelectedItem>& items) {
+void Selection::AddPath(std::string path, FolderNames& names, std::vector<SelectedItem>& items) {
   // The folder test takes the empty path for the current folder, which is not what was selected.
-  const bool is_folder = !path.empty() && helpers_.IsFolderPath(path);
+  const bool is_folder = !path.empty() && helpers_.IsFolderPath(path, names);
   if (is_folder && path.ends_with('\\')) path.pop_back();
   items.push_back({std::move(path), is_folder ? ItemKind::kFolder : ItemKind::kFile});
 }

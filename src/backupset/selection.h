@@ -39,8 +39,8 @@ class Selection {
   std::vector<SelectedItem> ReadItems();
 
  private:
-  void AddLine(std::string_view line, std::vector<SelectedItem>& items);
-  void AddPath(std::string path, std::vector<SelectedItem>& items);
+  void AddLine(std::string_view line, FolderNames& names, std::vector<SelectedItem>& items);
+  void AddPath(std::string path, FolderNames& names, std::vector<SelectedItem>& items);
 
   Machine machine_;
   const Installation& installation_;

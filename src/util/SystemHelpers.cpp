@@ -166,29 +166,41 @@ std::string SystemHelpers::ReadDataFile(std::string_view data_folder, std::strin
 }
 
 bool SystemHelpers::IsFolderPath(std::string_view sPath) {
+  FolderNames names;
+  return IsFolderPath(sPath, names);
+}
+
+bool SystemHelpers::IsFolderPath(std::string_view sPath, FolderNames& names) {
   constexpr std::size_t kRootLength = 3;  // "C:\"
   if (Utf16Length(sPath) == kRootLength) sPath.remove_suffix(1);
   if (sPath.empty()) return true;
   if (machine_.folders.Exists(sPath)) return true;
   if (sPath.ends_with('\\') || machine_.files.Exists(sPath)) return false;
-  return IsFirstMatchFolder(sPath);
+  return IsFirstMatchFolder(sPath, names);
 }
 
-bool SystemHelpers::IsFirstMatchFolder(std::string_view beginning) {
+bool SystemHelpers::IsFirstMatchFolder(std::string_view beginning, FolderNames& names) {
   const std::string_view name = FileNameOf(beginning);
   const std::string_view parent = beginning.substr(0, beginning.size() - name.size());
   if (parent.empty()) return false;
-  std::string first;
-  bool is_folder = false;
-  machine_.folders.List(parent, [&](const FolderEntry& entry) {
-    std::string candidate = ToUpper(entry.name);
-    if (StartsWithIgnoringCase(candidate, name) && (first.empty() || candidate < first)) {
-      first = std::move(candidate);
-      is_folder = entry.is_folder;
-    }
+  const std::string wanted = ToUpper(name);
+  const FolderNames::Names& in_parent = NamesIn(parent, names);
+  const auto first = in_parent.lower_bound(wanted);
+  return first != in_parent.end() && first->first.starts_with(wanted) && first->second;
+}
+
+const FolderNames::Names& SystemHelpers::NamesIn(std::string_view folder, FolderNames& names) {
+  constexpr std::size_t kMostEntries = 100'000;  // about ten megabytes
+  const std::string key = ToUpper(folder);
+  if (const auto known = names.by_folder.find(key); known != names.by_folder.end()) return known->second;
+  if (names.entries > kMostEntries) names = {};
+  FolderNames::Names& in_folder = names.by_folder[key];
+  machine_.folders.List(folder, [&](const FolderEntry& entry) {
+    in_folder.emplace(ToUpper(entry.name), entry.is_folder);
     return Visit::kContinue;
   });
-  return is_folder;
+  names.entries += in_folder.size() + 1;
+  return in_folder;
 }
 
 double SystemHelpers::GetFreeDiskBytes(std::string_view sPath) {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/machine.h"
@@ -14,6 +17,15 @@ enum class Kill { kNo, kYes };
 
 // One reading of the process table. A pass that asks for many programs reads it once.
 using ProcessTable = std::vector<ProcessEntry>;
+
+// What is in the folders that a list of paths asks about. A pass over the list reads each of them once.
+struct FolderNames {
+  // Upper-case names in alphabetical order, and whether each is a folder.
+  using Names = std::map<std::string, bool>;
+
+  std::unordered_map<std::string, Names> by_folder;
+  std::size_t entries = 0;
+};
 
 // Finding, starting and ending programs, and small facts about the machine.
 class SystemHelpers {
@@ -76,6 +88,7 @@ class SystemHelpers {
   // True when the first entry that the path finds, taken as the start of a name, is a folder. The empty
   // path stands for the current folder and so is one.
   bool IsFolderPath(std::string_view sPath);
+  bool IsFolderPath(std::string_view sPath, FolderNames& names);
 
   // Bytes free for the caller; 0 for a path that is missing.
   double GetFreeDiskBytes(std::string_view sPath);
@@ -97,7 +110,8 @@ class SystemHelpers {
   ProcessTable ReadTableOfPlatform();
   std::vector<ProcessId> ProcessesOfFile(std::string_view sExeName);
   bool EndProcess(ProcessId id, ProcessAccess access);
-  bool IsFirstMatchFolder(std::string_view beginning);
+  bool IsFirstMatchFolder(std::string_view beginning, FolderNames& names);
+  const FolderNames::Names& NamesIn(std::string_view folder, FolderNames& names);
   std::string Stamp();
 
   Machine machine_;
