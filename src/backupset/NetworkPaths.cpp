@@ -84,7 +84,9 @@ void NetworkPaths::ScanMappedPair(FileWriter& stream, std::string_view sSource, 
   const std::string source = WithBackslash(sSource);
   const std::string target = WithBackslash(sTarget);
   ++index;
+  bool is_begun = false;
   const auto take = [&](const FolderEntry& entry) {
+    is_begun = true;
     if (entry.is_folder) {
       const std::string name = std::string{entry.name} + "\\";
       queues.source.push_back(source + name);
@@ -95,7 +97,8 @@ void NetworkPaths::ScanMappedPair(FileWriter& stream, std::string_view sSource, 
     }
     return Visit::kContinue;
   };
-  if (machine_.folders.List(target, take) || source == target) return;
+  // A listing that breaks off keeps what it has told: the other form would tell it again.
+  if (machine_.folders.List(target, take) || is_begun || source == target) return;
   const bool is_listed = machine_.folders.List(source, take);
   trace_.plain().WriteTrace("FindFirstFile = : " + std::string{is_listed ? kSomeHandle : kNoHandle});
 }
