@@ -10,6 +10,7 @@
 #include "bench/report.h"
 #include "bench/statistics.h"
 #include "reporting/Options.h"
+#include "util/text.h"
 
 namespace ondura {
 
@@ -54,11 +55,36 @@ std::string ExcludedFolders() {
   return list;
 }
 
+// What is in the tree but in no excluded folder, by a walk of the host's own: the text of
+// TotalDisplaySize.txt.
+std::string TotalsByHost(const std::filesystem::path& root) {
+  const auto tree = root / "C" / "Tree";
+  const std::string excluded = ReplaceAll(ExcludedFolders(), "\\", "/");
+  double size_bytes = 0;
+  double files = 0;
+  for (std::filesystem::recursive_directory_iterator at{tree}, end; at != end; ++at) {
+    if (at->is_directory()) {
+      std::string folder = "C:/Tree/" + at->path().lexically_relative(tree).string();
+      if (excluded.find(folder.append(kLineEnd)) != std::string::npos) at.disable_recursion_pending();
+    } else {
+      size_bytes += static_cast<double>(at->file_size());
+      ++files;
+    }
+  }
+  return NumberText(size_bytes).append(kLineEnd).append(NumberText(files)).append(kLineEnd);
+}
+
 void PutLists(const std::filesystem::path& root) {
   const BenchMachine bench{root};
   TextFiles files{bench.machine().files, bench.machine().code_page};
   files.Write(bench.installation().UserFile("atbkupfolderlist.txt"), kTree, Encoding::kUtf16);
   files.Write(bench.installation().UserFile("atbkupExcludelist.txt"), ExcludedFolders(), Encoding::kUtf16);
+}
+
+std::string Totals(const std::filesystem::path& root) {
+  const BenchMachine bench{root};
+  TextFiles files{bench.machine().files, bench.machine().code_page};
+  return files.Read(bench.installation().UserFile("TotalDisplaySize.txt"), Encoding::kUtf16).value_or("");
 }
 
 // Returns the pauses that it would have made.
@@ -81,6 +107,8 @@ void BesideDu(benchmark::State& state, const std::filesystem::path& root) {
   const auto by_du = [&] { RunChild(du); };
   const auto by_us = [&] { Calculate(root); };
   by_du();  // fills the host's caches for both
+  by_us();
+  if (Totals(root) != TotalsByHost(root)) return state.SkipWithError("the totals are wrong");
   std::vector<double> ratios;
   bool du_first = true;
   for (auto round : state) {
