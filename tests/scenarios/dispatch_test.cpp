@@ -45,7 +45,7 @@ TEST(DispatchStory, ASpoiledScheduleFileKeepsNobodyElseWaiting) {
            {"an empty file", ""},
            {"a header alone", "0\r\n"},
            {"a header cut off", "3"},
-           {"noise", std::string("\0\xFF\x01\b\b\r\n\b\b", 10)},
+           {"noise", std::string("\0\xFF\x01\b\b\r\n\b\b", 9)},
            {"a line without fields", "0\r\nhello\r\n"},
            {"a key that is no number", due + "!!!\b\b6\b\b1111111\r\n"},
            {"a key too large to come due", due + "2000010112300000\b\b6\b\b1111111\r\n"},

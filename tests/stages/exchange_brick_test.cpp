@@ -124,27 +124,28 @@ const std::string kCancelledLine = "  The user has aborted the Exchange Server b
 const std::string kAbortTrace = "@ User aborted the Exchange Server Brick Level backup\n@ ";
 
 TEST(ExchangeBrickStory, AFailureLeavesItsLogsItsKeysAndItsTraces) {
-  for (const FailureCase& row :
-       {FailureCase{"a folder that can't be written",
-                    [](BrickHouse& house) { house.machine.Fail("Files.Write C:\\Mail\\tmp.mtp"); },
-                    kUnwritable, kUnwritableTrace, kUnwritableLine, kUnwritableLine, true},
-        FailureCase{"a folder of blanks without the own folder in its place",
-                    [](BrickHouse& house) { house.WriteAccount("EXCHBRICK", "   "); }, kUnwritable,
-                    kUnwritableTrace, kUnwritableLine, kUnwritableLine, true},
-        FailureCase{"a line without mailboxes",
-                    [](BrickHouse& house) {
-                      house.machine.PutFile(house.UserPath("BackupSetData.txt"), "OxExchBrick; ;");
-                    },
-                    "Version No: 3.4.1" + kTail, kAbortTrace + "Version No: 3.4.1<log>",
-                    "Version No: 3.4.1\r\n", "", false},
-        FailureCase{"a tool with a reason", ToolLeaves(" 3 \r\nx\r\n", "No mailbox."), "No mailbox." + kTail,
-                    kAbortTrace + "No mailbox.<log>", "No mailbox.\r\n", "No mailbox.\r\n", true},
-        FailureCase{"a tool that was cancelled", ToolLeaves("2", "Stopped."), kCancelled + ".",
-                    kAbortTrace + kCancelled + "<log>", "\r\n",
-                    "Stopped.\r\n11-14-2026 12-30-22" + kCancelledLine, true},
-        FailureCase{"a user's stop", UserStops, kCancelled + ".",
-                    "ScheduleCancelled 1\nAborted...\n" + kAbortTrace + kCancelled + "<log>", "\r\n",
-                    "11-14-2026 12-30-24" + kCancelledLine, true}}) {
+  const FailureCase rows[]{
+      FailureCase{"a folder that can't be written",
+                  [](BrickHouse& house) { house.machine.Fail("Files.Write C:\\Mail\\tmp.mtp"); }, kUnwritable,
+                  kUnwritableTrace, kUnwritableLine, kUnwritableLine, true},
+      FailureCase{"a folder of blanks without the own folder in its place",
+                  [](BrickHouse& house) { house.WriteAccount("EXCHBRICK", "   "); }, kUnwritable,
+                  kUnwritableTrace, kUnwritableLine, kUnwritableLine, true},
+      FailureCase{"a line without mailboxes",
+                  [](BrickHouse& house) {
+                    house.machine.PutFile(house.UserPath("BackupSetData.txt"), "OxExchBrick; ;");
+                  },
+                  "Version No: 3.4.1" + kTail, kAbortTrace + "Version No: 3.4.1<log>",
+                  "Version No: 3.4.1\r\n", "", false},
+      FailureCase{"a tool with a reason", ToolLeaves(" 3 \r\nx\r\n", "No mailbox."), "No mailbox." + kTail,
+                  kAbortTrace + "No mailbox.<log>", "No mailbox.\r\n", "No mailbox.\r\n", true},
+      FailureCase{"a tool that was cancelled", ToolLeaves("2", "Stopped."), kCancelled + ".",
+                  kAbortTrace + kCancelled + "<log>", "\r\n",
+                  "Stopped.\r\n11-14-2026 12-30-22" + kCancelledLine, true},
+      FailureCase{"a user's stop", UserStops, kCancelled + ".",
+                  "ScheduleCancelled 1\nAborted...\n" + kAbortTrace + kCancelled + "<log>", "\r\n",
+                  "11-14-2026 12-30-24" + kCancelledLine, true}};
+  for (const FailureCase& row : rows) {
     SCOPED_TRACE(row.story);
     BrickHouse house;
     row.given(house);

@@ -144,26 +144,27 @@ const std::string kToolAbortedTrace = "\n@ over\n@ Exe not running\n@ Operation 
 const std::string kStoppedTrace = "\nScheduleCancelled 1\nAborted..." + kCancelledTrace;
 
 TEST(ExchangeStoreStory, AFailureLeavesItsLogItsKeysAndItsTraces) {
-  for (const FailureCase& row :
-       {FailureCase{"no folder", Folder(""), "4", kNoFolder,
-                    "@ Exchange Temp path not found \n@ " + kNoFolder + "<log>", ""},
-        FailureCase{"a folder that can't be made", Folder("C:\\no\\such\\"), "3", kUnwritable + ".",
-                    "@ Exchange server Path :  C:\\no\\such\\" + kUnwritableTrace, " 2 seconds"},
-        FailureCase{"a full disk beside the folder",
-                    [](StoreHouse& house) { house.machine.Fail("Files.Write C:\\Dumptmp.mtp"); }, "3",
-                    kUnwritable + ".", "@ Exchange server Path :  C:\\Dump" + kUnwritableTrace, " 2 seconds"},
-        FailureCase{"a folder of blanks", Folder("   "), "3", kUnwritable + ".",
-                    "@ Exchange server Path :   " + kUnwritableTrace, " 2 seconds"},
-        FailureCase{"a user's stop", StoppedBy(UserStops), "3", kCancelled, kStoppedTrace, " 37 seconds"},
-        FailureCase{"a host's stop", StoppedBy(HostStops), "3", kCancelled, kStoppedTrace, " 37 seconds"},
-        FailureCase{"a tool that is not there, until the user gives up", HasNoTool, "3", kCancelled,
-                    kStoppedTrace, " 10 minutes and 28 seconds"},
-        FailureCase{"a tool that was cancelled", ToolLeaves("2", ""), "3", kCancelled, kCancelledTrace,
-                    " 35 seconds"},
-        FailureCase{"a tool with a reason", ToolLeaves("4 and more", "No group.\r\nNo more.\r\n"), "3",
-                    "No group.", kToolAbortedTrace + "No group.<log>", " 35 seconds"},
-        FailureCase{"a tool without a word", ToolLeaves("4", ""), "3", "", kToolAbortedTrace + "<log>",
-                    " 35 seconds"}}) {
+  const FailureCase rows[]{
+      FailureCase{"no folder", Folder(""), "4", kNoFolder,
+                  "@ Exchange Temp path not found \n@ " + kNoFolder + "<log>", ""},
+      FailureCase{"a folder that can't be made", Folder("C:\\no\\such\\"), "3", kUnwritable + ".",
+                  "@ Exchange server Path :  C:\\no\\such\\" + kUnwritableTrace, " 2 seconds"},
+      FailureCase{"a full disk beside the folder",
+                  [](StoreHouse& house) { house.machine.Fail("Files.Write C:\\Dumptmp.mtp"); }, "3",
+                  kUnwritable + ".", "@ Exchange server Path :  C:\\Dump" + kUnwritableTrace, " 2 seconds"},
+      FailureCase{"a folder of blanks", Folder("   "), "3", kUnwritable + ".",
+                  "@ Exchange server Path :   " + kUnwritableTrace, " 2 seconds"},
+      FailureCase{"a user's stop", StoppedBy(UserStops), "3", kCancelled, kStoppedTrace, " 37 seconds"},
+      FailureCase{"a host's stop", StoppedBy(HostStops), "3", kCancelled, kStoppedTrace, " 37 seconds"},
+      FailureCase{"a tool that is not there, until the user gives up", HasNoTool, "3", kCancelled,
+                  kStoppedTrace, " 10 minutes and 28 seconds"},
+      FailureCase{"a tool that was cancelled", ToolLeaves("2", ""), "3", kCancelled, kCancelledTrace,
+                  " 35 seconds"},
+      FailureCase{"a tool with a reason", ToolLeaves("4 and more", "No group.\r\nNo more.\r\n"), "3",
+                  "No group.", kToolAbortedTrace + "No group.<log>", " 35 seconds"},
+      FailureCase{"a tool without a word", ToolLeaves("4", ""), "3", "", kToolAbortedTrace + "<log>",
+                  " 35 seconds"}};
+  for (const FailureCase& row : rows) {
     SCOPED_TRACE(row.story);
     StoreHouse house;
     row.given(house);

@@ -73,10 +73,8 @@ TEST(SqlJob, WaitsForTheElevatedHostAndSendsItsFolder) {
       house.StageTrace(),
       testing::IsSupersetOf(
           {"came for the vista case: ", "Cont_SchBackup : vista case  LocalBackup :: 1",
-           "Cont_LaunchAdminProcessSQL : strTemp :: "
-           "C:\\ProgramData\\Ondura\\BackupSetData.txt",
-           "backupsetdata file path: C:\\ProgramData\\Ondura\\Onduraann\\"
-           "BackupSetData.txt",
+           "Cont_LaunchAdminProcessSQL : strTemp :: C:\\ProgramData\\Ondura\\BackupSetData.txt",
+           "backupsetdata file path: C:\\ProgramData\\Ondura\\Onduraann\\BackupSetData.txt",
            "Calling DB_ReadBackdata ", "backv Count: 1", "Count: 4", "array value:  ", "DB name is: hr",
            "before checking exe status: ", "calling SQL BackupToDisk: tolmera_sqlbackup.exe",
            " Cont_LaunchAdminProcessSQL LocalBackup Value :: 100", "[SQL] Backup completed",
