@@ -21,7 +21,7 @@ struct MachinePlan {
   std::string secondary_server;
   std::string notification_host;
   std::string notification_authority;  // a file of the host
-  std::string engine;  // programs to copy in: files of the host
+  std::string engine;                  // programs to copy in: files of the host
   std::string scanner;
   std::string database_manager;
   std::vector<std::string> drives;  // "D=/srv/data"
