@@ -62,7 +62,8 @@ constexpr SizeCase kSizeCases[] = {
      "3\r\n1\r\n"},
     {"a file below Root is passed over", "Root\\x\r\nE:\\one.txt", "E:\\one.txt\r\n3\r\n", "3\r\n1\r\n"},
 
-    {"the item itself is excluded", "E:\\d", "E:\\d\r\n35\r\n", "0\r\n0\r\n", "e:\\D\\"},
+    {"the item itself is excluded", "E:\\dd\r\nE:\\d", "E:\\dd\r\n7\r\nE:\\d\r\n35\r\n", "7\r\n1\r\n",
+     "e:\\D\\"},
     {"a folder in the item", "E:\\d", "E:\\d\r\n35\r\n", "10\r\n1\r\n", "E:\\d\\s"},
     {"a longer name beside the item", "E:\\d", "E:\\d\r\n35\r\n", "35\r\n3\r\n", "E:\\dd"},
     {"a shorter name beside the item", "E:\\dd", "E:\\dd\r\n7\r\n", "7\r\n1\r\n", "E:\\d"},
@@ -74,6 +75,8 @@ constexpr SizeCase kSizeCases[] = {
      "E:\\d\\s\r\nE:\\d\\s\\t"},
     {"an exclusion listed twice counts its files once", "E:\\d\\", "E:\\d\\\r\n35\r\n", "25\r\n2\r\n",
      "E:\\d\\s\\t\r\nE:\\D\\S\\T\\"},
+    {"a file that stands among the folders", "E:\\one.txt", "E:\\one.txt\r\n3\r\n", "0\r\n0\r\n",
+     "E:\\one.txt"},
     {"a whole drive", "E:\\", "E:\\\r\n600\r\n", "0\r\n0\r\n", "E:"},
     {"a short name", "E:\\dd", "E:\\dd\r\n7\r\n", "0\r\n0\r\n", "E:\\D~1"},
     {"what is not there, and a blank line", "E:\\d", "E:\\d\r\n35\r\n", "35\r\n3\r\n", "\r\nE:\\d\\no"},
