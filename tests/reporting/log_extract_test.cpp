@@ -1,8 +1,8 @@
 #include <random>
 
-#include "mail_house.h"
+#include "reporting/lines_from_end.h"
 #include "reporting/mail_encoding.h"
-#include "util/separators.h"
+#include "reporting_house.h"
 #include "util/text.h"
 
 namespace ondura {
@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::string_literals;
 
-class LogExtractTest : public MailHouse {
+class LogExtractTest : public ReportingHouse {
  protected:
   std::string Extract(bool every_line) {
     return every_line ? log_extract_.ReadLinesfromtracefiles(kLog)
@@ -25,41 +25,30 @@ TEST(MailEncoding, KeepsDigitsLettersAndSlashesAndPadsNothing) {
   EXPECT_EQ(UTF8_Encode("\xC3\xBC"), (std::vector<std::uint8_t>{0xC3, 0xBC}));
 }
 
-struct ClosingCase {
-  const char* story;
-  std::vector<std::string> lines;
-  const char* every_line;  // what is put behind the subject
-  const char* summary;
-};
-
 TEST_F(LogExtractTest, TheSubjectGetsTheFiguresOfTheLastClosingLine) {
-  const auto at = [](std::size_t index, std::size_t highest) {
-    std::vector<std::string> lines(highest + 1, "x");
-    lines[index] = "Backup Completed [1]";
-    return lines;
+  const auto lines_around = [](std::size_t before, std::size_t after) {
+    const auto lines = [](std::size_t count) { return Join(std::vector<std::string>(count, "x\n"), ""); };
+    return lines(before) + "Backup Completed [1]\n" + lines(after);
   };
-  const std::vector<ClosingCase> cases{
-      {"the last of two runs",
-       {"Backup Completed [1]", "Backup Completed     [2] [3]", ""},
-       "[2] [3]",
-       "[2] [3]"},
-      {"blanks and letter case", {"  backup CANCELED by [x]", ""}, "[x]", "[x]"},
-      {"not at the line's start", {"No Backup Completed [1]", ""}, "", ""},
-      {"a hard stop", {"backed UP files, Hard Stop [h]", ""}, "[h]", ""},
-      {"a cut-off", {"cut off, BACKED up files [c]", ""}, "", "[c]"},
-      {"no figures end the search too", {"Backup Completed [1]", "Backup Canceled", ""}, "", ""},
-      {"the last line does not count", {"x", "Backup Completed [1]"}, "", ""},
-      {"one line without an end", {"Backup Completed [1]"}, "", ""},
-      {"a short log's first line", at(0, 15), "[1]", "[1]"},
-      {"a long log's eleventh line", at(10, 16), "[1]", "[1]"},
-      {"a long log's tenth line", at(9, 16), "", ""},
-  };
-  for (const ClosingCase& one : cases) {
-    PutLog(Join(one.lines, "\r\n"));
-    for (const bool every_line : {true, false}) {
+  // What is put behind the subject where every line is taken and where the summary is.
+  for (const auto& [story, lines, every_line, summary] : std::vector<std::array<std::string, 4>>{
+           {"the last of two runs", "Backup Completed [1]\nBackup Completed     [2] [3]\n", "[2] [3]",
+            "[2] [3]"},
+           {"blanks and letter case", "  backup CANCELED by [x]\n", "[x]", "[x]"},
+           {"not at the line's start", "No Backup Completed [1]\n", "", ""},
+           {"a hard stop", "backed UP files, Hard Stop [h]\n", "[h]", ""},
+           {"a cut-off", "cut off, BACKED up files [c]\n", "", "[c]"},
+           {"no figures end the search too", "Backup Completed [1]\nBackup Canceled\n", "", ""},
+           {"the last line does not count", "x\nBackup Completed [1]", "", ""},
+           {"one line without an end", "Backup Completed [1]", "", ""},
+           {"a short log's first line", lines_around(0, 14), "[1]", "[1]"},
+           {"a long log's eleventh line", lines_around(10, 5), "[1]", "[1]"},
+           {"a long log's tenth line", lines_around(9, 6), "", ""}}) {
+    PutLog(ReplaceAll(lines, "\n", "\r\n"));
+    for (const bool takes_every_line : {true, false}) {
       values_.MailSubject = "S";
-      Extract(every_line);
-      EXPECT_EQ(values_.MailSubject, "S"s + (every_line ? one.every_line : one.summary)) << one.story;
+      Extract(takes_every_line);
+      EXPECT_EQ(values_.MailSubject, "S" + (takes_every_line ? every_line : summary)) << story;
     }
   }
 }
@@ -109,51 +98,23 @@ TEST_F(LogExtractTest, AnAppendedLineIsTrimmedAndMakesFolderAndFile) {
   EXPECT_EQ(machine_.FileBytes(kWorkFile), std::string{kUtf16Mark} + ToUtf16("t\xC3\xBCr\r\n\r\n"));
 }
 
-// The whole file read and split, and walked backwards.
-struct PlainWalk {
-  std::string text;
-  std::string sleeps;
-  int pumps = 1;
-
-  PlainWalk(std::string_view bytes, bool every_line) {
-    const auto lines = Split(FromUtf16(bytes), "\r\n");
-    std::size_t work_file_bytes = 2;
-    for (std::size_t index = lines.size(); lines.size() > 1 && index-- > 0;) {
-      ++pumps;
-      const std::string cut = TrimAtTerminator(lines[index]);
-      if (!Trim(cut).empty()) {
-        int times = every_line ? 1 : 0;
-        for (const char* summary : {"backed up files", "number of files found to be in sync :",
-                                    "number of files considered for backup:"}) {
-          if (!every_line && ToLower(lines[index]).find(summary) != std::string::npos) ++times;
-        }
-        for (; times > 0; --times) {
-          text.insert(0, URLEncodeWebd(lines[index]) + "\r\n");
-          work_file_bytes += 2 * (Utf16Length(Trim(cut)) + 2);
-        }
-        if (work_file_bytes >= 20000) break;
-      }
-      if (index % 50 == 0) sleeps += "1;";
-    }
-  }
-};
+TEST_F(LogExtractTest, LinesWithoutTextAreLeftOutAndTheWalkListensAndRests) {
+  std::string log = "a\r\n";
+  for (int i = 0; i < 50; ++i) log += "   \r\n\0x\r\n"s;
+  PutLog(log + "z");
+  int pumps = 0;
+  machine_.OnPump([&] { ++pumps; });
+  EXPECT_EQ(Extract(true), "a\r\nz\r\n");
+  EXPECT_EQ(pumps, 1 + 102);
+  EXPECT_EQ(machine_.Elapsed(), std::chrono::milliseconds{3}) << "at the lines 100, 50 and 0";
+}
 
 TEST_F(LogExtractTest, ReadsFromTheEndWhatTheWholeFileWouldGive) {
-  const std::vector<std::string> pool{"",
-                                      "   ",
-                                      "x",
-                                      "Backed up Files : 7",
-                                      "number of files considered for backup: \xF0\x9F\x98\x80",
-                                      "\xEF\xBB\xBFmark",
-                                      "a\rb",
-                                      "a\nb",
-                                      "\r",
-                                      "\n",
-                                      "a\0Backed up files"s,
-                                      "\0x"s,
-                                      "\xE0\xB4\x85\xE0\xA8\x80\xE4\x84\x80"};
-  machine_.journal().RecordAlso("Clock.Sleep");
-  machine_.journal().RecordAlso("MessagePump.Pump");
+  const std::vector<std::string> pool{"",      "   ",
+                                      "x",     "\xEF\xBB\xBFmark",
+                                      "a\rb",  "a\nb",
+                                      "\r",    "\n",
+                                      "a\0b"s, "\xE0\xB4\x85\xE0\xA8\x80\xE4\x84\x80"};
   for (unsigned seed = 0; seed < 60; ++seed) {
     std::mt19937 random(seed);
     std::string text;
@@ -167,74 +128,23 @@ TEST_F(LogExtractTest, ReadsFromTheEndWhatTheWholeFileWouldGive) {
     const std::string bytes =
         (seed % 4 == 0 ? "" : std::string{kUtf16Mark}) + ToUtf16(text) + (seed % 5 == 0 ? "o" : "");
     machine_.PutFile(kLog, bytes);
-    for (const bool every_line : {true, false}) {
-      machine_.ClearCalls();
-      const std::string got = Extract(every_line);
-      const PlainWalk want(bytes, every_line);
-      EXPECT_TRUE(got == want.text) << "seed " << seed << " every line " << every_line;
-      std::string sleeps;
-      for (const std::string& call : machine_.CallsMatching("Clock.Sleep ")) sleeps += call.substr(12) + ";";
-      EXPECT_EQ(sleeps, want.sleeps) << "seed " << seed;
-      EXPECT_EQ(machine_.CallsMatching("MessagePump.Pump").size(), static_cast<std::size_t>(want.pumps));
-    }
+    LinesFromEnd from_end(machine_.machine().files, kLog);
+    std::vector<std::string> lines(static_cast<std::size_t>(from_end.HighestIndex() + 1));
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line)
+      *line = from_end.Previous().value_or("lost");
+    EXPECT_TRUE(lines == Split(FromUtf16(bytes), "\r\n")) << "seed " << seed;
+    EXPECT_EQ(from_end.Previous(), std::nullopt);
   }
 }
 
-// A log as long as wanted that is nowhere kept: one line again and again.
-class LongLog : public ForwardingFiles {
- public:
-  LongLog(Files& next, std::string_view path, std::string_view line, std::uint64_t lines)
-      : ForwardingFiles(next),
-        path_(path),
-        line_(ToUtf16(line) + ToUtf16("\r\n")),
-        size_(line_.size() * lines) {}
-
-  bool Exists(std::string_view path) override { return path == path_ || ForwardingFiles::Exists(path); }
-  std::optional<std::uint64_t> Size(std::string_view path) override {
-    return path == path_ ? size_ : ForwardingFiles::Size(path);
-  }
-  std::optional<std::string> Read(std::string_view path) override {
-    EXPECT_NE(path, path_);
-    return ForwardingFiles::Read(path);
-  }
-  std::optional<std::string> ReadPart(std::string_view, std::uint64_t offset, std::size_t limit) override {
-    largest_read = std::max(largest_read, limit);
-    std::string part;
-    while (part.size() < limit + line_.size()) part += line_;
-    return part.substr(offset % line_.size(), std::min<std::uint64_t>(limit, size_ - offset));
-  }
-
-  std::size_t largest_read = 0;
-
- private:
-  std::string path_;
-  std::string line_;
-  std::uint64_t size_;
-};
-
 TEST_F(LogExtractTest, ALongLogIsReadInSmallParts) {
-  struct Case {
-    bool every_line;
-    std::uint64_t lines;
-    std::size_t taken_bytes;
-  };
-  const std::string line = "Backup Completed     [Figures : 00000000000000000000000000000000000000000]";
-  for (const auto& [every_line, lines, taken_bytes] :
-       {Case{true, 1'000'000, std::size_t{132} * 98}, Case{false, 20'000, 0}}) {
-    LongLog files(machine_.machine().files, kLog, line, lines);
-    const Machine& all = machine_.machine();
-    const Machine machine{all.clock,   all.pump,      files,        all.folders,   all.watches,
-                          all.drives,  all.profiles,  all.registry, all.processes, all.system,
-                          all.locale,  all.code_page, all.internet, all.crypto,    all.services,
-                          all.desktop, all.power,     all.names,    all.mutexes,   all.continuous_backup,
-                          all.web};
-    LogExtract extract(machine, installation_, values_);
-    const std::string text = every_line ? extract.ReadLinesfromtracefiles(kLog)
-                                        : extract.ReadLinesfromtracefilesWithoutLogExtract(kLog);
-    EXPECT_EQ(text.size(), taken_bytes);
-    EXPECT_LE(files.largest_read, std::size_t{1} << 20);
-  }
-  EXPECT_EQ(values_.MailSubject, line.substr(21) + line.substr(21));
+  std::string log;
+  for (int i = 0; i < 20'000; ++i)
+    log += "Backup Completed     [Figures : 00000000000000000000000000000000000000000]\r\n";
+  PutLog(log);
+  EXPECT_EQ(Extract(false), "");
+  EXPECT_TRUE(machine_.CallsMatching("Files.Read C:").empty());
+  EXPECT_GE(machine_.CallsMatching("Files.ReadPart ").size(), 2 * machine_.FileBytes(kLog)->size() >> 20U);
 }
 
 }  // namespace

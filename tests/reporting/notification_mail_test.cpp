@@ -1,4 +1,4 @@
-#include "mail_house.h"
+#include "reporting_house.h"
 
 namespace ondura {
 namespace {
@@ -9,7 +9,7 @@ using testing::HasSubstr;
 constexpr const char* kEncodedFigures =
     "Backup%20Completed%20%20%20%20%20%5BBacked%20up%20Files%20%3A%203%5D\r\n";
 
-class NotificationMailTest : public MailHouse {
+class NotificationMailTest : public ReportingHouse {
  protected:
   NotificationMailTest() {
     values_.ScheduleMailDetail = "0";
@@ -41,12 +41,8 @@ class NotificationMailTest : public MailHouse {
   }
 };
 
-struct ResultCase {
-  std::int16_t statback;
-  const char* reason;
-  // Columns: with detail stopped and not; without it stopped by the engine's result, otherwise, and not.
-  std::array<std::string, 5> want;
-};
+// Columns: with detail stopped and not; without it stopped by the engine's result, otherwise, and not.
+using ResultCase = std::tuple<std::int16_t, const char*, std::array<std::string, 5>>;
 
 TEST_F(NotificationMailTest, TheBodyFollowsResultDetailAndStop) {
   const std::string cancel = "J\r\nBackup Canceled.\r\n\r\n";
@@ -55,23 +51,19 @@ TEST_F(NotificationMailTest, TheBodyFollowsResultDetailAndStop) {
   const std::string reason = "\r\nPossible reason,\r\nR\r\n";
   const std::string one = "\r\n";
   const std::string two = "\r\n\r\n";
-  struct Column {
-    const char* detail;
-    const char* result;
-    const char* status;
-  };
-  const std::array<Column, 5> columns{
-      {{"1", "402", " 3 "}, {"1", "402", "33"}, {"0", "-414", "3"}, {"", "402", "3"}, {"2", "-4140", ""}}};
+  const char* const columns[][3] = {
+      {"1", "402", " 3 "}, {"1", "402", "33"}, {"0", "-414", "3"}, {"", "402", "3"}, {"2", "-4140", ""}};
   for (const auto& [statback, extra, want] : {ResultCase{2, "R", {one, "", cancel, plain, success}},
                                               ResultCase{4, "R", {one, two, cancel, plain, plain}},
                                               ResultCase{3, "R", {one, two + reason, cancel, plain, reason}},
                                               ResultCase{3, "", {one, two, cancel, plain, plain}},
                                               ResultCase{-402, "R", {two, two, plain, plain, plain}}}) {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      values_.ScheduleMailDetail = columns[i].detail;
+    for (std::size_t i = 0; i < want.size(); ++i) {
+      const auto& [detail, result, status] = columns[i];
+      values_.ScheduleMailDetail = detail;
       values_.FailureReason = extra;
-      transfer_.Trf_WriteUserProfileDefault("BackupStatus", "RetValue", columns[i].result);
-      transfer_.Trf_WriteUserProfileDefault("BackupStatus", "DLLStatus", columns[i].status);
+      transfer_.Trf_WriteUserProfileDefault("BackupStatus", "RetValue", result);
+      transfer_.Trf_WriteUserProfileDefault("BackupStatus", "DLLStatus", status);
       mail_.SendMail("a", true, statback);
       const std::string log = i < 2 ? std::string{"x\r\n"} + kEncodedFigures +
                                           "\r\n----------------------------------------------\r\n"
@@ -114,24 +106,20 @@ TEST_F(NotificationMailTest, WithoutALogThereIsNoMail) {
   EXPECT_EQ(TraceText(), "");
 }
 
-struct TimeCase {
-  const char* date_picture;
-  LocalTime time;
-  const char* want;
-};
+using TimeCase = std::tuple<const char*, TimeFields, const char*>;
 
 TEST_F(NotificationMailTest, UsersWhoseDatesBeginWithTheDaySeeDayAndMonthSwapped) {
   for (const auto& [date_picture, time, want] :
-       {TimeCase{"M/d/yyyy", ToLocalTime({2026, 6, 5, 7, 0, 0}), "6/5/2026 07:00:00"},
-        TimeCase{"dd/MM/yyyy", ToLocalTime({2026, 6, 5, 7, 0, 0}), "06/05/2026 07:00:00"},
-        TimeCase{"dd-MM-yyyy", ToLocalTime({2026, 6, 5, 7, 0, 0}), "06-05-2026 07:00:00"},
-        TimeCase{"D.M.yyyy", ToLocalTime({2026, 11, 12, 23, 59, 58}), "11.12.2026 23:59:58"},
-        TimeCase{"d.M.yyyy", ToLocalTime({2026, 11, 13, 0, 0, 0}), "13.11.2026 00:00:00"},
-        TimeCase{"d.M.yyyy", ToLocalTime({2029, 1, 2, 0, 0, 0}), "1.2.2029 00:00:00"},
-        TimeCase{"d.M.yyyy", ToLocalTime({2030, 1, 2, 0, 0, 0}), "1.2.1930 00:00:00"},
-        TimeCase{"d.M.yyyy", ToLocalTime({2096, 2, 29, 0, 0, 0}), "29.2.1996 00:00:00"}}) {
+       {TimeCase{"M/d/yyyy", TimeFields{2026, 6, 5, 7, 0, 0}, "6/5/2026 07:00:00"},
+        TimeCase{"dd/MM/yyyy", TimeFields{2026, 6, 5, 7, 0, 0}, "06/05/2026 07:00:00"},
+        TimeCase{"dd-MM-yyyy", TimeFields{2026, 6, 5, 7, 0, 0}, "06-05-2026 07:00:00"},
+        TimeCase{"D.M.yyyy", TimeFields{2026, 11, 12, 23, 59, 58}, "11.12.2026 23:59:58"},
+        TimeCase{"d.M.yyyy", TimeFields{2026, 11, 13, 0, 0, 0}, "13.11.2026 00:00:00"},
+        TimeCase{"d.M.yyyy", TimeFields{2029, 1, 2, 0, 0, 0}, "1.2.2029 00:00:00"},
+        TimeCase{"d.M.yyyy", TimeFields{2030, 1, 2, 0, 0, 0}, "1.2.1930 00:00:00"},
+        TimeCase{"d.M.yyyy", TimeFields{2096, 2, 29, 0, 0, 0}, "29.2.1996 00:00:00"}}) {
     UseDates(date_picture, "HH:mm:ss");
-    values_.ScheduledTime = time;
+    values_.ScheduledTime = ToLocalTime(time);
     EXPECT_EQ(TimeLine(), std::string{"Scheduled Time : "} + want) << date_picture;
   }
   EXPECT_EQ(values_.ScheduledTime, ToLocalTime({1996, 2, 29, 0, 0, 0})) << "the new value is kept";
@@ -140,17 +128,12 @@ TEST_F(NotificationMailTest, UsersWhoseDatesBeginWithTheDaySeeDayAndMonthSwapped
 }
 
 TEST_F(NotificationMailTest, ANoticeStandsInTheFrameWithTheTimeThatIsKnown) {
-  struct Case {
-    const char* date_picture;
-    const char* text;
-    const char* field;
-    const char* want;
-  };
   for (const auto& [date_picture, text, field, want] :
-       {Case{"M/d/yyyy", "6/5/2026 7:00", "x", "6/5/2026 7:00"}, Case{"M/d/yyyy", "", "6/6/2026", "6/6/2026"},
-        Case{"dd/MM/yyyy", "05/06/2026 07:00:00", "x", "05-06-2026"},
-        Case{"dd/MM/yyyy", "11-14-2026 7:00:00", "x", "14-11-2026"},
-        Case{"dd/MM/yyyy", "soon", "x", "soon"}}) {
+       {std::tuple{"M/d/yyyy", "6/5/2026 7:00", "x", "6/5/2026 7:00"},
+        {"M/d/yyyy", "", "6/6/2026", "6/6/2026"},
+        {"dd/MM/yyyy", "05/06/2026 07:00:00", "x", "05-06-2026"},
+        {"dd/MM/yyyy", "11-14-2026 7:00:00", "x", "14-11-2026"},
+        {"dd/MM/yyyy", "soon", "x", "soon"}}) {
     UseDates(date_picture, "HH:mm:ss");
     values_.ScheduledTimeText = text;
     values_.ScheduleTimeField = field;
@@ -163,19 +146,13 @@ TEST_F(NotificationMailTest, ANoticeStandsInTheFrameWithTheTimeThatIsKnown) {
   EXPECT_THAT(TraceText(), testing::EndsWith("11-14-2026 9:05:07  Send Email notififaction\r\n"));
 }
 
-struct PostCase {
-  std::int16_t product;
-  const char* to;
-  const char* path;
-  const char* tail;
-};
-
 TEST_F(NotificationMailTest, APostGoesToThePathOfItsProduct) {
   machine_.PutFile("C:\\app\\Deployment.ini", "[Deployment]\r\nNotificationHost=mail.test\r\n");
   for (const auto& [product, to, path, tail] :
-       {PostCase{1, "b@c", "/cgi-bin/Notify", ""}, PostCase{2, "  ", "/cgi-bin/Notify_email_ondura", ""},
-        PostCase{2, " b@c ", "/cgi-bin/Notify_unicode", "\r\n&user_email=b%40c"}}) {
-    installation_.ProductNumber = product;
+       {std::tuple{1, "b@c", "/cgi-bin/Notify", ""},
+        {2, "  ", "/cgi-bin/Notify_email_ondura", ""},
+        {2, " b@c ", "/cgi-bin/Notify_unicode", "\r\n&user_email=b%40c"}}) {
+    installation_.ProductNumber = static_cast<std::int16_t>(product);
     EXPECT_TRUE(http_.SendEmail(" a\x09z ", "\xC3\xBC\xE2\x82\xAC.", "t\xC3\xBC & x=1\r\n", to));
     const SentWebRequest& sent = machine_.surroundings().web_requests.back();
     EXPECT_EQ(sent.body, std::string{"EMAIL=a%09z\r\n&SUBJECT=%FC%80%2E\r\n&CONTENT=t\xFC & x=1\r\n"} + tail);
@@ -207,9 +184,6 @@ TEST_F(NotificationMailTest, AFailedPostLeavesItsReasonAndNothingForTheNextOne) 
   EXPECT_EQ(Posted(), "EMAIL=a\r\n&SUBJECT=\r\n&CONTENT=");
   EXPECT_FALSE(http_.PostForm("h", "/", "", 2, true)) << "no result was asked for";
   EXPECT_EQ(TraceText(), "11-14-2026 09:05:07  Email was not sent: Server name could not be resolved.\r\n");
-}
-
-TEST_F(NotificationMailTest, AnErrorWithoutANumberIsAFailedConnection) {
   machine_.Fail("WebRequests.Send");
   EXPECT_FALSE(http_.PostForm("h", "/", "", 2, false));
   EXPECT_EQ(web_.ErrorText(), "Attempt to connect to the server failed.");

@@ -1,41 +1,19 @@
-#include <gtest/gtest.h>
-
-#include "profile/Transfer.h"
 #include "reporting/progress.h"
 #include "reporting/stage_log.h"
-#include "reporting/trace.h"
-#include "support/checked_machine.h"
-#include "util/utf16.h"
+#include "reporting/time_diff.h"
+#include "reporting_house.h"
 
 namespace ondura {
 namespace {
 
 using testing::Optional;
-using testing::Values;
 
-class ReportingFiles : public testing::Test {
+class ReportingFiles : public ReportingHouse {
  protected:
-  ReportingFiles() {
-    installation_.VirtualPath = "C:\\data\\";
-    installation_.ProductInstallationName = "Acme";
-    installation_.CurrentUser = "ann";
-    machine_.PutFolder("C:\\data\\Acmeann");
-  }
-
-  void ExpectLines(std::string_view path, std::string_view text) {
-    EXPECT_THAT(machine_.FileBytes(path), Optional(std::string{kUtf16Mark} + ToUtf16(text))) << path;
-  }
-
-  CheckedMachine machine_;
-  Installation installation_;
-  Options options_{machine_.machine(), installation_};
-  Trace trace_{options_, machine_.machine().clock};
-  Transfer transfer_{machine_.machine(), installation_};
   Progress progress_{machine_.machine(), installation_, transfer_};
 };
 
 TEST_F(ReportingFiles, EachWriterHasItsFileAndFormAndAddsNothingButTheLineEnd) {
-  machine_.SetNow(ToLocalTime({2026, 11, 14, 9, 5, 7}));
   options_.WriteTrace("one");
   options_.WriteTraceFile("t\xC3\xBCr");
   trace_.User("  short", kShortHourPicture);
@@ -44,10 +22,10 @@ TEST_F(ReportingFiles, EachWriterHasItsFileAndFormAndAddsNothingButTheLineEnd) {
   options_.WriteTraceService("three");
   options_.Writeintofile("C:\\data\\free.log", "t\xC3\xBCr");
   options_.Writeintofile("C:\\data\\free.log", "");
-  ExpectLines("C:\\data\\Acmeann\\ScheduleTraceFile.txt",
+  ExpectUtf16("C:\\data\\Acmeann\\ScheduleTraceFile.txt",
               "one\r\nt\xC3\xBCr\r\n11-14-2026 9:05:07  short\r\n");
-  ExpectLines("C:\\data\\ScheduleTraceFile.txt", "two\r\nlines\r\n11-14-2026 9:05:07:57 tail\r\n");
-  ExpectLines("C:\\data\\ScheduleTraceFileService.txt", "three\r\n");
+  ExpectUtf16("C:\\data\\ScheduleTraceFile.txt", "two\r\nlines\r\n11-14-2026 9:05:07:57 tail\r\n");
+  ExpectUtf16("C:\\data\\ScheduleTraceFileService.txt", "three\r\n");
   EXPECT_THAT(machine_.FileBytes("C:\\data\\free.log"), Optional(std::string{"t\xFCr\n\n"}));
 }
 
@@ -58,7 +36,7 @@ TEST_F(ReportingFiles, ALineFollowsTheUserAndADeletedFileComesBackWithItsMark) {
   options_.WriteTrace("deleted");
   machine_.disk().Erase("C:\\data\\Acmebea\\ScheduleTraceFile.txt");
   options_.WriteTrace("kept");
-  ExpectLines("C:\\data\\Acmebea\\ScheduleTraceFile.txt", "kept\r\n");
+  ExpectUtf16("C:\\data\\Acmebea\\ScheduleTraceFile.txt", "kept\r\n");
   EXPECT_EQ(machine_.FileBytes("C:\\data\\Acmeann\\ScheduleTraceFile.txt"), std::nullopt);
 }
 
@@ -102,29 +80,41 @@ TEST_F(ReportingFiles, TheJobsOwnWritesTouchTheirKeysAlone) {
   EXPECT_THAT(machine_.FileBytes(ini), Optional(all.insert(all.find("[B"), "Status=0\r\n")));
 }
 
-struct SizeCase {
-  double bytes;
-  const char* point;
-  const char* comma;
-};
-
-class SizeText : public ReportingFiles, public testing::WithParamInterface<SizeCase> {};
-
-TEST_P(SizeText, HasOneDecimalThatIsCut) {
-  EXPECT_EQ(progress_.GetProperSizeValue(GetParam().bytes), GetParam().point);
+TEST_F(ReportingFiles, ASizeHasOneDecimalThatIsCut) {
+  for (const auto& [bytes, text] : {std::pair{0., "0.0 B"},
+                                    {1000., "1000.0 B"},
+                                    {1024., "0.0"},
+                                    {1025., "1.0 KB"},
+                                    {1290., "1.2 KB"},
+                                    {1536., "1.5 KB"},
+                                    {2047., "1.9 KB"},
+                                    {2048., "2.0 KB"},
+                                    {1048576., "1024.0 KB"},
+                                    {1073741824., "1024.0 MB"},
+                                    {5368709119., "4.9 GB"},
+                                    {2199023255551.9999, "2048.0 GB"}}) {
+    EXPECT_EQ(progress_.GetProperSizeValue(bytes), text);
+  }
   machine_.surroundings().locale_texts[kLocaleDecimal] = ",";
-  EXPECT_EQ(progress_.GetProperSizeValue(GetParam().bytes), GetParam().comma);
+  EXPECT_EQ(progress_.GetProperSizeValue(1024), "0,0");
+  EXPECT_EQ(progress_.GetProperSizeValue(1290), "1,2 KB");
 }
 
-INSTANTIATE_TEST_SUITE_P(Progress, SizeText,
-                         Values(SizeCase{0, "0.0 B", "0,0 B"}, SizeCase{1000, "1000.0 B", "1000,0 B"},
-                                SizeCase{1024, "0.0", "0,0"}, SizeCase{1025, "1.0 KB", "1,0 KB"},
-                                SizeCase{1290, "1.2 KB", "1,2 KB"}, SizeCase{1536, "1.5 KB", "1,5 KB"},
-                                SizeCase{2047, "1.9 KB", "1,9 KB"}, SizeCase{2048, "2.0 KB", "2,0 KB"},
-                                SizeCase{1048576, "1024.0 KB", "1024,0 KB"},
-                                SizeCase{1073741824, "1024.0 MB", "1024,0 MB"},
-                                SizeCase{5368709119, "4.9 GB", "4,9 GB"},
-                                SizeCase{2199023255551.9999, "2048.0 GB", "2048,0 GB"}));
+TEST(TimeDiff, TellsTheDurationInWords) {
+  const auto time = [](std::string_view text) {
+    return ParseFixedDate("11-14-2026 " + std::string{text}).value();
+  };
+  for (const auto& [start, end, words] :
+       {std::tuple{"10:00:00", "11:02:03", " 1 hour, 2 minutes and 3 seconds"},
+        {"10:59:50", "11:00:10", " 20 seconds"},
+        {"10:00:00", "10:00:00", ""},
+        {"08:00:00", "10:00:01", " 2 hours and 1 second"},
+        {"08:00:00", "09:01:00", " 1 hour and 1 minute"},
+        {"08:00:30", "08:02:00", " 1 minute and 30 seconds"},
+        {"08:00:30", "08:00:00", ""}}) {
+    EXPECT_EQ(TimeDiffString(time(start), time(end)), words) << start;
+  }
+}
 
 }  // namespace
 }  // namespace ondura

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/forwarding.h"
 #include "reporting/NotificationMail.h"
 #include "reporting/WebDavControl.h"
 #include "support/checked_machine.h"
@@ -11,14 +10,14 @@
 
 namespace ondura {
 
-// The user ann, whose session log and notification mail are wanted.
-class MailHouse : public testing::Test {
+// The user ann, and whatever reports on her jobs.
+class ReportingHouse : public testing::Test {
  protected:
   static constexpr const char* kLog = "C:\\data\\Acmeann\\Session\\run.txt";
   static constexpr const char* kWorkFile = "C:\\data\\Acme\\TmpLogAttach.txt";
   static constexpr const char* kTrace = "C:\\data\\Acmeann\\ScheduleTraceFile.txt";
 
-  MailHouse() {
+  ReportingHouse() {
     machine_.PutFolder("C:\\data\\Acmeann");
     machine_.SetNow(ToLocalTime({2026, 11, 14, 9, 5, 7}));
   }
@@ -37,6 +36,10 @@ class MailHouse : public testing::Test {
   void PutLog(std::string_view text) { machine_.PutFile(kLog, std::string{kUtf16Mark} + ToUtf16(text)); }
 
   std::string TraceText() { return FromUtf16(machine_.FileBytes(kTrace).value_or("")); }
+
+  void ExpectUtf16(std::string_view path, std::string_view text) {
+    EXPECT_THAT(machine_.FileBytes(path), testing::Optional(std::string{kUtf16Mark} + ToUtf16(text))) << path;
+  }
 
   // The body of the last post.
   std::string Posted() {
