@@ -73,7 +73,9 @@ TEST(ScheduleFile, LinesBeyondTheCountAreCarriedIntoTheRewrite) {
 
 TEST(ScheduleFile, AHundredMegabytesOfLineEndsDoNotTakeAllMemory) {
   ScheduleHouse house;
-  house.PutSchedule("0\r\n" + std::string(100'000'000, '\n'));
+  std::string bytes = "0\r\n";
+  bytes.resize(100'000'000, '\n');
+  house.PutSchedule(bytes);
   house.schedule.DB_ReadSchData("");
   EXPECT_EQ(house.schedule.RecordCount, 32767);
 }
