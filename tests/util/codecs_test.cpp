@@ -14,20 +14,22 @@ namespace {
 using namespace std::string_literals;
 using Rows = std::pair<std::string_view, std::string_view>[];
 
-TEST(Base64, KeepsEveryCodePageByteAtEveryLength) {
-  CodePageTable page;
-  cBase64 base64{page};
+class Base64 : public testing::Test {
+ protected:
+  CodePageTable page_;
+  cBase64 base64_{page_};
+};
+
+TEST_F(Base64, KeepsEveryCodePageByteAtEveryLength) {
   std::string bytes;
   for (int code = 0; code < 256; ++code) {
     bytes += static_cast<char>(code);
-    const std::string text = page.ToUtf8(bytes);
-    ASSERT_EQ(base64.Decode(base64.encode(text)), text) << code;
+    const std::string text = page_.ToUtf8(bytes);
+    ASSERT_EQ(base64_.Decode(base64_.encode(text)), text) << code;
   }
 }
 
-TEST(Base64, EncodesCodePageBytesAsTheStandardSays) {
-  CodePageTable page;
-  cBase64 base64{page};
+TEST_F(Base64, EncodesCodePageBytesAsTheStandardSays) {
   for (const auto& [text, letters] : Rows{{"", ""},
                                           {"f", "Zg=="},
                                           {"fo", "Zm8="},
@@ -37,15 +39,13 @@ TEST(Base64, EncodesCodePageBytesAsTheStandardSays) {
                                           {"foobar", "Zm9vYmFy"},
                                           {"ÿþÿ", "//7/"},
                                           {"漢", "Pw=="}}) {
-    EXPECT_EQ(base64.encode(text), letters);
-    EXPECT_EQ(base64.EncodedMessage(), letters);
+    EXPECT_EQ(base64_.encode(text), letters);
+    EXPECT_EQ(base64_.EncodedMessage(), letters);
   }
 }
 
-TEST(Base64, DecodesDamagedTextByItsTable) {
+TEST_F(Base64, DecodesDamagedTextByItsTable) {
   using Row = std::tuple<const char*, std::string_view, std::string_view>;
-  CodePageTable page;
-  cBase64 base64{page};
   for (const auto& [story, letters, text] : {
            Row{"blanks are passed over", "Q Q = =", "A"},
            Row{"line ends and other strange bytes are passed over", "Zm\r\n9-v_Y\tg.==", "foob"},
@@ -57,12 +57,12 @@ TEST(Base64, DecodesDamagedTextByItsTable) {
            Row{"a single last letter gives its six bits as one byte", "Zm9vQ", "foo@"},
            Row{"texts that stand behind each other are all read", "Zg==Zm8=Zm9v", "ffofoo"},
        }) {
-    EXPECT_EQ(base64.Decode(letters), text) << story;
-    EXPECT_EQ(base64.DecodedMessage(), text) << story;
+    EXPECT_EQ(base64_.Decode(letters), text) << story;
+    EXPECT_EQ(base64_.DecodedMessage(), text) << story;
   }
 }
 
-TEST(Base64, ShiftsAndPowersStopAtTheirTable) {
+TEST_F(Base64, ShiftsAndPowersStopAtTheirTable) {
   EXPECT_EQ(cBase64::Power2(31), 2147483648U);
   EXPECT_EQ(cBase64::Power2(32), std::nullopt);
   EXPECT_EQ(cBase64::Power2(-1), std::nullopt);
