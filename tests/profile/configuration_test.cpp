@@ -88,6 +88,10 @@ TEST_F(ConfigurationTest, ValuesAreTrimmedCutAtTheirTerminatorAndReadThroughTheL
 }
 
 TEST_F(ConfigurationTest, AProductWithoutItsMainValuesIsRefusedAndNamesNoExecutable) {
+  installation_.ProductNumber = 2;
+  EXPECT_FALSE(configuration_.LoadProductConfiguration());
+  EXPECT_EQ(installation_.ProductNumber, 2) << "without a file everything stays as it was";
+  EXPECT_EQ(installation_.DefaultPort, "");
   const std::pair<std::string_view, std::string_view> rows[] = {
       {"ProductNumber", ""},          {"ProductNumber", "0"}, {"ProductNumber", "two"},
       {"ProductNumber", "65537"},     {"ProductName", ""},    {"ProductName", "  "},
@@ -103,13 +107,6 @@ TEST_F(ConfigurationTest, AProductWithoutItsMainValuesIsRefusedAndNamesNoExecuta
     house_.PutFile("C:\\data\\Configuration.ini", damaged);
     EXPECT_FALSE(configuration_.LoadProductConfiguration()) << damaged.size();
   }
-}
-
-TEST_F(ConfigurationTest, WithoutAFileEverythingStaysAsItWas) {
-  installation_.ProductNumber = 2;
-  EXPECT_FALSE(configuration_.LoadProductConfiguration());
-  EXPECT_EQ(installation_.ProductNumber, 2);
-  EXPECT_EQ(installation_.DefaultPort, "");
 }
 
 TEST_F(ConfigurationTest, TheDeploymentNamesTheServersOneByOne) {

@@ -107,6 +107,7 @@ TEST_F(ProfileTest, AWriteToAUserWithoutAFolderIsLostWithoutOne) {
 }
 
 TEST_F(ProfileTest, NumbersTellAMissingKeyFromOneThatDoesNotFit) {
+  EXPECT_EQ(store_.ReadLastRetValue(), 0);
   EXPECT_EQ(transfer_.Trf_ReadServerValues("Max"), -1);
   EXPECT_EQ(transfer_.Trf_ReadOutputValue("BackupStatus", "Cancel"), -10);
   const std::pair<std::string_view, int> rows[] = {{"1", 1},     {"-32768", -32768}, {"32767", 32767},
@@ -118,12 +119,7 @@ TEST_F(ProfileTest, NumbersTellAMissingKeyFromOneThatDoesNotFit) {
     house_.WriteIni(kAnn, "BackupStatus", "Cancel", stored);
     EXPECT_EQ(transfer_.Trf_ReadOutputValue("BackupStatus", "Cancel"), number) << stored;
   }
-}
-
-TEST_F(ProfileTest, TheLastResultIsANumberOrZero) {
-  EXPECT_EQ(store_.ReadLastRetValue(), 0);
-  const std::pair<std::string_view, double> rows[] = {{"-409", -409}, {"402", 402}, {"1.5", 1.5}, {"x", 0}};
-  for (const auto& [stored, number] : rows) {
+  for (const auto& [stored, number] : {std::pair{"-409", -409.}, {"402", 402.}, {"1.5", 1.5}, {"x", 0.}}) {
     house_.WriteIni(kAnn, "BackupStatus", "RetValue", stored);
     EXPECT_EQ(store_.ReadLastRetValue(), number) << stored;
   }
