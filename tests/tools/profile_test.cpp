@@ -1,3 +1,6 @@
+#include <array>
+#include <vector>
+
 #include "tools/tool_run.h"
 
 namespace ondura::testing {
@@ -13,7 +16,7 @@ const std::string kShared = "UserName.ini";
 TEST(ToolInit, WritesWhatTheServiceStartsFrom) {
   const ToolHouse house;
   house.Put("engine", "#!/bin/sh\n");
-  ASSERT_EQ(house.Run({"init", "--engine", house.root() + "/engine", "--server", "backup.test"}).exit, 0);
+  ASSERT_EQ(house.Run("init --server backup.test --engine " + house.root() + "/engine").exit, 0);
   const std::string install = "C/Program Files/Ondura/";
   EXPECT_EQ(house.Bytes(install + "UserName.ini"), "[Registry]\r\nVirtualPath=C:\\ProgramData\\Ondura\\\r\n");
   EXPECT_EQ(house.Bytes(install + "OnduraClsClient.exe"), "#!/bin/sh\n");
@@ -27,75 +30,65 @@ TEST(ToolInit, WritesWhatTheServiceStartsFrom) {
 
 TEST(ToolInit, DoneAgainByForceKeepsTheUsers) {
   const AnnHouse house;
-  ASSERT_EQ(house.Run({"init", "--force"}).exit, 0);
-  EXPECT_EQ(house.Run({"user", "list"}).out, "ann\n");
-  EXPECT_EQ(house.Run({"select", "ann", "D:\\notes.txt"}).exit, 0) << "the mapped drive is gone";
+  ASSERT_EQ(house.Run("init --force").exit, 0);
+  EXPECT_EQ(house.Run("user list").out, "ann\n");
+  EXPECT_EQ(house.Run("select ann 'D:\\notes.txt'").exit, 0) << "the mapped drive is gone";
 }
 
 TEST(ToolUser, AddedFirstIsTheDefaultAndTheListEndsWithItsMark) {
   const AnnHouse house;
-  ASSERT_EQ(house.Run({"user", "add", "bob", "--password-stdin"}, "other\n").exit, 0);
+  ASSERT_EQ(house.Run("user add bob --password-stdin", "other\n").exit, 0);
   EXPECT_EQ(house.Bytes(std::string{ToolHouse::kData} + "userlist.ini"), "ann;bob;\r\n");
   EXPECT_THAT(house.Bytes(ToolHouse::kData + kShared), HasSubstr("Default User name=cpp\r\n"));
-  EXPECT_EQ(house.Run({"user", "list", "--json"}).out, "[\n  \"ann\",\n  \"bob\"\n]\n");
+  EXPECT_EQ(house.Run("user list --json").out, "[\n  \"ann\",\n  \"bob\"\n]\n");
 }
-
-struct FormCase {
-  std::string story, key, value, file, line;
-};
 
 TEST(ToolForm, KeepsEachKeyWhereTheServiceReadsIt) {
   const AnnHouse house;
-  for (const FormCase& row :
-       {FormCase{"a shifted key is found in any letters", "SERVERIP", "abc", kProfile, "ugtxgtkr=cde\r\n"},
-        FormCase{"a plain copy beside it", "IPAddres", "abc", kProfile, "IPAddres=abc\r\n"},
-        FormCase{"a key of the engine", "cancel", "1", kProfile,
-                 "[BackupStatus]\r\nStatus=0\r\nCancel=1\r\n"},
-        FormCase{"a state of the machine", "RealTimeBackup", "1", kShared, "RealTimeBackup=1\r\n"},
-        FormCase{"the method of all users", "DB", "0", kShared, "[ScanType]\r\nDB=0\r\n"},
-        FormCase{"the shifted value of a plain key", "Default User name", "ann", kShared,
-                 "Default User name=cpp\r\n"}}) {
-    EXPECT_EQ(house.Run({"set", "ANN", row.key, row.value}).exit, 0) << row.story;
-    EXPECT_THAT(house.Bytes(ToolHouse::kData + row.file), HasSubstr(row.line)) << row.story;
-    EXPECT_EQ(house.Run({"get", "ann", row.key}).out, row.value + "\n") << row.story;
+  for (const auto& [story, key, value, file, line] : std::vector<std::array<std::string, 5>>{
+           {"a shifted key is found in any letters", "SERVERIP", "abc", kProfile, "ugtxgtkr=cde\r\n"},
+           {"a plain copy beside it", "IPAddres", "abc", kProfile, "IPAddres=abc\r\n"},
+           {"a key of the engine", "cancel", "1", kProfile, "[BackupStatus]\r\nStatus=0\r\nCancel=1\r\n"},
+           {"a state of the machine", "RealTimeBackup", "1", kShared, "RealTimeBackup=1\r\n"},
+           {"the method of all users", "DB", "0", kShared, "[ScanType]\r\nDB=0\r\n"},
+           {"the shifted value of a plain key", "Default User name", "ann", kShared,
+            "Default User name=cpp\r\n"}}) {
+    EXPECT_EQ(house.Set(key, value).exit, 0) << story;
+    EXPECT_THAT(house.Bytes(ToolHouse::kData + file), HasSubstr(line)) << story;
+    EXPECT_EQ(house.Get(key).out, value + "\n") << story;
   }
+  EXPECT_EQ(house.Run("set ANN port 1").exit, 0) << "the user in any letters";
 }
 
 TEST(ToolSecret, IsNeverShown) {
   const AnnHouse house;
   for (const std::string key :
        {"password", "encpassword", "encpasswordnew", "SqlPS", "ProxyPass", "random"}) {
-    EXPECT_EQ(house.Run({"set", "ann", key, "--stdin"}, "Geheim7\n").exit, 0) << key;
+    EXPECT_EQ(house.Run("set ann " + key + " --stdin", "Geheim7\n").exit, 0) << key;
     EXPECT_THAT(house.OfAnn("Ondura.ini"), Not(HasSubstr("Geheim7"))) << key << " is kept in clear";
-    EXPECT_EQ(house.Run({"get", "ann", key}).out, "(set)\n") << key;
-    const std::string all = house.Run({"get", "ann"}).out + house.Run({"get", "ann", "--json"}).out;
+    EXPECT_EQ(house.Get(key).out, "(set)\n") << key;
+    const std::string all = house.Run("get ann").out + house.Run("get ann --json").out;
     EXPECT_THAT(all, AllOf(HasSubstr(key), Not(HasSubstr("Geheim7"))));
-    EXPECT_EQ(house.Run({"set", "ann", key, ""}).exit, 0) << key;
-    EXPECT_EQ(house.Run({"get", "ann", key}).out, "(not set)\n") << key;
+    EXPECT_EQ(house.Set(key, "").exit, 0) << key;
+    EXPECT_EQ(house.Get(key).out, "(not set)\n") << key;
   }
 }
 
-struct WarningCase {
-  std::string story, value, says;  // what it says; empty for no warning
-  std::string key = "SerNM";
-};
-
 TEST(ToolWarning, ComesWhereAValueIsNotHeldAsGiven) {
   const AnnHouse house;
-  for (const WarningCase& row :
-       {WarningCase{"255 bytes still fit", std::string(255, 'x'), ""},
-        WarningCase{"one more is cut", std::string(256, 'x'), "longer than 255"},
-        WarningCase{"Base64 is longer than its value", std::string(192, 'x'), "longer than 255",
-                    "encpasswordnew"},
-        WarningCase{"umlauts are in the code page", "M\xC3\xBCller", ""},
-        WarningCase{"Greek is not", "\xCE\xA9", "code page"},
-        WarningCase{"a blank in front is lost", " x", "blanks at its ends"},
-        WarningCase{"a character that has no shifted form", "a\xC3\xBF", "every character"},
-        WarningCase{"percent signs become quotes, which are taken off", "%x%", "every character"}}) {
-    const ToolResult result = house.Run({"set", "ann", row.key, row.value});
-    EXPECT_EQ(result.exit, 0) << row.story;
-    EXPECT_THAT(result.err, HasSubstr(row.says)) << row.story;
-    EXPECT_EQ(result.err.empty(), row.says.empty()) << row.story;
+  for (const auto& [story, key, value, says] : std::vector<std::array<std::string, 4>>{
+           {"255 bytes still fit", "SerNM", std::string(255, 'x'), ""},
+           {"one more is cut", "SerNM", std::string(256, 'x'), "longer than 255"},
+           {"Base64 is longer than its value", "encpasswordnew", std::string(192, 'x'), "longer than 255"},
+           {"umlauts are in the code page", "SerNM", "M\xC3\xBCller", ""},
+           {"Greek is not", "SerNM", "\xCE\xA9", "code page"},
+           {"a blank in front is lost", "SerNM", " x", "blanks at its ends"},
+           {"a character that has no shifted form", "SerNM", "a\xC3\xBF", "every character"},
+           {"percent signs become quotes, which are taken off", "SerNM", "%x%", "every character"}}) {
+    const ToolResult result = house.Set(key, value);
+    EXPECT_EQ(result.exit, 0) << story;
+    EXPECT_THAT(result.err, HasSubstr(says)) << story;
+    EXPECT_EQ(result.err.empty(), says.empty()) << story;
   }
 }
 

@@ -24,13 +24,6 @@ void Spit(const fs::path& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-std::string Quoted(const std::string& text) {
-  std::string quoted = "'";
-  for (const char character : text)
-    quoted += character == '\'' ? std::string{"'\\''"} : std::string{character};
-  return quoted + "'";
-}
-
 fs::path NewFolder() {
   std::string pattern = (fs::temp_directory_path() / "ondura-tool-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder for " + pattern);
@@ -39,6 +32,13 @@ fs::path NewFolder() {
 
 }  // namespace
 
+std::string Quoted(const std::string& text) {
+  std::string quoted = "'";
+  for (const char character : text)
+    quoted += character == '\'' ? std::string{"'\\''"} : std::string{character};
+  return quoted + "'";
+}
+
 ToolHouse::ToolHouse() : root_(NewFolder()) {}
 
 ToolHouse::~ToolHouse() {
@@ -46,18 +46,16 @@ ToolHouse::~ToolHouse() {
   fs::remove_all(root_, error);
 }
 
-ToolResult ToolHouse::Run(std::vector<std::string> arguments, const std::string& input) const {
-  arguments.insert(arguments.begin(), {"--root", root_});
-  return RunBare(arguments, input);
+ToolResult ToolHouse::Run(const std::string& arguments, const std::string& input) const {
+  return RunBare("--root " + Quoted(root_) + " " + arguments, input);
 }
 
-ToolResult ToolHouse::RunBare(const std::vector<std::string>& arguments, const std::string& input) {
+ToolResult ToolHouse::RunBare(const std::string& arguments, const std::string& input) {
   const fs::path folder = NewFolder();
   Spit(folder / "in", input);
   // The outcome must not depend on who calls: another language, another zone, nothing preset.
   std::string line = "env -u ONDURA_ROOT -u ONDURA_PASSWORD LC_ALL=de_DE.UTF-8 TZ=Europe/Berlin ";
-  line += Quoted(ONDURA_TOOL);
-  for (const auto& argument : arguments) line += " " + Quoted(argument);
+  line += Quoted(ONDURA_TOOL) + " " + arguments;
   line += " <" + Quoted(folder / "in") + " >" + Quoted(folder / "out") + " 2>" + Quoted(folder / "err");
   const int status = std::system(line.c_str());
   ToolResult result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(folder / "out"),
@@ -69,8 +67,8 @@ ToolResult ToolHouse::RunBare(const std::vector<std::string>& arguments, const s
 AnnHouse::AnnHouse() {
   Put("disk/notes.txt", "notes");
   Put("disk/Documents/letter.txt", "letter");
-  const bool made = Run({"init", "--drive", "D=" + root() + "/disk"}).exit == 0 &&
-                    Run({"user", "add", "ann", "--password-stdin"}, "secret\nprivate\n").exit == 0;
+  const bool made = Run("init --drive D=" + root() + "/disk").exit == 0 &&
+                    Run("user add ann --password-stdin", "secret\nprivate\n").exit == 0;
   if (!made) throw std::runtime_error("the machine could not be made");
 }
 

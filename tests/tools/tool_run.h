@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <string>
-#include <vector>
 
 namespace ondura::testing {
+
+// The text as one argument.
+std::string Quoted(const std::string& text);
 
 struct ToolResult {
   int exit = -1;
@@ -21,11 +23,11 @@ class ToolHouse {
   ToolHouse(const ToolHouse&) = delete;
   ToolHouse& operator=(const ToolHouse&) = delete;
 
-  // Runs the program on this folder.
-  ToolResult Run(std::vector<std::string> arguments, const std::string& input = {}) const;
+  // Runs the program on this folder, with the arguments as a shell takes them.
+  ToolResult Run(const std::string& arguments, const std::string& input = {}) const;
 
   // The same without naming the folder.
-  static ToolResult RunBare(const std::vector<std::string>& arguments, const std::string& input = {});
+  static ToolResult RunBare(const std::string& arguments, const std::string& input = {});
 
   // Files by their path under the folder, such as "C/ProgramData/Ondura/userlist.ini". Empty when missing.
   [[nodiscard]] std::string Bytes(const std::string& path) const;
@@ -48,6 +50,12 @@ class ToolHouse {
 // One with the user ann (password "secret"), and a drive D with a file and a folder.
 struct AnnHouse : ToolHouse {
   AnnHouse();
+
+  // Runs the commands of the same names for her.
+  ToolResult Get(const std::string& key) const { return Run("get ann " + Quoted(key)); }
+  ToolResult Set(const std::string& key, const std::string& value) const {
+    return Run("set ann " + Quoted(key) + " " + Quoted(value));
+  }
 };
 
 }  // namespace ondura::testing

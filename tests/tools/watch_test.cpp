@@ -5,6 +5,7 @@
 namespace ondura::testing {
 namespace {
 
+using namespace std::string_literals;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 
@@ -16,66 +17,61 @@ std::string Utf16(const std::string& ascii) {
 
 TEST(ToolSelect, WritesPathsAsTheJobReadsThem) {
   const AnnHouse house;
-  ASSERT_EQ(house.Run({"select", "ann", "d:\\DOCUMENTS", "D:/notes.txt"}).exit, 0);
-  ASSERT_EQ(house.Run({"select", "ann", "D:\\documents\\", "D:\\"}).exit, 0);
+  ASSERT_EQ(house.Run("select ann 'd:\\DOCUMENTS' D:/notes.txt").exit, 0);
+  ASSERT_EQ(house.Run("select ann 'D:\\documents\\' 'D:\\'").exit, 0);
   EXPECT_EQ(house.OfAnn("atbkupfolderlist.txt"), Utf16("D:\\Documents\\\r\nD:\\notes.txt\r\nD:\\\r\n"));
-  ASSERT_EQ(house.Run({"select", "ann", "--remove", "d:\\documents"}).exit, 0);
-  EXPECT_EQ(house.Run({"select", "ann", "--list"}).out, "D:\\notes.txt\nD:\\\n");
-  ASSERT_EQ(house.Run({"select", "ann", "--remove", "D:\\NOTES.txt", "D:\\"}).exit, 0);
+  ASSERT_EQ(house.Run("select ann --remove 'd:\\documents'").exit, 0);
+  EXPECT_EQ(house.Run("select ann --list").out, "D:\\notes.txt\nD:\\\n");
+  ASSERT_EQ(house.Run("select ann --remove 'D:\\NOTES.txt' 'D:\\'").exit, 0);
   EXPECT_FALSE(std::filesystem::exists(house.root() + "/C/ProgramData/Ondura/Onduraann/atbkupfolderlist.txt"))
       << "an empty file would count as a selection";
 }
 
 TEST(ToolSelect, AddsNothingWhenOneOfThePathsIsMissing) {
   const AnnHouse house;
-  EXPECT_EQ(house.Run({"select", "ann", "D:\\notes.txt", "D:\\gone"}).exit, 1);
-  EXPECT_EQ(house.Run({"select", "ann", "--list", "--json"}).out, "[]\n");
+  EXPECT_EQ(house.Run("select ann 'D:\\notes.txt' 'D:\\gone'").exit, 1);
+  EXPECT_EQ(house.Run("select ann --list --json").out, "[]\n");
 }
 
 TEST(ToolExclude, KeepsFoldersAndFilesApart) {
   const AnnHouse house;
-  ASSERT_EQ(house.Run({"exclude", "ann", "D:\\Documents", "D:\\notes.txt"}).exit, 0);
+  ASSERT_EQ(house.Run("exclude ann 'D:\\Documents' 'D:\\notes.txt'").exit, 0);
   EXPECT_EQ(house.OfAnn("atbkupExcludelist.txt"), Utf16("D:\\Documents\\\r\n"));
   EXPECT_EQ(house.OfAnn("atbkupExcludeFilePath.txt"), Utf16("D:\\notes.txt\r\n"));
-  EXPECT_EQ(house.Run({"exclude", "ann", "--list"}).out, "D:\\Documents\\\nD:\\notes.txt\n");
+  EXPECT_EQ(house.Run("exclude ann --list").out, "D:\\Documents\\\nD:\\notes.txt\n");
 }
-
-struct StateCase {
-  std::string story, status, header, state, words;
-};
 
 TEST(ToolState, SaysWhatTheFilesMean) {
   const AnnHouse house;
-  for (const StateCase& row :
-       {StateCase{"nothing going on", "0", "0", "idle", "idle"},
-        StateCase{"closed up behind a job", "4", "0", "idle", "idle"},
-        StateCase{"a job of the header's kind", "1", "2", "running", "a sql backup is running"},
-        StateCase{"a job that was cut off", "1", "0", "interrupted",
-                  "a job began and was cut off; the service clears this when it starts"},
-        StateCase{"an interactive backup", "2", "0", "interactive", "an interactive backup is running"},
-        StateCase{"a stop not yet seen by the job", "5", "1", "stopping", "a stop has been asked for"},
-        StateCase{"a failed job", "3", "0", "idle", "idle; the last job failed or was stopped"}}) {
-    house.Run({"set", "ann", "Status", row.status});
-    house.PutForAnn("scheduleData.txt", row.header + "\r\n");
-    EXPECT_THAT(house.Run({"status", "ann", "--json"}).out, HasSubstr("\"state\": \"" + row.state + "\""))
-        << row.story;
-    EXPECT_THAT(house.Run({"status"}).out, HasSubstr("state     " + row.words + "\n")) << row.story;
+  for (const auto& [story, status, header, state, words] :
+       {std::tuple{"nothing going on", "0", "0", "idle", "idle"},
+        {"closed up behind a job", "4", "0", "idle", "idle"},
+        {"a job of the header's kind", "1", "2", "running", "a sql backup is running"},
+        {"a job that was cut off", "1", "0", "interrupted",
+         "a job began and was cut off; the service clears this when it starts"},
+        {"an interactive backup", "2", "0", "interactive", "an interactive backup is running"},
+        {"a stop not yet seen by the job", "5", "1", "stopping", "a stop has been asked for"},
+        {"a failed job", "3", "0", "idle", "idle; the last job failed or was stopped"}}) {
+    house.Set("Status", status);
+    house.PutForAnn("scheduleData.txt", header + "\r\n"s);
+    EXPECT_THAT(house.Run("status ann --json").out, HasSubstr("\"state\": \""s + state + "\"")) << story;
+    EXPECT_THAT(house.Run("status").out, HasSubstr("state     "s + words + "\n")) << story;
   }
 }
 
 TEST(ToolStatus, TellsHowTheLastJobEndedAndWhatIsNext) {
   const AnnHouse house;
-  house.Run({"schedule", "add", "ann", "--at", "2090-11-14 06:05", "--repeat", "daily"});
+  house.Run("schedule add ann --at '2090-11-14 06:05' --repeat daily");
   for (const auto& [key, value] : {std::pair{"RetValue", "-416"},
                                    {"SchEndTime", "11-14-2026 12:31:08"},
                                    {"BackupFailureDays", "3"},
                                    {"Used", "1536"},
                                    {"Max", "2147483648"}}) {
-    house.Run({"set", "ann", key, value});
+    house.Set(key, value);
   }
   house.PutForAnn("SchStatus.txt", Utf16("View the log to know the status of the backup job.\r\n"));
   house.PutForAnn("BackupProgress.ini", "[BackupProgressInfo]\r\nPercentage=42\r\n");
-  EXPECT_EQ(house.Run({"status"}).out,
+  EXPECT_EQ(house.Run("status").out,
             "ann\n"
             "  state     idle\n"
             "            Percentage: 42\n"
@@ -84,7 +80,7 @@ TEST(ToolStatus, TellsHowTheLastJobEndedAndWhatIsNext) {
             "  failures  3 in a row\n"
             "  next      2090-11-14 06:05, files\n"
             "  quota     1.5 KB of 2.0 GB used\n");
-  EXPECT_THAT(house.Run({"status", "--json"}).out,
+  EXPECT_THAT(house.Run("status --json").out,
               AllOf(HasSubstr("\"in_charge\": \"service\""), HasSubstr("\"code\": -416"),
                     HasSubstr("\"time\": \"2090-11-14 06:05\""), HasSubstr("\"Percentage\": \"42\"")));
 }
@@ -97,10 +93,9 @@ TEST(ToolLog, ShowsTheNewestUnlessAnotherIsNamed) {
   const fs::path session = house.root() + "/C/ProgramData/Ondura/Onduraann/Session";
   fs::last_write_time(session / "Scheduled 11-14-2026 12-30-00.txt",
                       fs::file_time_type::clock::now() - std::chrono::hours{24});
-  EXPECT_EQ(house.Run({"log", "ann"}).out, "Scheduled 01-01-2027 00-00-00.txt\nnewer\n");
-  EXPECT_THAT(house.Run({"log", "ann", "--name", "Scheduled 11-14-2026 12-30-00.txt"}).out,
-              HasSubstr("older\n"));
-  EXPECT_EQ(house.Run({"log", "ann", "--name", "..\\Ondura.ini"}).exit, 1) << "not a way to read other files";
+  EXPECT_EQ(house.Run("log ann").out, "Scheduled 01-01-2027 00-00-00.txt\nnewer\n");
+  EXPECT_THAT(house.Run("log ann --name 'Scheduled 11-14-2026 12-30-00.txt'").out, HasSubstr("older\n"));
+  EXPECT_EQ(house.Run("log ann --name '..\\Ondura.ini'").exit, 1) << "not a way to read other files";
 }
 
 }  // namespace
