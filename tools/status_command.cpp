@@ -68,7 +68,8 @@ std::string NextText(const UserStatus& status) {
 void Print(const OpenedMachine& opened, const UserStatus& status) {
   std::cout << status.user << "\n";
   PrintLine("state", status.words);
-  for (const auto& [figure, value] : status.progress) PrintLine("", figure + ": " + value);
+  for (const auto& [figure, value] : status.progress)
+    PrintLine("", std::string{figure}.append(": ").append(value));
   // While a job runs the profile holds the results of its own steps.
   if (status.state != "running") PrintLine("last job", LastJobText(status));
   PrintLine("says", status.sentence);

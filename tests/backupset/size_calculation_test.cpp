@@ -197,7 +197,8 @@ TEST(CalculateTotalSize, ReadsEachFolderOnceHoweverManyLinesThereAre) {
       const std::string item = "E:\\x\\" + std::to_string(i);
       house.Put({{item + "\\f", 1}, {item + "\\out\\g", 1}});
       items.append(item).append("\\f\r\n").append(item).append(".gone\r\n");
-      folders += in_one_folder ? "E:\\X\r\n" : item + "\\out\r\n" + item + "\r\n";
+      folders.append(in_one_folder ? "E:\\X" : item + "\\out").append("\r\n");
+      if (!in_one_folder) folders.append(item).append("\r\n");
       files += item + "\\f,1\r\n";
     }
     house.PutLists(items, folders, files);

@@ -65,7 +65,8 @@ class Win32Web : public TestedWeb {
 };
 
 std::unique_ptr<TestedWeb> MakeWin32Web() {
-  return std::make_unique<Win32Web>(BytesOf(std::getenv("ONDURA_TEST_SERVERS")));
+  const char* const table = std::getenv("ONDURA_TEST_SERVERS");
+  return std::make_unique<Win32Web>(BytesOf(table == nullptr ? "" : table));
 }
 
 // None where the servers were not started around this program, and on Windows itself, where somebody has to

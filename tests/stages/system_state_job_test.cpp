@@ -64,8 +64,8 @@ TEST(SystemStateJob, TracesItsWayAndKeepsTheVeryBytesOfTheLog) {
       "@  Started the system state backup to this directory - 'C:\\Dump State\\'",
       "@ Started Backup of System state backup C:\\Dump State\\",
       "@ Started system state backup to 'C:\\Dump State\\ ' ",
-      "NTBACKUP system state cmd line::NTBACKUP backup systemstate /f \"C:\\Dump State\\OxSystemState.bkf\" "
-      "/J \"OxSystemState @\" /V:yes  /L:s  /R:no  /RS:no ",
+      ("NTBACKUP system state cmd line::NTBACKUP backup systemstate /f \"C:\\Dump State\\OxSystemState.bkf\" "
+       "/J \"OxSystemState @\" /V:yes  /L:s  /R:no  /RS:no "),
       "Enter CheckIfBackupComplete",
       "System state data backup is in progress",
       "Exit CheckIfBackupComplete",

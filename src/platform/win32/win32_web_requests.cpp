@@ -47,6 +47,7 @@ static_assert(kInternetSecurityChannelError == ERROR_INTERNET_SECURITY_CHANNEL_E
 
 constexpr DWORD kHeaderCharacters = 1024;
 
+// NOLINTNEXTLINE(performance-no-int-to-ptr): the platform's handles are numbers that it types as pointers.
 HINTERNET Native(InternetHandle handle) { return reinterpret_cast<HINTERNET>(handle); }
 
 class Win32WebRequests : public WebRequests {
