@@ -184,6 +184,9 @@ TEST_F(NotificationMailTest, AFailedPostLeavesItsReasonAndNothingForTheNextOne) 
   EXPECT_EQ(Posted(), "EMAIL=a\r\n&SUBJECT=\r\n&CONTENT=");
   EXPECT_FALSE(http_.PostForm("h", "/", "", 2, true)) << "no result was asked for";
   EXPECT_EQ(TraceText(), "11-14-2026 09:05:07  Email was not sent: Server name could not be resolved.\r\n");
+}
+
+TEST_F(NotificationMailTest, AnErrorWithoutANumberIsAFailedConnection) {
   machine_.Fail("WebRequests.Send");
   EXPECT_FALSE(http_.PostForm("h", "/", "", 2, false));
   EXPECT_EQ(web_.ErrorText(), "Attempt to connect to the server failed.");
