@@ -1,8 +1,6 @@
-#include "canonical.h"
-
 #include <algorithm>
-#include <map>
 #include <regex>
+#include <set>
 #include <vector>
 
 #include "demo/engine/compare_list.h"
@@ -18,19 +16,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Entry {
-  std::string path;
-  bool is_folder = false;
-};
-
-std::vector<Entry> EntriesOf(Folders& folders, const std::string& folder) {
-  std::vector<Entry> entries;
+// The entries' paths in order, those of folders with a backslash at the end.
+std::vector<std::string> EntriesOf(Folders& folders, const std::string& folder) {
+  std::vector<std::string> paths;
   folders.List(folder, [&](const FolderEntry& entry) {
-    entries.push_back({folder + std::string{entry.name}, entry.is_folder});
+    paths.push_back(folder + std::string{entry.name} + (entry.is_folder ? "\\" : ""));
     return Visit::kContinue;
   });
-  std::ranges::sort(entries, {}, [](const Entry& entry) { return ToLower(entry.path); });
-  return entries;
+  std::ranges::sort(paths, {}, [](const std::string& path) { return ToLower(path); });
+  return paths;
 }
 
 // Traces tell each look at a process, of which a slow machine makes more, and programs differ of course.
@@ -80,22 +74,14 @@ std::string CompareLine(const std::string& line) {
 
 // Sections and keys in order; the order in a file is that of the writes, which nobody relies on.
 std::vector<std::string> SortedIni(const std::vector<std::string>& lines) {
-  std::map<std::string, std::vector<std::string>> sections;
+  std::multiset<std::pair<std::string, std::string>> keys;
   std::string section;
   for (const std::string& line : lines) {
-    if (line.starts_with('[')) {
-      section = line;
-      sections[section];
-    } else if (!Trim(line).empty()) {
-      sections[section].push_back(line);
-    }
+    if (line.starts_with('[')) section = line;
+    if (!Trim(line).empty()) keys.emplace(section, line == section ? "" : line);
   }
   std::vector<std::string> sorted;
-  for (auto& [name, keys] : sections) {
-    if (!name.empty()) sorted.push_back(name);
-    std::ranges::sort(keys);
-    sorted.insert(sorted.end(), keys.begin(), keys.end());
-  }
+  for (const auto& [name, key] : keys) sorted.push_back(key.empty() ? name : key);
   return sorted;
 }
 
@@ -127,12 +113,12 @@ std::string CanonicalFile(const Machine& machine, const std::string& path, const
 }
 
 void Append(const Machine& machine, const std::string& folder, const Masks& masks, std::string& result) {
-  for (const Entry& entry : EntriesOf(machine.folders, folder)) {
-    if (entry.is_folder) {
-      result += "== " + masks.Apply(entry.path) + "\\\n";
-      Append(machine, entry.path + "\\", masks, result);
-    } else if (!IsLeftOut(entry.path)) {
-      result += CanonicalFile(machine, entry.path, masks);
+  for (const std::string& path : EntriesOf(machine.folders, folder)) {
+    if (path.ends_with('\\')) {
+      result += "== " + masks.Apply(path) + "\n";
+      Append(machine, path, masks, result);
+    } else if (!IsLeftOut(path)) {
+      result += CanonicalFile(machine, path, masks);
     }
   }
 }

@@ -1,14 +1,12 @@
 #include "scenario.h"
 
-#include <array>
 #include <chrono>
+#include <exception>
+#include <iostream>
 #include <stdexcept>
-#include <vector>
 
-#include "canonical.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/Transfer.h"
-#include "schedule/schedule_record.h"
 #include "service/Component.h"
 #include "util/date_text.h"
 #include "util/text.h"
@@ -20,12 +18,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct User {
-  const char* name;
-  std::chrono::minutes due_before_now;  // the earliest occurrence is served first
-};
-
-constexpr std::array<User, 3> kUsers{{{"ann", 3min}, {"ben", 2min}, {"cat", 1min}}};
+// Before the present minute; the earliest occurrence is served first.
+constexpr std::pair<const char*, std::chrono::minutes> kUsersDue[] = {
+    {"ann", 3min}, {"ben", 2min}, {"cat", 1min}};
 
 void Require(bool done, const std::string& what) {
   if (!done) throw std::runtime_error("the machine refused " + what);
@@ -45,45 +40,47 @@ class Preparation {
     if (machine_.folders.Exists(kRoot)) {
       Require(machine_.folders.Remove("C:\\Scenario", Removal::kForce), "to clear the last run away");
     }
-    MakeFolders("C:\\Scenario\\Install\\");
-    MakeFolders("C:\\Scenario\\Data\\");
+    MakeFolders(kInstall);
     stage_.put_programs();
     WriteConfiguration();
     WriteDocuments();
     std::string list;
-    for (const User& user : kUsers) {
-      list += std::string{user.name} + ";";
-      AddUser(user.name, now - user.due_before_now);
+    for (const auto& [name, due_before_now] : kUsersDue) {
+      list += std::string{name} + ";";
+      AddUser(name, now - due_before_now);
     }
-    Write("C:\\Scenario\\Data\\userlist.ini", list + "\r\n", Encoding::kCodePage);
+    Write(installation_.DataFile("userlist.ini"), list + "\r\n");
     // The server has seen cat with another password.
-    MakeFolders("C:\\Scenario\\Data\\Vault\\cat\\");
-    WriteIni("C:\\Scenario\\Data\\Vault\\cat\\account.ini", "Rehearsal", "24", "-403");
+    Write(installation_.DataFile("Vault\\cat\\account.ini"), "[Rehearsal]\r\n24=-403\r\n");
   }
 
  private:
-  void MakeFolders(const std::string& folder) {
-    for (auto end = folder.find('\\', 3); end != std::string::npos; end = folder.find('\\', end + 1)) {
-      const std::string part = folder.substr(0, end);
+  void MakeFolders(const std::string& path) {
+    for (auto end = path.find('\\', 3); end != std::string::npos; end = path.find('\\', end + 1)) {
+      const std::string part = path.substr(0, end);
       if (!machine_.folders.Exists(part)) Require(machine_.folders.Make(part), "the folder " + part);
     }
   }
 
-  void Write(const std::string& path, const std::string& text, Encoding encoding) {
+  void Write(const std::string& path, const std::string& text, Encoding encoding = Encoding::kCodePage) {
+    MakeFolders(path);
     Require(TextFiles(machine_.files, machine_.code_page).Write(path, text, encoding), "the file " + path);
   }
 
   void WriteIni(const std::string& file, std::string_view section, std::string_view key,
                 std::string_view value) {
+    MakeFolders(file);
     Require(machine_.profiles.WriteString({file, section, key}, value), "the file " + file);
   }
 
   void WriteConfiguration() {
     const ProductConfiguration configuration(machine_, installation_);
-    const std::vector<std::pair<const char*, const char*>> values{
-        {"ProductNumber", "3"}, {"ProductName", "Ondura"},           {"ProductInstallationName", "Ondura"},
-        {"ExeGroup", "Scn"},    {"ProductCaption", "Ondura Backup"}, {"Language", "English"}};
-    for (const auto& [key, value] : values) {
+    for (const auto& [key, value] : {std::pair{"ProductNumber", "3"},
+                                     {"ProductName", "Ondura"},
+                                     {"ProductInstallationName", "Ondura"},
+                                     {"ExeGroup", "Scn"},
+                                     {"ProductCaption", "Ondura Backup"},
+                                     {"Language", "English"}}) {
       WriteIni(installation_.DataFile("Configuration.ini"), "ProductInfo", configuration.StoredForm(key),
                configuration.StoredForm(value));
     }
@@ -98,52 +95,41 @@ class Preparation {
 
   void WriteDocuments() {
     const std::string folder = "C:\\Scenario\\Docs\\";
-    MakeFolders(folder + "Deep\\Deeper\\");
-    MakeFolders(folder + "Excluded\\");
-    MakeFolders("C:\\Scenario\\Elsewhere\\");
-    Write(folder + "plain.txt", "plain\r\n", Encoding::kCodePage);
-    Write(folder + "empty.txt", "", Encoding::kCodePage);
+    Write(folder + "plain.txt", "plain\r\n");
+    Write(folder + "empty.txt", "");
     Write(folder + "Grüße für März.txt", "umlauts\r\n", Encoding::kUtf16);
     Write(folder + "日本語.txt", "beyond the code page\r\n", Encoding::kUtf16);
-    Write(folder + "Deep\\Deeper\\deep.txt", std::string(70, 'd'), Encoding::kCodePage);
-    Write(folder + "not this one.txt", "excluded file\r\n", Encoding::kCodePage);
-    Write(folder + "Excluded\\inside.txt", "in an excluded folder\r\n", Encoding::kCodePage);
-    Write("C:\\Scenario\\Elsewhere\\alone.txt", "selected alone\r\n", Encoding::kCodePage);
-    Write("C:\\Scenario\\Elsewhere\\unselected.txt", "left out\r\n", Encoding::kCodePage);
+    Write(folder + "Deep\\Deeper\\deep.txt", std::string(70, 'd'));
+    Write(folder + "not this one.txt", "excluded file\r\n");
+    Write(folder + "Excluded\\inside.txt", "in an excluded folder\r\n");
+    Write("C:\\Scenario\\Elsewhere\\alone.txt", "selected alone\r\n");
+    Write("C:\\Scenario\\Elsewhere\\unselected.txt", "left out\r\n");
   }
 
   void AddUser(const std::string& name, LocalTime due) {
     installation_.CurrentUser = name;
-    MakeFolders(installation_.UserFile(""));
-    const Transfer transfer(machine_, installation_);
-    transfer.Trf_WriteUserProfile("username", name);
-    transfer.Trf_WriteUserProfile("password", "swordfish");
-    transfer.Trf_WriteUserProfile("encpassword", "rosebud");
-    transfer.Trf_WriteUserProfile("serverip", "localhost");
-    transfer.Trf_WriteUserProfile("port", "11905");
     Write(installation_.UserFile("atbkupfolderlist.txt"),
           "C:\\Scenario\\Docs\\\r\nC:\\Scenario\\Elsewhere\\alone.txt\r\n", Encoding::kUtf16);
     Write(installation_.UserFile("atbkupExcludelist.txt"), "C:\\Scenario\\Docs\\Excluded\\\r\n",
           Encoding::kUtf16);
     Write(installation_.UserFile("atbkupExcludeFilePath.txt"), "C:\\Scenario\\Docs\\not this one.txt\r\n",
           Encoding::kUtf16);
-    Write(installation_.UserFile("scheduleData.txt"), "0\r\n" + Daily(due) + "\r\n", Encoding::kCodePage);
+    Write(installation_.UserFile("scheduleData.txt"), "0\r\n" + Daily(due) + "\r\n");
+    const Transfer transfer(machine_, installation_);
+    for (const auto& [key, value] : {std::pair{"username", name.c_str()},
+                                     {"password", "swordfish"},
+                                     {"encpassword", "rosebud"},
+                                     {"serverip", "localhost"},
+                                     {"port", "11905"}}) {
+      transfer.Trf_WriteUserProfile(key, value);
+    }
   }
 
   static std::string Daily(LocalTime due) {
-    ScheduleRecord record;
-    record.recordno = "1";
-    record.schname = "Nightly";
-    record.nexttime = FormatDate(kStampPicture, due);
-    record.schedtime = FormatDate("H:mm:ss", due);
-    record.onceflag = "0";
-    record.schtext = "every day";
-    record.mailoption = "0";
-    record.maillog = "0";
-    record.sortkey = FormatDate("yyyymmdd", due) + FormatDate("HHmm", due);
-    record.repeatkind = "6";
-    record.daymask = "1111111";
-    return LineOfRecord(record);
+    const std::string day = FormatDate("yyyymmdd", due);
+    return Join({"1", "Nightly", FormatDate(kStampPicture, due), FormatDate("H:mm:ss", due), "0", "every day",
+                 "", "0", "0", day + FormatDate("HHmm", due), "6", "1111111"},
+                "\b\b");
   }
 
   const Stage& stage_;
@@ -181,3 +167,12 @@ std::string Play(const Stage& stage) {
 }
 
 }  // namespace ondura::scenario
+
+int main(int argc, char** argv) {
+  try {
+    return ondura::scenario::PlayOnMachine({argv + 1, argv + argc});
+  } catch (const std::exception& error) {
+    std::cerr << argv[0] << ": " << error.what() << "\n";
+    return 1;
+  }
+}

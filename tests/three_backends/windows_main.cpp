@@ -1,17 +1,15 @@
 // Plays the scenario on this Windows: `play ENGINE DATABASE-MANAGER`. With `prepare` and `show` in the place
 // of `play` somebody else runs the component in between. Works in C:\Scenario, which it clears first.
 
-#include <exception>
 #include <iostream>
-#include <string>
 
 #include "platform/forwarding.h"
 #include "platform/win32/win32_machine.h"
 #include "scenario.h"
 
-namespace {
+namespace ondura::scenario {
 
-using namespace ondura;
+namespace {
 
 // The component's own waits pass faster; the engine beside it lives in real time.
 class FastClock : public ForwardingClock {
@@ -29,36 +27,29 @@ Machine WithClock(const Machine& m, Clock& clock) {
           m.power,     m.names,  m.mutexes, m.continuous_backup, m.web};
 }
 
-int Perform(const std::string& action, const std::string& engine, const std::string& database_manager) {
+}  // namespace
+
+int PlayOnMachine(const std::vector<std::string>& arguments) {
   const auto owner = MakeWin32Machine();
   const Machine& outside = owner->machine();
   FastClock clock(outside.clock);
   const auto put_programs = [&] {
-    outside.files.Copy(engine, scenario::kEngine);
-    outside.files.Copy(database_manager, scenario::kDatabaseManager);
+    outside.files.Copy(arguments[1], kEngine);
+    outside.files.Copy(arguments[2], kDatabaseManager);
   };
-  const scenario::Stage stage{outside, WithClock(outside, clock), put_programs};
+  const Stage stage{outside, WithClock(outside, clock), put_programs};
+  const std::string action = arguments.size() == 3 ? arguments[0] : "";
   if (action == "play") {
-    std::cout << scenario::Play(stage);
+    std::cout << Play(stage);
   } else if (action == "prepare") {
-    scenario::Prepare(stage);
+    Prepare(stage);
   } else if (action == "show") {
-    std::cout << scenario::Show(stage);
+    std::cout << Show(stage);
   } else {
+    std::cerr << "usage: scenario-windows play|prepare|show ENGINE DATABASE-MANAGER\n";
     return 2;
   }
   return 0;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  try {
-    const int code = argc == 4 ? Perform(argv[1], argv[2], argv[3]) : 2;
-    if (code == 2) std::cerr << "usage: scenario-windows play|prepare|show ENGINE DATABASE-MANAGER\n";
-    return code;
-  } catch (const std::exception& error) {
-    std::cerr << "scenario-windows: " << error.what() << "\n";
-    return 1;
-  }
-}
+}  // namespace ondura::scenario
