@@ -20,10 +20,11 @@ std::vector<std::string> NamesIn(const Machine& machine, std::string_view folder
 }
 
 TEST_P(PlatformContract, AFileIsFoundUnderEveryFormOfItsPath) {
-  ASSERT_TRUE(machine_.folders.Make(R"(C:\Data)"));
-  PutFile(R"(C:\Data\Report.txt)", "seven 7");
-  for (const char* path : {R"(C:\Data\Report.txt)", R"(c:\data\REPORT.TXT)", R"(C:\\Data\\Report.txt)",
-                           "C:/Data/Report.txt", R"(C:\Data\.\Report.txt)"}) {
+  ASSERT_TRUE(machine_.folders.Make(At("Data")));
+  PutFile(At(R"(Data\Report.txt)"), "seven 7");
+  for (const std::string& path :
+       {At(R"(Data\Report.txt)"), At(R"(data\REPORT.TXT)"), At(R"(\Data\\Report.txt)"),
+        root_ + "/Data/Report.txt", At(R"(Data\.\Report.txt)")}) {
     EXPECT_TRUE(machine_.files.Exists(path)) << path;
     EXPECT_THAT(machine_.files.Read(path), Optional(std::string{"seven 7"})) << path;
     EXPECT_THAT(machine_.files.Size(path), Optional(7U)) << path;
@@ -31,22 +32,22 @@ TEST_P(PlatformContract, AFileIsFoundUnderEveryFormOfItsPath) {
 }
 
 TEST_P(PlatformContract, WritingUnderAnotherLetterCaseMakesNoSecondFile) {
-  PutFile(R"(C:\Status.txt)", "old");
-  PutFile(R"(C:\STATUS.TXT)", "new");
-  EXPECT_TRUE(machine_.files.Append(R"(C:\status.txt)", "er", IfMissing::kCreate));
-  EXPECT_THAT(NamesIn(machine_, "C:\\"), ElementsAre("Status.txt"));
-  EXPECT_THAT(machine_.files.Read(R"(C:\Status.txt)"), Optional(std::string{"newer"}));
+  PutFile(At("Status.txt"), "old");
+  PutFile(At("STATUS.TXT"), "new");
+  EXPECT_TRUE(machine_.files.Append(At("status.txt"), "er", IfMissing::kCreate));
+  EXPECT_THAT(NamesIn(machine_, At("")), ElementsAre("Status.txt"));
+  EXPECT_THAT(machine_.files.Read(At("Status.txt")), Optional(std::string{"newer"}));
 }
 
 TEST_P(PlatformContract, LettersBeyondAsciiMatchInBothCases) {
-  PutFile("C:\\Übersicht Ж.txt", "x");
-  EXPECT_TRUE(machine_.files.Exists("C:\\übersicht ж.TXT"));
+  PutFile(At("Übersicht Ж.txt"), "x");
+  EXPECT_TRUE(machine_.files.Exists(At("übersicht ж.TXT")));
 }
 
 TEST_P(PlatformContract, NothingIsNoFileAndAFolderIsNone) {
-  ASSERT_TRUE(machine_.folders.Make(R"(C:\Folder)"));
-  for (const char* path :
-       {R"(C:\missing)", R"(C:\missing\deeper)", R"(C:\Folder)", "", "missing", R"(Q:\x)"}) {
+  ASSERT_TRUE(machine_.folders.Make(At("Folder")));
+  for (const std::string& path : {At("missing"), At(R"(missing\deeper)"), At("Folder"), std::string{},
+                                  std::string{"missing"}, std::string{R"(Q:\x)"}}) {
     EXPECT_FALSE(machine_.files.Exists(path)) << path;
     EXPECT_EQ(machine_.files.Size(path), std::nullopt) << path;
     EXPECT_EQ(machine_.files.Modified(path), std::nullopt) << path;
@@ -55,129 +56,143 @@ TEST_P(PlatformContract, NothingIsNoFileAndAFolderIsNone) {
     EXPECT_FALSE(machine_.files.Patch(path, 0, "x")) << path;
     EXPECT_FALSE(machine_.files.Append(path, "x", IfMissing::kFail)) << path;
     EXPECT_FALSE(machine_.files.Remove(path, Removal::kForce)) << path;
-    EXPECT_FALSE(machine_.files.Copy(path, R"(C:\copy)")) << path;
+    EXPECT_FALSE(machine_.files.Copy(path, At("copy"))) << path;
   }
-  EXPECT_FALSE(machine_.files.Write(R"(C:\missing\deeper)", "x", IfPresent::kReplace));
+  EXPECT_FALSE(machine_.files.Write(At(R"(missing\deeper)"), "x", IfPresent::kReplace));
 }
 
 TEST_P(PlatformContract, AWriteReplacesOrRefusesAsItWasTold) {
-  EXPECT_TRUE(machine_.files.Write(R"(C:\a)", "longer text", IfPresent::kFail));
-  EXPECT_FALSE(machine_.files.Write(R"(C:\A)", "x", IfPresent::kFail));
-  EXPECT_TRUE(machine_.files.Write(R"(C:\a)", "short", IfPresent::kReplace));
-  EXPECT_THAT(other_.files.Read(R"(C:\a)"), Optional(std::string{"short"}));
+  EXPECT_TRUE(machine_.files.Write(At("a"), "longer text", IfPresent::kFail));
+  EXPECT_FALSE(machine_.files.Write(At("A"), "x", IfPresent::kFail));
+  EXPECT_TRUE(machine_.files.Write(At("a"), "short", IfPresent::kReplace));
+  EXPECT_THAT(other_.files.Read(At("a")), Optional(std::string{"short"}));
 }
 
 TEST_P(PlatformContract, BytesSurviveWhateverTheyAre) {
   std::string bytes;
   for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
-  PutFile(R"(C:\bytes)", bytes);
-  EXPECT_THAT(machine_.files.Read(R"(C:\bytes)"), Optional(bytes));
-  EXPECT_THAT(machine_.files.ReadHead(R"(C:\bytes)", 5), Optional(bytes.substr(0, 5)));
+  PutFile(At("bytes"), bytes);
+  EXPECT_THAT(machine_.files.Read(At("bytes")), Optional(bytes));
+  EXPECT_THAT(machine_.files.ReadHead(At("bytes"), 5), Optional(bytes.substr(0, 5)));
   for (const std::uint64_t offset : {0, 9, 253, 256}) {
-    EXPECT_THAT(machine_.files.ReadPart(R"(C:\bytes)", offset, 5), Optional(bytes.substr(offset, 5)));
+    EXPECT_THAT(machine_.files.ReadPart(At("bytes"), offset, 5), Optional(bytes.substr(offset, 5)));
   }
-  EXPECT_THAT(machine_.files.ReadPart(R"(C:\bytes)", 300, 5), Optional(std::string{}));
+  EXPECT_THAT(machine_.files.ReadPart(At("bytes"), 300, 5), Optional(std::string{}));
 }
 
 TEST_P(PlatformContract, APatchLeavesTheRestOfTheFile) {
-  PutFile(R"(C:\schedule)", "1\r\nrest");
-  EXPECT_TRUE(machine_.files.Patch(R"(C:\schedule)", 0, "0"));
-  EXPECT_TRUE(machine_.files.Patch(R"(C:\schedule)", 6, "t and more"));
-  EXPECT_THAT(machine_.files.Read(R"(C:\schedule)"), Optional(std::string{"0\r\nrest and more"}));
+  PutFile(At("schedule"), "1\r\nrest");
+  EXPECT_TRUE(machine_.files.Patch(At("schedule"), 0, "0"));
+  EXPECT_TRUE(machine_.files.Patch(At("schedule"), 6, "t and more"));
+  EXPECT_THAT(machine_.files.Read(At("schedule")), Optional(std::string{"0\r\nrest and more"}));
 }
 
 TEST_P(PlatformContract, AWriterStartsOverAndAnAppenderGoesOn) {
-  PutFile(R"(C:\list)", "old");
+  PutFile(At("list"), "old");
   {
-    const auto writer = machine_.files.OpenWriter(R"(C:\list)", IfPresent::kReplace);
+    const auto writer = machine_.files.OpenWriter(At("list"), IfPresent::kReplace);
     ASSERT_NE(writer, nullptr);
     EXPECT_TRUE(writer->Append("a") && writer->Append("b"));
-    EXPECT_THAT(other_.files.Read(R"(C:\list)"), Optional(std::string{"ab"})) << "readers see it grow";
+    EXPECT_THAT(other_.files.Read(At("list")), Optional(std::string{"ab"})) << "readers see it grow";
   }
-  const auto appender = machine_.files.OpenAppender(R"(C:\list)", IfMissing::kFail);
+  const auto appender = machine_.files.OpenAppender(At("list"), IfMissing::kFail);
   ASSERT_NE(appender, nullptr);
   EXPECT_TRUE(appender->Append("c"));
-  EXPECT_THAT(machine_.files.Read(R"(C:\list)"), Optional(std::string{"abc"}));
-  EXPECT_EQ(machine_.files.OpenAppender(R"(C:\none)", IfMissing::kFail), nullptr);
-  EXPECT_EQ(machine_.files.OpenWriter(R"(C:\none\none)", IfPresent::kReplace), nullptr);
+  EXPECT_THAT(machine_.files.Read(At("list")), Optional(std::string{"abc"}));
+  EXPECT_EQ(machine_.files.OpenAppender(At("none"), IfMissing::kFail), nullptr);
+  EXPECT_EQ(machine_.files.OpenWriter(At(R"(none\none)"), IfPresent::kReplace), nullptr);
 }
 
 TEST_P(PlatformContract, ACopyHasTheSameBytesAndTimeAndNeverEatsItsSource) {
-  PutFile(R"(C:\from)", "content");
-  PutFile(R"(C:\to)", "a longer old content");
-  EXPECT_TRUE(machine_.files.Copy(R"(C:\from)", R"(C:\to)"));
-  EXPECT_THAT(machine_.files.Read(R"(C:\to)"), Optional(std::string{"content"}));
-  EXPECT_EQ(machine_.files.Modified(R"(C:\to)"), machine_.files.Modified(R"(C:\from)"));
-  machine_.files.Copy(R"(C:\from)", R"(C:\FROM)");
-  EXPECT_THAT(machine_.files.Read(R"(C:\from)"), Optional(std::string{"content"}));
+  PutFile(At("from"), "content");
+  PutFile(At("to"), "a longer old content");
+  EXPECT_TRUE(machine_.files.Copy(At("from"), At("to")));
+  EXPECT_THAT(machine_.files.Read(At("to")), Optional(std::string{"content"}));
+  EXPECT_EQ(machine_.files.Modified(At("to")), machine_.files.Modified(At("from")));
+  machine_.files.Copy(At("from"), At("FROM"));
+  EXPECT_THAT(machine_.files.Read(At("from")), Optional(std::string{"content"}));
 }
 
 TEST_P(PlatformContract, AFreshFileCarriesThePresentLocalTime) {
   const LocalTime before = machine_.clock.Now();
-  PutFile(R"(C:\now)", "x");
-  const auto modified = machine_.files.Modified(R"(C:\now)");
+  PutFile(At("now"), "x");
+  const auto modified = machine_.files.Modified(At("now"));
   ASSERT_TRUE(modified.has_value());
   EXPECT_GE(*modified, before - std::chrono::seconds{1});
   EXPECT_LE(*modified, machine_.clock.Now());
 }
 
 TEST_P(PlatformContract, AFolderIsMadeOnceAndUnderItsParentOnly) {
-  EXPECT_TRUE(machine_.folders.Make(R"(C:\one)"));
-  EXPECT_FALSE(machine_.folders.Make(R"(C:\ONE)"));
-  EXPECT_FALSE(machine_.folders.Make(R"(C:\two\three)"));
-  EXPECT_TRUE(machine_.folders.Make(R"(C:\one\three\)"));
-  for (const char* path : {"C:", "C:\\", R"(c:\One)", R"(C:\one\)", R"(C:\ONE\three)"}) {
+  EXPECT_TRUE(machine_.folders.Make(At("one")));
+  EXPECT_FALSE(machine_.folders.Make(At("ONE")));
+  EXPECT_FALSE(machine_.folders.Make(At(R"(two\three)")));
+  EXPECT_TRUE(machine_.folders.Make(At(R"(one\three\)")));
+  for (const std::string& path : {drive_, drive_ + "\\", At("One"), At(R"(one\)"), At(R"(ONE\three)")}) {
     EXPECT_TRUE(machine_.folders.Exists(path)) << path;
   }
-  PutFile(R"(C:\file)", "");
-  EXPECT_FALSE(machine_.folders.Exists(R"(C:\file)"));
-  EXPECT_FALSE(machine_.folders.Exists(R"(C:\two)"));
+  PutFile(At("file"), "");
+  EXPECT_FALSE(machine_.folders.Exists(At("file")));
+  EXPECT_FALSE(machine_.folders.Exists(At("two")));
 }
 
 TEST_P(PlatformContract, AListingShowsEachEntryOnceWithSizeAndTime) {
-  machine_.folders.Make(R"(C:\d)");
-  machine_.folders.Make(R"(C:\d\sub)");
-  PutFile(R"(C:\d\a.txt)", "12345");
-  PutFile("C:\\d\\Zażółć.txt", "");
-  EXPECT_THAT(NamesIn(machine_, R"(c:\D\)"), UnorderedElementsAre("sub\\", "a.txt", "Zażółć.txt"));
-  machine_.folders.List(R"(C:\d)", [&](const FolderEntry& entry) {
+  machine_.folders.Make(At("d"));
+  machine_.folders.Make(At(R"(d\sub)"));
+  PutFile(At(R"(d\a.txt)"), "12345");
+  PutFile(At("d\\Zażółć.txt"), "");
+  EXPECT_THAT(NamesIn(machine_, At(R"(D\)")), UnorderedElementsAre("sub\\", "a.txt", "Zażółć.txt"));
+  machine_.folders.List(At("d"), [&](const FolderEntry& entry) {
     EXPECT_EQ(entry.size_bytes, entry.name == "a.txt" ? 5U : 0U);
     if (entry.name == "a.txt") {
-      EXPECT_EQ(entry.modified, machine_.files.Modified(R"(C:\d\a.txt)"));
+      EXPECT_EQ(entry.modified, machine_.files.Modified(At(R"(d\a.txt)")));
     }
     return Visit::kContinue;
   });
   int visits = 0;
-  EXPECT_TRUE(machine_.folders.List(R"(C:\d)", [&](const FolderEntry&) { return ++visits, Visit::kStop; }));
+  EXPECT_TRUE(machine_.folders.List(At("d"), [&](const FolderEntry&) { return ++visits, Visit::kStop; }));
   EXPECT_EQ(visits, 1);
-  EXPECT_FALSE(machine_.folders.List(R"(C:\none)", [](const FolderEntry&) { return Visit::kContinue; }));
+  EXPECT_FALSE(machine_.folders.List(At("none"), [](const FolderEntry&) { return Visit::kContinue; }));
 }
 
 TEST_P(PlatformContract, RemovingAFolderTakesAllItHoldsAndNothingElse) {
-  machine_.folders.Make(R"(C:\d)");
-  machine_.folders.Make(R"(C:\d\sub)");
-  PutFile(R"(C:\d\sub\a)", "x");
-  PutFile(R"(C:\stays)", "x");
-  EXPECT_TRUE(machine_.folders.Remove(R"(C:\D)", Removal::kForce));
-  EXPECT_FALSE(machine_.folders.Remove(R"(C:\d)", Removal::kForce));
-  EXPECT_FALSE(machine_.folders.Remove(R"(C:\stays)", Removal::kForce)) << "a file is no folder";
-  EXPECT_THAT(NamesIn(machine_, "C:\\"), ElementsAre("stays"));
+  machine_.folders.Make(At("d"));
+  machine_.folders.Make(At(R"(d\sub)"));
+  PutFile(At(R"(d\sub\a)"), "x");
+  PutFile(At("stays"), "x");
+  EXPECT_TRUE(machine_.folders.Remove(At("D"), Removal::kForce));
+  EXPECT_FALSE(machine_.folders.Remove(At("d"), Removal::kForce));
+  EXPECT_FALSE(machine_.folders.Remove(At("stays"), Removal::kForce)) << "a file is no folder";
+  EXPECT_THAT(NamesIn(machine_, At("")), ElementsAre("stays"));
+}
+
+TEST_P(PlatformContract, OnlyForceRemovesWhatIsProtected) {
+  machine_.folders.Make(At("d"));
+  for (const std::string& path : {At("kept"), At(R"(d\kept)")}) {
+    PutFile(path, "x");
+    tested_->Protect(path);
+    EXPECT_FALSE(machine_.files.Remove(path, Removal::kPlain));
+  }
+  EXPECT_FALSE(machine_.folders.Remove(At("d"), Removal::kPlain));
+  EXPECT_THAT(NamesIn(machine_, At("")), UnorderedElementsAre("d\\", "kept"));
+  EXPECT_TRUE(machine_.files.Remove(At("KEPT"), Removal::kForce));
+  EXPECT_TRUE(machine_.folders.Remove(At("d"), Removal::kForce));
 }
 
 TEST_P(PlatformContract, DrivesAndLongPathsTellTheMachinesOwnNames) {
-  machine_.folders.Make(R"(C:\Program Files)");
-  PutFile(R"(C:\Program Files\Readme.txt)", "x");
-  EXPECT_THAT(machine_.drives.Roots(), ElementsAre("C:\\"));
-  EXPECT_EQ(machine_.drives.KindOf("C:\\"), DriveKind::kFixed);
+  machine_.folders.Make(At("Program Files"));
+  PutFile(At(R"(Program Files\Readme.txt)"), "x");
+  const std::string own = drive_ + "\\";
+  EXPECT_THAT(machine_.drives.Roots(), testing::Contains(own));
+  EXPECT_EQ(machine_.drives.KindOf(own), DriveKind::kFixed);
   EXPECT_EQ(machine_.drives.KindOf("Q:\\"), DriveKind::kUnknown);
-  EXPECT_GT(machine_.drives.FreeBytes(R"(C:\Program Files)").value_or(0), 0U);
+  EXPECT_GT(machine_.drives.FreeBytes(At("Program Files")).value_or(0), 0U);
   EXPECT_EQ(machine_.drives.FreeBytes(R"(Q:\none)"), std::nullopt);
-  EXPECT_GE(machine_.drives.TotalBytes("C:\\"), machine_.drives.FreeBytes("C:\\"));
-  EXPECT_EQ(machine_.drives.TotalBytes(R"(C:\Program Files)"), machine_.drives.TotalBytes("C:\\"));
+  EXPECT_GE(machine_.drives.TotalBytes(own), machine_.drives.FreeBytes(own));
+  EXPECT_EQ(machine_.drives.TotalBytes(At("Program Files")), machine_.drives.TotalBytes(own));
   EXPECT_EQ(machine_.drives.TotalBytes("Q:\\"), std::nullopt);
-  EXPECT_EQ(machine_.drives.LongPath(R"(C:\PROGRAM FILES\readme.TXT)"), R"(C:\Program Files\Readme.txt)");
-  EXPECT_EQ(machine_.drives.LongPath(R"(C:\none)"), "");
-  EXPECT_EQ(machine_.drives.ShortPath(R"(C:\none)"), "");
+  EXPECT_EQ(machine_.drives.LongPath(At(R"(PROGRAM FILES\readme.TXT)")), At(R"(Program Files\Readme.txt)"));
+  EXPECT_EQ(machine_.drives.LongPath(At("none")), "");
+  EXPECT_EQ(machine_.drives.ShortPath(At("none")), "");
 }
 
 }  // namespace

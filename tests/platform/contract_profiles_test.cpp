@@ -8,52 +8,37 @@ namespace {
 
 using testing::Optional;
 
-constexpr std::string_view kFile = R"(C:\User.ini)";
-
-IniKey Key(std::string_view section, std::string_view key) { return {kFile, section, key}; }
-
 TEST_P(PlatformContract, ProfileValuesAreReadByThePlatformsRules) {
-  struct Case {
-    const char* story;
-    const char* line;
-    const char* want;
-  };
-  constexpr Case kCases[] = {
-      {"plain", "Key=value", "value"},
-      {"letter case does not count", "kEY=value", "value"},
-      {"blanks around the sign are dropped", " Key \t=  value ", "value"},
-      {"inner blanks stay", "Key=a  b", "a  b"},
-      {"one pair of double quotes goes", "Key=\" value \"", " value "},
-      {"one pair of single quotes goes", "Key='it'", "it"},
-      {"quotes that do not match stay", "Key=\"it'", "\"it'"},
-      {"a lone quote stays", "Key=\"", "\""},
-      {"a second sign is part of the value", "Key=a=b", "a=b"},
-      {"the first of two counts", "Key=one\r\nKEY=two", "one"},
-      {"a remark is no key", ";Key=remark\r\nKey=value", "value"},
-      {"a line without a sign is no key", "Key\r\nKey=value", "value"},
-      {"nothing behind the sign", "Key=", ""},
-  };
-  for (const Case& c : kCases) {
-    if (tested_->Excuses(c.story)) continue;
-    PutFile(kFile,
-            std::string{"[Other]\r\nKey=other\r\n[ Section ]\r\n"} + c.line + "\r\n[Section]\r\nKey=second");
-    EXPECT_EQ(machine_.profiles.ReadString(Key("SECTION", "Key")), c.want) << c.story;
+  for (const auto& [story, line, want] : {std::tuple{"plain", "Key=value", "value"},
+                                          {"letter case does not count", "kEY=value", "value"},
+                                          {"blanks around the sign are dropped", " Key \t=  value ", "value"},
+                                          {"inner blanks stay", "Key=a  b", "a  b"},
+                                          {"one pair of double quotes goes", "Key=\" value \"", " value "},
+                                          {"one pair of single quotes goes", "Key='it'", "it"},
+                                          {"quotes that do not match stay", "Key=\"it'", "\"it'"},
+                                          {"a lone quote stays", "Key=\"", "\""},
+                                          {"a second sign is part of the value", "Key=a=b", "a=b"},
+                                          {"the first of two counts", "Key=one\r\nKEY=two", "one"},
+                                          {"a remark is no key", ";Key=remark\r\nKey=value", "value"},
+                                          {"a line without a sign is no key", "Key\r\nKey=value", "value"},
+                                          {"nothing behind the sign", "Key=", ""}}) {
+    if (tested_->Excuses(story)) continue;
+    PutFile(ini_,
+            std::string{"[Other]\r\nKey=other\r\n[ Section ]\r\n"} + line + "\r\n[Section]\r\nKey=second");
+    EXPECT_EQ(machine_.profiles.ReadString(Key("SECTION", "Key")), want) << story;
   }
 }
 
 TEST_P(PlatformContract, ProfileNumbersAreReadFromTheStartOfTheValue) {
-  struct Case {
-    const char* value;
-    int want;
-  };
-  constexpr Case kCases[] = {{"402", 402}, {"-414", -414}, {" 7 apples", 7}, {"apples", 0},
-                             {"", 0},      {"+3", 3},      {"1.9", 1}};
-  for (const Case& c : kCases) {
-    PutFile(kFile, std::string{"[S]\nKey="} + c.value);
-    EXPECT_EQ(machine_.profiles.ReadInt(Key("S", "Key"), -10), c.want) << c.value;
+  const std::pair<std::string, int> cases[] = {{"402", 402},  {"-414", -414}, {" 7 apples", 7},
+                                               {"apples", 0}, {"", 0},        {"+3", 3},
+                                               {"1.9", 1},    {"-", 0},       {"4294967295", -1}};
+  for (const auto& [value, want] : cases) {
+    PutFile(ini_, "[S]\nKey=" + value);
+    EXPECT_EQ(machine_.profiles.ReadInt(Key("S", "Key"), -10), want) << value;
   }
   EXPECT_EQ(machine_.profiles.ReadInt(Key("S", "None"), -10), -10);
-  EXPECT_EQ(machine_.profiles.ReadInt({R"(C:\none.ini)", "S", "Key"}, -1), -1);
+  EXPECT_EQ(machine_.profiles.ReadInt({At("none.ini"), "S", "Key"}, -1), -1);
 }
 
 TEST_P(PlatformContract, ProfileValuesAreCutAtTheBuffer) {
@@ -64,38 +49,42 @@ TEST_P(PlatformContract, ProfileValuesAreCutAtTheBuffer) {
 }
 
 TEST_P(PlatformContract, AProfileWriteChangesOneLineAndKeepsTheRest) {
-  struct Case {
-    const char* story;
-    const char* before;
-    const char* key;
-    const char* after;
-  };
-  constexpr Case kCases[] = {
-      {"a value is replaced in its place", "[S]\r\nA=1\r\nKey=old\r\nB=2\r\n", "Key",
-       "[S]\r\nA=1\r\nKey=new\r\nB=2\r\n"},
-      {"a new key goes behind the last of its section", "[S]\r\nA=1\r\n\r\n[T]\r\nKey=t\r\n", "Key",
-       "[S]\r\nA=1\r\nKey=new\r\n\r\n[T]\r\nKey=t\r\n"},
-      {"a new section goes to the end", "; remark\r\n[T]\r\nKey=t\r\n", "Key",
-       "; remark\r\n[T]\r\nKey=t\r\n[S]\r\nKey=new\r\n"},
-      {"an open last line is closed first", "[S]\r\nA=1", "Key", "[S]\r\nA=1\r\nKey=new\r\n"},
-      {"a key keeps the spelling it has", "[s]\r\nKEY = old\r\n", "Key", "[s]\r\nKEY=new\r\n"},
-      {"a blank behind a key makes no other key", "[S]\r\nKey=old\r\n", "Key ", "[S]\r\nKey=new\r\n"},
-      {"unknown lines stay", "junk\r\n[S]\r\nmore junk\r\n;x\r\nKey=old\r\n", "Key",
-       "junk\r\n[S]\r\nmore junk\r\n;x\r\nKey=new\r\n"},
-      {"an empty file starts with its section", "", "Key", "[S]\r\nKey=new\r\n"},
-  };
-  for (const Case& c : kCases) {
-    if (tested_->Excuses(c.story)) continue;
-    PutFile(kFile, c.before);
-    EXPECT_TRUE(machine_.profiles.WriteString(Key("S", c.key), "new")) << c.story;
-    EXPECT_THAT(machine_.files.Read(kFile), Optional(std::string{c.after})) << c.story;
+  for (const auto& [story, before, key, after] :
+       {std::tuple{"a value is replaced in its place", "[S]\r\nA=1\r\nKey=old\r\nB=2\r\n", "Key",
+                   "[S]\r\nA=1\r\nKey=new\r\nB=2\r\n"},
+        {"a new key goes behind the last of its section", "[S]\r\nA=1\r\n\r\n[T]\r\nKey=t\r\n", "Key",
+         "[S]\r\nA=1\r\nKey=new\r\n\r\n[T]\r\nKey=t\r\n"},
+        {"a new section goes to the end", "; remark\r\n[T]\r\nKey=t\r\n", "Key",
+         "; remark\r\n[T]\r\nKey=t\r\n[S]\r\nKey=new\r\n"},
+        {"an open last line is closed first", "[S]\r\nA=1", "Key", "[S]\r\nA=1\r\nKey=new\r\n"},
+        {"a key keeps the spelling it has", "[s]\r\nKEY = old\r\n", "Key", "[s]\r\nKEY=new\r\n"},
+        {"a blank behind a key makes no other key", "[S]\r\nKey=old\r\n", "Key ", "[S]\r\nKey=new\r\n"},
+        {"unknown lines stay", "junk\r\n[S]\r\nmore junk\r\n;x\r\nKey=old\r\n", "Key",
+         "junk\r\n[S]\r\nmore junk\r\n;x\r\nKey=new\r\n"},
+        {"an empty file starts with its section", "", "Key", "[S]\r\nKey=new\r\n"}}) {
+    if (tested_->Excuses(story)) continue;
+    PutFile(ini_, before);
+    EXPECT_TRUE(machine_.profiles.WriteString(Key("S", key), "new")) << story;
+    EXPECT_THAT(machine_.files.Read(ini_), Optional(std::string{after})) << story;
+  }
+}
+
+TEST_P(PlatformContract, AValueGoesToDiskAsItIsGiven) {
+  for (const auto& [value, read] : {std::pair{"", ""},
+                                    {"\"a b\"", "a b"},
+                                    {"a=b;[c]", "a=b;[c]"},
+                                    {"{qw\"hqwpf\"og#", "{qw\"hqwpf\"og#"}}) {
+    PutFile(ini_, "[S]\r\nKey=old\r\n");
+    EXPECT_TRUE(machine_.profiles.WriteString(Key("S", "Key"), value));
+    EXPECT_THAT(machine_.files.Read(ini_), Optional(std::string{"[S]\r\nKey="} + value + "\r\n"));
+    EXPECT_EQ(machine_.profiles.ReadString(Key("S", "Key")), read);
   }
 }
 
 TEST_P(PlatformContract, AProfileTakesTheCodePageAndNotUtf8) {
   ASSERT_TRUE(machine_.profiles.WriteString(Key("S", "Ärger"), "Größe €"));
-  EXPECT_THAT(machine_.files.Read(kFile), Optional(std::string{"[S]\r\n\xC4rger=Gr\xF6\xDF"
-                                                               "e \x80\r\n"}));
+  EXPECT_THAT(machine_.files.Read(ini_), Optional(std::string{"[S]\r\n\xC4rger=Gr\xF6\xDF"
+                                                              "e \x80\r\n"}));
   EXPECT_EQ(machine_.profiles.ReadString(Key("S", "Ärger")), "Größe €");
   if (tested_->Excuses("keys beyond ASCII match in both cases")) return;
   EXPECT_EQ(machine_.profiles.ReadString(Key("S", "äRGER")), "Größe €");
@@ -106,28 +95,30 @@ TEST_P(PlatformContract, WritesOfOthersAreReadAtOnce) {
     ASSERT_TRUE(other_.profiles.WriteString(Key("BackupStatus", "Status"), value));
     EXPECT_EQ(machine_.profiles.ReadString(Key("BackupStatus", "Status")), value);
   }
-  PutFile(kFile, "[BackupStatus]\r\nStatus=7\r\n");
+  PutFile(ini_, "[BackupStatus]\r\nStatus=7\r\n");
   EXPECT_EQ(other_.profiles.ReadString(Key("BackupStatus", "Status")), "7") << "same size, same moment";
 }
 
 TEST_P(PlatformContract, AProfileMakesItsFileButNoFolder) {
   EXPECT_TRUE(machine_.profiles.WriteString(Key("S", "Key"), ""));
-  EXPECT_THAT(machine_.files.Read(kFile), Optional(std::string{"[S]\r\nKey=\r\n"}));
-  EXPECT_FALSE(machine_.profiles.WriteString({R"(C:\none\User.ini)", "S", "Key"}, "x"));
-  EXPECT_EQ(machine_.profiles.ReadString({R"(C:\none\User.ini)", "S", "Key"}), "");
+  EXPECT_THAT(machine_.files.Read(ini_), Optional(std::string{"[S]\r\nKey=\r\n"}));
+  EXPECT_FALSE(machine_.profiles.WriteString({At(R"(none\User.ini)"), "S", "Key"}, "x"));
+  EXPECT_EQ(machine_.profiles.ReadString({At(R"(none\User.ini)"), "S", "Key"}), "");
 }
 
 TEST_P(PlatformContract, AWatchedFileIsReportedOncePerChange) {
-  const auto watch = machine_.watches.Watch(R"(C:\watched.ini)");
+  const auto watch = machine_.watches.Watch(At("watched.ini"));
   EXPECT_TRUE(watch->MayHaveChanged()) << "the first look always counts";
-  PutFile(R"(C:\watched.ini)", "1");
+  PutFile(At("watched.ini"), "1");
   EXPECT_TRUE(watch->MayHaveChanged()) << "made";
-  other_.files.Write(R"(C:\WATCHED.ini)", "2", IfPresent::kReplace);
+  other_.files.Write(At("WATCHED.ini"), "2", IfPresent::kReplace);
   EXPECT_TRUE(watch->MayHaveChanged()) << "rewritten with the same size by another process";
-  other_.profiles.WriteString({R"(C:\watched.ini)", "S", "K"}, "v");
+  other_.profiles.WriteString({At("watched.ini"), "S", "K"}, "v");
   EXPECT_TRUE(watch->MayHaveChanged()) << "replaced";
-  machine_.files.Remove(R"(C:\watched.ini)", Removal::kForce);
+  machine_.files.Remove(At("watched.ini"), Removal::kForce);
   EXPECT_TRUE(watch->MayHaveChanged()) << "removed";
+  EXPECT_TRUE(machine_.files.Write(At("watched.ini"), "3", IfPresent::kFail)) << "the watch keeps no name";
+  EXPECT_TRUE(watch->MayHaveChanged()) << "made again";
   machine_.clock.Sleep(std::chrono::milliseconds{30});
   watch->MayHaveChanged();
   EXPECT_FALSE(watch->MayHaveChanged());

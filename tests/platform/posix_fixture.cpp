@@ -26,6 +26,9 @@ class PosixUnderTest : public TestedMachine {
            << exit_code;
     return TemporaryRoot::PerlRequest(path, script.str());
   }
+  void Protect(std::string_view path) override {
+    std::filesystem::permissions(root_.OnHost(path), std::filesystem::perms::owner_read);
+  }
 
  private:
   TemporaryRoot root_;
@@ -62,10 +65,14 @@ std::string TemporaryRoot::Bytes(std::string_view name) const {
 
 PosixMachineResult TemporaryRoot::Make(int speed) const { return MakePosixMachine({path_, speed, {}}); }
 
-void TemporaryRoot::PutPerl(std::string_view path) const {
+std::filesystem::path TemporaryRoot::OnHost(std::string_view path) const {
   std::string host = "C/" + std::string{path.substr(3)};
   std::ranges::replace(host, '\\', '/');
-  std::filesystem::copy_file("/usr/bin/perl", path_ / host);
+  return path_ / host;
+}
+
+void TemporaryRoot::PutPerl(std::string_view path) const {
+  std::filesystem::copy_file("/usr/bin/perl", OnHost(path));
 }
 
 LaunchRequest TemporaryRoot::PerlRequest(std::string_view path, std::string_view script) {

@@ -20,6 +20,9 @@ class TemporaryRoot {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
+  // Where a path of drive C: is.
+  [[nodiscard]] std::filesystem::path OnHost(std::string_view path) const;
+
   // A file by its host path under the root; missing folders are made.
   void Put(std::string_view name, std::string_view bytes) const;
   [[nodiscard]] std::string Bytes(std::string_view name) const;

@@ -16,6 +16,7 @@ class SimulatedUnderTest : public TestedMachine {
     });
     return {std::string(path), "", "C:", 0, "open"};
   }
+  void Protect(std::string_view path) override { house_.disk().SetReadOnly(path, true); }
 
  private:
   CheckedMachine house_;

@@ -82,20 +82,11 @@ TEST(SimulatedDisk, WhatRefusesAccessIsThereButCannotBeUsed) {
   EXPECT_EQ(house.FileBytes("C:\\d\\locked.ini"), "[a]\r\nb=c\r\n");
   house.disk().SetRefusing("C:\\d", true);
   EXPECT_FALSE(machine.folders.List("C:\\d", [](const FolderEntry&) { return Visit::kContinue; }));
-  EXPECT_THAT(house.UnfiredFaults(), IsEmpty());
-}
-
-TEST(SimulatedDisk, ReadOnlyStandsInTheWayOfWritingAndOfPlainRemoval) {
-  CheckedMachine house;
-  house.PutFile("C:\\d\\x", "1");
-  house.disk().SetReadOnly("C:\\d\\x", true);
-  Files& files = house.machine().files;
-  EXPECT_FALSE(files.Write("C:\\d\\x", "2", IfPresent::kReplace));
-  EXPECT_FALSE(files.Patch("C:\\d\\x", 0, "2"));
-  EXPECT_FALSE(files.Remove("C:\\d\\x", Removal::kPlain));
-  EXPECT_FALSE(house.machine().folders.Remove("C:\\d", Removal::kPlain));
-  EXPECT_EQ(files.Read("C:\\d\\x"), "1");
-  EXPECT_TRUE(files.Remove("C:\\d\\x", Removal::kForce));
+  house.disk().SetRefusing("C:\\d", false);
+  house.PutFile("C:\\d\\read-only", "1");
+  house.disk().SetReadOnly("C:\\d\\read-only", true);
+  EXPECT_FALSE(machine.files.Write("C:\\d\\read-only", "2", IfPresent::kReplace));
+  EXPECT_FALSE(machine.files.Patch("C:\\d\\read-only", 0, "2"));
 }
 
 TEST(SimulatedDisk, ShortNamesLeadToTheSameFiles) {

@@ -51,25 +51,6 @@ TEST(CallJournal, RefusesToAnswerFromARecordThatIsNotWhole) {
   EXPECT_THAT(house.Calls(), IsEmpty());
 }
 
-TEST(Faults, AFailedCallAnswersNothingHasNoEffectAndTheNextOneWorks) {
-  CheckedMachine house;
-  house.PutFile("C:\\data\\x.txt", "old");
-  house.Fail("Files.Write C:\\data\\x.txt");
-  house.Fail("Files.Read ", 2);
-  house.Fail("Processes.List");
-  house.Fail("Drives.FreeBytes");
-  const Machine& machine = house.machine();
-  EXPECT_FALSE(machine.files.Write("C:\\data\\x.txt", "new", IfPresent::kReplace));
-  EXPECT_EQ(house.FileBytes("C:\\data\\x.txt"), "old");
-  EXPECT_TRUE(machine.files.Write("C:\\data\\x.txt", "new", IfPresent::kReplace));
-  EXPECT_EQ(machine.files.Read("C:\\data\\x.txt"), std::nullopt);
-  EXPECT_EQ(machine.files.Read("C:\\data\\x.txt"), std::nullopt);
-  EXPECT_EQ(machine.files.Read("C:\\data\\x.txt"), "new");
-  house.PutProcess("C:\\tray.exe");
-  EXPECT_THAT(machine.processes.List(ProcessSource::kModules), IsEmpty());
-  EXPECT_EQ(machine.drives.FreeBytes("C:\\"), std::nullopt);
-}
-
 TEST(Faults, AFaultThatNoCallMetIsTold) {
   SimulatedMachine house;
   house.Fail("Files.Read C:\\never.txt");

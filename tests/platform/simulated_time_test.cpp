@@ -1,5 +1,3 @@
-#include <stdexcept>
-
 #include "support/checked_machine.h"
 
 namespace ondura {
@@ -7,6 +5,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 constexpr const char* kEngine = "C:\\Program Files\\Ondura\\Engine.exe";
 
@@ -75,16 +74,15 @@ TEST(SimulatedTime, ALoopThatOnlyPumpsStillReachesTheNextAction) {
 }
 
 TEST(SimulatedTime, AnEndlessWaitThrowsInsteadOfHanging) {
-  const std::map<std::string, std::function<void(SimulatedMachine&)>> waits{
-      {"for a process that never started",
-       [](SimulatedMachine& house) { house.machine().processes.Wait(kNoProcess, 300ms); }},
+  const std::pair<const char*, std::function<void(const Machine&)>> waits[] = {
+      {"for a process that never started", [](const Machine& m) { m.processes.Wait(kNoProcess, 300ms); }},
       {"for a process that only shows signs of life",
-       [](SimulatedMachine& house) {
-         house.machine().processes.Wait(4, 300ms);
-         house.machine().clock.Sleep(100ms);
+       [](const Machine& m) {
+         m.processes.Wait(4, 300ms);
+         m.clock.Sleep(100ms);
        }},
-      {"without a limit", [](SimulatedMachine& house) { house.machine().clock.Sleep(24h * 500); }},
-      {"by pumping alone", [](SimulatedMachine& house) { house.machine().pump.Pump(); }}};
+      {"without a limit", [](const Machine& m) { m.clock.Sleep(24h * 500); }},
+      {"by pumping alone", [](const Machine& m) { m.pump.Pump(); }}};
   for (const auto& [story, wait_once] : waits) {
     CheckedMachine house;
     house.SetPatience(24h * 400, 2000);
@@ -93,8 +91,8 @@ TEST(SimulatedTime, AnEndlessWaitThrowsInsteadOfHanging) {
       run.Every(1s, [] {});
     });
     house.outside().processes.Launch({kEngine, "", "", 0});
-    const auto wait_for_ever = [&house, &wait_once = wait_once] {
-      for (int pass = 0; pass < 10'000'000; ++pass) wait_once(house);
+    const auto wait_for_ever = [&house, &wait = wait_once] {
+      for (int pass = 0; pass < 10'000'000; ++pass) wait(house.machine());
     };
     EXPECT_THROW(wait_for_ever(), std::runtime_error) << story;
   }
@@ -109,6 +107,54 @@ TEST(SimulatedTime, AYearOfTicksIsNoEndlessWaitWhileTheTestMovesTheClock) {
     house.Advance(24h);
   }
   EXPECT_EQ(house.Elapsed(), 24h * 800 + 800 * 3s);
+}
+
+TEST(SimulatedProcesses, AnEndedProgramDoesNothingMore) {
+  for (const bool is_terminated : {true, false}) {
+    CheckedMachine house;
+    std::vector<std::string> acts;
+    house.InstallProgram(kEngine, [&](ProgramRun& run) {
+      run.Every(1s, [&] { acts.emplace_back("beat"); });
+      run.ExitAfter(5s, 0);
+      run.OnTerminated([&] {
+        acts.emplace_back("terminated");
+        run.After(1s, [&] { acts.emplace_back("late"); });
+      });
+    });
+    Processes& processes = house.machine().processes;
+    const ProcessHandle engine = processes.Launch({kEngine, "", "", 0});
+    house.Advance(1500ms);
+    if (is_terminated) {
+      EXPECT_TRUE(processes.Terminate(engine, 9));
+    } else {
+      house.EndProcess(processes.IdOf(engine), 9);
+    }
+    house.Advance(10s);
+    EXPECT_EQ(acts.size(), is_terminated ? 2U : 1U);
+    EXPECT_EQ(processes.ExitCode(engine), 9U);
+    EXPECT_FALSE(processes.Terminate(engine, 1)) << "it had ended already";
+    EXPECT_THAT(processes.List(ProcessSource::kModules), IsEmpty());
+  }
+}
+
+TEST(SimulatedProcesses, AGuardedProcessIsNeitherListedNorOpened) {
+  CheckedMachine house;
+  Processes& processes = house.machine().processes;
+  const ProcessId guarded = house.PutProcess("C:\\Windows\\guard.exe", SimulatedMachine::Access::kRefused);
+  EXPECT_EQ(processes.OpenById(guarded, ProcessAccess::kQuery), kNoProcess);
+  EXPECT_THAT(processes.List(ProcessSource::kModules), IsEmpty());
+}
+
+TEST(SimulatedProcesses, AMutexThatAnotherProcessHoldsCostsTheWholeWait) {
+  CheckedMachine house;
+  NamedMutexes& mutexes = house.machine().mutexes;
+  house.HoldMutex("Global\\scan");
+  const MutexHandle handle = mutexes.Create("Global\\scan");
+  EXPECT_FALSE(mutexes.Wait(handle, 1s));
+  EXPECT_EQ(house.Elapsed(), 1s);
+  house.After(300ms, [&] { house.LetGoOfMutex("Global\\scan"); });
+  EXPECT_TRUE(mutexes.Wait(handle, 1s));
+  EXPECT_EQ(house.Elapsed(), 1300ms);
 }
 
 }  // namespace

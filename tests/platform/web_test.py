@@ -6,6 +6,7 @@
 The tests find the servers in the file that ONDURA_TEST_SERVERS names: options;address;folder, a line each.
 """
 
+import contextlib
 import os
 import pathlib
 import re
@@ -24,32 +25,25 @@ def on_windows(path):
 def main():
     if len(sys.argv) < 2 or sys.argv[1] in ("-h", "--help"):
         sys.exit(__doc__)
-    servers = []
-    with tempfile.TemporaryDirectory(prefix="ondura-web-test-") as name:
-        folder = pathlib.Path(name)
-        try:
-            for number, kind in enumerate(KINDS):
-                servers.append(subprocess.Popen([SERVER, folder / str(number), *kind.split()], stdin=subprocess.PIPE,
-                                                stdout=subprocess.PIPE, text=True))
-            lines = []
-            for number, (kind, server) in enumerate(zip(KINDS, servers)):
-                if server.stdout.readline() != "ready\n":
-                    sys.exit(f"web_test: the server with \"{kind}\" did not start")
-                own = folder / str(number)
-                lines.append(f"{kind};{(own / 'ready').read_text('utf-8')};{on_windows(own)}\n")
-            table = folder / "servers.txt"
-            table.write_text("".join(lines), "utf-8")
-            known = dict(os.environ, ONDURA_TEST_SERVERS=on_windows(table))
-            done = subprocess.run(sys.argv[1:], env=known, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True,
-                                  check=False)
-            print(done.stdout, end="")
-            if not re.search(r"^\[  PASSED  \] [1-9]", done.stdout, re.M):
-                sys.exit("web_test: no test ran to its end and passed")
-            return done.returncode
-        finally:
-            for server in servers:
-                server.terminate()
-                server.wait()
+    with contextlib.ExitStack() as stack:
+        folder = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory(prefix="ondura-web-test-")))
+        table = folder / "servers.txt"
+        lines = []
+        for number, kind in enumerate(KINDS):
+            own = folder / str(number)
+            server = stack.enter_context(subprocess.Popen([SERVER, own, *kind.split()], stdin=subprocess.PIPE,
+                                                          stdout=subprocess.PIPE, text=True))
+            stack.callback(server.terminate)
+            if server.stdout.readline() != "ready\n":
+                sys.exit(f"web_test: the server with \"{kind}\" did not start")
+            lines.append(f"{kind};{(own / 'ready').read_text('utf-8')};{on_windows(own)}\n")
+        table.write_text("".join(lines), "utf-8")
+        done = subprocess.run(sys.argv[1:], env=dict(os.environ, ONDURA_TEST_SERVERS=on_windows(table)),
+                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True, check=False)
+        print(done.stdout, end="")
+        if not re.search(r"^\[  PASSED  \] [1-9]", done.stdout, re.M):
+            sys.exit("web_test: no test ran to its end and passed")
+        return done.returncode
 
 
 if __name__ == "__main__":

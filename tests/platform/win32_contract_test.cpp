@@ -1,5 +1,12 @@
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 #include "contract.h"
-#include "win32_drive.h"
+#include "platform/win32/paths.h"
+#include "platform/win32/win32_machine.h"
+#include "platform/win32/windows_api.h"
 #include "win32_fixture.h"
 
 namespace ondura {
@@ -14,16 +21,56 @@ constexpr std::string_view kNotKeptByWine[] = {
     "what has ended can't be ended",
 };
 
+class OtherThread {
+ public:
+  ~OtherThread() { Do(nullptr); }
+
+  // Returns when the work is done. No work at all ends the thread.
+  void Do(std::function<void()> work) {
+    std::unique_lock lock{mutex_};
+    work_ = std::move(work);
+    has_work_ = true;
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return !has_work_; });
+  }
+
+ private:
+  void Serve() {
+    std::unique_lock lock{mutex_};
+    for (bool is_last = false; !is_last; changed_.notify_all()) {
+      changed_.wait(lock, [this] { return has_work_; });
+      is_last = !work_;
+      if (work_) work_();
+      has_work_ = false;
+    }
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::function<void()> work_;
+  bool has_work_ = false;
+  std::jthread thread_{[this] { Serve(); }};
+};
+
 class Win32UnderTest : public TestedMachine {
  public:
-  const Machine& machine() override { return first_.machine(); }
-  const Machine& other() override { return second_.machine(); }
+  ~Win32UnderTest() override {
+    for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) RegDeleteTreeA(root, kRegistryFolder);
+  }
+
+  const Machine& machine() override { return first_->machine(); }
+  const Machine& other() override { return second_->machine(); }
+  void AsOther(const std::function<void()>& work) override { thread_.Do(work); }
+  std::string root() override { return folder_.path(); }
+
+  void Protect(std::string_view path) override {
+    SetFileAttributesW(WidePath(path).c_str(), FILE_ATTRIBUTE_READONLY);
+  }
 
   LaunchRequest PutProgram(std::string_view path, std::chrono::milliseconds lifetime,
                            int exit_code) override {
-    LaunchRequest request = PutTool(drive_.In(path), lifetime, exit_code);
-    request.file = path;
-    request.folder = "C:";
+    LaunchRequest request = PutTool(path, lifetime, exit_code);
+    request.folder = root();
     return request;
   }
 
@@ -33,9 +80,9 @@ class Win32UnderTest : public TestedMachine {
 
  private:
   TemporaryFolder folder_;
-  TestDrive drive_{folder_.path()};
-  DriveMachine first_{drive_};
-  DriveMachine second_{drive_};
+  std::unique_ptr<Win32Machine> first_ = MakeWin32Machine();
+  std::unique_ptr<Win32Machine> second_ = MakeWin32Machine();
+  OtherThread thread_;
 };
 
 std::unique_ptr<TestedMachine> MakeWin32UnderTest() { return std::make_unique<Win32UnderTest>(); }

@@ -10,7 +10,6 @@ namespace ondura {
 
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::Optional;
@@ -66,27 +65,6 @@ TEST_F(Win32FilesTest, ADriveAloneIsItsRootAndNotTheFolderLastUsedThere) {
   SetCurrentDirectoryW(before);
 }
 
-TEST_F(Win32FilesTest, OnlyForceRemovesWhatIsProtected) {
-  struct Case {
-    Removal removal;
-    bool goes;
-  };
-  for (const Case& c : {Case{Removal::kPlain, false}, Case{Removal::kForce, true}}) {
-    const std::string file = root_ + "protected.txt";
-    Put(file, "x");
-    SetFileAttributesW(WidePath(file).c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(machine_.files.Remove(file, c.removal), c.goes);
-    EXPECT_EQ(machine_.files.Exists(file), !c.goes);
-    machine_.files.Remove(file, Removal::kForce);
-
-    machine_.folders.Make(root_ + "sub");
-    const std::string inner = root_ + "sub\\protected.txt";
-    Put(inner, "x");
-    SetFileAttributesW(WidePath(inner).c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(machine_.folders.Remove(root_ + "sub", c.removal), c.goes);
-  }
-}
-
 TEST_F(Win32FilesTest, AFileThatAnotherKeepsToItselfReadsAsNothing) {
   const std::string file = root_ + "locked.txt";
   Put(file, "x");
@@ -99,34 +77,14 @@ TEST_F(Win32FilesTest, AFileThatAnotherKeepsToItselfReadsAsNothing) {
   EXPECT_FALSE(machine_.files.Remove(file, Removal::kForce));
 }
 
-TEST_F(Win32FilesTest, AWatchKeepsNobodyFromReplacingTheFile) {
-  const std::string file = root_ + "watched.ini";
-  Put(file, "1");
-  const auto watch = machine_.watches.Watch(file);
-  watch->MayHaveChanged();
-  EXPECT_TRUE(machine_.files.Remove(file, Removal::kPlain));
-  EXPECT_TRUE(machine_.files.Write(file, "2", IfPresent::kFail)) << "the name is free at once";
-  EXPECT_TRUE(watch->MayHaveChanged());
-}
-
-TEST_F(Win32FilesTest, ShortAndLongFormsLeadToOneAnother) {
+TEST_F(Win32FilesTest, ShortAndLongFormsLeadToOneAnotherAndTheSystemHasItsFolder) {
   machine_.folders.Make(root_ + "Long Folder Name");
   const std::string file = root_ + "Long Folder Name\\Some Longer File.text";
   Put(file, "x");
   const std::string short_form = machine_.drives.ShortPath(file);
   EXPECT_TRUE(machine_.files.Exists(short_form)) << short_form;
   EXPECT_EQ(machine_.drives.LongPath(short_form), file);
-  std::string shouted = file;
-  for (char& c : shouted) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  EXPECT_EQ(machine_.drives.LongPath(shouted), file);
-}
-
-TEST_F(Win32FilesTest, DrivesTellTheirKindAndTheSystemItsFolder) {
-  EXPECT_THAT(machine_.drives.Roots(), Contains("C:\\"));
-  EXPECT_EQ(machine_.drives.KindOf("C:\\"), DriveKind::kFixed);
-  EXPECT_EQ(machine_.drives.KindOf("B:\\"), DriveKind::kUnknown);
   EXPECT_THAT(machine_.drives.SystemFolder(), EndsWith("\\system32"));
-  EXPECT_TRUE(machine_.folders.Exists(machine_.drives.SystemFolder()));
 }
 
 }  // namespace

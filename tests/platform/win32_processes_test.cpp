@@ -62,22 +62,17 @@ TEST_F(Win32ProcessesTest, AHandleOfTheHostsOwnIsAsGoodAsOneOfOurs) {
 }
 
 TEST_F(Win32ProcessesTest, EachRightAllowsItsOwnCallsOnly) {
-  struct Case {
-    ProcessAccess access;
-    bool tells_exit_code;
-    bool terminates;
-  };
-  constexpr Case kCases[] = {{ProcessAccess::kQuery, true, false},
-                             {ProcessAccess::kQueryAndRead, true, false},
-                             {ProcessAccess::kTerminate, false, true},
-                             {ProcessAccess::kQueryAndTerminate, true, true},
-                             {ProcessAccess::kQueryReadAndTerminate, true, true}};
-  for (const Case& c : kCases) {
+  for (const auto& [access, tells_exit_code, terminates] :
+       {std::tuple{ProcessAccess::kQuery, true, false},
+        {ProcessAccess::kQueryAndRead, true, false},
+        {ProcessAccess::kTerminate, false, true},
+        {ProcessAccess::kQueryAndTerminate, true, true},
+        {ProcessAccess::kQueryReadAndTerminate, true, true}}) {
     const ProcessHandle launched = Start("Tool.exe", kLong, 0);
-    const ProcessHandle opened = processes_.OpenById(processes_.IdOf(launched), c.access);
-    const auto access = static_cast<std::uint32_t>(c.access);
-    EXPECT_EQ(processes_.ExitCode(opened).has_value(), c.tells_exit_code) << access;
-    EXPECT_EQ(processes_.Terminate(opened, 0), c.terminates) << access;
+    const ProcessHandle opened = processes_.OpenById(processes_.IdOf(launched), access);
+    SCOPED_TRACE(static_cast<std::uint32_t>(access));
+    EXPECT_EQ(processes_.ExitCode(opened).has_value(), tells_exit_code);
+    EXPECT_EQ(processes_.Terminate(opened, 0), terminates);
     processes_.Terminate(launched, 0);
     EXPECT_EQ(processes_.Wait(launched, kPatience), ProcessWait::kEnded);
     processes_.Close(opened);

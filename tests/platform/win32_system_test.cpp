@@ -48,27 +48,21 @@ TEST_F(Win32RegistryTest, EachKindOfReadKeepsItsBufferAndTypes) {
   PutRaw("bytes", REG_BINARY, "\x07\x08\x09");
   PutRaw("number", REG_DWORD, "\x01\x02\x03\x04");
   PutRaw("expanded", REG_EXPAND_SZ, "%TEMP%");
-  struct Case {
-    const char* value;
-    RegistryAccess access;
-    std::optional<RegistryValue> want;
-  };
-  const Case kCases[] = {
-      {"fits", RegistryAccess::kQueryValue, RegistryValue{RegistryType::kText, longest, 0}},
-      {"too long", RegistryAccess::kQueryValue, std::nullopt},
-      {"too long", RegistryAccess::kAll, RegistryValue{RegistryType::kText, longer, 0}},
-      {"bytes", RegistryAccess::kAll, RegistryValue{RegistryType::kBinary, "", 7}},
-      {"number", RegistryAccess::kAll, RegistryValue{RegistryType::kDword, "", 0x04030201}},
-      {"expanded", RegistryAccess::kAll, RegistryValue{}},
-      {"none", RegistryAccess::kAll, std::nullopt},
-  };
-  for (const Case& c : kCases) {
-    const auto read = machine_.registry.Read(Name(c.value), c.access);
-    ASSERT_EQ(read.has_value(), c.want.has_value()) << c.value;
+  using Case = std::tuple<const char*, RegistryAccess, std::optional<RegistryValue>>;
+  for (const auto& [name, access, want] : std::vector<Case>{
+           {"fits", RegistryAccess::kQueryValue, RegistryValue{RegistryType::kText, longest, 0}},
+           {"too long", RegistryAccess::kQueryValue, std::nullopt},
+           {"too long", RegistryAccess::kAll, RegistryValue{RegistryType::kText, longer, 0}},
+           {"bytes", RegistryAccess::kAll, RegistryValue{RegistryType::kBinary, "", 7}},
+           {"number", RegistryAccess::kAll, RegistryValue{RegistryType::kDword, "", 0x04030201}},
+           {"expanded", RegistryAccess::kAll, RegistryValue{}},
+           {"none", RegistryAccess::kAll, std::nullopt}}) {
+    const auto read = machine_.registry.Read(Name(name), access);
+    ASSERT_EQ(read.has_value(), want.has_value()) << name;
     if (!read) continue;
-    EXPECT_EQ(read->type, c.want->type) << c.value;
-    EXPECT_EQ(read->text, c.want->text) << c.value;
-    EXPECT_EQ(read->number, c.want->number) << c.value;
+    EXPECT_EQ(read->type, want->type) << name;
+    EXPECT_EQ(read->text, want->text) << name;
+    EXPECT_EQ(read->number, want->number) << name;
   }
 }
 
