@@ -42,7 +42,8 @@ std::optional<std::int64_t> LinesFromEnd::CountBreaks() {
   std::int64_t breaks = 0;
   bool is_behind_return = false;
   for (std::uint64_t at = 0; at < end_; at += kBlockBytes) {
-    const auto block = ReadBlock(at, std::min<std::uint64_t>(kBlockBytes, end_ - at));
+    const auto bytes = std::min<std::uint64_t>(kBlockBytes, end_ - at);
+    const auto block = ReadBlock(at, static_cast<std::size_t>(bytes));
     if (!block) return std::nullopt;
     if (is_behind_return && block->starts_with(kLineFeed)) ++breaks;
     for (std::size_t found = FindBreak(*block, 0); found != std::string::npos;) {
@@ -86,7 +87,8 @@ std::optional<std::string> LinesFromEnd::Previous() {
 
 // A line longer than a block doubles the step, so that its bytes are moved only a few times.
 bool LinesFromEnd::ReadMore() {
-  const auto bytes = std::min<std::uint64_t>(std::max(kBlockBytes, block_.size()), block_at_);
+  const auto wanted = std::min<std::uint64_t>(std::max(kBlockBytes, block_.size()), block_at_);
+  const auto bytes = static_cast<std::size_t>(wanted);
   auto block = ReadBlock(block_at_ - bytes, bytes);
   if (!block) return false;
   // A line end may lie across the border.
