@@ -72,9 +72,9 @@ class NotificationServer {
   // An address of its own for each running process and `number`, where nothing listens before a server does.
   static std::string AddressFor(unsigned number) {
     const unsigned own = (static_cast<unsigned>(getpid()) << 2U) | (number & 3U);
-    std::string address = "127";
-    for (const unsigned shift : {16U, 8U, 0U}) address += "." + std::to_string((own >> shift) & 0xFFU);
-    return address;
+    std::ostringstream address;
+    address << "127." << ((own >> 16U) & 0xFFU) << '.' << ((own >> 8U) & 0xFFU) << '.' << (own & 0xFFU);
+    return address.str();
   }
 
  private:
@@ -85,7 +85,7 @@ class NotificationServer {
   }
 
   bool Start(const std::vector<std::string>& options, int input, int output) {
-    std::vector<std::string> words{"python3", Program(), folder_.string(), address_};
+    std::vector<std::string> words{"python3", NOTIFICATION_SERVER, folder_.string(), address_};
     words.insert(words.end(), options.begin(), options.end());
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);
@@ -99,12 +99,6 @@ class NotificationServer {
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) process_ = -1;
     return error == 0;
-  }
-
-  static std::string Program() {
-    const std::filesystem::path project =
-        std::filesystem::path{__FILE__}.parent_path().parent_path().parent_path();
-    return (project / "demo" / "notification_server.py").string();
   }
 
   void Stop() {
