@@ -20,10 +20,16 @@ char32_t UnitAt(std::string_view bytes, std::size_t at) {
 
 bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+bool IsSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xE000; }
 
 }  // namespace
 
 DecodedCharacter DecodeUtf8(std::string_view text) {
+  const DecodedCharacter decoded = DecodeWtf8(text);
+  return IsSurrogate(decoded.character) ? DecodedCharacter{} : decoded;
+}
+
+DecodedCharacter DecodeWtf8(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
   if (lead < 0x80) return {lead, 1, true};
   std::size_t bytes = 0;
@@ -43,8 +49,7 @@ DecodedCharacter DecodeUtf8(std::string_view text) {
     if (!IsContinuation(text[i])) return {};
     character = character << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
   }
-  const bool is_surrogate = character >= 0xD800 && character < 0xE000;
-  if (character < smallest || character > 0x10FFFF || is_surrogate) return {};
+  if (character < smallest || character > 0x10FFFF) return {};
   return {character, bytes, true};
 }
 
@@ -73,7 +78,7 @@ void AppendUtf16(std::string& bytes, std::string_view utf8) {
       ++at;
       continue;
     }
-    const DecodedCharacter next = DecodeUtf8(utf8.substr(at));
+    const DecodedCharacter next = DecodeWtf8(utf8.substr(at));
     const char32_t character = next.valid ? next.character : kReplacement;
     if (character >= 0x10000) {
       AppendUnit(bytes, 0xD800 + ((character - 0x10000) >> 10));
@@ -94,6 +99,10 @@ std::string ToUtf16(std::string_view utf8) {
 
 std::string FromUtf16(std::string_view bytes) {
   if (bytes.starts_with(kUtf16Mark)) bytes.remove_prefix(kUtf16Mark.size());
+  return FromUtf16Units(bytes);
+}
+
+std::string FromUtf16Units(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size() / 2);
   for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
@@ -102,7 +111,7 @@ std::string FromUtf16(std::string_view bytes) {
       AppendUtf8(text, 0x10000 + ((unit - 0xD800) << 10) + (UnitAt(bytes, at + 2) - 0xDC00));
       at += 2;
     } else {
-      AppendUtf8(text, IsHighSurrogate(unit) || IsLowSurrogate(unit) ? kReplacement : unit);
+      AppendUtf8(text, unit);
     }
   }
   return text;
@@ -111,7 +120,7 @@ std::string FromUtf16(std::string_view bytes) {
 std::size_t Utf16Length(std::string_view utf8) {
   std::size_t units = 0;
   for (std::size_t at = 0; at < utf8.size();) {
-    const DecodedCharacter next = DecodeUtf8(utf8.substr(at));
+    const DecodedCharacter next = DecodeWtf8(utf8.substr(at));
     units += next.valid && next.character >= 0x10000 ? 2 : 1;
     at += next.bytes;
   }

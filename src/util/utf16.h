@@ -17,17 +17,25 @@ struct DecodedCharacter {
 // The first character of a non-empty UTF-8 text (RFC 3629).
 DecodedCharacter DecodeUtf8(std::string_view text);
 
+// The same, but a lone surrogate in three bytes is a character too. Names on the platform's disks may hold
+// one, and a name that is changed on its way is the name of another file.
+DecodedCharacter DecodeWtf8(std::string_view text);
+
 void AppendUtf8(std::string& text, char32_t character);
 
-// UTF-16 little endian bytes without a mark. A byte that is not UTF-8 becomes U+FFFD.
+// UTF-16 little endian bytes without a mark. A lone surrogate stays one; another byte that is not UTF-8
+// becomes U+FFFD.
 std::string ToUtf16(std::string_view utf8);
 
 // Appends instead of making a new text, for long runs of lines.
 void AppendUtf16(std::string& bytes, std::string_view utf8);
 
 // UTF-8 of UTF-16 little endian bytes; a mark at the start is dropped, and so is an odd last byte. A lone
-// surrogate becomes U+FFFD.
+// surrogate stays as its three bytes.
 std::string FromUtf16(std::string_view bytes);
+
+// The same for a text that is no file, where the mark is a character as any other.
+std::string FromUtf16Units(std::string_view bytes);
 
 // How many UTF-16 units the text takes: its length as the platform counts it.
 std::size_t Utf16Length(std::string_view utf8);

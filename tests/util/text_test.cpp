@@ -79,6 +79,10 @@ TEST(Utf16, TextSurvivesTheWayThereAndBack) {
       {"the ends of two bytes", "\xC2\x80\xDF\xBF", "\x80\0\xFF\x07"s},
       {"the ends of three bytes", "\xE0\xA0\x80\xEF\xBF\xBF", "\x00\x08\xFF\xFF"s},
       {"beside the surrogates", "\xED\x9F\xBF\xEE\x80\x80", "\xFF\xD7\x00\xE0"s},
+      {"a high surrogate at the end", "\xED\xA0\x80", "\x00\xD8"s},
+      {"a high surrogate before a letter", "\xED\xA0\x80z", "\x00\xD8z\0"s},
+      {"a low surrogate alone", "\xED\xBF\xBFz", "\xFF\xDFz\0"s},
+      {"two high ones before a low one", "\xED\xA0\x80\xF0\x90\x80\x80", "\x00\xD8\x00\xD8\x00\xDC"s},
       {"the ends of four bytes", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", "\x00\xD8\x00\xDC\xFF\xDB\xFF\xDF"s}};
   for (const auto& [story, utf8, utf16] : rows) {
     EXPECT_EQ(ToUtf16(utf8), utf16) << story;
@@ -93,7 +97,6 @@ TEST(Utf16, BytesThatAreNotUtf8BecomeOneReplacementEach) {
                        {"a character cut short", "a\xE2\x82", "a\0"s + mark + mark},
                        {"an overlong slash", "\xC0\xAF", mark + mark},
                        {"an overlong character of three bytes", "\xE0\x80\x80", mark + mark + mark},
-                       {"a surrogate", "\xED\xA0\x80", mark + mark + mark},
                        {"beyond the last character", "\xF4\x90\x80\x80", mark + mark + mark + mark}};
   for (const auto& [story, utf8, utf16] : rows) {
     EXPECT_EQ(ToUtf16(utf8), utf16) << story;
@@ -101,15 +104,12 @@ TEST(Utf16, BytesThatAreNotUtf8BecomeOneReplacementEach) {
   }
 }
 
-TEST(Utf16, HalvesOfCharactersDoNotTakeTheirNeighboursAlong) {
-  const Utf16Rows rows{
-      {"an odd last byte", "A", "A\0b"s},
-      {"a high surrogate at the end", "\xEF\xBF\xBD", "\x00\xD8"s},
-      {"a high surrogate before a letter", "\uFFFDz", "\x00\xD8z\0"s},
-      {"a low surrogate alone", "\uFFFDz", "\x00\xDCz\0"s},
-      {"two high ones before a low one", "\xEF\xBF\xBD\xF0\x90\x80\x80", "\x00\xD8\x00\xD8\x00\xDC"s},
-      {"a mark in the middle", "A\xEF\xBB\xBF", "A\0\xFF\xFE"s}};
+TEST(Utf16, HalvesOfUnitsAndMarksDoNotTakeTheirNeighboursAlong) {
+  const Utf16Rows rows{{"an odd last byte", "A", "A\0b"s},
+                       {"a mark in the middle", "A\xEF\xBB\xBF", "A\0\xFF\xFE"s}};
   for (const auto& [story, utf8, utf16] : rows) EXPECT_EQ(FromUtf16(utf16), utf8) << story;
+  EXPECT_EQ(FromUtf16Units(kUtf16Mark), "\xEF\xBB\xBF") << "a name may begin with it";
+  EXPECT_FALSE(DecodeUtf8("\xED\xA0\x80").valid) << "files of other programs hold no such thing";
 }
 
 }  // namespace

@@ -1,39 +1,53 @@
 #include "platform/win32/text_edges.h"
 
+#include <cstring>
+
 #include "platform/win32/windows_api.h"
+#include "util/utf16.h"
 
 namespace ondura {
 
 namespace {
 
-std::wstring Widened(UINT page, std::string_view bytes) {
+std::wstring WidenedFromSystem(std::string_view bytes) {
   const int size = static_cast<int>(bytes.size());
-  const int length = MultiByteToWideChar(page, 0, bytes.data(), size, nullptr, 0);
+  const int length = MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, nullptr, 0);
   std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(page, 0, bytes.data(), size, wide.data(), length);
+  MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, wide.data(), length);
   return wide;
 }
 
-std::string Narrowed(UINT page, DWORD flags, const char* missing, std::wstring_view wide) {
-  const int length = static_cast<int>(wide.size());
-  const int size = WideCharToMultiByte(page, flags, wide.data(), length, nullptr, 0, missing, nullptr);
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(page, flags, wide.data(), length, bytes.data(), size, missing, nullptr);
+// Characters that the page lacks become "?".
+std::string NarrowedToSystem(std::wstring_view wide) {
+  const auto narrow = [&](char* into, int size) {
+    return WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), static_cast<int>(wide.size()), into,
+                               size, "?", nullptr);
+  };
+  std::string bytes(static_cast<std::size_t>(narrow(nullptr, 0)), '\0');
+  narrow(bytes.data(), static_cast<int>(bytes.size()));
   return bytes;
 }
 
 }  // namespace
 
-std::wstring ToWide(std::string_view utf8) { return Widened(CP_UTF8, utf8); }
+// The platform's own conversion has no form for a lone surrogate.
+std::wstring ToWide(std::string_view utf8) {
+  const std::string units = ToUtf16(utf8);
+  std::wstring wide(units.size() / sizeof(wchar_t), L'\0');
+  std::memcpy(wide.data(), units.data(), units.size());
+  return wide;
+}
 
-std::string FromWide(std::wstring_view wide) { return Narrowed(CP_UTF8, 0, nullptr, wide); }
+std::string FromWide(std::wstring_view wide) {
+  return FromUtf16Units({reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t)});
+}
 
 std::string ToSystem(std::string_view utf8) {
   // A system whose code page is UTF-8 refuses both the flag and a stand-in.
   if (GetACP() == CP_UTF8) return std::string{utf8};
-  return Narrowed(CP_ACP, WC_NO_BEST_FIT_CHARS, "?", ToWide(utf8));
+  return NarrowedToSystem(ToWide(utf8));
 }
 
-std::string FromSystem(std::string_view bytes) { return FromWide(Widened(CP_ACP, bytes)); }
+std::string FromSystem(std::string_view bytes) { return FromWide(WidenedFromSystem(bytes)); }
 
 }  // namespace ondura

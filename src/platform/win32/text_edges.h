@@ -7,7 +7,8 @@ namespace ondura {
 
 // Where text crosses between the component's UTF-8 and what the platform's calls take.
 
-// UTF-16 for the W calls. What is not UTF-8 becomes U+FFFD.
+// UTF-16 for the W calls, there and back. A lone surrogate, which names may hold, stays one; what else is not
+// UTF-8 becomes U+FFFD.
 std::wstring ToWide(std::string_view utf8);
 std::string FromWide(std::wstring_view wide);
 
