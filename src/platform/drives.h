@@ -13,8 +13,8 @@ enum class DriveKind { kUnknown = 0, kRemovable = 1, kFixed = 2, kNetwork = 3, k
 
 // Drives, and the names of places on them.
 //
-// On Windows: GetLogicalDriveStringsA, GetDriveTypeA, GetDiskFreeSpaceExA, GetShortPathNameA,
-// GetLongPathNameA, GetSystemDirectoryA, SHGetSpecialFolderLocation with SHGetPathFromIDListA.
+// On Windows: GetLogicalDriveStringsA, GetDriveTypeW, GetDiskFreeSpaceExW, GetShortPathNameW,
+// GetLongPathNameW, GetSystemDirectoryW, SHGetSpecialFolderLocation with SHGetPathFromIDListW.
 class Drives {
  public:
   virtual ~Drives() = default;

@@ -14,6 +14,9 @@ struct FolderEntry {
   bool is_folder = false;
   std::uint64_t size_bytes = 0;  // 0 for a folder
   LocalTime modified;
+  // A link to a file on another drive or off the machine. It is shown so that somebody can say so; as a file
+  // it does not exist.
+  bool leads_off_drive = false;
 };
 
 enum class Visit { kContinue, kStop };
@@ -37,7 +40,9 @@ class Folders {
   virtual bool Remove(std::string_view path, Removal removal) = 0;
 
   // Shows every entry but "." and ".." in no promised order, one at a time, until the visitor stops it. An
-  // entry that vanishes meanwhile is left out. False when the folder can't be listed.
+  // entry that vanishes meanwhile is left out, and so is a link to a folder (a junction, a directory link):
+  // it may lead to a folder above, and a walk that follows it never ends. A mounted volume is a folder.
+  // False when the folder can't be listed.
   virtual bool List(std::string_view path, const std::function<Visit(const FolderEntry&)>& visit) = 0;
 };
 

@@ -36,6 +36,9 @@ class TestedMachine {
   // Makes a file one that only force removes.
   virtual void Protect(std::string_view path) = 0;
 
+  // Makes a link at `path` to a folder. False where the machine has none.
+  virtual bool PutFolderLink(std::string_view /*path*/, std::string_view /*folder*/) { return false; }
+
   // Promises, by the story that tells them, that the system below this build does not keep and the backend
   // can't keep for it.
   [[nodiscard]] virtual bool Excuses(std::string_view /*story*/) const { return false; }

@@ -63,6 +63,10 @@ class Win32UnderTest : public TestedMachine {
   void AsOther(const std::function<void()>& work) override { thread_.Do(work); }
   std::string root() override { return folder_.path(); }
 
+  bool PutFolderLink(std::string_view path, std::string_view folder) override {
+    return ondura::PutFolderLink(path, folder);
+  }
+
   void Protect(std::string_view path) override {
     SetFileAttributesW(WidePath(path).c_str(), FILE_ATTRIBUTE_READONLY);
   }

@@ -46,8 +46,48 @@ TEST_F(Win32FilesTest, PathsBeyondTheOldLimitWorkInEveryCall) {
     return Visit::kContinue;
   }));
   EXPECT_THAT(names, ElementsAre("File.txt"));
+  EXPECT_EQ(machine_.drives.LongPath(deep + "/FILE.txt"), deep + "\\File.txt");
   EXPECT_TRUE(machine_.watches.Watch(file)->MayHaveChanged());
   EXPECT_TRUE(machine_.folders.Remove(root_ + "a folder with a rather long name", Removal::kForce));
+}
+
+struct LinkCase {
+  const char* story;
+  FoundFolder found;
+  bool is_link;
+};
+
+constexpr DWORD kFolderPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+constexpr DWORD kCloudTag = 0x9000'001A;
+
+constexpr LinkCase kLinkCases[] = {
+    {"a folder", {FILE_ATTRIBUTE_DIRECTORY, IO_REPARSE_TAG_SYMLINK, false}, false},
+    {"a link to a file", {FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_SYMLINK, false}, false},
+    {"a link to a folder", {kFolderPoint, IO_REPARSE_TAG_SYMLINK, false}, true},
+    {"a junction", {kFolderPoint, IO_REPARSE_TAG_MOUNT_POINT, false}, true},
+    {"a mounted volume", {kFolderPoint, IO_REPARSE_TAG_MOUNT_POINT, true}, false},
+    {"a folder of a cloud drive", {kFolderPoint, kCloudTag, false}, false},
+    {"a link whose tag is not told", {kFolderPoint, 0, false}, true}};
+
+TEST(Win32Paths, JunctionsAndLinksAreNoFoldersToWalkAndVolumesAre) {
+  for (const LinkCase& row : kLinkCases) EXPECT_EQ(IsLinkToFolder(row.found), row.is_link) << row.story;
+}
+
+TEST(Win32Paths, NamesKeepEveryUnitThereAndBack) {
+  for (const std::wstring name :
+       {L"\xD800x", L"x\xDFFF", L"\xDC00\xD800", L"\xFEFFmark", L"\x65E5\xD83D\xDE00"}) {
+    EXPECT_EQ(ToWide(FromWide(name)), name);
+  }
+}
+
+TEST_F(Win32FilesTest, NamesThatTheCodePageLacksAreTheirOwnInLongAndShortForm) {
+  const std::string own = root_ + "日本";
+  machine_.folders.Make(root_ + "ab");
+  machine_.folders.Make(own);
+  Put(own + "\\Файл", "x");
+  EXPECT_EQ(machine_.drives.LongPath(own + "\\файл"), own + "\\Файл");
+  EXPECT_TRUE(machine_.files.Exists(machine_.drives.ShortPath(own + "\\Файл")));
+  EXPECT_TRUE(machine_.drives.FreeBytes(own).has_value());
 }
 
 TEST_F(Win32FilesTest, ADriveAloneIsItsRootAndNotTheFolderLastUsedThere) {

@@ -22,6 +22,30 @@ TemporaryFolder::~TemporaryFolder() { MakeWin32Machine()->machine().folders.Remo
 
 bool IsWine() { return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr; }
 
+bool PutFolderLink(std::string_view path, std::string_view folder) {
+  const std::wstring link = ToWide(path);
+  const std::wstring target = ToWide(folder);
+  std::wstring program;
+  std::wstring command = L"cmd /c mklink /J \"" + link + L"\" \"" + target + L"\"";
+  if (IsWine()) {
+    using GetHostName = char* (*)(const wchar_t*);
+    const auto host_name = reinterpret_cast<GetHostName>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "wine_get_unix_file_name")));
+    if (host_name == nullptr) return false;
+    program = L"\\\\?\\unix\\bin\\ln";
+    command =
+        L"ln -s \"" + ToWide(host_name(target.c_str())) + L"\" \"" + ToWide(host_name(link.c_str())) + L"\"";
+  }
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION started{};
+  CreateProcessW(program.empty() ? nullptr : program.c_str(), command.data(), nullptr, nullptr, FALSE,
+                 CREATE_NO_WINDOW, nullptr, nullptr, &startup, &started);
+  // A program of Wine's host has no handle to wait for.
+  for (int look = 0; look < 500 && !IsFolder(link); ++look) Sleep(10);
+  return IsFolder(link);
+}
+
 std::string FolderOfTests() {
   wchar_t path[MAX_PATH] = {};
   const std::wstring_view whole{path, GetModuleFileNameW(nullptr, path, MAX_PATH)};

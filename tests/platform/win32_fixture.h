@@ -25,6 +25,9 @@ class TemporaryFolder {
 // True where the calls are Wine's and not those of Windows itself.
 bool IsWine();
 
+// Makes a junction at `path`, or what stands for one under Wine: a link of its host.
+bool PutFolderLink(std::string_view path, std::string_view folder);
+
 // The folder of this program, with its backslash.
 std::string FolderOfTests();
 

@@ -32,6 +32,30 @@ std::wstring WithoutLengthLimit(std::wstring path) {
   return is_network ? std::wstring{kNoLimitNetwork} + full.substr(1) : std::wstring{kNoLimit} + full;
 }
 
+std::wstring WithLengthLimit(std::wstring path) {
+  if (path.starts_with(kNoLimitNetwork)) return L"\\" + path.substr(kNoLimitNetwork.size());
+  return path.starts_with(kNoLimit) ? path.substr(kNoLimit.size()) : path;
+}
+
+bool HasWildcard(std::wstring_view path) {
+  if (path.starts_with(kNoLimit)) path.remove_prefix(kNoLimit.size());
+  return path.find_first_of(L"?*") != std::wstring_view::npos;
+}
+
+bool IsLinkToFolder(const FoundFolder& found) {
+  constexpr DWORD kBoth = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+  if ((found.attributes & kBoth) != kBoth) return false;
+  switch (found.reparse_tag) {
+    case IO_REPARSE_TAG_SYMLINK:
+    case 0:
+      return true;
+    case IO_REPARSE_TAG_MOUNT_POINT:
+      return !found.is_volume_mounted;
+    default:
+      return false;
+  }
+}
+
 std::wstring WidePath(std::string_view path) {
   std::wstring wide = ToWide(path);
   if (wide.size() == 2 && wide[1] == L':') wide += L'\\';

@@ -12,6 +12,23 @@ std::wstring WidePath(std::string_view path);
 // The same for a path that is wide already, such as one built during a walk.
 std::wstring WithoutLengthLimit(std::wstring path);
 
+// The path as it was before it took the form without a limit.
+std::wstring WithLengthLimit(std::wstring path);
+
+// A search would take the path for a pattern and answer with another file. No file has such a name.
+bool HasWildcard(std::wstring_view path);
+
+// What a search finds in a folder, as far as it decides whether it is a folder to walk.
+struct FoundFolder {
+  unsigned long attributes = 0;
+  unsigned long reparse_tag = 0;   // 0 where the system does not tell
+  bool is_volume_mounted = false;  // of a mount point: a volume of its own is there
+};
+
+// True for a junction or a directory link, which stands for a folder elsewhere and may lead to one above.
+// False for a mounted volume, and for the folders that a cloud provider fills when they are opened.
+bool IsLinkToFolder(const FoundFolder& found);
+
 // True for a folder, false for a file or nothing.
 bool IsFolder(const std::wstring& path);
 

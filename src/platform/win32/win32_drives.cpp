@@ -15,7 +15,7 @@ namespace ondura {
 namespace {
 
 constexpr std::size_t kRootsBytes = 105;  // 26 roots of 4 bytes and the end
-constexpr std::size_t kPathBytes = 260;
+constexpr std::size_t kPathUnits = 260;
 
 // A place in the shell's tree, allocated by the shell.
 struct ItemListHandle {
@@ -25,11 +25,18 @@ struct ItemListHandle {
 };
 using UniqueItemList = Unique<ItemListHandle>;
 
-using PathBuffer = std::array<char, kPathBytes>;
-
-// What a call that fills a path buffer left there; empty when it failed or the path did not fit.
-std::string PathIn(const PathBuffer& buffer, DWORD length) {
-  return length < buffer.size() ? FromSystem({buffer.data(), length}) : std::string{};
+// The text that a call leaves in a buffer of wide characters, which it is given anew where the text did not
+// fit. Empty when the call failed.
+template <typename Fill>
+std::wstring TextOf(Fill fill) {
+  std::wstring text(kPathUnits, L'\0');
+  DWORD length = fill(text.data(), static_cast<DWORD>(text.size()));
+  if (length >= text.size()) {
+    text.resize(length + 1);
+    length = fill(text.data(), static_cast<DWORD>(text.size()));
+  }
+  text.resize(length < text.size() ? length : 0);
+  return text;
 }
 
 DriveKind KindOfType(UINT type) {
@@ -49,28 +56,27 @@ DriveKind KindOfType(UINT type) {
   }
 }
 
-std::string FullForm(std::string_view path) {
-  PathBuffer full{};
-  const std::string given = ToSystem(path);
-  return PathIn(full, GetFullPathNameA(given.c_str(), kPathBytes, full.data(), nullptr));
+std::wstring FullForm(const std::wstring& path) {
+  return TextOf(
+      [&](wchar_t* into, DWORD size) { return GetFullPathNameW(path.c_str(), size, into, nullptr); });
 }
 
 // The name as the folder keeps it. The platform lengthens short parts and leaves the rest as it was given.
-std::string OwnName(const std::string& path) {
+std::wstring OwnName(const std::wstring& path) {
   WIN32_FIND_DATAW found{};
-  const UniqueFileSearch search{FindFirstFileW(WidePath(path).c_str(), &found)};
-  return search.valid() ? FromWide(found.cFileName) : path.substr(path.rfind('\\') + 1);
+  const UniqueFileSearch search{FindFirstFileW(WithoutLengthLimit(path).c_str(), &found)};
+  return search.valid() ? std::wstring{found.cFileName} : path.substr(path.rfind(L'\\') + 1);
 }
 
-std::string InOwnLetterCase(const std::string& path) {
-  if (path.size() < 3 || path[1] != ':') return path;
-  std::string done = path.substr(0, 2);
+std::wstring InOwnLetterCase(const std::wstring& path) {
+  if (path.size() < 3 || path[1] != L':') return path;
+  std::wstring done = path.substr(0, 2);
   for (std::size_t start = 3; start < path.size();) {
-    const std::size_t end = std::min(path.find('\\', start), path.size());
-    done += "\\" + OwnName(path.substr(0, end));
+    const std::size_t end = std::min(path.find(L'\\', start), path.size());
+    done += L"\\" + OwnName(path.substr(0, end));
     start = end + 1;
   }
-  return path.ends_with('\\') ? done + "\\" : done;
+  return path.ends_with(L'\\') ? done + L"\\" : done;
 }
 
 class Win32Drives : public Drives {
@@ -87,44 +93,46 @@ class Win32Drives : public Drives {
   }
 
   DriveKind KindOf(std::string_view root) override {
-    return KindOfType(GetDriveTypeA(ToSystem(root).c_str()));
+    return KindOfType(GetDriveTypeW(WidePath(root).c_str()));
   }
 
   std::optional<std::uint64_t> FreeBytes(std::string_view path) override {
     ULARGE_INTEGER free_bytes{};
-    const bool known = GetDiskFreeSpaceExA(ToSystem(path).c_str(), &free_bytes, nullptr, nullptr) != FALSE;
+    const bool known = GetDiskFreeSpaceExW(WidePath(path).c_str(), &free_bytes, nullptr, nullptr) != FALSE;
     return known ? std::optional<std::uint64_t>{free_bytes.QuadPart} : std::nullopt;
   }
 
   std::optional<std::uint64_t> TotalBytes(std::string_view path) override {
     ULARGE_INTEGER total_bytes{};
-    const bool known = GetDiskFreeSpaceExA(ToSystem(path).c_str(), nullptr, &total_bytes, nullptr) != FALSE;
+    const bool known = GetDiskFreeSpaceExW(WidePath(path).c_str(), nullptr, &total_bytes, nullptr) != FALSE;
     return known ? std::optional<std::uint64_t>{total_bytes.QuadPart} : std::nullopt;
   }
 
   std::string ShortPath(std::string_view path) override {
-    PathBuffer buffer{};
-    return PathIn(buffer, GetShortPathNameA(ToSystem(path).c_str(), buffer.data(), kPathBytes));
+    const std::wstring given = WidePath(path);
+    if (HasWildcard(given)) return {};
+    return FromWide(WithLengthLimit(
+        TextOf([&](wchar_t* into, DWORD size) { return GetShortPathNameW(given.c_str(), into, size); })));
   }
 
   std::string LongPath(std::string_view path) override {
-    PathBuffer buffer{};
-    const std::string full = ToSystem(FullForm(path));
-    const DWORD length = GetLongPathNameA(full.c_str(), buffer.data(), kPathBytes);
-    return InOwnLetterCase(PathIn(buffer, length));
+    const std::wstring full = FullForm(WidePath(path));
+    if (HasWildcard(full)) return {};
+    const std::wstring known =
+        TextOf([&](wchar_t* into, DWORD size) { return GetLongPathNameW(full.c_str(), into, size); });
+    return FromWide(InOwnLetterCase(WithLengthLimit(known)));
   }
 
   std::string SystemFolder() override {
-    PathBuffer buffer{};
-    return PathIn(buffer, GetSystemDirectoryA(buffer.data(), kPathBytes));
+    return FromWide(TextOf([](wchar_t* into, DWORD size) { return GetSystemDirectoryW(into, size); }));
   }
 
   std::string LocalDataFolder() override {
     UniqueItemList list;
-    PathBuffer buffer{};
+    std::array<wchar_t, kPathUnits> folder{};
     const bool known = SHGetSpecialFolderLocation(nullptr, CSIDL_LOCAL_APPDATA, list.Receive()) == S_OK &&
-                       SHGetPathFromIDListA(list.get(), buffer.data());
-    return known ? FromSystem(buffer.data()) : std::string{};
+                       SHGetPathFromIDListW(list.get(), folder.data());
+    return known ? FromWide(folder.data()) : std::string{};
   }
 };
 

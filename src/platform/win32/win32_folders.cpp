@@ -1,3 +1,5 @@
+#include <array>
+
 #include "platform/win32/handles.h"
 #include "platform/win32/paths.h"
 #include "platform/win32/ports.h"
@@ -13,6 +15,16 @@ using FoundVisitor = std::function<Visit(const WIN32_FIND_DATAW&)>;
 
 bool IsFolderEntry(const WIN32_FIND_DATAW& found) {
   return (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// Asked for mount points alone, as it opens the folder.
+bool IsLinkEntry(const std::wstring& folder, const WIN32_FIND_DATAW& found) {
+  if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+  std::array<wchar_t, MAX_PATH> volume{};
+  const std::wstring path = WithoutLengthLimit(folder + L"\\" + found.cFileName) + L"\\";
+  const bool is_mounted = found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT &&
+                          GetVolumeNameForVolumeMountPointW(path.c_str(), volume.data(), MAX_PATH) != FALSE;
+  return IsLinkToFolder({found.dwFileAttributes, found.dwReserved0, is_mounted});
 }
 
 // Every entry that matches `pattern` but "." and "..". False when the search can't start.
@@ -73,9 +85,10 @@ class Win32Folders : public Folders {
   }
 
   bool List(std::string_view path, const std::function<Visit(const FolderEntry&)>& visit) override {
-    if (!Exists(path)) return false;
-    const std::string pattern = std::string{WithoutTrailingSeparators(path)} + "\\*";
-    return Search(WidePath(pattern), [&](const WIN32_FIND_DATAW& found) {
+    const std::wstring folder = ToWide(WithoutTrailingSeparators(path));
+    if (HasWildcard(folder) || !Exists(path)) return false;
+    return Search(WithoutLengthLimit(folder + L"\\*"), [&](const WIN32_FIND_DATAW& found) {
+      if (IsLinkEntry(folder, found)) return Visit::kContinue;
       const std::string name = FromWide(found.cFileName);
       const bool is_folder = IsFolderEntry(found);
       const std::uint64_t size =
