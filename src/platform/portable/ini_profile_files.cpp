@@ -31,7 +31,7 @@ int IniProfileFiles::ReadInt(const IniKey& key, int fallback) {
 bool IniProfileFiles::WriteString(const IniKey& key, std::string_view value) {
   const auto old = Load(key.file);
   if (!old && !MayReplace(key.file)) return false;
-  IniText text = old ? *old : IniText{{}, code_page_};
+  IniText text{old ? old->bytes() : std::string{}, code_page_, IniUse::kOneKey};
   const bool changed =
       text.Set(code_page_.Encode(key.section), code_page_.Encode(key.key), code_page_.Encode(value));
   return !changed || Store(key.file, text);

@@ -25,40 +25,45 @@ std::string_view Unquoted(std::string_view value) {
 
 }  // namespace
 
-IniText::IniText(std::string bytes, const CodePageTable& code_page)
-    : bytes_(std::move(bytes)), code_page_(&code_page) {
+IniText::IniText(std::string bytes, const CodePageTable& code_page, IniUse use)
+    : bytes_(std::move(bytes)), code_page_(&code_page), use_(use) {
   Index();
 }
 
 void IniText::Index() {
   sections_.clear();
   entries_.clear();
+  if (use_ == IniUse::kOneKey) return;
   for (std::size_t begin = 0; begin < bytes_.size();) {
-    const std::size_t found = bytes_.find('\n', begin);
-    const std::size_t end = found == std::string::npos ? bytes_.size() : found;
-    const std::size_t next_line = found == std::string::npos ? bytes_.size() : found + 1;
-    IndexLine({begin, end}, next_line);
-    begin = next_line;
+    Line line = LineAt(begin);
+    begin = line.next;
+    if (line.section) {
+      sections_.push_back({*line.section, line.next});
+    } else if (!sections_.empty() && line.trimmed.begin < line.trimmed.end) {
+      sections_.back().insert_at = line.next;
+      if (line.entry) entries_.push_back({sections_.size() - 1, line.entry->key, line.entry->value});
+    }
   }
 }
 
-void IniText::IndexLine(Range line, std::size_t next_line) {
-  const Range trimmed = Trimmed(line);
-  const std::string_view text = View(trimmed);
-  if (text.empty()) return;
+IniText::Line IniText::LineAt(std::size_t begin) const {
+  const std::size_t found = bytes_.find('\n', begin);
+  const std::size_t end = found == std::string::npos ? bytes_.size() : found;
+  Line line{Trimmed({begin, end}), found == std::string::npos ? end : found + 1, {}, {}};
+  const std::string_view text = View(line.trimmed);
+  if (text.empty()) return line;
   if (text.front() == '[') {
     const std::size_t close = text.rfind(']');
     if (close != std::string_view::npos) {
-      sections_.push_back({Trimmed({trimmed.begin + 1, trimmed.begin + close}), next_line});
-      return;
+      line.section = Trimmed({line.trimmed.begin + 1, line.trimmed.begin + close});
+      return line;
     }
   }
-  if (sections_.empty()) return;
-  sections_.back().insert_at = next_line;
   const std::size_t equals = text.find('=');
-  if (text.front() == ';' || equals == std::string_view::npos) return;
-  entries_.push_back({sections_.size() - 1, Trimmed({trimmed.begin, trimmed.begin + equals}),
-                      Trimmed({trimmed.begin + equals + 1, trimmed.end})});
+  if (text.front() == ';' || equals == std::string_view::npos) return line;
+  line.entry = Entry{0, Trimmed({line.trimmed.begin, line.trimmed.begin + equals}),
+                     Trimmed({line.trimmed.begin + equals + 1, line.trimmed.end})};
+  return line;
 }
 
 IniText::Range IniText::Trimmed(Range range) const {
@@ -77,35 +82,59 @@ bool IniText::Same(Range range, std::string_view name) const {
   });
 }
 
-const IniText::Section* IniText::FindSection(std::string_view name) const {
-  const auto found = std::ranges::find_if(sections_, [&](const Section& s) { return Same(s.name, name); });
-  return found == sections_.end() ? nullptr : &*found;
+IniText::Place IniText::Locate(std::string_view section, std::string_view key) const {
+  section = TrimBlanks(section);
+  key = TrimBlanks(key);
+  if (use_ == IniUse::kOneKey) return Scan(section, key);
+  Place place;
+  const auto in = std::ranges::find_if(sections_, [&](const Section& s) { return Same(s.name, section); });
+  if (in == sections_.end()) return place;
+  place.section = *in;
+  const auto number = static_cast<std::size_t>(in - sections_.begin());
+  const auto entry = std::ranges::find_if(
+      entries_, [&](const Entry& each) { return each.section == number && Same(each.key, key); });
+  if (entry != entries_.end()) place.entry = *entry;
+  return place;
 }
 
-const IniText::Entry* IniText::FindEntry(std::string_view section, std::string_view key) const {
-  const Section* const in = FindSection(TrimBlanks(section));
-  if (in == nullptr) return nullptr;
-  const std::string_view wanted = TrimBlanks(key);
-  const auto number = static_cast<std::size_t>(in - sections_.data());
-  const auto found = std::ranges::find_if(
-      entries_, [&](const Entry& entry) { return entry.section == number && Same(entry.key, wanted); });
-  return found == entries_.end() ? nullptr : &*found;
+IniText::Place IniText::Scan(std::string_view section, std::string_view key) const {
+  Place place;
+  for (std::size_t begin = 0; begin < bytes_.size();) {
+    if (!place.section) {
+      const std::size_t bracket = bytes_.find('[', begin);
+      if (bracket == std::string::npos) break;
+      begin = bytes_.rfind('\n', bracket) + 1;  // of its line; the first line has no end before it
+    }
+    const Line line = LineAt(begin);
+    begin = line.next;
+    if (line.section) {
+      if (place.section) break;
+      if (Same(*line.section, section)) place.section = Section{*line.section, line.next};
+    } else if (place.section && line.trimmed.begin < line.trimmed.end) {
+      place.section->insert_at = line.next;
+      if (!line.entry || !Same(line.entry->key, key)) continue;
+      place.entry = line.entry;
+      break;
+    }
+  }
+  return place;
 }
 
 std::optional<std::string_view> IniText::Find(std::string_view section, std::string_view key) const {
-  const Entry* const entry = FindEntry(section, key);
-  if (entry == nullptr) return std::nullopt;
+  const auto entry = Locate(section, key).entry;
+  if (!entry) return std::nullopt;
   return Unquoted(View(entry->value));
 }
 
 bool IniText::Set(std::string_view section, std::string_view key, std::string_view value) {
-  if (const Entry* const entry = FindEntry(section, key)) {
+  const Place place = Locate(section, key);
+  if (const auto& entry = place.entry) {
     if (View(entry->value) == TrimBlanks(value)) return false;
     const Range behind_key{entry->key.end, entry->value.end};
     bytes_.replace(behind_key.begin, behind_key.end - behind_key.begin, "=" + std::string{value});
   } else {
     const std::string line = std::string{TrimBlanks(key)} + "=" + std::string{value} + std::string{kNewLine};
-    if (const Section* const in = FindSection(TrimBlanks(section))) {
+    if (const auto& in = place.section) {
       const bool open_end = bytes_[in->insert_at - 1] != '\n';
       bytes_.insert(in->insert_at, (open_end ? std::string{kNewLine} : std::string{}) + line);
     } else {

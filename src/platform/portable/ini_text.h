@@ -10,13 +10,17 @@
 
 namespace ondura {
 
+// kManyKeys: the lines are told apart once, for all look-ups. kOneKey: each look-up reads from the start to
+// what it looks for, which costs no memory beside the text.
+enum class IniUse { kManyKeys, kOneKey };
+
 // The text of one private profile file, as code page bytes.
 //
 // Section and key names match without regard to letter case and to blanks around them; where one occurs
 // twice the first counts. A line that is neither section nor key is kept and never read.
 class IniText {
  public:
-  IniText(std::string bytes, const CodePageTable& code_page);
+  IniText(std::string bytes, const CodePageTable& code_page, IniUse use = IniUse::kManyKeys);
 
   // The value without the blanks around it and without one pair of quotes, single or double. Valid until
   // the next Set.
@@ -36,25 +40,38 @@ class IniText {
   };
   struct Section {
     Range name;
-    std::size_t insert_at = 0;  // behind its last line that is not blank
+    std::size_t insert_at = 0;  // after its last line that is not blank
   };
   struct Entry {
     std::size_t section = 0;
     Range key;
     Range value;  // trimmed, with its quotes; ends where the line does
   };
+  // A line of the file: the head of a section, or one of its lines, which may have a key.
+  struct Line {
+    Range trimmed;
+    std::size_t next = 0;  // where the next line begins
+    std::optional<Range> section;
+    std::optional<Entry> entry;
+  };
+  // Where a key is and where its section is, as far as they are there.
+  struct Place {
+    std::optional<Section> section;
+    std::optional<Entry> entry;
+  };
 
   void Index();
-  void IndexLine(Range line, std::size_t next_line);
+  [[nodiscard]] Line LineAt(std::size_t begin) const;
+  [[nodiscard]] Place Locate(std::string_view section, std::string_view key) const;
+  [[nodiscard]] Place Scan(std::string_view section, std::string_view key) const;
   [[nodiscard]] Range Trimmed(Range range) const;
   [[nodiscard]] std::string_view View(Range range) const;
   [[nodiscard]] bool Same(Range range, std::string_view name) const;
-  [[nodiscard]] const Section* FindSection(std::string_view name) const;
-  [[nodiscard]] const Entry* FindEntry(std::string_view section, std::string_view key) const;
   void AppendSection(std::string_view section, std::string_view line);
 
   std::string bytes_;
   const CodePageTable* code_page_;
+  IniUse use_;
   std::vector<Section> sections_;
   std::vector<Entry> entries_;
 };

@@ -23,13 +23,13 @@ constexpr std::chrono::milliseconds kLockPause{10};
 
 std::string FolderOf(const std::string& host_path) { return host_path.substr(0, host_path.rfind('/')); }
 
-// The file that a link leads to, so that a change replaces that and not the link.
-std::string LinkTarget(const std::string& host_path) {
-  std::array<char, PATH_MAX> target{};
-  struct stat status {};
-  const bool is_link = lstat(host_path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
-  return is_link && realpath(host_path.c_str(), target.data()) != nullptr ? std::string{target.data()}
-                                                                          : host_path;
+// The file that a link leads to, so that a change replaces that and not the link. Empty for a link that leads
+// elsewhere or nowhere.
+std::string LinkTarget(const std::string& host_path, const std::string& folder) {
+  const auto status = StatLink(host_path);
+  if (!status || !S_ISLNK(status->st_mode)) return host_path;
+  const Fd target = OpenHost(host_path, O_PATH);
+  return target.valid() && IsWithin(target, folder) ? RealPathOf(target) : std::string{};
 }
 
 bool WriteNewFile(const std::string& path, const std::string& bytes, const struct stat* old) {
@@ -57,26 +57,27 @@ FolderLock::FolderLock(const std::string& host_file)
   }
 }
 
-std::shared_ptr<const IniText> IniStore::Load(const std::string& host_path) {
-  const auto status = StatHost(host_path);
+std::shared_ptr<const IniText> IniStore::Load(const std::string& host_path, const std::string& folder) {
+  const auto status = StatWithin(folder, host_path);
   if (!status) return nullptr;
   const auto known = parsed_.find(host_path);
   if (known != parsed_.end() && known->second.stamp == StampOf(*status)) return known->second.text;
-  const Fd file = OpenHost(host_path, O_RDONLY);
+  const Fd file = OpenWithin(folder, host_path, O_RDONLY);
   struct stat opened {};
   if (!file.valid() || fstat(file.get(), &opened) != 0) return nullptr;
   const FileStamp stamp = StampOf(opened);
   const bool settled = !IsFresh(stamp);
   auto bytes = ReadRest(file, std::numeric_limits<std::size_t>::max());
   if (!bytes) return nullptr;
-  auto text = std::make_shared<const IniText>(*std::move(bytes), code_page_);
-  if (settled) Remember(host_path, {stamp, text});
+  const bool is_kept = settled && bytes->size() <= kRememberedBytesLimit / 8;
+  auto text = std::make_shared<const IniText>(*std::move(bytes), code_page_,
+                                              is_kept ? IniUse::kManyKeys : IniUse::kOneKey);
+  if (is_kept) Remember(host_path, {stamp, text});
   return text;
 }
 
 void IniStore::Remember(const std::string& host_path, Parsed parsed) {
   const std::size_t size = parsed.text->bytes().size();
-  if (size > kRememberedBytesLimit / 8) return;
   if (remembered_bytes_ + size > kRememberedBytesLimit) {
     parsed_.clear();
     remembered_bytes_ = 0;
@@ -85,8 +86,9 @@ void IniStore::Remember(const std::string& host_path, Parsed parsed) {
   parsed_[host_path] = std::move(parsed);
 }
 
-bool IniStore::Save(const std::string& host_path, const IniText& text) {
-  const std::string target = LinkTarget(host_path);
+bool IniStore::Save(const std::string& host_path, const std::string& folder, const IniText& text) {
+  const std::string target = LinkTarget(host_path, folder);
+  if (target.empty()) return false;
   const std::string fresh = target + ".new" + std::to_string(getpid());
   const auto old = StatHost(target);
   if (!WriteNewFile(fresh, text.bytes(), old ? &*old : nullptr) ||

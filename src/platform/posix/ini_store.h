@@ -21,16 +21,18 @@ class FolderLock {
 };
 
 // Ini files by their host paths. A parsed file is kept for as long as its stamp stays, so that reading it
-// again costs one look at the folder.
+// again costs one look at the folder. A file that is not kept, because it was written just now or is far
+// larger than any that is not damaged, is searched for the one key.
 class IniStore {
  public:
   explicit IniStore(const CodePageTable& code_page) : code_page_(code_page) {}
 
-  // Null when the file is missing or can't be read; LastError tells which.
-  std::shared_ptr<const IniText> Load(const std::string& host_path);
+  // Null when the file is missing or can't be read; LastError tells which. A link is followed within
+  // `folder` alone, here and in Save.
+  std::shared_ptr<const IniText> Load(const std::string& host_path, const std::string& folder);
 
   // Replaces the file as a whole or makes it, and keeps its rights. False leaves what was there.
-  bool Save(const std::string& host_path, const IniText& text);
+  bool Save(const std::string& host_path, const std::string& folder, const IniText& text);
 
  private:
   struct Parsed {
