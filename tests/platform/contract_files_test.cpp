@@ -154,6 +154,35 @@ TEST_P(PlatformContract, AListingShowsEachEntryOnceWithSizeAndTime) {
   EXPECT_FALSE(machine_.folders.List(At("none"), [](const FolderEntry&) { return Visit::kContinue; }));
 }
 
+TEST_P(PlatformContract, ALinkToAFolderIsNotShownInItsFolderAndIsAWayThere) {
+  machine_.folders.Make(At("d"));
+  PutFile(At(R"(d\a)"), "x");
+  if (!tested_->PutFolderLink(At(R"(d\round)"), At("d"))) return;
+  EXPECT_THAT(NamesIn(machine_, At("d")), ElementsAre("a"));
+  EXPECT_THAT(NamesIn(machine_, At(R"(d\round)")), ElementsAre("a"));
+  EXPECT_THAT(machine_.files.Read(At(R"(d\round\a)")), Optional(std::string{"x"}));
+}
+
+TEST_P(PlatformContract, NothingIsFoundByAWildcard) {
+  machine_.folders.Make(At("one"));
+  for (const char* name : {"on?", "o*", "?ne"}) {
+    EXPECT_EQ(machine_.drives.LongPath(At(name)), "") << name;
+    EXPECT_EQ(machine_.drives.ShortPath(At(name)), "") << name;
+    EXPECT_THAT(NamesIn(machine_, At(name)), ElementsAre()) << name;
+  }
+}
+
+TEST_P(PlatformContract, FilesMadeOneAfterTheOtherAreFoundInAnyLetterCaseByEverybody) {
+  for (int i = 0; i < 30; ++i) {
+    const std::string number = std::to_string(i);
+    PutFile(At("own" + number), "1");
+    EXPECT_TRUE(other_.files.Write(At("foreign" + number), "2", IfPresent::kFail));
+    EXPECT_FALSE(machine_.files.Write(At("OWN" + number), "x", IfPresent::kFail));
+  }
+  machine_.clock.Sleep(std::chrono::milliseconds{250});
+  for (int i = 0; i < 30; ++i) EXPECT_TRUE(machine_.files.Exists(At("FOREIGN" + std::to_string(i)))) << i;
+}
+
 TEST_P(PlatformContract, RemovingAFolderTakesAllItHoldsAndNothingElse) {
   machine_.folders.Make(At("d"));
   machine_.folders.Make(At(R"(d\sub)"));

@@ -26,6 +26,10 @@ class PosixUnderTest : public TestedMachine {
            << exit_code;
     return TemporaryRoot::PerlRequest(path, script.str());
   }
+  bool PutFolderLink(std::string_view path, std::string_view folder) override {
+    std::filesystem::create_directory_symlink(root_.OnHost(folder), root_.OnHost(path));
+    return true;
+  }
   void Protect(std::string_view path) override {
     std::filesystem::permissions(root_.OnHost(path), std::filesystem::perms::owner_read);
   }

@@ -66,6 +66,58 @@ TEST_F(PosixMachineTest, LinksToFilesAreFilesAndLinksToFoldersAreLeftOut) {
   EXPECT_EQ(machine_.files.Read(R"(C:\d\pipe)"), std::nullopt) << "and no wait for a writer";
 }
 
+TEST_F(PosixMachineTest, LinksToFilesOffTheDriveAreShownAsSuchAndOpenNothing) {
+  root_.Put("secret", "x");
+  root_.Put("C/d/file", "12345");
+  const auto folder = root_.path() / "C/d";
+  std::filesystem::create_symlink(root_.path() / "secret", folder / "planted");
+  std::filesystem::create_symlink(root_.path() / "made", folder / "dangling");
+  machine_.folders.List(R"(C:\d)", [](const FolderEntry& entry) {
+    EXPECT_EQ(entry.leads_off_drive, entry.name == "planted");
+    return Visit::kContinue;
+  });
+  for (const std::string path : {R"(C:\d\planted)", R"(C:\d\PLANTED)", R"(C:\d\dangling)"}) {
+    EXPECT_FALSE(machine_.files.Exists(path));
+    EXPECT_EQ(machine_.files.Size(path), std::nullopt);
+    EXPECT_EQ(machine_.files.Read(path), std::nullopt);
+    EXPECT_FALSE(machine_.files.Copy(path, R"(C:\d\copy)"));
+    EXPECT_FALSE(machine_.files.Patch(path, 0, "y"));
+    EXPECT_FALSE(machine_.files.Append(path, "y", IfMissing::kCreate));
+    EXPECT_EQ(machine_.files.OpenWriter(path, IfPresent::kReplace), nullptr);
+    EXPECT_FALSE(machine_.profiles.WriteString({path, "S", "Key"}, "y"));
+    EXPECT_EQ(machine_.profiles.ReadString({path, "S", "Key"}), "");
+  }
+  EXPECT_EQ(root_.Bytes("secret"), "x");
+  EXPECT_FALSE(std::filesystem::exists(root_.path() / "made"));
+}
+
+TEST_F(PosixMachineTest, FoldersBeyondTheLengthThatTheKernelTakesAreFoldersAsAllOthers) {
+  std::string deep = "C:";
+  while (deep.size() < 5000) {
+    deep += "\\" + std::string(200, 'n');
+    ASSERT_TRUE(machine_.folders.Make(deep)) << deep.size();
+  }
+  EXPECT_TRUE(machine_.files.Write(deep + "\\File", "x", IfPresent::kReplace));
+  EXPECT_THAT(Names(deep), ElementsAre("File"));
+  EXPECT_TRUE(machine_.files.Copy(deep + "\\FILE", deep + "\\copy"));
+  EXPECT_THAT(machine_.files.Size(deep + "\\copy"), Optional(1U));
+  EXPECT_TRUE(machine_.files.Remove(deep + "\\copy", Removal::kPlain));
+  EXPECT_TRUE(machine_.folders.Remove("C:\\" + std::string(200, 'n'), Removal::kForce));
+}
+
+TEST_F(PosixMachineTest, ADamagedIniFileOfManyLinesHasItsFirstKeysAndTakesOneMore) {
+  std::string text = "[S]\r\nKey=1\r\n[Other]\r\n";
+  for (int line = 0; line < 200'000; ++line) text += "x=" + std::to_string(line) + "\r\n";
+  root_.Put("C/User.ini", text);
+  const IniKey key{R"(C:\User.ini)", "s", "KEY"};
+  EXPECT_EQ(machine_.profiles.ReadString(key), "1");
+  EXPECT_EQ(machine_.profiles.ReadString({key.file, "Other", "X"}), "0");
+  EXPECT_EQ(machine_.profiles.ReadString({key.file, "S", "x"}), "") << "a key of another section";
+  EXPECT_TRUE(machine_.profiles.WriteString({key.file, "S", "New"}, "2"));
+  EXPECT_TRUE(machine_.profiles.WriteString(key, "3"));
+  EXPECT_EQ(root_.Bytes("C/User.ini"), "[S]\r\nKey=3\r\nNew=2\r\n" + text.substr(12));
+}
+
 TEST_F(PosixMachineTest, RemovingAFolderDoesNotFollowItsLinks) {
   root_.Put("C/keep/file", "x");
   root_.Put("C/d/file", "x");

@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstddef>
 #include <cstring>
 #include <limits>
@@ -36,6 +38,17 @@ struct KernelEntry {
   char name[1];
 };
 
+std::optional<struct stat> StatAt(const std::string& path, int flags) {
+  const HostPlace place{path};
+  struct stat status {};
+  if (fstatat(place.folder(), place.name(), &status, flags) != 0) return std::nullopt;
+  return status;
+}
+
+// The name under which the host shows an open file to this process; to open it again is to open the same
+// file, whatever happens to its path.
+std::string OwnName(const Fd& file) { return "/proc/self/fd/" + std::to_string(file.get()); }
+
 bool IsSelfOrParent(const char* name) {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
@@ -55,6 +68,8 @@ HostError TranslateError(int error_number) {
       return HostError::kInterrupted;
     case EAGAIN:
       return HostError::kBusy;
+    case ELOOP:
+      return HostError::kLink;
     default:
       return HostError::kOther;
   }
@@ -77,10 +92,26 @@ bool Fd::Close() {
   return number < 0 || close(number) == 0;
 }
 
+HostPlace::HostPlace(const std::string& path) : name_(path.c_str()) {
+  for (std::size_t begin = 0; path.size() - begin >= PATH_MAX;) {
+    const std::size_t end = path.rfind('/', begin + PATH_MAX - 1);
+    if (end == std::string::npos || end <= begin) return;  // a name that no file system takes
+    const std::string part = path.substr(begin, end - begin);
+    folder_ = Fd{openat(folder(), part.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)};
+    begin = end + 1;
+    // The empty name is missing for every call.
+    name_ = folder_.valid() ? path.c_str() + begin : "";
+    if (!folder_.valid()) return;
+  }
+}
+
+int HostPlace::folder() const { return folder_.valid() ? folder_.get() : AT_FDCWD; }
+
 Fd OpenHost(const std::string& path, int flags, mode_t mode) {
+  const HostPlace place{path};
   int number = -1;
   do {
-    number = open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
+    number = openat(place.folder(), place.name(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
   } while (number < 0 && LastError() == HostError::kInterrupted);
   return Fd{number};
 }
@@ -113,10 +144,41 @@ bool WriteAll(const Fd& file, std::string_view bytes) {
   return true;
 }
 
-std::optional<struct stat> StatHost(const std::string& path) {
+std::optional<struct stat> StatHost(const std::string& path) { return StatAt(path, 0); }
+
+std::optional<struct stat> StatLink(const std::string& path) { return StatAt(path, AT_SYMLINK_NOFOLLOW); }
+
+std::string RealPathOf(const Fd& file) {
+  std::array<char, PATH_MAX> path{};
+  const ssize_t length = readlink(OwnName(file).c_str(), path.data(), path.size());
+  return length > 0 ? std::string{path.data(), static_cast<std::size_t>(length)} : std::string{};
+}
+
+bool IsWithin(const Fd& file, const std::string& folder) {
+  const std::string real_folder = RealPathOf(OpenHost(folder, O_PATH | O_DIRECTORY));
+  return !real_folder.empty() && RealPathOf(file).starts_with(real_folder + "/");
+}
+
+Fd OpenWithin(const std::string& folder, const std::string& path, int flags) {
+  Fd file = OpenHost(path, flags | O_NOFOLLOW);
+  if (file.valid() || LastError() != HostError::kLink) return file;
+  const Fd target = OpenHost(path, O_PATH);
+  if (!target.valid()) return Fd{};
+  if (IsWithin(target, folder)) return OpenHost(OwnName(target), flags & ~(O_CREAT | O_EXCL));
+  errno = EACCES;
+  return Fd{};
+}
+
+std::optional<struct stat> StatWithin(const std::string& folder, const std::string& path) {
+  const auto link = StatLink(path);
+  if (!link || !S_ISLNK(link->st_mode)) return link;
+  const Fd target = OpenHost(path, O_PATH);
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  return status;
+  if (!target.valid() || fstat(target.get(), &status) != 0) return std::nullopt;
+  // A link to a folder is a way that somebody set up, such as the machine's data on another disk.
+  if (S_ISDIR(status.st_mode) || IsWithin(target, folder)) return status;
+  errno = EACCES;
+  return std::nullopt;
 }
 
 FileStamp StampOf(const struct stat& status) {

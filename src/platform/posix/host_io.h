@@ -13,7 +13,7 @@
 namespace ondura {
 
 // The host's error numbers as far as anybody acts on them.
-enum class HostError { kNone, kMissing, kPresent, kInterrupted, kBusy, kOther };
+enum class HostError { kNone, kMissing, kPresent, kInterrupted, kBusy, kLink, kOther };
 
 HostError TranslateError(int error_number);
 
@@ -42,6 +42,20 @@ class Fd {
 inline constexpr mode_t kNewFileMode = 0666;
 inline constexpr mode_t kNewFolderMode = 0777;
 
+// A path of the host as the kernel takes it, which refuses more than 4,095 bytes in one call: a longer one is
+// a path within an open folder. Both are for the calls that end in "at". The path outlives this object.
+class HostPlace {
+ public:
+  explicit HostPlace(const std::string& path);
+
+  [[nodiscard]] int folder() const;
+  [[nodiscard]] const char* name() const { return name_; }
+
+ private:
+  Fd folder_;
+  const char* name_;
+};
+
 // Never waits for the other end of a pipe and is not handed on to started programs.
 Fd OpenHost(const std::string& path, int flags, mode_t mode = kNewFileMode);
 
@@ -52,6 +66,21 @@ bool WriteAll(const Fd& file, std::string_view bytes);
 
 // Nothing where there is nothing. Links are followed.
 std::optional<struct stat> StatHost(const std::string& path);
+
+// The same for a link itself.
+std::optional<struct stat> StatLink(const std::string& path);
+
+// Where an open file really is, without links. Empty where the host does not tell.
+std::string RealPathOf(const Fd& file);
+
+// Whether an open file is in `folder` or below, wherever a link to it may be.
+bool IsWithin(const Fd& file, const std::string& folder);
+
+// Opens a file whose path may end in a link. A link is followed within `folder` alone: whoever may put one
+// into a folder does not choose what this process, which may have more rights, reads or writes elsewhere.
+Fd OpenWithin(const std::string& folder, const std::string& path, int flags);
+
+std::optional<struct stat> StatWithin(const std::string& folder, const std::string& path);
 
 // What tells two states of a file apart.
 struct FileStamp {

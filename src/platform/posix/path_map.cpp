@@ -9,8 +9,12 @@ namespace ondura {
 
 namespace {
 
-// About ten megabytes of names.
+// About ten megabytes of names. A folder of more is remembered alone.
 constexpr std::size_t kRememberedNamesLimit = 100'000;
+
+// What another process makes in a folder at the very moment of an own change is seen after this time at
+// the latest. Shorter, and a folder that fills up is read again and again.
+constexpr std::chrono::milliseconds kOwnChangesTrusted{200};
 
 constexpr std::string_view kLongPathPrefix = R"(\\?\)";
 
@@ -122,6 +126,10 @@ std::optional<std::string> PathMap::FindExisting(std::string_view path) {
 
 std::string PathMap::ForCreation(std::string_view path) {
   if (auto existing = FindExisting(path)) return *std::move(existing);
+  return PlaceOfMissing(path);
+}
+
+std::string PathMap::PlaceOfMissing(std::string_view path) {
   const auto parts = Split(path);
   if (!parts || parts->names.empty()) return {};
   const auto parent = SearchParent(*parts, parts->names.size());
@@ -132,21 +140,39 @@ std::string PathMap::ForCreation(std::string_view path) {
 }
 
 Fd PathMap::OpenExisting(std::string_view path, int flags) {
-  const std::string host = ToHost(path);
-  if (host.empty()) return Fd{};
-  Fd file = OpenHost(host, flags);
+  const auto parts = Split(path);
+  if (!parts) return Fd{};
+  const auto open = [&](const std::string& host) {
+    return (flags & O_DIRECTORY) != 0 ? OpenHost(host, flags) : OpenWithin(parts->folder, host, flags);
+  };
+  Fd file = open(Joined(*parts, parts->names.size()));
   if (file.valid() || LastError() != HostError::kMissing) return file;
-  const auto other = FindOtherCase(path);
-  return other ? OpenHost(*other, flags) : Fd{};
+  const auto other = Search(*parts, parts->names.size());
+  return other ? open(*other) : Fd{};
 }
 
 std::optional<struct stat> PathMap::StatExisting(std::string_view path) {
-  const std::string host = ToHost(path);
-  if (host.empty()) return std::nullopt;
-  if (auto status = StatHost(host)) return status;
+  const auto parts = Split(path);
+  if (!parts) return std::nullopt;
+  if (auto status = StatWithin(parts->folder, Joined(*parts, parts->names.size()))) return status;
   if (LastError() != HostError::kMissing) return std::nullopt;
-  const auto other = FindOtherCase(path);
-  return other ? StatHost(*other) : std::nullopt;
+  const auto other = Search(*parts, parts->names.size());
+  return other ? StatWithin(parts->folder, *other) : std::nullopt;
+}
+
+Fd PathMap::OpenForCreation(std::string_view path, int flags) {
+  const std::string drive = DriveFolderOf(path);
+  if (const auto existing = FindExisting(path)) return OpenWithin(drive, *existing, flags | O_CREAT);
+  const std::string host = PlaceOfMissing(path);
+  if (host.empty()) return Fd{};
+  Fd file = OpenWithin(drive, host, flags | O_CREAT);
+  if (file.valid()) NoteMade(host);
+  return file;
+}
+
+std::string PathMap::DriveFolderOf(std::string_view path) const {
+  const auto parts = Split(path);
+  return parts ? parts->folder : std::string{};
 }
 
 std::optional<std::string> PathMap::UnderRoot(std::string_view host_path) const {
@@ -167,23 +193,50 @@ std::shared_ptr<const PathMap::Names> PathMap::NamesIn(const std::string& host_f
   const auto status = StatHost(host_folder);
   if (!status || !S_ISDIR(status->st_mode)) return nullptr;
   const FileStamp stamp = StampOf(*status);
+  const Instant now = std::chrono::steady_clock::now();
   const auto known = listings_.find(host_folder);
-  if (known != listings_.end() && known->second.settled && known->second.stamp == stamp) {
+  if (known != listings_.end() && known->second.stamp == stamp &&
+      (known->second.settled || now < known->second.trusted_until)) {
     return known->second.names;
   }
   const bool settled = !IsFresh(stamp);
   auto names = ReadNames(host_folder);
-  if (!names || names->size() > kRememberedNamesLimit) return names;
-  if (remembered_names_ + names->size() > kRememberedNamesLimit) {
-    listings_.clear();
-    remembered_names_ = 0;
-  }
-  remembered_names_ += names->size() + 1;
-  listings_[host_folder] = {stamp, settled, names};
+  if (names) Remember(host_folder, {stamp, settled, now, {}, names});
   return names;
 }
 
-std::shared_ptr<const PathMap::Names> PathMap::ReadNames(const std::string& host_folder) {
+void PathMap::Remember(const std::string& host_folder, Listing listing) {
+  const std::size_t added = listing.names->size() + 1;
+  if (const auto old = listings_.find(host_folder); old != listings_.end()) {
+    remembered_names_ -= std::min(remembered_names_, old->second.names->size() + 1);
+    listings_.erase(old);
+  }
+  if (remembered_names_ + added > kRememberedNamesLimit) {
+    listings_.clear();
+    remembered_names_ = 0;
+  }
+  remembered_names_ += added;
+  listings_[host_folder] = std::move(listing);
+}
+
+// The look of ForCreation found the listing up to date or made it so.
+void PathMap::NoteMade(const std::string& host_path) {
+  const std::size_t slash = host_path.rfind('/');
+  const auto known = listings_.find(host_path.substr(0, slash));
+  if (known == listings_.end()) return;
+  const auto status = StatHost(known->first);
+  if (!status) return;
+  Listing& listing = known->second;
+  const std::string name = host_path.substr(slash + 1);
+  std::string scratch;
+  remembered_names_ +=
+      listing.names->try_emplace(FoldedName(WindowsName(name, scratch)), name).second ? 1 : 0;
+  listing.stamp = StampOf(*status);
+  listing.settled = false;
+  listing.trusted_until = listing.read_at + kOwnChangesTrusted;
+}
+
+std::shared_ptr<PathMap::Names> PathMap::ReadNames(const std::string& host_folder) {
   const Fd folder = OpenHost(host_folder, O_RDONLY | O_DIRECTORY);
   auto names = std::make_shared<Names>();
   std::string scratch;

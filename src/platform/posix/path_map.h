@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -41,10 +42,20 @@ class PathMap {
   // FindExisting, or else the place where the path can be made. Empty for a path that names no drive.
   std::string ForCreation(std::string_view path);
 
-  // The file opened, or an invalid descriptor.
-  Fd OpenExisting(std::string_view path, int flags);
+  // To be told at once of a file or folder that was made at a place of ForCreation: without it each one that
+  // is made in a folder costs a look at all that are in there.
+  void NoteMade(const std::string& host_path);
 
+  // The file opened, or an invalid descriptor. A file that a link leads to counts where it is on the same
+  // drive; folders may be anywhere.
+  Fd OpenExisting(std::string_view path, int flags);
   std::optional<struct stat> StatExisting(std::string_view path);
+
+  // The same, and made where it is missing.
+  Fd OpenForCreation(std::string_view path, int flags);
+
+  // The folder of the drive that the path names; empty for a path that names none.
+  [[nodiscard]] std::string DriveFolderOf(std::string_view path) const;
 
   // The path of something in the root folder. Nothing for what lies elsewhere.
   [[nodiscard]] std::optional<std::string> UnderRoot(std::string_view host_path) const;
@@ -56,10 +67,14 @@ class PathMap {
   // Folded name to name on the host.
   using Names = std::unordered_map<std::string, std::string>;
 
+  using Instant = std::chrono::steady_clock::time_point;
+
   struct Listing {
     FileStamp stamp;
     bool settled = false;  // a change from now on shows in the stamp
-    std::shared_ptr<const Names> names;
+    Instant read_at;
+    Instant trusted_until;  // though not settled: the last changes were this machine's own
+    std::shared_ptr<Names> names;
   };
 
   struct Parts {
@@ -69,10 +84,12 @@ class PathMap {
 
   [[nodiscard]] std::optional<Parts> Split(std::string_view path) const;
   static std::string Joined(const Parts& parts, std::size_t count);
+  std::string PlaceOfMissing(std::string_view path);
   std::optional<std::string> SearchParent(const Parts& parts, std::size_t count);
   std::optional<std::string> Search(const Parts& parts, std::size_t count);
   std::shared_ptr<const Names> NamesIn(const std::string& host_folder);
-  static std::shared_ptr<const Names> ReadNames(const std::string& host_folder);
+  static std::shared_ptr<Names> ReadNames(const std::string& host_folder);
+  void Remember(const std::string& host_folder, Listing listing);
 
   std::string root_;
   std::map<char, std::string> drives_;

@@ -94,7 +94,8 @@ class PosixFiles : public Files {
     const auto status = host ? StatHost(*host) : std::nullopt;
     if (!status || !S_ISREG(status->st_mode)) return false;
     if (removal == Removal::kPlain && (status->st_mode & S_IWUSR) == 0) return false;
-    return unlink(host->c_str()) == 0;
+    const HostPlace place{*host};
+    return unlinkat(place.folder(), place.name(), 0) == 0;
   }
 
   bool Copy(std::string_view from, std::string_view to) override {
@@ -123,16 +124,13 @@ class PosixFiles : public Files {
   }
 
   Fd OpenNew(std::string_view path, IfPresent if_present) {
-    const std::string host = paths_.ForCreation(path);
-    if (host.empty()) return Fd{};
-    return OpenHost(host, O_WRONLY | O_CREAT | (if_present == IfPresent::kFail ? O_EXCL : O_TRUNC));
+    return paths_.OpenForCreation(path, O_WRONLY | (if_present == IfPresent::kFail ? O_EXCL : O_TRUNC));
   }
 
   Fd OpenEnd(std::string_view path, IfMissing if_missing) {
     Fd file = paths_.OpenExisting(path, O_WRONLY | O_APPEND);
     if (file.valid() || if_missing == IfMissing::kFail || LastError() != HostError::kMissing) return file;
-    const std::string host = paths_.ForCreation(path);
-    return host.empty() ? Fd{} : OpenHost(host, O_WRONLY | O_APPEND | O_CREAT);
+    return paths_.OpenForCreation(path, O_WRONLY | O_APPEND);
   }
 
   PathMap& paths_;

@@ -50,7 +50,10 @@ class PosixFolders : public Folders {
 
   bool Make(std::string_view path) override {
     const std::string host = paths_.ForCreation(path);
-    return !host.empty() && mkdir(host.c_str(), kNewFolderMode) == 0;
+    const HostPlace place{host};
+    const bool is_made = !host.empty() && mkdirat(place.folder(), place.name(), kNewFolderMode) == 0;
+    if (is_made) paths_.NoteMade(host);
+    return is_made;
   }
 
   bool Remove(std::string_view path, Removal removal) override {
@@ -58,36 +61,39 @@ class PosixFolders : public Folders {
     if (!host || paths_.IsDriveRoot(path)) return false;
     const Fd folder = OpenHost(*host, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     if (!folder.valid() || !RemoveContents(folder, removal)) return false;
-    return rmdir(host->c_str()) == 0;
+    const HostPlace place{*host};
+    return unlinkat(place.folder(), place.name(), AT_REMOVEDIR) == 0;
   }
 
   bool List(std::string_view path, const std::function<Visit(const FolderEntry&)>& visit) override {
     const Fd folder = paths_.OpenExisting(path, O_RDONLY | O_DIRECTORY);
     if (!folder.valid()) return false;
+    const std::string drive = paths_.DriveFolderOf(path);
     std::string scratch;
     return ListHost(folder, [&](const HostEntry& entry) {
       FolderEntry shown;
-      if (!Describe(folder, entry, shown)) return true;
+      if (!Describe(folder, entry, drive, shown)) return true;
       shown.name = WindowsName(entry.name, scratch);
       return visit(shown) == Visit::kContinue;
     });
   }
 
  private:
-  // False for what the machine does not show: links to folders, which could lead round in circles, and what
-  // is neither file nor folder.
-  bool Describe(const Fd& folder, const HostEntry& entry, FolderEntry& shown) {
+  // False for what the machine does not show: links to folders, and what is neither file nor folder.
+  bool Describe(const Fd& folder, const HostEntry& entry, const std::string& drive, FolderEntry& shown) {
     shown.is_folder = entry.type == DT_DIR;
     if (shown.is_folder) return true;
     if (entry.type != DT_REG && entry.type != DT_LNK && entry.type != DT_UNKNOWN) return false;
     struct stat status {};
-    if (entry.type == DT_UNKNOWN) {
-      if (fstatat(folder.get(), entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
-      shown.is_folder = S_ISDIR(status.st_mode);
-      if (shown.is_folder) return true;
+    if (fstatat(folder.get(), entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
+    shown.is_folder = S_ISDIR(status.st_mode);
+    if (shown.is_folder) return true;
+    if (S_ISLNK(status.st_mode)) {
+      const Fd target{openat(folder.get(), entry.name, O_PATH | O_CLOEXEC)};
+      if (!target.valid() || fstat(target.get(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+      shown.leads_off_drive = !IsWithin(target, drive);
+      if (shown.leads_off_drive) return true;
     }
-    const bool need_target = entry.type != DT_UNKNOWN || S_ISLNK(status.st_mode);
-    if (need_target && fstatat(folder.get(), entry.name, &status, 0) != 0) return false;
     shown.size_bytes = static_cast<std::uint64_t>(status.st_size);
     shown.modified = zone_.ToLocal(status.st_mtim.tv_sec);
     return S_ISREG(status.st_mode);

@@ -48,7 +48,7 @@ class PosixNamedMutexes : public NamedMutexes {
     auto found = mutexes_.find(file_name);
     if (found == mutexes_.end()) {
       mkdir(folder_.c_str(), kNewFolderMode);
-      Mutex mutex{OpenHost(folder_ + "/" + file_name, O_RDWR | O_CREAT), 0, 0};
+      Mutex mutex{OpenHost(folder_ + "/" + file_name, O_RDWR | O_CREAT | O_NOFOLLOW), 0, 0};
       if (!mutex.file.valid() || !Register(mutex)) return 0;
       found = mutexes_.emplace(file_name, std::move(mutex)).first;
     }

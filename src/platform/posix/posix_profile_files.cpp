@@ -21,15 +21,16 @@ class PosixProfileFiles : public IniProfileFiles {
   std::shared_ptr<const IniText> Load(std::string_view path) override {
     const std::string host = paths_.ToHost(path);
     if (host.empty()) return nullptr;
-    auto text = store_.Load(host);
+    const std::string drive = paths_.DriveFolderOf(path);
+    auto text = store_.Load(host, drive);
     if (text || LastError() != HostError::kMissing) return text;
     const auto other = paths_.FindOtherCase(path);
-    return other ? store_.Load(*other) : nullptr;
+    return other ? store_.Load(*other, drive) : nullptr;
   }
 
   bool Store(std::string_view path, const IniText& text) override {
     const std::string host = paths_.ForCreation(path);
-    return !host.empty() && store_.Save(host, text);
+    return !host.empty() && store_.Save(host, paths_.DriveFolderOf(path), text);
   }
 
   bool MayReplace(std::string_view path) override { return !paths_.FindExisting(path); }

@@ -70,10 +70,10 @@ std::optional<std::uint32_t> NumberOf(std::string_view digits) {
 class PosixRegistry : public Registry {
  public:
   PosixRegistry(const std::string& root, IniStore& store, const CodePageTable& code_page)
-      : file_(root + "/registry.ini"), store_(store), code_page_(code_page) {}
+      : root_(root), file_(root + "/registry.ini"), store_(store), code_page_(code_page) {}
 
   std::optional<RegistryValue> Read(const RegistryName& name, RegistryAccess /*access*/) override {
-    const auto file = store_.Load(file_);
+    const auto file = store_.Load(file_, root_);
     if (!file) return std::nullopt;
     const auto stored = file->Find(code_page_.Encode(SectionOf(name)), code_page_.Encode(KeyOf(name)));
     return stored ? Parse(*stored) : std::nullopt;
@@ -82,12 +82,12 @@ class PosixRegistry : public Registry {
   bool Write(const RegistryName& name, const RegistryValue& value) override {
     if (value.type == RegistryType::kOther) return false;
     const FolderLock lock{file_};
-    const auto old = store_.Load(file_);
+    const auto old = store_.Load(file_, root_);
     if (!old && LastError() != HostError::kMissing) return false;
-    IniText text = old ? *old : IniText{{}, code_page_};
+    IniText text{old ? old->bytes() : std::string{}, code_page_, IniUse::kOneKey};
     const bool changed = text.Set(code_page_.Encode(SectionOf(name)), code_page_.Encode(KeyOf(name)),
                                   code_page_.Encode(Format(value)));
-    return !changed || store_.Save(file_, text);
+    return !changed || store_.Save(file_, root_, text);
   }
 
  private:
@@ -110,6 +110,7 @@ class PosixRegistry : public Registry {
     return RegistryValue{is_binary ? RegistryType::kBinary : RegistryType::kDword, {}, *number};
   }
 
+  std::string root_;
   std::string file_;
   IniStore& store_;
   const CodePageTable& code_page_;
