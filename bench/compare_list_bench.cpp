@@ -94,7 +94,9 @@ void BuildCompareList(const std::filesystem::path& root) {
   MappedDrives drives{bench.machine().drives, transfer};
   const bool stop_flag = false;
   StatusStopCheck stop{bench.machine(), bench.installation(), stop_flag};
-  CompareList list{bench.machine(), bench.installation(), transfer, exclusions, drives, stop};
+  Options options{bench.machine(), bench.installation()};
+  Trace trace{options, bench.machine().clock};
+  CompareList list{bench.machine(), bench.installation(), transfer, exclusions, drives, stop, trace};
   exclusions.Load();
   list.Begin();
   list.WalkItem({kTree, ItemKind::kFolder});

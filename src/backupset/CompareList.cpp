@@ -21,6 +21,9 @@ constexpr std::size_t kLongestPathUnits = 256;
 constexpr std::size_t kLongestNumber = 20;
 constexpr std::size_t kUnitsBesidePath = kLongestNumber + 3 * StampText::kUnits + 6;
 
+// A tree that nobody may read would fill the trace.
+constexpr int kMostLeftOut = 100;
+
 constexpr std::chrono::milliseconds kPartPause{2000};
 constexpr std::chrono::milliseconds kFirstFilePause{1};
 constexpr std::chrono::hours kShift{1};
@@ -40,7 +43,7 @@ char16_t* WriteLineEnd(char16_t* into) {
 }  // namespace
 
 CompareList::CompareList(const Machine& machine, const Installation& installation, const Transfer& transfer,
-                         Exclusions& exclusions, MappedDrives& mapped_drives, StopCheck& stop,
+                         Exclusions& exclusions, MappedDrives& mapped_drives, StopCheck& stop, Trace& trace,
                          std::int64_t lines_per_part)
     : machine_(machine),
       installation_(installation),
@@ -48,6 +51,7 @@ CompareList::CompareList(const Machine& machine, const Installation& installatio
       exclusions_(exclusions),
       mapped_drives_(mapped_drives),
       stop_(stop),
+      trace_(trace),
       lines_per_part_(lines_per_part),
       total_(machine, installation),
       text_files_(machine.files, machine.code_page),
@@ -66,7 +70,11 @@ BuildStart CompareList::Begin() {
   part_ = 1;
   files_ = skipped_ = 0;
   size_bytes_ = 0;
+  left_out_ = 0;
+  failed_ = false;
   endings_.clear();
+  // A job that ends early leaves it, and this one skips its own files only.
+  machine_.files.Remove(installation_.UserFile(kSkippedFiles), Removal::kForce);
   skipped_list_.Open(installation_.UserFile(kSkippedFiles));
   OpenPart();
   if (!mapped_drives_.CheckServiceModeMappedDrive()) return BuildStart::kReady;
@@ -86,7 +94,8 @@ bool CompareList::HasAutomaticSelection() {
 WalkOutcome CompareList::WalkFixedDrives() {
   for (const std::string& root : machine_.drives.Roots()) {
     if (machine_.drives.KindOf(root) != DriveKind::kFixed) continue;
-    if (WalkTree(ToUpper(root.substr(0, 2))) == WalkOutcome::kStopped) return WalkOutcome::kStopped;
+    const WalkOutcome outcome = WalkTree(ToUpper(root.substr(0, 2)));
+    if (outcome != WalkOutcome::kDone) return outcome;
   }
   return WalkOutcome::kDone;
 }
@@ -94,6 +103,7 @@ WalkOutcome CompareList::WalkFixedDrives() {
 WalkOutcome CompareList::WalkItem(const SelectedItem& item) {
   if (item.kind == ItemKind::kFolder) return WalkTree(item.path);
   WalkFile(item.path);
+  if (failed_) return WalkOutcome::kFailed;
   if (!MustStop()) return WalkOutcome::kDone;
   Close();
   return WalkOutcome::kStopped;
@@ -101,6 +111,7 @@ WalkOutcome CompareList::WalkItem(const SelectedItem& item) {
 
 void CompareList::Finish() {
   Close();
+  if (failed_) return;
   total_.Add({size_bytes_, static_cast<double>(files_)});
 }
 
@@ -111,10 +122,10 @@ WalkOutcome CompareList::WalkTree(const std::string& root) {
   while (!queue_.empty()) {
     const Folder folder = std::move(queue_.front());
     queue_.pop_front();
-    if (stop_.Stopped() || ScanFolderForCompareList(folder) == WalkOutcome::kStopped) {
-      Close();
-      return WalkOutcome::kStopped;
-    }
+    const WalkOutcome outcome = stop_.Stopped() ? WalkOutcome::kStopped : ScanFolderForCompareList(folder);
+    if (outcome == WalkOutcome::kDone) continue;
+    Close();
+    return outcome;
   }
   return WalkOutcome::kDone;
 }
@@ -122,15 +133,21 @@ WalkOutcome CompareList::WalkTree(const std::string& root) {
 WalkOutcome CompareList::ScanFolderForCompareList(const Folder& folder) {
   WalkOutcome outcome = WalkOutcome::kDone;
   EnterFolder(folder.path);
-  machine_.folders.List(folder.path, [&](const FolderEntry& entry) {
+  const bool is_listed = machine_.folders.List(folder.path, [&](const FolderEntry& entry) {
     if (entry.is_folder) {
       TakeSubfolder(folder, entry.name);
+    } else if (entry.leads_off_drive) {
+      NoteLeftOut("it is a link that leads off its drive", folder.path + std::string{entry.name});
     } else {
       TakeFile(folder, {entry.name, entry.size_bytes, entry.modified});
     }
+    list_.KeepUp();
+    CheckList();
     if ((entry.is_folder || endings_.empty()) && MustStop()) outcome = WalkOutcome::kStopped;
-    return outcome == WalkOutcome::kStopped ? Visit::kStop : Visit::kContinue;
+    if (failed_) outcome = WalkOutcome::kFailed;
+    return outcome == WalkOutcome::kDone ? Visit::kContinue : Visit::kStop;
   });
+  if (!is_listed) NoteLeftOut("the folder can't be listed", folder.path);
   return outcome;
 }
 
@@ -138,6 +155,7 @@ void CompareList::WalkFile(std::string_view path) {
   const std::string_view exclusion = exclusions_.FindExclusion(ExclusionKind::kFile, path);
   if (!exclusion.empty()) return exclusions_.AddAppliedExclusion(exclusion);
   const auto modified = machine_.files.Modified(path);
+  if (!modified && !path.empty()) NoteLeftOut("the file can't be read", path);
   if (!modified) return;
   const std::size_t name_at = path.rfind('\\') + 1;
   EnterFolder(path.substr(0, name_at));
@@ -169,6 +187,7 @@ void CompareList::TakeFile(const Folder& folder, const FileEntry& file) {
 
 void CompareList::AddFile(const FileEntry& file) {
   if (files_ == lines_per_part_) StartNextPart();
+  if (failed_) return;
   WriteLine(file);
   ++files_;
   if (endings_.empty()) return;
@@ -180,13 +199,14 @@ void CompareList::AddFile(const FileEntry& file) {
 }
 
 void CompareList::WriteLine(const FileEntry& file) {
-  // A time that is no date of the calendar has no stamp, and a file without a stamp no line.
-  if (!StampText::IsStampable(file.modified)) return;
   char16_t* const line = list_.Reserve(line_folder_.size() + file.name.size() + kUnitsBesidePath);
   char16_t* at = std::copy(line_folder_.begin(), line_folder_.end(), line);
   at = WriteUtf16(file.name, at);
   const auto path_units = static_cast<std::size_t>(at - line);
-  if (path_units > kLongestPathUnits) AddSkipped({line, path_units});
+  // A time that is no date of the calendar has no stamp, and a file without a stamp no line.
+  const bool has_stamp = StampText::IsStampable(file.modified);
+  if (path_units > kLongestPathUnits || !has_stamp) AddSkipped({line, path_units});
+  if (!has_stamp) return;
   *at++ = u'/';
   at = WriteNumber(file.size_bytes, at);
   for (const LocalTime stamp : {file.modified, file.modified + kShift, file.modified - kShift}) {
@@ -204,6 +224,7 @@ void CompareList::AddSkipped(std::u16string_view path) {
 
 void CompareList::StartNextPart() {
   Close();
+  if (failed_) return;
   transfer_.Trf_WriteUserProfileDefault(kStatusSection, "StatusCheckCount", std::to_string(part_));
   transfer_.Trf_WriteUserProfileDefault(kStatusSection, "CompareListCount", "1");
   // The size goes on growing, so that the displayed total counts a part more than once.
@@ -229,11 +250,25 @@ void CompareList::OpenPart() {
   std::string name{kPartsFolder};
   name.append("\\CompareListInput").append(std::to_string(part_)).append(".txt");
   list_.Open(installation_.UserFile(name));
+  CheckList();
 }
 
 void CompareList::Close() {
   list_.Close();
+  CheckList();
   skipped_list_.Close();
+}
+
+void CompareList::NoteLeftOut(std::string_view reason, std::string_view path) {
+  if (++left_out_ > kMostLeftOut) return;
+  trace_.User("  Left out, because " + std::string{reason} + " : " + std::string{path});
+}
+
+void CompareList::CheckList() {
+  if (failed_ || !list_.failed()) return;
+  failed_ = true;
+  trace_.User("  The compare list can't be written. Free some space and look at the rights of : " +
+              installation_.UserFile(kPartsFolder));
 }
 
 }  // namespace ondura

@@ -15,10 +15,11 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "profile/Transfer.h"
+#include "reporting/trace.h"
 
 namespace ondura {
 
-enum class WalkOutcome { kDone, kStopped };
+enum class WalkOutcome { kDone, kStopped, kFailed };
 
 // kBlocked: the backup set depends on a mapped drive, so that nothing is walked.
 enum class BuildStart { kReady, kBlocked };
@@ -27,14 +28,16 @@ enum class BuildStart { kReady, kBlocked };
 // that the engine reads while they grow.
 //
 // A build is Begin, then WalkFixedDrives where there is an automatic selection or WalkItem for each item,
-// then Finish. A walk that is stopped closes its files and returns at once; ending the job is the caller's.
+// then Finish. A walk that is stopped closes its files and returns at once, and so does one whose list can't
+// be written: a list that lacks lines would pass for a selection without those files. Ending the job is the
+// caller's.
 class CompareList {
  public:
   static constexpr std::int64_t kLinesPerPart = 5'000'000;
 
   // `lines_per_part` lets a small list have several parts.
   CompareList(const Machine& machine, const Installation& installation, const Transfer& transfer,
-              Exclusions& exclusions, MappedDrives& mapped_drives, StopCheck& stop,
+              Exclusions& exclusions, MappedDrives& mapped_drives, StopCheck& stop, Trace& trace,
               std::int64_t lines_per_part = kLinesPerPart);
 
   // Removes what an earlier build left.
@@ -49,8 +52,8 @@ class CompareList {
   // Walks every fixed drive for the files with the endings read, or for all where there is none.
   WalkOutcome WalkFixedDrives();
 
-  // A folder with all below it, or one file. An item that is not there adds nothing. Asks for a stop behind
-  // the item too.
+  // A folder with all below it, or one file. What can't be read adds nothing but a line to the trace, for a
+  // hundred of them. Asks for a stop after the item too.
   WalkOutcome WalkItem(const SelectedItem& item);
 
   // Closes the files and adds the run's size and count to TotalDisplaySize.txt.
@@ -59,11 +62,14 @@ class CompareList {
   // Closes the files of a build that is given up. What was written stays.
   void Close();
 
+  // The list could not be opened or written to its end, which one line of the trace tells.
+  [[nodiscard]] bool failed() const { return failed_; }
+
   // The number of the present part, from 1 on.
   [[nodiscard]] std::int64_t parts() const { return part_; }
   // Files of the present part.
   [[nodiscard]] std::int64_t files() const { return files_; }
-  // Paths too long for the server.
+  // Paths too long for the server, and files whose time has no stamp.
   [[nodiscard]] std::int64_t skipped() const { return skipped_; }
   // Grows only while there are endings.
   [[nodiscard]] double size_bytes() const { return size_bytes_; }
@@ -91,6 +97,8 @@ class CompareList {
   void StartNextPart();
   bool EndsAsWanted(std::string_view name) const;
   bool MustStop();
+  void NoteLeftOut(std::string_view reason, std::string_view path);
+  void CheckList();
   void OpenPart();
 
   Machine machine_;
@@ -99,6 +107,7 @@ class CompareList {
   Exclusions& exclusions_;
   MappedDrives& mapped_drives_;
   StopCheck& stop_;
+  Trace& trace_;
   const std::int64_t lines_per_part_;
   TotalDisplaySize total_;
   TextFiles text_files_;
@@ -111,6 +120,8 @@ class CompareList {
   std::int64_t part_ = 1;
   std::int64_t files_ = 0;
   std::int64_t skipped_ = 0;
+  int left_out_ = 0;
+  bool failed_ = false;
   double size_bytes_ = 0;
 };
 

@@ -45,6 +45,7 @@ double FolderWalk::GetMappedDriveSize(std::string_view sRoot) {
   std::vector<std::string> subfolders;
   const std::string root = WithBackslash(sRoot);
   machine_.folders.List(root, [&](const FolderEntry& entry) {
+    if (entry.leads_off_drive) return Visit::kContinue;
     if (entry.is_folder) {
       subfolders.push_back(root + std::string{entry.name});
     } else {
@@ -68,6 +69,7 @@ void FolderWalk::ListNext(Take take) {
   queue_.pop_front();
   std::int64_t entries = 0;
   const bool is_listed = machine_.folders.List(folder, [&](const FolderEntry& entry) {
+    if (entry.leads_off_drive) return Visit::kContinue;
     ++entries;
     if (entry.is_folder) {
       AddSubfolder(folder, entry.name);

@@ -36,6 +36,11 @@ constexpr std::uint32_t kScannerKilled = 1001;
 // A process that refuses to end would keep the job for ever; after this many looks the job goes on.
 constexpr int kScannerLooks = 100;
 
+// 0 for a number that is no id.
+ProcessId IdOf(std::int64_t number) {
+  return std::in_range<ProcessId>(number) ? static_cast<ProcessId>(number) : 0;
+}
+
 }  // namespace
 
 LocalDatabase::LocalDatabase(const Machine& machine, const Installation& installation,
@@ -122,7 +127,7 @@ std::int16_t LocalDatabase::WaitForEnd(ProcessHandle process, std::string_view a
 
 void LocalDatabase::EndScanner() {
   trace_.User(" Scan is going on kill backend and call backend with 30 ");
-  const ProcessId scanner = ScannerId();
+  const ProcessId scanner = IdOf(ScannerNumber());
   if (scanner == 0) return;
   const ProcessHandle handle = machine_.processes.OpenById(scanner, ProcessAccess::kQueryAndTerminate);
   machine_.processes.Terminate(handle, kScannerKilled);
@@ -192,8 +197,9 @@ void LocalDatabase::VaccumDB() {
 }
 
 bool LocalDatabase::IsScanInProgress() {
-  const ProcessId scanner = ScannerId();
-  trace_.User(" ClientProcID : " + std::to_string(scanner));
+  const std::int64_t number = ScannerNumber();
+  trace_.User(" ClientProcID : " + std::to_string(number));
+  const ProcessId scanner = IdOf(number);
   if (scanner == 0) return false;
   const ProcessHandle handle = machine_.processes.OpenById(scanner, ProcessAccess::kQuery);
   if (handle == kNoProcess) {
@@ -227,9 +233,8 @@ std::string LocalDatabase::RealTimeValue(std::string_view key) const {
   return std::string{Trim(profile_.ReadProfileValue("REALTIME", key))};
 }
 
-ProcessId LocalDatabase::ScannerId() const {
-  const auto number = ParseInteger(RealTimeValue("ScannerId")).value_or(0);
-  return std::in_range<ProcessId>(number) ? static_cast<ProcessId>(number) : 0;
+std::int64_t LocalDatabase::ScannerNumber() const {
+  return ParseInteger(RealTimeValue("ScannerId")).value_or(0);
 }
 
 ProcessHandle LocalDatabase::StartScanner(std::string_view parameters) {

@@ -57,7 +57,7 @@ class LocalDatabase {
   void RetryDatabase(const std::string& path);
   bool UserAborts() const;
   std::string RealTimeValue(std::string_view key) const;
-  ProcessId ScannerId() const;
+  [[nodiscard]] std::int64_t ScannerNumber() const;
   ProcessHandle StartScanner(std::string_view parameters);
 
   Machine machine_;

@@ -92,7 +92,7 @@ void NetworkPaths::ScanMappedPair(FileWriter& stream, std::string_view sSource, 
       queues.source.push_back(source + name);
       queues.target.push_back(target + name);
       machine_.pump.Pump();
-    } else if (StampText::IsStampable(entry.modified)) {
+    } else if (!entry.leads_off_drive && StampText::IsStampable(entry.modified)) {
       stream.Append(ToUtf16(ListLine(source, entry)));
     }
     return Visit::kContinue;

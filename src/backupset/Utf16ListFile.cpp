@@ -44,7 +44,7 @@ char16_t* WriteUtf16(std::string_view utf8, char16_t* into) {
       utf8.remove_prefix(kRun);
     }
     if (utf8.empty()) break;
-    const DecodedCharacter next = DecodeUtf8(utf8);
+    const DecodedCharacter next = DecodeWtf8(utf8);
     into = WriteCharacter(next, into);
     utf8.remove_prefix(next.bytes);
   }
@@ -55,11 +55,12 @@ void Utf16ListFile::Open(std::string_view path) {
   Close();
   TextFiles{machine_.files, machine_.code_page}.CreateMissing(path, Encoding::kUtf16);
   writer_ = machine_.files.OpenAppender(path, IfMissing::kFail);
+  failed_ = !writer_;
   block_.resize(kBlockUnits);
 }
 
 void Utf16ListFile::Close() {
-  WriteOut();
+  if (writer_) WriteOut();
   writer_.reset();
 }
 
@@ -71,9 +72,16 @@ char16_t* Utf16ListFile::Reserve(std::size_t units) {
 
 void Utf16ListFile::Commit(const char16_t* end) { used_ = static_cast<std::size_t>(end - block_.data()); }
 
+void Utf16ListFile::KeepUp() {
+  const LocalTime now = machine_.clock.Now();
+  if (now == written_at_) return;
+  WriteOut();
+  written_at_ = now;
+}
+
 void Utf16ListFile::WriteOut() {
-  if (writer_ && used_ > 0) {
-    writer_->Append({reinterpret_cast<const char*>(block_.data()), used_ * sizeof(char16_t)});
+  if (used_ > 0 && !failed_) {
+    failed_ = !writer_->Append({reinterpret_cast<const char*>(block_.data()), used_ * sizeof(char16_t)});
   }
   used_ = 0;
 }

@@ -32,7 +32,7 @@ TransferRun::TransferRun(JobContext& job, AbortForms& abort)
       exclusions_(job.services.machine, job.services.installation, job.services.transfer),
       stop_(job.services.machine, job.services.installation, job.services.progress.ProgressEnded()),
       compare_list_(job.services.machine, job.services.installation, job.services.transfer, exclusions_,
-                    job.services.mapped_drives, stop_) {}
+                    job.services.mapped_drives, stop_, job.services.trace) {}
 
 bool TransferRun::UsesLocalDatabase() {
   const std::string method = job_.services.transfer.Trf_ReadUserNameDBProfile("DB");
@@ -174,6 +174,7 @@ Leave TransferRun::PrepareInput() {
     if (auto code = WalkItems()) return code;
     compare_list_.Finish();
   }
+  if (compare_list_.failed()) return FailInput();
   for (const SelectedItem& item : job_.state.run.items) {
     job_.services.trace.User("  Selected path :  " + item.path);
   }
@@ -185,17 +186,31 @@ Leave TransferRun::PrepareInput() {
 Leave TransferRun::WalkItems() {
   using WalkPlace = AbortForms::WalkPlace;
   if (compare_list_.HasAutomaticSelection()) {
-    if (compare_list_.WalkFixedDrives() == WalkOutcome::kDone) return std::nullopt;
+    if (compare_list_.WalkFixedDrives() != WalkOutcome::kStopped) return std::nullopt;
     return abort_.LeaveFromWalk(WalkPlace::kWithinFolder);
   }
   for (const SelectedItem& item : job_.state.run.items) {
-    const bool stopped = compare_list_.WalkItem(item) == WalkOutcome::kStopped;
+    const WalkOutcome outcome = compare_list_.WalkItem(item);
+    if (outcome == WalkOutcome::kFailed) break;
+    const bool stopped = outcome == WalkOutcome::kStopped;
     if (stopped && item.kind == ItemKind::kFolder) return abort_.LeaveFromWalk(WalkPlace::kWithinFolder);
     if (!stopped && !abort_.AbortAsked()) continue;
     compare_list_.Close();
     return abort_.LeaveFromWalk(WalkPlace::kBehindItem);
   }
   return std::nullopt;
+}
+
+// The engine still waits for lines that won't come.
+JobCode TransferRun::FailInput() {
+  abort_.EndPrograms();
+  job_.state.run.items.clear();
+  job_.keys.StampEnd();
+  const JobCode code = abort_.LeaveFailed(job_texts::kListNotWritten, engine_results::kEndedAbnormally);
+  abort_.RemoveShadowTempFolder();
+  job_.temp_folder.DeleteTempFolder();
+  job_.keys.AddFailureDay();
+  return code;
 }
 
 void TransferRun::WriteInputKeys() {

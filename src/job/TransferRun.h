@@ -53,6 +53,7 @@ class TransferRun {
   void StartEngine();
   Leave PrepareInput();
   Leave WalkItems();
+  JobCode FailInput();
   void WriteInputKeys();
   void RewriteExcludedFiles();
 

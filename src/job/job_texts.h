@@ -57,6 +57,9 @@ inline constexpr std::string_view kExcludedTrace =
 inline constexpr std::string_view kLocked =
     "The user data is locked due to a recent aborted session. Please try after a few minutes.";
 inline constexpr std::string_view kSomeFailed = "One or More files could not be backed up.";
+inline constexpr std::string_view kListNotWritten =
+    "The list of the files to back up could not be written. Free some space on the drive of the data folder "
+    "and look at the rights of the user's folder.";
 // The address of the other machine stands in place of kAddressGap.
 inline constexpr std::string_view kRunsElsewhere =
     "Backup is in progress from the ip address ------  Wait till it is complete to begin the backup on this "

@@ -2,6 +2,7 @@
 
 #include "backup_set_house.h"
 #include "util/date_text.h"
+#include "util/text.h"
 
 namespace ondura {
 namespace {
@@ -13,7 +14,7 @@ constexpr std::string_view kStamps = "/11-14-2026 12:30:00/11-14-2026 13:30:00/1
 
 struct Build : BackupSetHouse {
   explicit Build(std::int64_t lines_per_part = CompareList::kLinesPerPart)
-      : list{machine.machine(), installation, transfer, exclusions, drives, stop, lines_per_part} {}
+      : list{machine.machine(), installation, transfer, exclusions, drives, stop, trace, lines_per_part} {}
 
   void PutFile(const std::string& path, std::string_view bytes = "12345") { machine.PutFile(path, bytes); }
   void PutFiles(int count) {
@@ -49,7 +50,7 @@ TEST(CompareList, WritesPathSizeAndThreeStampsForEachFileBelowTheItem) {
                 "C:\\docs\\sub\\b.txt/0/01-01-2027 00:05:09/01-01-2027 01:05:09/12-31-2026 23:05:09\r\n");
   EXPECT_THAT(build.machine.FilesUnder(build.UserFile("TempCom")), ElementsAre(build.UserFile(kFirstPart)));
   EXPECT_EQ(build.List("CompareListInput.txt"), "(no file)");
-  EXPECT_EQ(build.List("SkippedFiles.txt"), "C:\\of\\an\\earlier\\run\r\n");
+  EXPECT_EQ(build.List("SkippedFiles.txt"), "") << "a job that ended early may have left its own";
   EXPECT_EQ(build.List("TotalDisplaySize.txt"), "0\r\n2\r\n");
 }
 
@@ -63,7 +64,7 @@ TEST(CompareList, ReadsBreadthFirstAndRepairsABlankBeforeABackslashInTheFolderTe
   EXPECT_THAT(build.Paths(), ElementsAre("C:\\docs\\b\\2", "C:\\docs\\a\\deep\\1"));
 }
 
-TEST(CompareList, NamesPathsOfMoreThan256UnitsInBothFiles) {
+TEST(CompareList, SkipsPathsOfMoreThan256UnitsInBothFilesAndFilesWithoutAStamp) {
   Build build;
   const std::string folder = "C:\\docs\\";
   const std::string fits = folder + std::string(244, 'x') + "𝄞é.";
@@ -71,12 +72,14 @@ TEST(CompareList, NamesPathsOfMoreThan256UnitsInBothFiles) {
   ASSERT_EQ(Utf16Length(fits), 256U);
   build.PutFile(fits);
   build.PutFile(too_long);
+  build.PutFile(folder + "z");
+  build.machine.disk().SetModified(folder + "z", ToLocalTime({9999, 12, 31, 23, 30, 0}));
   build.list.Begin();
   build.Walk("C:\\docs");
   build.list.Finish();
   EXPECT_THAT(build.Paths(), ElementsAre(fits, too_long));
-  EXPECT_EQ(build.List("SkippedFiles.txt"), too_long + "\r\n");
-  EXPECT_EQ(build.list.skipped(), 1);
+  EXPECT_EQ(build.List("SkippedFiles.txt"), too_long + "\r\n" + folder + "z\r\n");
+  EXPECT_EQ(build.list.skipped(), 2);
 }
 
 struct PartCase {
@@ -205,6 +208,63 @@ TEST(CompareList, ReachesTheFileInBlocksWhileItGrows) {
   build.Walk("C:\\docs");
   EXPECT_GT(most_waiting, 32U * 1024);
   EXPECT_LE(most_waiting, 64U * 1024);
+}
+
+TEST(CompareList, LetsTheEngineReadWhatHasWaitedForASecondThoughNoLineComes) {
+  Build build;
+  for (const char* path : {"C:\\docs\\1", "C:\\docs\\2", "C:\\docs\\none\\none"}) build.PutFile(path);
+  std::vector<std::size_t> lines;
+  build.list.Begin();
+  build.machine.OnPump([&] {
+    lines.push_back(build.Paths().size());
+    build.machine.Advance(std::chrono::milliseconds{600});
+  });
+  build.Walk("C:\\docs");
+  EXPECT_THAT(lines, ElementsAre(1, 1, 2, 2));
+}
+
+struct FailureCase {
+  const char* story;
+  const char* fault;
+  const char* path;
+  int lines_per_part;
+  std::size_t lines;
+};
+
+constexpr FailureCase kFailureCases[] = {
+    {"it can't be opened", "Files.OpenAppender", "CompareListInput1.txt", 9, 0},
+    {"the disk is full in its middle", "FileWriter.Append", "CompareListInput1.txt", 9, 0},
+    {"its second part can't be opened", "Files.OpenAppender", "CompareListInput2.txt", 2, 2}};
+
+TEST(CompareList, StopsAtTheFirstWriteThatFailsAndSaysSoOnce) {
+  for (const FailureCase& row : kFailureCases) {
+    SCOPED_TRACE(row.story);
+    Build build{row.lines_per_part};
+    build.PutFiles(5);
+    build.machine.Fail(std::string{row.fault} + "*" + row.path);
+    build.list.Begin();
+    EXPECT_EQ(build.Walk("C:\\docs"), WalkOutcome::kFailed);
+    build.list.Finish();
+    EXPECT_TRUE(build.list.failed());
+    EXPECT_EQ(build.Paths().size(), row.lines);
+    EXPECT_EQ(build.List("TotalDisplaySize.txt"), "(no file)");
+    const std::string trace = build.List("ScheduleTraceFile.txt");
+    EXPECT_EQ(Split(trace, "The compare list can't be written").size(), 2U) << trace;
+  }
+}
+
+TEST(CompareList, NamesWhatItCouldNotRead) {
+  Build build;
+  build.PutFile("C:\\docs\\shut\\1");
+  build.machine.disk().SetRefusing("C:\\docs\\shut", true);
+  build.list.Begin();
+  build.Walk("C:\\docs");
+  build.Walk("C:\\gone", ItemKind::kFile);
+  build.Walk("", ItemKind::kFile);
+  build.list.Finish();
+  EXPECT_THAT(Split(build.List("ScheduleTraceFile.txt"), "Left out, because "),
+              ElementsAre(testing::_, testing::StartsWith("the folder can't be listed : C:\\docs\\shut\\"),
+                          testing::StartsWith("the file can't be read : C:\\gone")));
 }
 
 TEST(StatusStopCheck, ReadsTheProfileOnlyWhenItChangesAndSeesAWriteAtOnce) {

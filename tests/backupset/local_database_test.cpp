@@ -206,10 +206,12 @@ TEST(VaccumDB, ResetsWhenTheDateHasComeAndOnlyOnce) {
 TEST(LocalDatabase, TellsWhetherTheScannerRuns) {
   DatabaseHouse house;
   EXPECT_FALSE(house.database.IsScanInProgress());
-  house.SetProfile("REALTIME", "ScannerId", "4000000");
-  EXPECT_FALSE(house.database.IsScanInProgress());
-  EXPECT_THAT(house.Traces(),
-              ElementsAre("@ ClientProcID : 0", "@ ClientProcID : 4000000", "@ Process is not running "));
+  for (const char* id : {"-7", "4000000"}) {
+    house.SetProfile("REALTIME", "ScannerId", id);
+    EXPECT_FALSE(house.database.IsScanInProgress());
+  }
+  EXPECT_THAT(house.Traces(), ElementsAre("@ ClientProcID : 0", "@ ClientProcID : -7",
+                                          "@ ClientProcID : 4000000", "@ Process is not running "));
   house.SetProfile("REALTIME", "ScannerId", std::to_string(house.machine.PutProcess(kScanner)));
   EXPECT_TRUE(house.database.IsScanInProgress());
   EXPECT_THAT(house.Traces().back(), testing::StartsWith("@ Process is running with handle : "));

@@ -118,8 +118,13 @@ TEST(CheckServiceModeMappedDrive, KeepsTheServiceFromDrivesThatItDoesNotHave) {
     house.machine.WriteIni("C:\\data\\UserName.ini", "Tolmera", "Standard", row.standard);
     MappedDrives drives{house.machine.machine().drives, house.transfer};
     drives.drive_list() = row.drives;
-    CompareList list{
-        house.machine.machine(), house.installation, house.transfer, house.exclusions, drives, house.stop};
+    CompareList list{house.machine.machine(),
+                     house.installation,
+                     house.transfer,
+                     house.exclusions,
+                     drives,
+                     house.stop,
+                     house.trace};
     EXPECT_EQ(list.Begin(), row.is_blocked ? BuildStart::kBlocked : BuildStart::kReady);
     EXPECT_EQ(drives.check_made(), *row.standard == '0');
   }

@@ -51,6 +51,21 @@ TEST(FileJobStory, AMethodThatChangesLateStillHasItsFiles) {
   EXPECT_EQ(house.Text("TempCom\\CompareListInput1.txt").substr(0, 14), "C:\\Docs\\a.txt/");
 }
 
+TEST(FileJobStory, AListThatCannotBeWrittenEndsTheJobAndItsEngineAsFailed) {
+  DueHouse house;
+  bool engine_ended = false;
+  house.OnCommand(51, [&](ProgramRun&) { engine_ended = true; });
+  house.machine.Fail("FileWriter.Append*CompareListInput1.txt");
+  house.Tick();
+  EXPECT_FALSE(engine_ended) << "the engine would wait, and call the part of the list all there is";
+  EXPECT_TRUE(house.TraceHas("  The compare list can't be written. "));
+  EXPECT_EQ(house.Status("BackupFailureDays"), "1");
+  EXPECT_EQ(house.NextTime(), House::kTomorrow);
+  ASSERT_EQ(house.SessionFiles().size(), 1U);
+  EXPECT_THAT(FromUtf16(house.machine.FileBytes(house.SessionFiles().front()).value_or("")),
+              testing::HasSubstr("The list of the files to back up could not be written."));
+}
+
 TEST(FileJobStory, FiveMillionBytesAreALargeInputAndTheEnginesTraceIsKeptUpToItsCap) {
   constexpr std::size_t kCap = 5242880;
   for (const bool large : {false, true}) {
