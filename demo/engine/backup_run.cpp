@@ -74,6 +74,9 @@ void BackupRun::RunByDatabase() {
     report_.Failed(path);
     ++figures_.failed;
   }
+  for (const std::string& path : outcome.off_drive) {
+    report_.Say(path + "  is left out: it is a link that leads off its drive");
+  }
   Transfer(outcome.files);
   database_.Save(known_);
 }
@@ -120,6 +123,11 @@ std::vector<Candidate> BackupRun::PickChanged(const std::vector<Candidate>& file
   std::vector<Candidate> changed;
   for (const Candidate& file : files) {
     ++figures_.considered;
+    if (SharesPlace(file.path)) {
+      report_.Failed(file.path + "  (another file has this name in another letter case)");
+      ++figures_.failed;
+      continue;
+    }
     const auto known = known_.Find(file.path);
     if (known && file.Matches(*known)) {
       ++figures_.in_sync;
@@ -130,6 +138,14 @@ std::vector<Candidate> BackupRun::PickChanged(const std::vector<Candidate>& file
     }
   }
   return changed;
+}
+
+bool BackupRun::SharesPlace(const std::string& path) {
+  const auto [first, is_new] = places_.try_emplace(ToLower(path), path);
+  if (is_new || first->second == path) return false;
+  // One file may be chosen twice, in different letter case.
+  Drives& drives = client_.machine().drives;
+  return drives.LongPath(first->second) != drives.LongPath(path);
 }
 
 void BackupRun::Send(const Candidate& file) {

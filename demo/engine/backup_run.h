@@ -3,6 +3,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "demo/common/client.h"
@@ -34,6 +35,10 @@ class BackupRun {
   // Sorts out what has changed and sends it.
   void Transfer(const std::vector<Candidate>& files);
   std::vector<Candidate> PickChanged(const std::vector<Candidate>& files);
+
+  // Whether another file of this run has the same name but for its letter case: both have one place in the
+  // vault.
+  bool SharesPlace(const std::string& path);
   void Send(const Candidate& file);
 
   // Waits as long as a file is to take at least. False when the run has been ended meanwhile.
@@ -54,6 +59,7 @@ class BackupRun {
   SessionReport report_;
 
   FileStates known_;
+  std::unordered_map<std::string, std::string> places_;  // the files of this run by their lower-case paths
   RunFigures figures_;
   std::vector<std::string> changed_paths_;
   std::vector<std::string> in_sync_paths_;

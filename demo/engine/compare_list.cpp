@@ -66,6 +66,8 @@ std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>
     const bool grew = part.Follow(machine.files);
     const Progress progress = ProgressOf(number, look);
     if (look == last && !grew && progress != Progress::kGrowing) {
+      // What is announced and not there was lost: without it the files of the list would pass for saved.
+      if (!machine.files.Exists(part.path())) return std::nullopt;
       ++taken_;
       return CompareListPart{part.Take(), progress == Progress::kLast};
     }

@@ -59,8 +59,8 @@ class CompareList {
  public:
   explicit CompareList(Client& client) : client_(client) {}
 
-  // The next part, when it is complete. Nothing when `is_over` says so, or when the job has shown no sign
-  // of life for ten minutes.
+  // The next part, when it is complete. Nothing when `is_over` says so, when the part is announced and
+  // missing, or when the job has shown no sign of life for ten minutes.
   std::optional<CompareListPart> NextPart(const std::function<bool()>& is_over);
 
  private:

@@ -113,6 +113,8 @@ void Selection::TakeEntry(const std::string& folder, const FolderEntry& entry,
     }
   } else if (excluded_files_.contains(ToLower(path))) {
     outcome.met_exclusion = true;
+  } else if (entry.leads_off_drive) {
+    outcome.off_drive.push_back(std::move(path));
   } else if (HasWantedEnding(entry.name)) {
     outcome.files.push_back(MakeCandidate(std::move(path), entry.size_bytes, entry.modified));
   }

@@ -21,7 +21,8 @@ class Selection {
 
   struct Outcome {
     std::vector<Candidate> files;
-    std::vector<std::string> missing;  // chosen, but not there or not readable
+    std::vector<std::string> missing;    // chosen, but not there or not readable
+    std::vector<std::string> off_drive;  // links
     bool met_exclusion = false;
   };
 

@@ -165,6 +165,46 @@ TEST(CompareListTest, WaitsForCompletePartsAndTakesNothingFromTheListOfTheLastJo
   EXPECT_THAT(house.Lines("ToBackup.txt"), ElementsAre(kDocuments + "one.txt", kDocuments + "two.txt"));
 }
 
+TEST(CompareListTest, EndsAbnormallyWhereAnAnnouncedPartIsMissing) {
+  Rehearsal house;
+  house.transfer().Trf_WriteUserNameDBProfile("DB", "0");
+  house.PutLines("atbkupfolderlist.txt", {kDocuments});
+  house.PutFile(kDocuments + "one.txt", "1");
+  WriteCompareList(house, {kDocuments + "one.txt"});
+  house.SetStatus("CompareListCount", "0");
+  house.SetStatus("StatusCheckCount", "2");
+  EXPECT_EQ(house.Run(" 51<>"), "-1");
+}
+
+TEST(EngineTest, ReportsFilesThatShareAPlaceInTheVaultAndLinksThatLeaveTheDrive) {
+  for (const char* method : {"0", "1"}) {
+    Rehearsal house;
+    house.transfer().Trf_WriteUserNameDBProfile("DB", method);
+    house.PutLines("atbkupfolderlist.txt", {kDocuments, "c:\\users\\ann\\documents\\ONE.txt"});
+    house.PutFile(kDocuments + "one.txt", "1");
+    const std::filesystem::path host = house.HostRoot() + "/C/Users/ann/Documents";
+    std::filesystem::create_symlink("/etc/hostname", host / "link");
+    const auto run = [&] {
+      if (*method == '0') {
+        WriteCompareList(house, {kDocuments + "one.txt", kDocuments + "One.txt"});
+        house.SetStatus("StatusCheckCount", "1");
+      }
+      return house.Run(" 51<>");
+    };
+    if (*method == '1') {
+      EXPECT_EQ(run(), "402") << "one file, chosen twice";
+    }
+    std::ofstream{host / "One.txt"} << "2";
+    EXPECT_EQ(run(), "-1001");
+    EXPECT_FALSE(house.machine().files.Exists(Rehearsal::VaultFile("C\\Users\\ann\\Documents\\link")));
+    const auto told = [&](const char* text) { return testing::Contains(testing::HasSubstr(text)); };
+    EXPECT_THAT(house.SessionLines(), told("has this name in another letter case"));
+    if (*method == '1') {
+      EXPECT_THAT(house.SessionLines(), told("a link that leads off its drive"));
+    }
+  }
+}
+
 struct StopCase {
   std::string story, key, value, want, closing;
 };
@@ -192,12 +232,7 @@ TEST_P(StopTest, EndsBetweenTwoFilesAndSaysSo) {
     return Visit::kContinue;
   });
   EXPECT_THAT(copied, testing::AllOf(testing::Ge(2U), testing::Lt(200U)));
-  std::string session;
-  house.machine().folders.List(house.UserFile("Session"), [&](const FolderEntry& entry) {
-    session = "Session\\" + std::string{entry.name};
-    return Visit::kContinue;
-  });
-  EXPECT_EQ(house.Lines(session).back(), GetParam().closing + std::string{"     [Backed up Files : "} +
+  EXPECT_EQ(house.SessionLines().back(), GetParam().closing + std::string{"     [Backed up Files : "} +
                                              std::to_string(copied) + ", Size : " + std::to_string(copied) +
                                              " bytes, Failed Files : 0]");
 }

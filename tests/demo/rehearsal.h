@@ -100,6 +100,16 @@ class Rehearsal {
         .value_or(std::vector<std::string>{"<missing>"});
   }
 
+  // Of all session logs.
+  std::vector<std::string> SessionLines() {
+    std::vector<std::string> all;
+    machine().folders.List(UserFile("Session"), [&](const FolderEntry& entry) {
+      for (const std::string& line : Lines("Session\\" + std::string{entry.name})) all.push_back(line);
+      return Visit::kContinue;
+    });
+    return all;
+  }
+
   std::string Read(const std::string& path) { return machine().files.Read(path).value_or("<missing>"); }
 
   std::string ProfileValue(std::string_view section, std::string_view key) {
