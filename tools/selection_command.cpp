@@ -64,11 +64,20 @@ PathOnMachine FindPath(const Machine& machine, const std::string& path) {
   return {is_folder ? WithBackslash(text) : text, is_folder};
 }
 
+// Whoever reads the list trims its lines, and a backslash with a blank before it loses the blank.
+void RefuseTrailingBlanks(const PathOnMachine& path) {
+  if (path.text.find(" \\") == std::string::npos && !path.text.ends_with(' ')) return;
+  throw Failure(Exit::kFailed, "'" + path.text +
+                                   "' has a name that ends in a blank, which no backup finds; "
+                                   "rename it, or select the folder above");
+}
+
 void AddPaths(const Machine& machine, Lists& lists, const std::vector<std::string>& paths) {
   std::vector<PathOnMachine> found;
   for (const auto& path : paths) {
     const bool is_keyword = lists.are_one && path == kEveryDrive;
     found.push_back(is_keyword ? PathOnMachine{path, false} : FindPath(machine, path));
+    if (lists.are_one) RefuseTrailingBlanks(found.back());
   }
   for (const auto& path : found) {
     if (!lists.For(path.is_folder).Add(path.text))
@@ -89,7 +98,9 @@ void Print(const Lists& lists, bool as_json) {
   if (!lists.are_one)
     entries.insert(entries.end(), lists.files.Entries().begin(), lists.files.Entries().end());
   if (as_json) {
-    std::cout << nlohmann::json(entries).dump(2) << "\n";
+    // A name may hold what is no UTF-8.
+    std::cout << nlohmann::json(entries).dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+              << "\n";
     return;
   }
   for (const auto& entry : entries) std::cout << entry << "\n";

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <fstream>
 
 #include "tools/tool_run.h"
 
@@ -27,9 +28,11 @@ TEST(ToolSelect, WritesPathsAsTheJobReadsThem) {
       << "an empty file would count as a selection";
 }
 
-TEST(ToolSelect, AddsNothingWhenOneOfThePathsIsMissing) {
+TEST(ToolSelect, AddsNothingWhenOneOfThePathsIsMissingOrEndsInABlank) {
   const AnnHouse house;
   EXPECT_EQ(house.Run("select ann 'D:\\notes.txt' 'D:\\gone'").exit, 1);
+  std::ofstream{house.root() + "/C/blank "} << "x";
+  EXPECT_EQ(house.Run("select ann 'D:\\notes.txt' 'C:\\blank '").exit, 1) << "whoever reads the list trims";
   EXPECT_EQ(house.Run("select ann --list --json").out, "[]\n");
 }
 
