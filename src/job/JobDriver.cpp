@@ -35,7 +35,7 @@ JobCode JobDriver::Cont_SchBackup() {
   if (auto leave = EndAtSupportMarker()) return *leave;
   if (auto leave = connection_.DiscoverPort()) return *leave;
   TakeStageItems();
-  RefreshServiceState();
+  CheckServiceRunning();
   FallBackWhenSpaceIsShort();
   if (auto leave = connection_.StopOverQuota()) return *leave;
   if (auto leave = abort_.TestForAbort(job_texts::kAbortedBefore28)) return *leave;
@@ -55,8 +55,13 @@ void JobDriver::Reset() {
   job_.keys.Write("Paused", "0");
   services.transfer.Trf_WriteUserProfileDefault("sj", "LSN", "");
   services.trace.plain().WriteTrace(QuotaTrace(ReadQuotaOutputFile(services.store)));
-  services.transfer.Trf_WriteUserProfileDefault("REALTIME", "DriveList", services.helpers.DriveListText());
+  WriteDriveList();
   services.trace.User("  (5.5.17) Reading configuration data");
+}
+
+void JobDriver::WriteDriveList() {
+  job_.services.transfer.Trf_WriteUserProfileDefault("REALTIME", "DriveList",
+                                                     job_.services.helpers.DriveListText());
 }
 
 void JobDriver::ReadProfile() {
@@ -136,11 +141,10 @@ void JobDriver::TakeStageItems() {
   if (run.items.empty()) job_.services.trace.User(stage->NoItemsTrace());
 }
 
-void JobDriver::RefreshServiceState() {
-  bool& running = job_.state.memory.ServiceRunningFlag;
-  const int state =
-      job_.services.helpers.ServiceState(job_.services.installation.ProductInstallationName + " Service");
-  running = SystemHelpers::NextServiceRunningFlag(state, running);
+void JobDriver::CheckServiceRunning() {
+  const JobServices& services = job_.services;
+  services.helpers.CheckServiceRunning(services.installation.ProductInstallationName + " Service",
+                                       job_.state.memory.ServiceRunningFlag);
 }
 
 // The local database would fill what is left of the drive.

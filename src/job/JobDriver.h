@@ -18,6 +18,7 @@ class JobDriver {
 
  private:
   void Reset();
+  void WriteDriveList();
   void ReadProfile();
   Leave RefuseWithoutEncryptionPassword();
   Leave RunStage();
@@ -26,7 +27,7 @@ class JobDriver {
   Leave EndAtSupportMarker();
   void TakeStageItems();
   void FallBackWhenSpaceIsShort();
-  void RefreshServiceState();
+  void CheckServiceRunning();
   Leave PrepareBackupSet();
   JobCode Transfer();
   JobCode RunAgain();

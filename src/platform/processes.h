@@ -27,13 +27,13 @@ enum class ProcessAccess : std::uint32_t {
   kQueryReadAndTerminate = 0x411,
 };
 
-// How the table of processes is taken: the snapshot walk (CreateToolhelp32Snapshot) of the oldest systems,
-// or the list of ids with their first module (EnumProcesses, EnumProcessModules).
+// How the table of processes is taken: the snapshot walk (CreateToolhelp32Snapshot), which needs no rights,
+// or the list of ids with their first module (EnumProcesses, EnumProcessModules), which opens each process.
 enum class ProcessSource { kSnapshot, kModules };
 
 struct ProcessEntry {
   ProcessId id = 0;
-  std::string module_path;  // GetModuleFileNameExA of the first module
+  std::string module_path;  // GetModuleFileNameExA of the first module; a snapshot may know the name alone
   std::string base_name;    // GetModuleBaseNameA of the first module
 };
 
@@ -52,7 +52,8 @@ class Processes {
  public:
   virtual ~Processes() = default;
 
-  // A picture of the process table. Processes that may not be looked into are left out.
+  // A picture of the process table. kModules leaves out the processes that may not be opened, such as those
+  // of other accounts; kSnapshot has them all.
   virtual std::vector<ProcessEntry> List(ProcessSource source) = 0;
 
   // ShellExecuteExA with the mask that keeps the process handle. kNoProcess when nothing was started.

@@ -34,7 +34,9 @@ void HostTick::Cont_CheckStandardRunning() {
   } else if (TwinIsGone()) {
     const bool between_jobs = standard_ == "1" && started_ == "0";
     TakeOver(between_jobs ? " Calling from Service exe3." : " Calling from Service exe4.");
-    if (!between_jobs) context_.started.Lower();
+    // The engine of a twin that broke off may go on for hours, and the next job waits for its end.
+    const bool left_engine = started_ == "1" && context_.started.EngineRuns();
+    if (!between_jobs && !left_engine) context_.started.Lower();
     RunPass();
   }
   context_.state.CalledFromService = false;

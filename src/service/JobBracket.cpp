@@ -100,7 +100,7 @@ bool JobBracket::HeldBack() {
   const std::string interactive = context_.transfer().Trf_ReadUserNameProfile("Interactive");
   if (Trim(interactive) != context_.installation().CurrentUser) return false;
   const bool engine_runs =
-      context_.services().helpers.FindProcessId(context_.installation().ClientExe).has_value();
+      context_.services().helpers.FindEngineProcessId(context_.installation().ClientExe).has_value();
   if (context_.transfer().Trf_ReadUserNameProfile("RTBackup") == "1") {
     HoldForContinuousBackup();
   } else if (context_.store().ReadUserProfileValue(Trim(interactive), "BackupStatus", "Status") == "2") {

@@ -19,9 +19,11 @@ void StartedFlag::LowerOwn() {
   if (is_own_ || !IsRaised()) Lower();
 }
 
-bool StartedFlag::JobIsAlive() {
-  const std::string& engine = job_.services.installation.ClientExe;
-  return job_.services.helpers.IsProcessRunningByModule(engine, Kill::kNo) || OtherHostIsBetweenEngineRuns();
+bool StartedFlag::JobIsAlive() { return EngineRuns() || OtherHostIsBetweenEngineRuns(); }
+
+// The other host may run under an account whose processes this one can't open.
+bool StartedFlag::EngineRuns() {
+  return job_.services.helpers.IsProcessInSnapshot(job_.services.installation.ClientExe);
 }
 
 void StartedFlag::Write(std::string_view value) {

@@ -30,6 +30,9 @@ class StartedFlag {
   // While the flag is raised: false when the job behind it was cut off.
   bool JobIsAlive();
 
+  // An engine is there, whoever has started it.
+  bool EngineRuns();
+
  private:
   void Write(std::string_view value);
   bool OtherHostIsBetweenEngineRuns();

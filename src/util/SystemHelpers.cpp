@@ -101,10 +101,14 @@ bool SystemHelpers::IsProcessRunningByModule(std::string_view sExeName, Kill kil
   return is_running;
 }
 
-std::optional<ProcessId> SystemHelpers::FindProcessId(std::string_view sExeName) {
-  const std::vector<ProcessId> found = ProcessesOfFile(sExeName);
+std::optional<ProcessId> SystemHelpers::FindEngineProcessId(std::string_view ClientExe) {
+  const std::vector<ProcessId> found = ProcessesOfFile(ClientExe);
   if (found.empty()) return std::nullopt;
   return found.back();
+}
+
+bool SystemHelpers::IsProcessInSnapshot(std::string_view sExeName) {
+  return IsProcessRunningByModule(sExeName, Kill::kNo, machine_.processes.List(ProcessSource::kSnapshot));
 }
 
 int SystemHelpers::GetPlatformId() { return machine_.system.Version().platform_id; }
@@ -134,8 +138,9 @@ int SystemHelpers::ServiceState(std::string_view service_name) {
                                  IsVistaFamily() ? ServiceManagerAccess::kRead : ServiceManagerAccess::kAll);
 }
 
-bool SystemHelpers::NextServiceRunningFlag(int state, bool present) {
-  return state == 0 ? present : state == kServiceRunning;
+void SystemHelpers::CheckServiceRunning(std::string_view service_name, bool& ServiceRunningFlag) {
+  const int state = ServiceState(service_name);
+  if (state != 0) ServiceRunningFlag = state == kServiceRunning;
 }
 
 bool SystemHelpers::LogConnectionState() {

@@ -51,9 +51,12 @@ class SystemHelpers {
   // The table for the form above.
   ProcessTable ReadProcessTable() { return machine_.processes.List(ProcessSource::kModules); }
 
-  // The id of a program found as IsProcessRunningByPath finds it, without a trace. Of several the last in
-  // the table.
-  std::optional<ProcessId> FindProcessId(std::string_view sExeName);
+  // The id of the engine's process, found as IsProcessRunningByPath finds it, without a trace. Of several the
+  // last in the table.
+  std::optional<ProcessId> FindEngineProcessId(std::string_view ClientExe);
+
+  // True when a program of this name runs under any account, also one whose processes this one may not open.
+  bool IsProcessInSnapshot(std::string_view sExeName);
 
   int GetPlatformId();
   bool IsVistaFamily();
@@ -69,8 +72,8 @@ class SystemHelpers {
   // 1 stopped to 4 running to 7 paused; 0 on any failure.
   int ServiceState(std::string_view service_name);
 
-  // The running flag that follows from a state: 4 sets it, the other known ones clear it, 0 keeps it.
-  static bool NextServiceRunningFlag(int state, bool present);
+  // A service that runs sets the flag and one in any other state clears it; a failed look keeps it.
+  void CheckServiceRunning(std::string_view service_name, bool& ServiceRunningFlag);
 
   // Writes what the system says about its connection into the user's trace. True when connected.
   bool LogConnectionState();

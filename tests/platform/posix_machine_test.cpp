@@ -207,6 +207,26 @@ TEST_F(PosixMachineTest, ProgramsOutsideOfTheRootAreNeitherShownNorOpened) {
             kNoProcess);
 }
 
+TEST_F(PosixMachineTest, AnotherAccountsProcessIsInTheSnapshotAlone) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can act as another account";
+  root_.PutPerl(R"(C:\Tool.exe)");
+  Processes& processes = machine_.processes;
+  const ProcessHandle handle = processes.Launch(TemporaryRoot::PerlRequest(R"(C:\Tool.exe)", "sleep 60"));
+  const pid_t observer = fork();
+  if (observer == 0) {
+    const bool is_other = setuid(65534) == 0;
+    const auto seen = processes.List(ProcessSource::kSnapshot);
+    _exit(is_other && processes.List(ProcessSource::kModules).empty() && seen.size() == 1 &&
+                  seen.front().base_name == "Tool.exe"
+              ? 0
+              : 1);
+  }
+  int status = 0;
+  waitpid(observer, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(processes.Terminate(handle, 0));
+}
+
 TEST_F(PosixMachineTest, AChildGetsItsArgumentsFolderAndMachine) {
   root_.Put("C/Work/x", "");
   root_.PutPerl(R"(C:\Tool.exe)");

@@ -137,12 +137,13 @@ TEST(SimulatedProcesses, AnEndedProgramDoesNothingMore) {
   }
 }
 
-TEST(SimulatedProcesses, AGuardedProcessIsNeitherListedNorOpened) {
+TEST(SimulatedProcesses, AGuardedProcessCanNotBeOpenedAndIsInTheSnapshotAlone) {
   CheckedMachine house;
   Processes& processes = house.machine().processes;
   const ProcessId guarded = house.PutProcess("C:\\Windows\\guard.exe", SimulatedMachine::Access::kRefused);
   EXPECT_EQ(processes.OpenById(guarded, ProcessAccess::kQuery), kNoProcess);
   EXPECT_THAT(processes.List(ProcessSource::kModules), IsEmpty());
+  EXPECT_EQ(processes.List(ProcessSource::kSnapshot).at(0).base_name, "guard.exe");
 }
 
 TEST(SimulatedProcesses, AMutexThatAnotherProcessHoldsCostsTheWholeWait) {

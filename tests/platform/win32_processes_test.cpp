@@ -45,6 +45,24 @@ TEST_F(Win32ProcessesTest, BothWalksFindThisProgramUnderItsNumber) {
   }
 }
 
+TEST_F(Win32ProcessesTest, AProcessThatMayNotBeOpenedIsInTheSnapshotAlone) {
+  const ProcessHandle handle = Start("Guarded.exe", kLong, 0);
+  const ProcessId id = processes_.IdOf(handle);
+  EXPECT_EQ(NameOf(ProcessSource::kModules, id), "Guarded.exe");
+  // A list of rights that grants nobody any.
+  ACL rights{};
+  SECURITY_DESCRIPTOR guard{};
+  ASSERT_TRUE(InitializeAcl(&rights, sizeof rights, ACL_REVISION) != FALSE &&
+              InitializeSecurityDescriptor(&guard, SECURITY_DESCRIPTOR_REVISION) != FALSE &&
+              SetSecurityDescriptorDacl(&guard, TRUE, &rights, FALSE) != FALSE &&
+              SetKernelObjectSecurity(LongToHandle(handle), DACL_SECURITY_INFORMATION, &guard) != FALSE);
+  EXPECT_EQ(processes_.OpenById(id, ProcessAccess::kQueryAndRead), kNoProcess);
+  EXPECT_EQ(NameOf(ProcessSource::kModules, id), "");
+  EXPECT_EQ(NameOf(ProcessSource::kSnapshot, id), "Guarded.exe");
+  EXPECT_TRUE(processes_.Terminate(handle, 0));
+  processes_.Close(handle);
+}
+
 TEST_F(Win32ProcessesTest, AProgramInAFolderWithBlanksAndLettersIsStartedWithItsArguments) {
   const ProcessHandle handle = Start("Größe und Maß.exe", milliseconds{1}, 41);
   EXPECT_EQ(processes_.Wait(handle, kPatience), ProcessWait::kEnded);

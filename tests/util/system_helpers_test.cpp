@@ -39,7 +39,7 @@ TEST_F(SystemTest, ANameMatchesWholeBareAndInAnyLetterCase) {
                                                               {3, "AcmeEngine.exe", false, true}}) {
     machine_.surroundings().version.platform_id = platform_id;
     EXPECT_EQ(system_.IsProcessRunningByPath(name, Kill::kNo), by_path) << name;
-    EXPECT_EQ(system_.FindProcessId(name), by_path ? std::optional{id} : std::nullopt) << name;
+    EXPECT_EQ(system_.FindEngineProcessId(name), by_path ? std::optional{id} : std::nullopt) << name;
     EXPECT_EQ(system_.IsProcessRunningByModule(name, Kill::kNo), by_module) << name;
   }
   EXPECT_THAT(trace_.main, ElementsAre("Return ture: acmeENGINE.exe", "Return false: ", "Return false: ",
@@ -52,7 +52,7 @@ TEST_F(SystemTest, EndingByNameSparesNoneOfTheNameNoOtherAndLeaksNoHandle) {
       machine_.PutProcess(path);
     }
     const auto last = machine_.PutProcess("C:\\b\\engine.exe");
-    EXPECT_EQ(system_.FindProcessId("engine.exe"), last);
+    EXPECT_EQ(system_.FindEngineProcessId("engine.exe"), last);
     EXPECT_TRUE(by_module ? system_.IsProcessRunningByModule("engine.exe", Kill::kYes)
                           : system_.IsProcessRunningByPath("engine.exe", Kill::kYes));
     EXPECT_FALSE(machine_.IsRunning("engine.exe"));
@@ -164,8 +164,12 @@ TEST_F(SystemTest, AnUnknownServiceStateKeepsTheFlagAndOnlyRunningSetsIt) {
   machine_.surroundings().service_states["acme service"] = 4;
   EXPECT_EQ(system_.ServiceState("Acme Service"), 4);
   for (int state = 0; state <= 7; ++state) {
-    EXPECT_EQ(SystemHelpers::NextServiceRunningFlag(state, false), state == 4) << state;
-    EXPECT_EQ(SystemHelpers::NextServiceRunningFlag(state, true), state == 4 || state == 0) << state;
+    machine_.surroundings().service_states["acme service"] = state;
+    for (const bool before : {false, true}) {
+      bool flag = before;
+      system_.CheckServiceRunning("Acme Service", flag);
+      EXPECT_EQ(flag, state == 4 || (state == 0 && before)) << state;
+    }
   }
 }
 

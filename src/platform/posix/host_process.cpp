@@ -83,4 +83,12 @@ std::optional<std::string> ExecutableOf(pid_t id) {
   return std::string{path};
 }
 
+std::optional<std::string> CommandOf(pid_t id) {
+  const Fd file = OpenHost("/proc/" + std::to_string(id) + "/cmdline", O_RDONLY);
+  std::array<char, PATH_MAX> buffer{};
+  const ssize_t length = file.valid() ? read(file.get(), buffer.data(), buffer.size() - 1) : 0;
+  if (length <= 0) return std::nullopt;
+  return std::string{buffer.data()};
+}
+
 }  // namespace ondura

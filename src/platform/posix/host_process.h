@@ -50,4 +50,8 @@ class HostProcess {
 // has ended or may not be looked into.
 std::optional<std::string> ExecutableOf(pid_t id);
 
+// The name that the process was started by, which needs no right to look into it but is whatever its starter
+// said. Nothing for a process that has ended.
+std::optional<std::string> CommandOf(pid_t id);
+
 }  // namespace ondura

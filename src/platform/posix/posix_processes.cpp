@@ -45,14 +45,14 @@ class PosixProcesses : public Processes {
   PosixProcesses(PathMap& paths, Clock& clock, const MachineSettings& settings, int speed)
       : paths_(paths), clock_(clock), settings_(settings), speed_(speed) {}
 
-  std::vector<ProcessEntry> List(ProcessSource /*source*/) override {
+  std::vector<ProcessEntry> List(ProcessSource source) override {
     CollectEnded();
     std::vector<ProcessEntry> entries;
     const Fd table = OpenHost("/proc", O_RDONLY | O_DIRECTORY);
     if (!table.valid()) return entries;
     ListHost(table, [&](const HostEntry& entry) {
       const auto id = ProcessNumber(entry.name);
-      auto module_path = id ? ModuleOf(*id) : std::nullopt;
+      auto module_path = id ? ModuleOf(*id, source) : std::nullopt;
       if (module_path) {
         std::string base_name = LastPart(*module_path);
         entries.push_back({static_cast<ProcessId>(*id), *std::move(module_path), std::move(base_name)});
@@ -146,8 +146,11 @@ class PosixProcesses : public Processes {
     return handle;
   }
 
-  std::optional<std::string> ModuleOf(pid_t id) const {
-    const auto executable = ExecutableOf(id);
+  // The host keeps the executables of other accounts' processes to itself and shows their command lines,
+  // which begin with the full path for every program that a machine has started.
+  std::optional<std::string> ModuleOf(pid_t id, ProcessSource source = ProcessSource::kModules) const {
+    auto executable = ExecutableOf(id);
+    if (!executable && source == ProcessSource::kSnapshot) executable = CommandOf(id);
     return executable ? paths_.UnderRoot(*executable) : std::nullopt;
   }
 

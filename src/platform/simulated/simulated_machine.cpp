@@ -152,6 +152,8 @@ ProcessId SimulatedMachine::PutProcess(std::string_view path, Access access) {
   return parts_->processes.Put(path, access == Access::kOpen);
 }
 
+void SimulatedMachine::ActAs(std::string_view account) { parts_->processes.ActAs(account); }
+
 void SimulatedMachine::EndProcess(ProcessId id, std::uint32_t exit_code) {
   parts_->processes.End(id, exit_code);
 }

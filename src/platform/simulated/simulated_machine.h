@@ -76,6 +76,9 @@ class SimulatedMachine {
   // A process that is there without a script, such as the tray. `access` says whether it can be opened.
   enum class Access { kOpen, kRefused };
   ProcessId PutProcess(std::string_view path, Access access = Access::kOpen);
+  // The account that the component runs under from now on. It can't open the processes of other accounts; the
+  // system's account, "", opens all.
+  void ActAs(std::string_view account);
   void EndProcess(ProcessId id, std::uint32_t exit_code = 0);
   bool IsRunning(std::string_view base_name);
   std::vector<LaunchRequest> Launches();       // that reached the machine, started or not

@@ -22,14 +22,22 @@ std::string Key(std::string_view path) { return ToLower(CleanPath(path)); }
 
 }  // namespace
 
-std::vector<ProcessEntry> SimulatedProcesses::List(ProcessSource) {
+std::vector<ProcessEntry> SimulatedProcesses::List(ProcessSource source) {
   std::vector<ProcessEntry> entries;
   for (const auto& [id, process] : processes_) {
-    if (!process.has_ended && process.can_be_opened) {
-      entries.push_back({id, process.path, BaseName(process.path)});
+    if (process.has_ended) continue;
+    std::string name = BaseName(process.path);
+    if (source == ProcessSource::kSnapshot) {
+      entries.push_back({id, name, name});
+    } else if (MayOpen(process)) {
+      entries.push_back({id, process.path, std::move(name)});
     }
   }
   return entries;
+}
+
+bool SimulatedProcesses::MayOpen(const Process& process) const {
+  return process.can_be_opened && (account_.empty() || process.account == account_);
 }
 
 ProcessHandle SimulatedProcesses::Launch(const LaunchRequest& request) {
@@ -58,6 +66,7 @@ ProcessId SimulatedProcesses::Start(const LaunchRequest& request) {
   full.file = installed->path;
   Process& process = processes_[id];
   process.path = installed->path;
+  process.account = account_;
   process.run = std::make_unique<ProgramRun>(*this, machine_, id, std::move(full));
   timeline_.Stir();
   program(*process.run);
@@ -73,7 +82,7 @@ const SimulatedProcesses::Installed* SimulatedProcesses::FindProgram(const std::
 
 ProcessHandle SimulatedProcesses::OpenById(ProcessId id, ProcessAccess access) {
   const auto found = processes_.find(id);
-  if (found == processes_.end() || found->second.has_ended || !found->second.can_be_opened) return kNoProcess;
+  if (found == processes_.end() || found->second.has_ended || !MayOpen(found->second)) return kNoProcess;
   return NewHandle(id, static_cast<std::uint32_t>(access));
 }
 

@@ -35,6 +35,7 @@ class SimulatedProcesses : public Processes {
   void Install(std::string_view path, Program program);
   void Uninstall(std::string_view path);
   ProcessId Put(std::string_view path, bool can_be_opened);
+  void ActAs(std::string_view account) { account_ = account; }
   // The process is gone; what its script still had to do is dropped.
   void End(ProcessId id, std::uint32_t exit_code);
   bool IsRunning(std::string_view base_name) const;
@@ -49,6 +50,7 @@ class SimulatedProcesses : public Processes {
  private:
   struct Process {
     std::string path;
+    std::string account;
     bool can_be_opened = true;
     bool has_ended = false;
     std::uint32_t exit_code = kStillActive;
@@ -65,6 +67,7 @@ class SimulatedProcesses : public Processes {
     Program program;
   };
 
+  [[nodiscard]] bool MayOpen(const Process& process) const;
   const Installed* FindProgram(const std::string& path) const;
   Process* ProcessOf(ProcessHandle handle);
   ProcessHandle NewHandle(ProcessId id, std::uint32_t access);
@@ -77,6 +80,7 @@ class SimulatedProcesses : public Processes {
   std::map<std::string, Installed> programs_;  // by folded path
   std::map<ProcessId, Process> processes_;
   std::map<ProcessHandle, Handle> handles_;
+  std::string account_;
   ProcessId last_id_ = 1000;
   ProcessHandle last_handle_ = 0;
   std::vector<LaunchRequest> launches_;
