@@ -22,5 +22,6 @@ void AddTickOptions(CLI::App& command, TickOptions& options);
 // Exit codes of every host beside 0.
 inline constexpr int kExitFailure = 1;
 inline constexpr int kExitUsage = 2;
+inline constexpr int kExitSecondHost = 3;
 
 }  // namespace ondura

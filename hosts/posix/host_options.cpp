@@ -17,7 +17,8 @@ constexpr const char* kExamples = R"(Examples:
       dumps databases and starts the shadow copy for jobs that may not
 
 SIGTERM and SIGINT let the running pass end; a second one leaves at once.
-Exit codes: 0 left as asked, 1 unexpected failure, 2 bad options, root or configuration.)";
+Exit codes: 0 left as asked, 1 unexpected failure, 2 bad options, root or configuration,
+3 another host of the same kind runs on the machine.)";
 
 void AddOptions(CLI::App& command, HostOptions& options) {
   command.add_option("--root", options.root, "Folder of the host that holds the machine")

@@ -1,9 +1,13 @@
 #include "hosts.h"
 
+#include <unistd.h>
+
 #include <iostream>
 
+#include "platform/posix/host_process.h"
 #include "service/Component.h"
 #include "service/Controller.h"
+#include "sole_host.h"
 #include "tick_loop.h"
 
 namespace ondura {
@@ -38,38 +42,54 @@ class Charge {
   Component& component_;
 };
 
+std::string OwnName() {
+  const std::string path = ExecutableOf(getpid()).value_or("");
+  return path.substr(path.rfind('/') + 1);
+}
+
+// Runs `host` on a fresh component where the product is configured and no other host of the kind runs.
+template <class Host>
+int RunSole(const Machine& machine, const HostOptions& options, std::string_view kind, const Host& host) {
+  Component component{machine};
+  component.start_up().ReadInstallation(options.install);
+  if (!IsConfigured(component)) return kExitUsage;
+  const SoleHost sole(machine, component.installation().ProductInstallationName, kind, OwnName());
+  if (sole.refusal().empty()) {
+    host(component);
+    return 0;
+  }
+  std::cerr << "ondura-host: " << sole.refusal() << "\n";
+  return kExitSecondHost;
+}
+
 }  // namespace
 
 int RunService(const Machine& machine, const HostOptions& options, const StopSignals& stop) {
-  Component component{machine};
-  Controller& controller = component.controller();
-  controller.cont_InitialSch(options.install);
-  if (!IsConfigured(component)) return kExitUsage;
-  RunTicks(options, stop, [&] { controller.Cont_CheckStandardRunning(); });
-  return 0;
+  return RunSole(machine, options, "service", [&](Component& component) {
+    Controller& controller = component.controller();
+    controller.cont_InitialSch(options.install);
+    RunTicks(options, stop, [&] { controller.Cont_CheckStandardRunning(); });
+  });
 }
 
 int RunBackground(const Machine& machine, const HostOptions& options, const StopSignals& stop) {
-  Component component{machine};
-  Controller& controller = component.controller();
-  controller.cont_InitialSch_Backgrnd(options.install);
-  if (!IsConfigured(component)) return kExitUsage;
-  const Charge charge{component};
-  RunTicks(options, stop, [&] { controller.Cont_startschBackup(); });
-  return 0;
+  return RunSole(machine, options, "background", [&](Component& component) {
+    Controller& controller = component.controller();
+    controller.cont_InitialSch_Backgrnd(options.install);
+    const Charge charge{component};
+    RunTicks(options, stop, [&] { controller.Cont_startschBackup(); });
+  });
 }
 
 int RunElevated(const Machine& machine, const HostOptions& options, const StopSignals& stop) {
-  Component component{machine};
-  Controller& controller = component.controller();
-  controller.cont_InitialSch_Backgrnd(options.install);
-  if (!IsConfigured(component)) return kExitUsage;
-  RunTicks(options, stop, [&] {
-    controller.Cont_LaunchAdminProcess();
-    controller.Cont_LaunchAdminProcessSQL();
-    controller.Cont_LaunchSQlAdminProcess();
+  return RunSole(machine, options, "elevated", [&](Component& component) {
+    Controller& controller = component.controller();
+    RunTicks(options, stop, [&] {
+      controller.Cont_LaunchAdminProcess();
+      controller.Cont_LaunchAdminProcessSQL();
+      controller.Cont_LaunchSQlAdminProcess();
+    });
   });
-  return 0;
 }
 
 }  // namespace ondura

@@ -7,6 +7,7 @@
 
 #include "component_object.h"
 #include "product.h"
+#include "sole_program.h"
 #include "tick_loop.h"
 
 namespace ondura {
@@ -31,7 +32,7 @@ std::vector<std::string_view> OperationsOf(const ComponentObject& controller, co
 }  // namespace
 
 void RunElevated(const WindowsHostOptions& options, const StopEvent& stop, const Reporter& reporter) {
-  ReadProduct(options.install);
+  const SoleProgram sole(ReadProduct(options.install).name, "elevated");
   const Apartment apartment;
   const ComponentObject controller("Controller");
   controller.Call("cont_InitialSch_Backgrnd", {options.install});

@@ -44,4 +44,9 @@ std::string OwnFolder() {
   return path.substr(0, path.rfind('\\') + 1);
 }
 
+std::string OwnName() {
+  const std::string path = OwnPath();
+  return path.substr(path.rfind('\\') + 1);
+}
+
 }  // namespace ondura

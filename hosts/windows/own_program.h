@@ -12,8 +12,9 @@ std::vector<std::string> CommandLineWords();
 // What stands behind the program on this process's command line, as it was given.
 std::string CommandLineTail();
 
-// Full path of the running program, and its folder with a backslash at the end.
+// Full path of the running program, its folder with a backslash at the end, and its bare name.
 std::string OwnPath();
 std::string OwnFolder();
+std::string OwnName();
 
 }  // namespace ondura

@@ -31,7 +31,8 @@ Product ReadProduct(std::string_view install_folder) {
                         ". Install the product, or name its install folder with --install.",
                     kExitUsage);
   }
-  return {installation.ProductInstallationName + " Service", installation.BackgroundExe};
+  return {installation.ProductInstallationName, installation.ProductInstallationName + " Service",
+          installation.BackgroundExe};
 }
 
 void PrepareSharedState(std::string_view install_folder) {

@@ -7,6 +7,7 @@ namespace ondura {
 
 // What the hosts are called for the product that is installed.
 struct Product {
+  std::string name;            // such as "Ondura"
   std::string service_name;    // such as "Ondura Service"
   std::string background_exe;  // such as "OnduraBackground.exe"
 };

@@ -3,6 +3,7 @@
 #include "component_object.h"
 #include "host_error.h"
 #include "product.h"
+#include "sole_program.h"
 #include "tick_loop.h"
 
 namespace ondura {
@@ -34,7 +35,7 @@ class Charge {
 }  // namespace
 
 void RunScheduling(const WindowsHostOptions& options, const StopEvent& stop) {
-  ReadProduct(options.install);
+  const SoleProgram sole(ReadProduct(options.install).name, "service");
   const Apartment apartment;
   const ComponentObject controller("Controller");
   controller.Call("cont_InitialSch", {options.install});
@@ -42,7 +43,7 @@ void RunScheduling(const WindowsHostOptions& options, const StopEvent& stop) {
 }
 
 void RunBackground(const WindowsHostOptions& options, const StopEvent& stop) {
-  ReadProduct(options.install);
+  const SoleProgram sole(ReadProduct(options.install).name, "background");
   const Apartment apartment;
   const ComponentObject controller("Controller");
   const ComponentObject transfer("Transfer");

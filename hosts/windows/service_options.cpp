@@ -21,7 +21,8 @@ constexpr const char* kFooter = R"(Examples, as an administrator:
   OnduraService --console --ticks 3 --period 5
       runs in this window instead, without the service manager
 
-Exit codes: 0 done or left as asked, 1 failure, 2 bad options, component or configuration missing.)";
+Exit codes: 0 done or left as asked, 1 failure, 2 bad options, component or configuration missing,
+3 another host of the same kind runs on this machine.)";
 
 // A path behind an option, in quotes; a backslash before the closing quote would escape it.
 std::string QuotedFolder(std::string folder) {

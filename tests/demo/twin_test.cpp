@@ -22,8 +22,21 @@ TEST(TwinTest, IsAProgramOfItsMachineUnderTheConfiguredName) {
     std::this_thread::sleep_for(std::chrono::milliseconds{50});
   }
   EXPECT_TRUE(Runs(house, "OnduraBackground.exe")) << "the service would take over from a twin that lives";
+  EXPECT_EQ(HostProcess(house.HostRoot(), "background", "1").Finish(), 3) << "one twin at a time";
   EXPECT_EQ(twin.Stop(), 0);
   EXPECT_FALSE(Runs(house, "OnduraBackground.exe"));
+}
+
+TEST(TwinTest, AServiceThatIsKilledLeavesItsPlaceToTheNext) {
+  Rehearsal house;
+  {
+    const HostProcess killed(house.HostRoot(), "service", "100000");
+    while (house.transfer().Trf_ReadUserNameProfile("Started").empty()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds{10});
+    }
+    EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 3);
+  }
+  EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 0);
 }
 
 }  // namespace

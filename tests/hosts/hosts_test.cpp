@@ -8,6 +8,7 @@
 
 #include "hosts.h"
 #include "profile/ProductConfiguration.h"
+#include "sole_host.h"
 #include "support/checked_machine.h"
 #include "tick_loop.h"
 
@@ -93,6 +94,35 @@ TEST_F(HostsTest, TheElevatedHostServesEveryRequestAndIsNeverInCharge) {
   EXPECT_EQ(Shared("Standard"), "0");
 }
 
+TEST_F(HostsTest, ASecondHostOfItsKindLeavesBeforeItTouchesAnything) {
+  using HostRun = int (*)(const Machine&, const HostOptions&, const StopSignals&);
+  for (const auto& [kind, run] : {std::pair<std::string, HostRun>{"service", RunService},
+                                  {"background", RunBackground},
+                                  {"elevated", RunElevated}}) {
+    Configure();
+    machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Started", "1");
+    machine_.HoldMutex("Global\\Ondura " + kind + " host");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(run(machine_.machine(), Ticks(1), stop_), kExitSecondHost) << kind;
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("another " + kind + " host runs")) << kind;
+    EXPECT_EQ(Shared("Started"), "1") << kind << ": the job of the first goes on";
+    EXPECT_NE(Shared("Standard"), "0") << kind << ": the first stays in charge";
+    machine_.LetGoOfMutex("Global\\Ondura " + kind + " host");
+    EXPECT_EQ(run(machine_.machine(), Ticks(1), stop_), 0) << kind << ": the first is gone";
+    machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "");
+  }
+}
+
+TEST_F(HostsTest, WhereTheMutexIsNotToBeHadTheProcessTableDecides) {
+  for (const int processes : {1, 2}) {
+    machine_.PutProcess(processes == 1 ? "C:\\a\\Host.exe" : "C:\\b\\HOST.exe",
+                        SimulatedMachine::Access::kRefused);
+    machine_.Fail("NamedMutexes.Create*");
+    EXPECT_EQ(SoleHost(machine_.machine(), "Ondura", "background", "Host.exe").refusal().empty(),
+              processes == 1);
+  }
+}
+
 HostOptions Hourly() {
   HostOptions options;
   options.period_seconds = 3600;
@@ -157,6 +187,7 @@ TEST(HostOptions, TheCommandLineIsReadOrRefused) {
            {"nothing", {}, kExitUsage},
            {"no root", {"service"}, kExitUsage},
            {"unknown host", {"tray", "--root", "r"}, kExitUsage},
+           {"a period of nothing", {"service", "--root", "r", "--period", "0"}, kExitUsage},
            {"a speed of nothing", {"service", "--root", "r", "--speed", "0"}, kExitUsage},
            {"a negative count", {"service", "--root", "r", "--ticks", "-1"}, kExitUsage},
            {"a period that is no number", {"service", "--root", "r", "--period", "soon"}, kExitUsage}}) {

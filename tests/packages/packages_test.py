@@ -158,6 +158,10 @@ class ZipTest(unittest.TestCase):
         while self.standard() != "1" and time.monotonic() < deadline:
             time.sleep(0.1)
         self.assertEqual(self.standard(), "1")
+        second = self.host("OnduraBackground.exe", "--install", SCENARIO_INSTALL, "--ticks", "1")
+        self.assertEqual(second.returncode, 3)
+        self.assertIn("another background host runs", second.stderr)
+        self.assertEqual(self.standard(), "1")
         WINDOWS.run("taskkill", "/im", "OnduraBackground.exe")
         self.assertEqual(twin.wait(30), 0)
         self.assertEqual(self.standard(), "0")

@@ -10,7 +10,8 @@ namespace {
 constexpr const char* kFooter = R"(While it runs it is in charge, and the service stands back.
 It leaves at the end of the session, and when its hidden window is closed (taskkill /IM without /F).
 
-Exit codes: 0 left as asked, 1 failure, 2 bad options, component or configuration missing.)";
+Exit codes: 0 left as asked, 1 failure, 2 bad options, component or configuration missing,
+3 another host of the same kind runs on this machine.)";
 
 }  // namespace
 

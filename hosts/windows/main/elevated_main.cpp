@@ -15,7 +15,8 @@ constexpr const char* kFooter =
 Its start resets each user's state as the start of the service does, so start it while no job runs.
 It leaves at the end of the session, and when its hidden window is closed (taskkill /IM without /F).
 
-Exit codes: 0 left as asked, 1 failure, 2 bad options, component or configuration missing.)";
+Exit codes: 0 left as asked, 1 failure, 2 bad options, component or configuration missing,
+3 another host of the same kind runs on this machine.)";
 
 }  // namespace
 
