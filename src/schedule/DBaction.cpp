@@ -32,6 +32,11 @@ bool HasRecord(std::string_view lines, std::string_view recordno) {
 
 }  // namespace
 
+ScheduleRecord* DBaction::Selected() {
+  if (SelectedRecord < 0 || SelectedRecord >= RecordCount) return nullptr;
+  return &ScheduleTable.at(static_cast<std::size_t>(SelectedRecord));
+}
+
 void DBaction::DB_WriteRecord() {
   ScheduleFilePath = installation_.UserFile(kScheduleFileName);
   Rewrite();

@@ -35,6 +35,9 @@ class DBaction {
   // A copy of the record being handled.
   ScheduleRecord schvTemp;
 
+  // The record at SelectedRecord; null where there is none, or no longer.
+  ScheduleRecord* Selected();
+
   // The file being worked on, set afresh for each user before any routine is called.
   std::string ScheduleFilePath;
 

@@ -32,23 +32,31 @@ std::int16_t Scheduler::Sch_Load_ScheduleData() {
   schedule_.DB_ReadSchData("");
   const double now_key = NowKey();
   schedule_.SelectedRecord = -1;
+  std::optional<std::pair<std::int16_t, double>> after_others;
   for (std::int16_t i = 0; i < schedule_.RecordCount; ++i) {
     const ScheduleRecord& record = schedule_.ScheduleTable[static_cast<std::size_t>(i)];
     if (record.sortkey.empty()) {
-      machine_.files.Remove(schedule_.ScheduleFilePath, Removal::kPlain);
-      trace_.plain().WriteTrace("Schedule your data for backup again. ");
+      // As if the search had ended at the record that goes last.
+      if (!after_others) DropFile();
       continue;
     }
     const auto key = ParseNumber(record.sortkey);
     // A key that is no number is never due.
     if (!key || now_key < *key) continue;
-    schedule_.SelectedRecord = i;
-    return Judge(now_key - *key);
+    const Standing standing = StandingOf(record);
+    if (standing == Standing::kNone) return Judge(i, now_key - *key);
+    if (standing == Standing::kAfterOthers && !after_others) after_others = {i, now_key - *key};
   }
-  return kNothingDue;
+  return after_others ? Judge(after_others->first, after_others->second) : kNothingDue;
 }
 
-std::int16_t Scheduler::Judge(double late_by) {
+void Scheduler::DropFile() {
+  machine_.files.Remove(schedule_.ScheduleFilePath, Removal::kPlain);
+  trace_.plain().WriteTrace("Schedule your data for backup again. ");
+}
+
+std::int16_t Scheduler::Judge(std::int16_t index, double late_by) {
+  schedule_.SelectedRecord = index;
   const std::string start_missed = transfer_.Trf_ReadUserNameProfileReg("STARTMISSEDSCH");
   trace_.User("  Missed sch Backup option: " + start_missed);
   if (start_missed == "1" || late_by <= kMostLateUnits) return kDue;
@@ -56,8 +64,19 @@ std::int16_t Scheduler::Judge(double late_by) {
   return kMissed;
 }
 
+void Scheduler::NoteStanding(const ScheduleRecord& record, Standing standing) {
+  Standing& noted = standing_[{schedule_.ScheduleFilePath, LineOfRecord(record)}];
+  noted = std::max(noted, standing);
+}
+
+Standing Scheduler::StandingOf(const ScheduleRecord& record) const {
+  if (standing_.empty()) return Standing::kNone;
+  const auto noted = standing_.find({schedule_.ScheduleFilePath, LineOfRecord(record)});
+  return noted == standing_.end() ? Standing::kNone : noted->second;
+}
+
 void Scheduler::sch_changefiledata(std::string_view word) {
-  WriteHeaderWord(machine_.files, schedule_.ScheduleFilePath, word);
+  WriteHeaderWord(machine_.files, schedule_.ScheduleFilePath, HeaderWordOf(word));
 }
 
 MoveOutcome Scheduler::Sch_addhour_list() { return Move(Step::kHour); }

@@ -2,9 +2,11 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/machine.h"
 #include "profile/Transfer.h"
@@ -22,6 +24,10 @@ inline constexpr std::int16_t kMissed = 2;
 // What a routine that moves the record has done. A record that can't be moved (its `nexttime` is no date,
 // or its days hold no "1") stands as it stood, and the user's trace has a line about it.
 enum class MoveOutcome { kMoved, kDoesNotRepeat, kCannotMove };
+
+// How a record is served that was dealt with and is in its file as before: after all others that are due, or
+// not again until its line changes. Each is stronger than the one before it.
+enum class Standing { kNone, kAfterOthers, kNotAgain };
 
 // Decides whether a record is due and moves a used one on. The moving routines work on `schvTemp` in place:
 // `nexttime` and `sortkey` step forward until they lie in the present minute or behind it.
@@ -45,10 +51,16 @@ class Scheduler {
   std::string Sch_SortBuildDate(std::string_view date);
 
   // Reads the table from ScheduleFilePath and picks the first record in file order that has come due:
-  // kNothingDue, kDue or kMissed. Sets SelectedRecord. A record without a key costs the whole file.
+  // kNothingDue, kDue or kMissed. Sets SelectedRecord. A record without a key costs the whole file. Standing
+  // records are passed over as they were noted.
   std::int16_t Sch_Load_ScheduleData();
 
-  // Overwrites the header word at ScheduleFilePath. A missing file is not made.
+  // For records of the file at ScheduleFilePath. What was noted holds for as long as this object lives; a
+  // weaker word doesn't replace a stronger one.
+  void NoteStanding(const ScheduleRecord& record, Standing standing);
+  [[nodiscard]] Standing StandingOf(const ScheduleRecord& record) const;
+
+  // Overwrites the header at ScheduleFilePath with the word of a record number. A missing file is not made.
   void sch_changefiledata(std::string_view word);
 
   MoveOutcome Sch_addhour_list();
@@ -84,7 +96,8 @@ class Scheduler {
  private:
   [[nodiscard]] LocaleFacts Locale() const { return {DateFormatText, TimeFormatText}; }
   [[nodiscard]] double NowKey() const;
-  [[nodiscard]] std::int16_t Judge(double late_by);
+  [[nodiscard]] std::int16_t Judge(std::int16_t index, double late_by);
+  void DropFile();
   MoveOutcome Move(Step step);
   void SleepThroughSteps(int steps);
   void PutIntoFixedForm();
@@ -93,6 +106,7 @@ class Scheduler {
   Trace& trace_;
   const Transfer& transfer_;
   DBaction& schedule_;
+  std::map<std::pair<std::string, std::string>, Standing> standing_;  // by file and line
 };
 
 }  // namespace ondura

@@ -18,8 +18,17 @@ std::optional<std::string> ReadHeaderWord(Files& files, std::string_view path) {
   return lines.empty() ? std::string{} : lines.front();
 }
 
+std::string_view HeaderWordOf(std::string_view recordno) {
+  const bool is_known = recordno.size() == 1 && recordno.front() >= '0' && recordno.front() <= '5';
+  return is_known ? recordno : "1";
+}
+
 bool WriteHeaderWord(Files& files, std::string_view path, std::string_view word) {
-  return files.Patch(path, 0, std::string{word}.append(kLineEnd));
+  const auto head = files.ReadHead(path, 2);
+  if (!head) return false;
+  if (head->size() < 2) return files.Patch(path, 0, std::string{word}.append(kLineEnd));
+  const bool has_line_end = head->back() == '\r' || head->back() == '\n';
+  return has_line_end && files.Patch(path, 0, word);
 }
 
 bool ResetStaleHeader(Files& files, std::string_view path) {

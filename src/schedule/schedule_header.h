@@ -15,8 +15,12 @@ namespace ondura {
 // The word as it stands, not trimmed; empty for an empty file. Nothing when the file can't be read.
 std::optional<std::string> ReadHeaderWord(Files& files, std::string_view path);
 
-// Overwrites the file's first bytes with `word` and a line end. Every word is one character long: a longer
-// one would eat into the first record. False when the file is missing, which stays so, or not writable.
+// The word of a record number, or of the idle "0". It is always one byte long, as a longer one would eat into
+// the first record: any other kind is a file job, "1".
+std::string_view HeaderWordOf(std::string_view recordno);
+
+// Overwrites the header line with `word`, one byte. False when the file is missing, which stays so, when it
+// is not writable, and when its first line has no room for a word alone, as where a record is in its place.
 bool WriteHeaderWord(Files& files, std::string_view path, std::string_view word);
 
 // Turns a first byte of "1" to "5", left by a job that was cut off, back to the idle word. True when it did.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "util/text_files.h"
+
 namespace ondura {
 
 namespace {
@@ -12,47 +14,69 @@ constexpr std::string_view kRunsOnce = "4";
 
 void Closeup::Closeupoperation() {
   DBaction& schedule = context_.schedule_file();
+  Scheduler& scheduler = context_.services().scheduler;
   context_.job.keys.WriteStatus("4");
   context_.trace().User(" 4 : " + schedule.schvTemp.nexttime);
-  const bool record_stands = TakeOverChanges();
-  const auto index = static_cast<std::size_t>(std::max<int>(schedule.SelectedRecord, 0));
+  ScheduleRecord* const record = TakeOverChanges();
   if (schedule.schvTemp.repeatkind == kRunsOnce) {
-    if (record_stands) schedule.ScheduleTable.at(index).nexttime.clear();
-    if (record_stands) schedule.ScheduleTable.at(index).sortkey.clear();
+    if (record) record->nexttime.clear();
+    if (record) record->sortkey.clear();
   } else {
-    context_.services().scheduler.sch_CheckRepeatAppend();
+    const MoveOutcome outcome = scheduler.sch_CheckRepeatAppend();
     context_.trace().User(" 5 : " + schedule.schvTemp.nexttime);
-    if (record_stands) {
-      schedule.ScheduleTable.at(index).nexttime = schedule.schvTemp.nexttime;
-      schedule.ScheduleTable.at(index).sortkey = schedule.schvTemp.sortkey;
+    // One that stays where it is would run on every tick.
+    if (record && outcome != MoveOutcome::kMoved) scheduler.NoteStanding(*record, Standing::kNotAgain);
+    if (record && outcome == MoveOutcome::kMoved) {
+      record->nexttime = schedule.schvTemp.nexttime;
+      record->sortkey = schedule.schvTemp.sortkey;
     }
   }
   context_.started.Lower();
-  if (record_stands) schedule.DB_WriteRecord();
+  if (record) schedule.DB_WriteRecord();
   context_.services().progress.ResetBackupProgressIni();
 }
 
 // A job lasts for hours, and the user may have changed the schedule meanwhile. The table is read anew, so
-// that the rewrite keeps what was added, and a record that was changed or removed stays as the user left it.
-// A file that can't be read just now is rewritten from the table as it stands.
-bool Closeup::TakeOverChanges() {
+// that the rewrite keeps what was added or changed; an occurrence that was moved or removed stays as the user
+// left it, and a record that now repeats in another way moves in that way. Null where nothing is to be moved.
+// A file that can't be read just now is rewritten from the table as it is.
+ScheduleRecord* Closeup::TakeOverChanges() {
   DBaction& schedule = context_.schedule_file();
-  if (schedule.SelectedRecord < 0) return false;
-  const ScheduleRecord ours = schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
-  if (!context_.machine().files.Exists(schedule.ScheduleFilePath)) return false;
+  Files& files = context_.machine().files;
+  if (!schedule.Selected() || !files.Exists(schedule.ScheduleFilePath)) return nullptr;
+  const ScheduleRecord ours = *schedule.Selected();
   const std::vector<ScheduleRecord> table = schedule.ScheduleTable;
   const std::int16_t count = schedule.RecordCount;
   schedule.DB_ReadSchData("");
   if (schedule.RecordCount <= 0) {
+    const auto bytes = files.Read(schedule.ScheduleFilePath);
+    if (bytes && LinesOf(*bytes).size() < 2) return nullptr;
     schedule.ScheduleTable = table;
     schedule.RecordCount = count;
-    return true;
+    return schedule.Selected();
   }
-  const auto last = schedule.ScheduleTable.begin() + schedule.RecordCount;
-  const auto found = std::find(schedule.ScheduleTable.begin(), last, ours);
-  if (found == last) return false;
-  schedule.SelectedRecord = static_cast<std::int16_t>(found - schedule.ScheduleTable.begin());
-  return true;
+  schedule.SelectedRecord = IndexOf(ours);
+  if (const ScheduleRecord* const found = schedule.Selected()) {
+    schedule.schvTemp.repeatkind = found->repeatkind;
+    schedule.schvTemp.daymask = found->daymask;
+    context_.services().scheduler.SetDayFlags(found->daymask);
+  }
+  return schedule.Selected();
+}
+
+// What else is in a line may have changed.
+std::int16_t Closeup::IndexOf(const ScheduleRecord& ours) {
+  const DBaction& schedule = context_.schedule_file();
+  const auto begin = schedule.ScheduleTable.begin();
+  const auto end = begin + schedule.RecordCount;
+  auto found = std::find(begin, end, ours);
+  if (found == end) {
+    found = std::find_if(begin, end, [&](const ScheduleRecord& record) {
+      return record.recordno == ours.recordno && record.nexttime == ours.nexttime &&
+             record.sortkey == ours.sortkey;
+    });
+  }
+  return found == end ? std::int16_t{-1} : static_cast<std::int16_t>(found - begin);
 }
 
 }  // namespace ondura

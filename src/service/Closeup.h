@@ -13,7 +13,8 @@ class Closeup {
   void Closeupoperation();
 
  private:
-  bool TakeOverChanges();
+  ScheduleRecord* TakeOverChanges();
+  std::int16_t IndexOf(const ScheduleRecord& ours);
 
   ServiceContext& context_;
 };

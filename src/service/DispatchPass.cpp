@@ -123,7 +123,7 @@ void DispatchPass::OpenPass() {
   trace.WriteTraceMain("FileNamePath is " + installation.VirtualPath);
   trace.WriteTraceMain("Exe Location is " + installation.ExeLocation);
   installation.CurrentUser = context_.transfer().Trf_ReadUserNameProfile("Scheduled");
-  best_ = {std::string{kNoOccurrenceKey}, installation.CurrentUser, ""};
+  best_ = {std::string{kNoOccurrenceKey}, installation.CurrentUser, "", false};
   best_of_others_ = best_;
 }
 
@@ -154,8 +154,8 @@ void DispatchPass::ScanUsers(const std::vector<std::string>& users) {
     context_.installation().CurrentUser = user;
     if (context_.machine().folders.Exists(context_.installation().UserFolder())) OfferUser(user);
   }
-  // A record that can't be moved on keeps the earliest key for ever. The other users go first.
-  if (standing_.contains({best_.user, best_.key}) && IsNear(best_of_others_.key)) best_ = best_of_others_;
+  // A record that stays in its file as it is keeps the earliest key for ever. All others go first.
+  if (best_.stands && IsNear(best_of_others_.key)) best_ = best_of_others_;
 }
 
 void DispatchPass::OfferUser(const std::string& user) {
@@ -179,11 +179,11 @@ void DispatchPass::OfferUser(const std::string& user) {
 // A tie keeps the earlier user of the list.
 void DispatchPass::OfferRecord(const std::string& user, const ScheduleRecord& record) {
   const std::string& key = record.sortkey;
-  if (!CanComeDue(key)) return;
-  if (key < best_.key) best_ = {key, user, record.nexttime};
-  if (key < best_of_others_.key && !standing_.contains({user, key})) {
-    best_of_others_ = {key, user, record.nexttime};
-  }
+  const Standing standing = context_.services().scheduler.StandingOf(record);
+  if (!CanComeDue(key) || standing == Standing::kNotAgain) return;
+  const Best offer{key, user, record.nexttime, standing == Standing::kAfterOthers};
+  if (key < best_.key) best_ = offer;
+  if (key < best_of_others_.key && !offer.stands) best_of_others_ = offer;
 }
 
 void DispatchPass::PublishBest() {
@@ -221,7 +221,7 @@ DispatchPass::PassEnd DispatchPass::ServeBest() {
 
 DispatchPass::PassEnd DispatchPass::ServeLoaded() {
   ServiceState& state = context_.state;
-  const ScheduleRecord* selected = Selected();
+  const ScheduleRecord* selected = context_.schedule_file().Selected();
   const std::string key = selected ? selected->sortkey : "";
   if (state.LoadResult == kMissed) missed_.Decide();
   if (!state.RunJob) {
@@ -239,15 +239,10 @@ DispatchPass::PassEnd DispatchPass::ServeLoaded() {
   return PassEnd::kNormal;
 }
 
-const ScheduleRecord* DispatchPass::Selected() const {
-  const DBaction& schedule = context_.schedule_file();
-  if (schedule.SelectedRecord < 0 || schedule.SelectedRecord >= schedule.RecordCount) return nullptr;
-  return &schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
-}
-
 void DispatchPass::NoteIfItStands(const std::string& key) {
-  const ScheduleRecord* selected = Selected();
-  if (selected && selected->sortkey == key) standing_.insert({context_.installation().CurrentUser, key});
+  const ScheduleRecord* selected = context_.schedule_file().Selected();
+  if (!selected || selected->sortkey != key) return;
+  context_.services().scheduler.NoteStanding(*selected, Standing::kAfterOthers);
 }
 
 void DispatchPass::CapTrace(const std::string& path) {

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "service/JobBracket.h"
@@ -28,9 +26,8 @@ class DispatchPass {
     std::string key;
     std::string user;
     std::string time;
+    bool stands = false;
   };
-  // An occurrence by its user and its key.
-  using Occurrence = std::pair<std::string, std::string>;
   enum class PassEnd { kNormal, kAtOnce };
 
   void RunPass();
@@ -47,7 +44,6 @@ class DispatchPass {
   bool IsNear(const std::string& key);
   PassEnd ServeBest();
   PassEnd ServeLoaded();
-  [[nodiscard]] const ScheduleRecord* Selected() const;
   void NoteIfItStands(const std::string& key);
   void CapTrace(const std::string& path);
   void TraceDefaultUser(std::string_view label);
@@ -58,10 +54,8 @@ class DispatchPass {
   MissedSchedules& missed_;
   bool is_running_ = false;
   Best best_;
-  // The best of those that are not among the standing ones.
+  // The best of those that don't stand in their file after they were dealt with.
   Best best_of_others_;
-  // Occurrences that were dealt with and stand in their file as before.
-  std::set<Occurrence> standing_;
 };
 
 }  // namespace ondura

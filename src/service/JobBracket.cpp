@@ -29,8 +29,7 @@ JobBracket::End JobBracket::Run() {
   ServiceState& state = context_.state;
   PrepareRecord();
   if (IsDisabled()) return End::kDone;
-  const std::string recordno = context_.schedule_file().schvTemp.recordno;
-  context_.services().scheduler.sch_changefiledata(recordno);
+  context_.services().scheduler.sch_changefiledata(context_.schedule_file().schvTemp.recordno);
   OpenTray();
   context_.transfer().Trf_WriteUserNameProfile("Scheduled", context_.installation().CurrentUser);
   if (HeldBack()) return End::kDone;
@@ -60,9 +59,7 @@ void JobBracket::PrepareRecord() {
   DBaction& schedule = context_.schedule_file();
   Files& files = context_.machine().files;
   context_.state.ScheduleFileBusy = true;
-  if (schedule.SelectedRecord != -1) {
-    schedule.schvTemp = schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
-  }
+  if (schedule.Selected()) schedule.schvTemp = *schedule.Selected();
   if (!schedule.schvTemp.nexttime.empty()) {
     context_.mail_values.ScheduledTimeText = schedule.schvTemp.nexttime;
   }
@@ -184,7 +181,7 @@ bool JobBracket::FileIsStillOurs() {
   const DBaction& schedule = context_.schedule_file();
   const auto word = ReadHeaderWord(context_.machine().files, schedule.ScheduleFilePath);
   const bool is_free = !context_.started.IsRaisedByOther();
-  if (is_free && word && *word == schedule.schvTemp.recordno) return true;
+  if (is_free && word && *word == HeaderWordOf(schedule.schvTemp.recordno)) return true;
   context_.trace().User("  The other host was here before the job began; the next pass decides.");
   context_.state.ScheduleFileBusy = false;
   context_.state.RunJob = false;

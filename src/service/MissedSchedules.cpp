@@ -31,16 +31,17 @@ bool MissedSchedules::WasHeldBack() {
 
 void MissedSchedules::MoveRecordOn() {
   DBaction& schedule = context_.schedule_file();
-  if (schedule.SelectedRecord < 0) return;
-  ScheduleRecord& record = schedule.ScheduleTable.at(static_cast<std::size_t>(schedule.SelectedRecord));
+  if (!schedule.Selected()) return;
+  ScheduleRecord& record = *schedule.Selected();
   schedule.schvTemp = record;
   if (!record.nexttime.empty()) context_.mail_values.ScheduledTimeText = record.nexttime;
   context_.services().scheduler.SetDayFlags(record.daymask);
   if (record.onceflag == kDropWhenMissed) {
     record.nexttime.clear();
     record.sortkey.clear();
+  } else if (context_.services().scheduler.sch_CheckRepeatAppend() == MoveOutcome::kCannotMove) {
+    context_.services().scheduler.NoteStanding(record, Standing::kNotAgain);
   } else {
-    context_.services().scheduler.sch_CheckRepeatAppend();
     record.nexttime = schedule.schvTemp.nexttime;
     record.sortkey = schedule.schvTemp.sortkey;
   }

@@ -65,24 +65,123 @@ TEST(DispatchStory, ASpoiledScheduleFileKeepsNobodyElseWaiting) {
   }
 }
 
-TEST(DispatchStory, ARecordThatCanNotBeMovedStaysAndIsTraced) {
-  ScheduleRecord record = House::Daily();
-  record.daymask = "0000000";
-  DueHouse house(record);
-  const std::string before = house.Bytes("scheduleData.txt");
-  house.Tick();
-  EXPECT_EQ(house.Bytes("scheduleData.txt"), before);
-  EXPECT_TRUE(house.TraceHas("Schedule record can't be moved on"));
+ScheduleRecord With(ScheduleRecord record, std::string ScheduleRecord::*field, std::string_view value) {
+  record.*field = value;
+  return record;
 }
 
-TEST(DispatchStory, ARecordThatTheUserAddsDuringTheJobSurvivesTheRewrite) {
+std::string FileWith(const std::vector<ScheduleRecord>& records) {
+  std::string text = "0\r\n";
+  for (const ScheduleRecord& record : records) text += LineOfRecord(record) + "\r\n";
+  return text;
+}
+
+TEST(DispatchStory, ARecordThatCanNotBeMovedIsServedOnceUntilItsLineChanges) {
+  const ScheduleRecord no_day = With(House::Daily(), &ScheduleRecord::daymask, "0000000");
+  const ScheduleRecord no_date = With(House::Daily(), &ScheduleRecord::nexttime, "soon");
+  for (const auto& [story, record, catches_up, commands, failure_days] :
+       {std::tuple{"without a day", no_day, false, 3U, "0"},
+        {"without a date", no_date, false, 3U, "0"},
+        {"of an unknown kind", With(no_day, &ScheduleRecord::repeatkind, "7"), false, 3U, "0"},
+        {"long ago, caught up with", With(no_day, &ScheduleRecord::sortkey, "202601011230"), true, 3U, "0"},
+        {"long ago, missed", With(no_date, &ScheduleRecord::sortkey, "202601011230"), false, 0U, "1"}}) {
+    SCOPED_TRACE(story);
+    DueHouse house(record);
+    house.WriteProfile("BackupStatus", "BackupFailureDays", "0");
+    house.WriteRegistry("STARTMISSEDSCH", catches_up ? "1" : "0");
+    for (int tick = 0; tick < 6; ++tick) house.Tick();
+    EXPECT_EQ(house.Commands().size(), commands);
+    EXPECT_EQ(house.Status("BackupFailureDays"), failure_days);
+    EXPECT_EQ(house.TraceHas("Schedule record can't be moved on"), record.repeatkind == "6");
+    EXPECT_EQ(house.Bytes("scheduleData.txt"), FileWith({record}));
+    house.PutSchedule("ann", {With(House::Daily(), &ScheduleRecord::mailids, "new@example.org")});
+    house.Tick();
+    EXPECT_EQ(house.Commands().size(), commands + 3);
+  }
+}
+
+TEST(DispatchStory, ARecordThatStandsHidesNoOtherOfItsUser) {
+  const ScheduleRecord missed =
+      With(House::Daily("11-14-2026 9:00:00"), &ScheduleRecord::repeatkind, "4");  // again on each pass
+  const ScheduleRecord no_day = With(House::Daily("11-14-2026 9:00:00"), &ScheduleRecord::daymask, "0");
+  for (const ScheduleRecord& first : {missed, no_day}) {
+    DueHouse house;
+    house.PutSchedule("ann", {first, House::Daily()});
+    house.Tick();
+    EXPECT_TRUE(house.Commands().empty());
+    EXPECT_EQ(house.Status("BackupFailureDays"), "1");
+    house.Tick();
+    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+    EXPECT_EQ(house.Bytes("scheduleData.txt"), FileWith({first, House::Daily(House::kTomorrow)}));
+    for (int tick = 0; tick < 3; ++tick) house.Tick();
+    EXPECT_EQ(house.Status("BackupFailureDays"), first.repeatkind == "4" ? "3" : "0");
+  }
+}
+
+TEST(DispatchStory, AKindOfAnyLengthRunsUnderAHeaderOfOneByte) {
+  for (const char* recordno : {"12", "", "7", "ten"}) {
+    const ScheduleRecord other = House::Daily("12-24-2026 18:00:00");
+    DueHouse house;
+    house.PutSchedule("ann", {With(House::Daily(), &ScheduleRecord::recordno, recordno), other});
+    std::string header;
+    house.During(51, [&] { header = house.Bytes("scheduleData.txt").substr(0, 3); });
+    house.Tick();
+    house.Tick();
+    EXPECT_EQ(header, "1\r\n") << recordno;
+    EXPECT_EQ(house.Bytes("scheduleData.txt"),
+              FileWith({With(House::Daily(House::kTomorrow), &ScheduleRecord::recordno, recordno), other}));
+  }
+}
+
+TEST(DispatchStory, WhatTheUserChangesInTheScheduleDuringTheJobStaysAndNothingRunsTwice) {
+  const ScheduleRecord daily = House::Daily();
+  const ScheduleRecord moved = House::Daily(House::kTomorrow);
+  const ScheduleRecord added = House::Daily("12-24-2026 18:00:00");
+  const auto with_mail = [](const ScheduleRecord& record) {
+    return With(record, &ScheduleRecord::mailids, "new@example.org");
+  };
+  const auto mondays = [](const ScheduleRecord& record) {
+    return With(record, &ScheduleRecord::daymask, "0100000");
+  };
+  for (const auto& [story, during, left] : std::vector<std::tuple<std::string, std::string, std::string>>{
+           {"a record more", FileWith({added, daily}), FileWith({added, moved})},
+           {"a mail address", FileWith({with_mail(daily)}), FileWith({with_mail(moved)})},
+           {"other days", FileWith({mondays(daily)}),
+            FileWith({mondays(House::Daily("11-16-2026 12:30:00"))})},
+           {"another time", FileWith({added}), FileWith({added})},
+           {"one that runs once", FileWith({added, With(daily, &ScheduleRecord::repeatkind, "4")}),
+            FileWith({added})},
+           {"no record left", "0\r\n", "0\r\n"},
+           {"nothing left", "", "0\r\n"}}) {
+    for (const auto duration : {2s, 7200s}) {
+      DueHouse house;
+      house.OnCommand(51, [&, &bytes = during](ProgramRun& run) {
+        house.machine.PutFile(house.UserPath("scheduleData.txt"), bytes);
+        house.WriteResult(402);
+        run.ExitAfter(duration, 0);
+      });
+      house.Tick();
+      EXPECT_EQ(house.Bytes("scheduleData.txt"), left) << story;
+      house.Tick();
+      EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16)) << story;
+      EXPECT_EQ(house.Bytes("scheduleData.txt"), left) << story;
+      EXPECT_EQ(house.Status("BackupFailureDays"), "0") << story;
+    }
+  }
+}
+
+TEST(DispatchStory, ACloseUpWithoutARecordMovesNothing) {
   DueHouse house;
-  ScheduleRecord added = House::Daily("12-24-2026 18:00:00");
-  added.schname = "Added";
-  house.During(51, [&] { house.PutSchedule("ann", {added, House::Daily()}); });
-  house.Tick();
-  EXPECT_EQ(house.Bytes("scheduleData.txt"),
-            "0\r\n" + LineOfRecord(added) + "\r\n" + LineOfRecord(House::Daily(House::kTomorrow)) + "\r\n");
+  house.Service();
+  house.WriteShared("Started", "1");
+  DBaction& schedule = house.Service().context().schedule_file();
+  schedule.ScheduleFilePath = house.UserPath("scheduleData.txt");
+  for (const int stale : {-1, 0, 5, 32767}) {
+    schedule.SelectedRecord = static_cast<std::int16_t>(stale);
+    house.Service().controller().Closeupoperation();
+    EXPECT_EQ(house.Bytes("scheduleData.txt"), FileWith({House::Daily()}));
+    EXPECT_EQ(house.Shared("Started"), "0");
+  }
 }
 
 TEST(DispatchStory, AStaleInteractiveFlagIsClearedAtTheSixteenthPass) {
@@ -211,6 +310,42 @@ TEST(TwoHostsStory, TheHostThatComesSecondToTheSameOccurrenceLeavesItToTheFirst)
   house.Tick();
   EXPECT_TRUE(house.Commands().empty());
   EXPECT_EQ(house.Shared("Started"), "1");
+}
+
+TEST(TwoHostsStory, ATwinOfAnotherAccountSeesTheJobByItsEngine) {
+  DueHouse house;
+  house.WriteShared("Started", "0");
+  // Nothing is traced during the transfer, and the twin can't open the service's processes.
+  house.OnCommand(51, [&](ProgramRun& run) {
+    for (const auto moment : {150s, 200s, 250s}) {
+      run.After(moment, [&] {
+        house.machine.ActAs("ann");
+        house.Twin().controller().Cont_startschBackup();
+        house.machine.ActAs("");
+        EXPECT_EQ(house.Shared("Started") + house.Bytes("scheduleData.txt").substr(0, 1), "11");
+      });
+    }
+    run.After(300s, [&] { house.WriteResult(402); });
+  });
+  house.Tick();
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+  EXPECT_EQ(house.NextTime(), House::kTomorrow);
+}
+
+TEST(TwoHostsStory, TheEngineOfATwinThatBrokeOffEndsBeforeTheNextJobBegins) {
+  DueHouse house;
+  house.Service();
+  house.WriteShared("Standard", "1");
+  house.WriteShared("Started", "1");
+  const ProcessId engine = house.machine.PutProcess(House::kEngine);
+  for (int tick = 0; tick < 3; ++tick) {
+    house.Tick();
+    EXPECT_EQ(house.Shared("Standard") + house.Shared("Started"), "01");
+  }
+  EXPECT_TRUE(house.Commands().empty());
+  house.machine.EndProcess(engine);
+  for (int tick = 0; tick < 2; ++tick) house.Tick();
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
 }
 
 TEST(TwoHostsStory, ATwinThatIsAbsentAtBothLooksIsTakenOver) {

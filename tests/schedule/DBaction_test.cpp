@@ -125,21 +125,36 @@ TEST(ScheduleFile, LinesAreReadByKeyOnlyBehindTheHeaderOfTheFileInWork) {
   EXPECT_FALSE(house.schedule.DB_ReadRecord("", "C:\\other.txt", lines));
 }
 
-TEST(ScheduleHeader, IsChangedInPlaceAndResetOnlyFromTheWordsOfRunningJobs) {
-  using Row = std::pair<const char*, const char*>;
-  for (const auto& [word, after] :
-       {Row{"0", "0"}, Row{"1", "0"}, Row{"5", "0"}, Row{"6", "6"}, Row{"x", "x"}}) {
-    ScheduleHouse house;
-    Files& files = house.machine.outside().files;
-    house.scheduler.sch_changefiledata(word);
-    EXPECT_EQ(ReadHeaderWord(files, house.path), std::nullopt);
-    EXPECT_FALSE(ResetStaleHeader(files, house.path));
-    house.PutSchedule("0\r\n" + Line("a", "1"));
-    house.scheduler.sch_changefiledata(word);
-    EXPECT_EQ(ReadHeaderWord(files, house.path), word);
-    EXPECT_EQ(ResetStaleHeader(files, house.path), std::string_view{word} != after);
-    EXPECT_EQ(house.machine.FileBytes(house.path), after + std::string{"\r\n"} + Line("a", "1"));
+TEST(ScheduleHeader, IsOneByteWhateverTheKindAndIsResetFromTheWordsOfRunningJobs) {
+  ScheduleHouse house;
+  Files& files = house.machine.outside().files;
+  house.scheduler.sch_changefiledata("1");
+  EXPECT_EQ(house.machine.FileBytes(house.path), std::nullopt) << "a missing file is not made";
+  EXPECT_FALSE(ResetStaleHeader(files, house.path));
+  const std::string records = Line("a", "1");
+  for (const auto& [story, recordno, before, written, reset] : std::vector<std::array<std::string, 5>>{
+           {"idle", "0", "3\r\n", "0\r\n", "0\r\n"},
+           {"a kind", "5", "0\r\n", "5\r\n", "0\r\n"},
+           {"an unknown kind is a file job", "6", "0\r\n", "1\r\n", "0\r\n"},
+           {"so is one of two characters", "12", "0\r\n", "1\r\n", "0\r\n"},
+           {"and none at all", "", "0\r\n", "1\r\n", "0\r\n"},
+           {"a short line end has room", "2", "0\n", "2\n", "0\n"},
+           {"a word that was never ours is overwritten", "x", "x\r\n", "1\r\n", "0\r\n"},
+           {"a longer word has no room", "2", "10\r\n", "10\r\n", "10\r\n"},
+           {"nor has a record in its place", "2", records, records, records}}) {
+    house.PutSchedule(before + records);
+    house.scheduler.sch_changefiledata(recordno);
+    EXPECT_EQ(house.machine.FileBytes(house.path), written + records) << story;
+    ResetStaleHeader(files, house.path);
+    EXPECT_EQ(house.machine.FileBytes(house.path), reset + records) << story;
   }
+  for (const char* cut_off : {"", "0"}) {
+    house.PutSchedule(cut_off);
+    house.scheduler.sch_changefiledata("4");
+    EXPECT_EQ(house.machine.FileBytes(house.path), "4\r\n");
+  }
+  house.PutSchedule("6\r\n");
+  EXPECT_FALSE(ResetStaleHeader(files, house.path));
 }
 
 TEST(BackupSet, IsReplacedByEachReadingAndCopiedForTheHelpers) {
