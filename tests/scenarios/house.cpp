@@ -11,18 +11,15 @@ using namespace std::chrono_literals;
 House::House(LocalTime now) : machine(now) { Install(); }
 
 void House::Install() {
-  Installation installation;
-  installation.ExeLocation = kInstall;
-  installation.VirtualPath = kData;
-  const ProductConfiguration configuration(machine.outside(), installation);
-  const std::map<std::string, std::string> product{
-      {"ProductNumber", "3"}, {"ProductName", "Ondura"},           {"ProductInstallationName", "Ondura"},
-      {"ExeGroup", "Ond"},    {"ProductCaption", "Ondura Backup"}, {"Language", "English"}};
   machine.PutFolder(kInstall);
   machine.PutFolder(kData);
-  for (const auto& [key, value] : product) {
-    machine.WriteIni(std::string{kData} + "Configuration.ini", "ProductInfo", configuration.StoredForm(key),
-                     configuration.StoredForm(value));
+  for (const auto& [key, value] : {std::pair{"ProductNumber", "3"},
+                                   {"ProductName", "Ondura"},
+                                   {"ProductInstallationName", "Ondura"},
+                                   {"ExeGroup", "Ond"},
+                                   {"ProductCaption", "Ondura Backup"},
+                                   {"Language", "English"}}) {
+    Configure(key, value);
   }
   machine.WriteIni(std::string{kInstall} + "UserName.ini", "Registry", "VirtualPath", kData);
   WriteShared("Standard", "0");
@@ -40,6 +37,14 @@ void House::Install() {
     WriteProfile("QuotaStatus", "Used", "1000");
     WriteProfile("QuotaStatus", "Max", "5000");
   });
+}
+
+void House::Configure(std::string_view key, std::string_view value) {
+  Installation installation;
+  installation.VirtualPath = kData;
+  const ProductConfiguration configuration(machine.outside(), installation);
+  machine.WriteIni(std::string{kData} + "Configuration.ini", "ProductInfo", configuration.StoredForm(key),
+                   configuration.StoredForm(value));
 }
 
 void House::AddUser(const std::string& name) {

@@ -29,6 +29,9 @@ class House {
 
   CheckedMachine machine;
 
+  // A value of the product configuration, which the start of a component reads.
+  void Configure(std::string_view key, std::string_view value);
+
   // A user with an account and a selection of one folder with one file.
   void AddUser(const std::string& user);
   // Writes the user's schedule file anew with these record lines.
