@@ -12,7 +12,8 @@ class CodePage {
  public:
   virtual ~CodePage() = default;
 
-  // Characters that the code page lacks become "?".
+  // Characters that the code page lacks become "?", those outside the first plane one for each of their two
+  // UTF-16 units.
   virtual std::string FromUtf8(std::string_view text) = 0;
 
   virtual std::string ToUtf8(std::string_view bytes) = 0;

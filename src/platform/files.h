@@ -44,6 +44,10 @@ class Files {
 
   virtual std::optional<std::string> Read(std::string_view path) = 0;
 
+  // The same, but nothing while another program has the file open for writing: what is read is no half of
+  // what is being written. Only a platform that knows of open files tells (Windows: FILE_SHARE_READ alone).
+  virtual std::optional<std::string> ReadAlone(std::string_view path) { return Read(path); }
+
   // At most the first `limit_bytes` bytes.
   virtual std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) = 0;
 

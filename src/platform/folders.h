@@ -35,8 +35,8 @@ class Folders {
   // Makes the last part of `path`. False when it is there already or its parent is not.
   virtual bool Make(std::string_view path) = 0;
 
-  // Removes the folder with all it holds. False when any of it stayed, and for a drive's root, which stays
-  // with all that is on the drive.
+  // Removes the folder with all it holds. False when any of it stayed, and for the root of a drive or of a
+  // network share ("\\server\share"), which stays with all that is on it.
   virtual bool Remove(std::string_view path, Removal removal) = 0;
 
   // Shows every entry but "." and ".." in no promised order, one at a time, until the visitor stops it. An

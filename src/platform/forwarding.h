@@ -42,6 +42,7 @@ class ForwardingFiles : public Files {
   std::optional<std::uint64_t> Size(std::string_view path) override { return next_.Size(path); }
   std::optional<LocalTime> Modified(std::string_view path) override { return next_.Modified(path); }
   std::optional<std::string> Read(std::string_view path) override { return next_.Read(path); }
+  std::optional<std::string> ReadAlone(std::string_view path) override { return next_.ReadAlone(path); }
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {
     return next_.ReadHead(path, limit_bytes);
   }
@@ -175,6 +176,7 @@ class ForwardingSystemInfo : public SystemInfo {
   explicit ForwardingSystemInfo(SystemInfo& next) : next_(next) {}
   SystemVersion Version() override { return next_.Version(); }
   bool IsWow64() override { return next_.IsWow64(); }
+  bool Is64Bit() override { return next_.Is64Bit(); }
   std::string ComputerName() override { return next_.ComputerName(); }
 
  private:

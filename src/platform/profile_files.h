@@ -26,7 +26,8 @@ class ProfileFiles {
   // The same through a buffer of 2048: cut to 2047 bytes.
   virtual std::string ReadLongString(const IniKey& key) = 0;
 
-  // The number at the start of the value (0 where it has none), or `fallback` where the key is missing.
+  // The number at the start of the value, also in the form "0x1F" (0 where it has none), or `fallback` where
+  // the key is missing or its value is empty.
   virtual int ReadInt(const IniKey& key, int fallback) = 0;
 
   // Replaces or adds the one value; the rest of the file keeps its lines. A value that stands there already

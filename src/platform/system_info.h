@@ -12,7 +12,8 @@ struct SystemVersion {
   bool is_workstation = true;  // product type VER_NT_WORKSTATION
 };
 
-// On Windows: GetVersionExA, IsWow64Process on the current process and GetComputerNameA.
+// On Windows: GetVersionExA, IsWow64Process on the current process, the size of a pointer and
+// GetComputerNameA.
 class SystemInfo {
  public:
   virtual ~SystemInfo() = default;
@@ -21,6 +22,10 @@ class SystemInfo {
 
   // True for a 32-bit process on a 64-bit system.
   virtual bool IsWow64() = 0;
+
+  // True for every process of a 64-bit system, whatever its own size: a 64-bit process is not one of those
+  // that IsWow64 tells of.
+  virtual bool Is64Bit() = 0;
 
   // At most 15 characters; empty on failure.
   virtual std::string ComputerName() = 0;

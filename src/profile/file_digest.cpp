@@ -33,7 +33,7 @@ std::string FileMd5Hex(const Machine& machine, std::string_view sFilePath) {
   constexpr std::uint64_t kLargestBytes = std::numeric_limits<std::int32_t>::max();
   const auto size = machine.files.Size(sFilePath);
   if (!size || *size == 0 || *size > kLargestBytes) return {};
-  const auto bytes = machine.files.Read(sFilePath);
+  const auto bytes = machine.files.ReadAlone(sFilePath);
   if (!bytes) return {};
   const auto digest = DigestOf(machine.crypto, *bytes);
   return digest ? HexOf(*digest) : std::string{};

@@ -63,6 +63,7 @@ class SystemHelpers {
   bool IsVista() { return IsVistaFamily(); }
   bool IsServer2008();
   bool IsWow64() { return machine_.system.IsWow64(); }
+  bool Is64BitSystem() { return machine_.system.Is64Bit(); }
 
   // Starts a program without waiting for it; `sDirectory` has no trailing backslash, `nShow` 0 is hidden.
   // kNoProcess when nothing was started; otherwise the caller closes the handle (ProcessWatch does).

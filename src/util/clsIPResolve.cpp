@@ -1,7 +1,5 @@
 #include "util/clsIPResolve.h"
 
-#include <algorithm>
-
 #include "util/text.h"
 
 namespace ondura {
@@ -11,16 +9,6 @@ namespace {
 constexpr std::string_view kBoxTitle = "OnduraEService";
 constexpr std::string_view kNoSocket = "Failed to open Socket";
 constexpr std::size_t kAddressParts = 4;
-
-bool IsByte(const std::string& part) {
-  const auto number = ParseInteger(part);
-  return number && *number >= 0 && *number <= 255;
-}
-
-bool IsDottedAddress(std::string_view text) {
-  const auto parts = Split(text, ".");
-  return parts.size() == kAddressParts && std::all_of(parts.begin(), parts.end(), IsByte);
-}
 
 }  // namespace
 
@@ -35,7 +23,7 @@ std::string clsIPResolve::GetHostNameFromIP(std::string_view sIPAddress) {
   const NameLookup lookup = names_.NameOf(sIPAddress);
   if (!lookup.started) {
     Tell(kNoSocket);
-  } else if (!lookup.found && !IsDottedAddress(sIPAddress)) {
+  } else if (!lookup.is_address) {
     // The failed reading of an address has no message of its own: the box stays empty.
     Tell("");
   }

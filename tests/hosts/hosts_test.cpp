@@ -88,6 +88,7 @@ TEST_F(HostsTest, TheElevatedHostServesEveryRequestAndIsNeverInCharge) {
   machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "0");
   machine_.PutFile(Path("OxWin\\SqlLaunchStatus.txt"), "1\r\n");
   machine_.PutFile(Path("OpenFileLaunchStatus.txt"), "1\r\n");
+  machine_.PutFile(Path("VssBackupStatus.txt"), "1");
   EXPECT_EQ(RunElevated(machine_.machine(), Ticks(1), stop_), 0);
   EXPECT_EQ(machine_.FileBytes(Path("OxWin\\SqlLaunchStatus.txt")), "2\r\n");
   EXPECT_EQ(machine_.FileBytes(Path("OpenFileLaunchStatus.txt")), "2\r\n");

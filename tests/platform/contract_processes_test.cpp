@@ -182,7 +182,9 @@ TEST_P(PlatformContract, TheDefaultsDescribeOneMachine) {
   EXPECT_EQ(machine_.system.Version().platform_id, 2);
   EXPECT_EQ(machine_.system.Version().major, 6);
   EXPECT_TRUE(machine_.system.Version().is_workstation);
-  EXPECT_FALSE(machine_.system.IsWow64());
+  const bool is_64_bit_process = sizeof(void*) == 8;
+  EXPECT_FALSE(is_64_bit_process && machine_.system.IsWow64());
+  EXPECT_EQ(machine_.system.Is64Bit(), is_64_bit_process || machine_.system.IsWow64());
   EXPECT_TRUE(machine_.internet.IsConnected());
   EXPECT_TRUE(machine_.internet.ExtendedState().connected);
   EXPECT_EQ(machine_.services.State("Ondura Service", ServiceManagerAccess::kRead), 0);
@@ -192,11 +194,31 @@ TEST_P(PlatformContract, TheDefaultsDescribeOneMachine) {
   EXPECT_FALSE(machine_.desktop.Post(12345, kCloseMessage));
 }
 
+TEST_P(PlatformContract, AnAddressIsWhatReadsAsOne) {
+  for (const auto& [text, want] : {std::pair{"127.0.0.1", true},
+                                   {"127.1", true},
+                                   {"0x7f.1", true},
+                                   {"017700000001", true},
+                                   {"127.0.0.1 x", true},
+                                   {" ", true},
+                                   {"", false},
+                                   {"no address", false},
+                                   {"256.0.0.1", false},
+                                   {"1.2.3.4.5", false},
+                                   {"1.2.3.", false},
+                                   {"127.0.0.1x", false},
+                                   {"255.255.255.255", false}}) {
+    if (tested_->Excuses(text)) continue;
+    EXPECT_EQ(machine_.names.NameOf(text).is_address, want) << text;
+  }
+}
+
 TEST_P(PlatformContract, EveryCodePageByteGoesThereAndBack) {
   std::string bytes;
   for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
   EXPECT_EQ(machine_.code_page.FromUtf8(machine_.code_page.ToUtf8(bytes)), bytes);
   EXPECT_EQ(machine_.code_page.FromUtf8("€ Ä Ж \xFF"), "\x80 \xC4 ? ?");
+  EXPECT_EQ(machine_.code_page.FromUtf8("a😀b"), "a??b") << "one for each UTF-16 unit";
   EXPECT_EQ(machine_.code_page.ToUtf8("\x80\x81"), "€\xC2\x81");
 }
 

@@ -9,19 +9,22 @@ namespace {
 using testing::Optional;
 
 TEST_P(PlatformContract, ProfileValuesAreReadByThePlatformsRules) {
-  for (const auto& [story, line, want] : {std::tuple{"plain", "Key=value", "value"},
-                                          {"letter case does not count", "kEY=value", "value"},
-                                          {"blanks around the sign are dropped", " Key \t=  value ", "value"},
-                                          {"inner blanks stay", "Key=a  b", "a  b"},
-                                          {"one pair of double quotes goes", "Key=\" value \"", " value "},
-                                          {"one pair of single quotes goes", "Key='it'", "it"},
-                                          {"quotes that do not match stay", "Key=\"it'", "\"it'"},
-                                          {"a lone quote stays", "Key=\"", "\""},
-                                          {"a second sign is part of the value", "Key=a=b", "a=b"},
-                                          {"the first of two counts", "Key=one\r\nKEY=two", "one"},
-                                          {"a remark is no key", ";Key=remark\r\nKey=value", "value"},
-                                          {"a line without a sign is no key", "Key\r\nKey=value", "value"},
-                                          {"nothing behind the sign", "Key=", ""}}) {
+  for (const auto& [story, line, want] :
+       {std::tuple{"plain", "Key=value", "value"},
+        {"letter case does not count", "kEY=value", "value"},
+        {"blanks around the sign are dropped", " Key \t=  value ", "value"},
+        {"every blank of a text file is one", "Key\f=\v value\x1A", "value"},
+        {"a hard blank is none", "Key=\xA0value\xA0", "\xC2\xA0value\xC2\xA0"},
+        {"inner blanks stay", "Key=a  b", "a  b"},
+        {"one pair of double quotes goes", "Key=\" value \"", " value "},
+        {"one pair of single quotes goes", "Key='it'", "it"},
+        {"quotes that do not match stay", "Key=\"it'", "\"it'"},
+        {"a lone quote stays", "Key=\"", "\""},
+        {"a second sign is part of the value", "Key=a=b", "a=b"},
+        {"the first of two counts", "Key=one\r\nKEY=two", "one"},
+        {"a remark is no key", ";Key=remark\r\nKey=value", "value"},
+        {"a line without a sign is no key", "Key\r\nKey=value", "value"},
+        {"nothing behind the sign", "Key=", ""}}) {
     if (tested_->Excuses(story)) continue;
     PutFile(ini_,
             std::string{"[Other]\r\nKey=other\r\n[ Section ]\r\n"} + line + "\r\n[Section]\r\nKey=second");
@@ -30,9 +33,10 @@ TEST_P(PlatformContract, ProfileValuesAreReadByThePlatformsRules) {
 }
 
 TEST_P(PlatformContract, ProfileNumbersAreReadFromTheStartOfTheValue) {
-  const std::pair<std::string, int> cases[] = {{"402", 402},  {"-414", -414}, {" 7 apples", 7},
-                                               {"apples", 0}, {"", 0},        {"+3", 3},
-                                               {"1.9", 1},    {"-", 0},       {"4294967295", -1}};
+  const std::pair<std::string, int> cases[] = {
+      {"402", 402}, {"-414", -414}, {" 7 apples", 7},   {"apples", 0}, {"", -10},      {"+3", 3},
+      {"1.9", 1},   {"-", 0},       {"4294967295", -1}, {"0x10", 16},  {"-0xfG", -15}, {"0o17", 15},
+      {"0b101", 5}, {"0X10", 0},    {"010", 10},        {"\"7\"", 7},  {"\"\"", -10}};
   for (const auto& [value, want] : cases) {
     PutFile(ini_, "[S]\nKey=" + value);
     EXPECT_EQ(machine_.profiles.ReadInt(Key("S", "Key"), -10), want) << value;
@@ -73,6 +77,8 @@ TEST_P(PlatformContract, AValueGoesToDiskAsItIsGiven) {
   for (const auto& [value, read] : {std::pair{"", ""},
                                     {"\"a b\"", "a b"},
                                     {"a=b;[c]", "a=b;[c]"},
+                                    {"\"'it'\"", "'it'"},
+                                    {"\"\"it\"\"", "\"it\""},
                                     {"{qw\"hqwpf\"og#", "{qw\"hqwpf\"og#"}}) {
     PutFile(ini_, "[S]\r\nKey=old\r\n");
     EXPECT_TRUE(machine_.profiles.WriteString(Key("S", "Key"), value));

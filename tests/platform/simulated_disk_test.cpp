@@ -111,6 +111,10 @@ TEST(SimulatedDisk, OtherDrivesAndNetworkPlacesAreThereWhileTheyAreConnected) {
   EXPECT_THAT(machine.drives.Roots(), ElementsAre("C:\\", "E:\\"));
   EXPECT_FALSE(machine.files.Write("E:\\x", "123456", IfPresent::kReplace));
   EXPECT_TRUE(machine.files.Write("E:\\x", "12345", IfPresent::kReplace));
+  for (const char* root : {"\\\\server\\share", "\\\\SERVER\\share\\", "C:", "C:\\", "E:\\."}) {
+    EXPECT_FALSE(machine.folders.Remove(root, Removal::kForce)) << root;
+  }
+  EXPECT_TRUE(machine.files.Exists("\\\\server\\share\\d\\x") && machine.files.Exists("E:\\x"));
   house.disk().RemoveDrive("E:\\");
   EXPECT_THAT(machine.drives.Roots(), ElementsAre("C:\\"));
   EXPECT_FALSE(machine.files.Exists("E:\\x"));

@@ -90,6 +90,18 @@ TEST_F(Win32FilesTest, NamesThatTheCodePageLacksAreTheirOwnInLongAndShortForm) {
   EXPECT_TRUE(machine_.drives.FreeBytes(own).has_value());
 }
 
+TEST_F(Win32FilesTest, TheRootOfADriveOrShareIsOneHoweverItIsWritten) {
+  for (const wchar_t* root :
+       {LR"(C:\)", LR"(C:\x\..)", LR"(\\?\C:\)", LR"(\\server\share)", LR"(\\server\share\)",
+        LR"(\\server\share\x\..)", LR"(\\?\UNC\server\share)", L"//server/share"}) {
+    EXPECT_TRUE(IsRoot(root)) << FromWide(root);
+  }
+  for (const wchar_t* folder :
+       {LR"(C:\x)", LR"(\\?\C:\x)", LR"(\\server\share\x)", LR"(\\?\UNC\server\share\x)"}) {
+    EXPECT_FALSE(IsRoot(folder)) << FromWide(folder);
+  }
+}
+
 TEST_F(Win32FilesTest, ADriveAloneIsItsRootAndNotTheFolderLastUsedThere) {
   wchar_t before[MAX_PATH] = {};
   GetCurrentDirectoryW(MAX_PATH, before);
@@ -115,6 +127,15 @@ TEST_F(Win32FilesTest, AFileThatAnotherKeepsToItselfReadsAsNothing) {
   EXPECT_EQ(machine_.files.Read(file), std::nullopt);
   EXPECT_FALSE(machine_.files.Append(file, "y", IfMissing::kCreate));
   EXPECT_FALSE(machine_.files.Remove(file, Removal::kForce));
+}
+
+TEST_F(Win32FilesTest, AFileThatAnotherWritesIsNotReadAlone) {
+  const std::string file = root_ + "list.txt";
+  Put(file, "x");
+  EXPECT_THAT(machine_.files.ReadAlone(file), Optional(std::string{"x"}));
+  const auto writer = machine_.files.OpenAppender(file, IfMissing::kFail);
+  EXPECT_EQ(machine_.files.ReadAlone(file), std::nullopt);
+  EXPECT_THAT(machine_.files.Read(file), Optional(std::string{"x"}));
 }
 
 TEST_F(Win32FilesTest, ShortAndLongFormsLeadToOneAnotherAndTheSystemHasItsFolder) {

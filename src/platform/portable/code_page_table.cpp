@@ -46,6 +46,8 @@ constexpr UpperHalf Continued(const std::array<char16_t, kCount>& signs, char16_
 constexpr UpperHalf kWindows1251 = Continued(kWindows1251Signs, 0x0410);
 constexpr UpperHalf kWindows1252 = Continued(kWindows1252Signs, 0x00A0);
 
+constexpr char32_t kSecondPlane = 0x10000;
+
 bool IsAscii(std::string_view text) {
   for (const char c : text) {
     if (static_cast<unsigned char>(c) >= 0x80) return false;
@@ -94,7 +96,11 @@ std::string CodePageTable::Encode(std::string_view text) const {
   while (!text.empty()) {
     const DecodedCharacter next = DecodeUtf8(text);
     const auto found = next.valid ? bytes_.find(next.character) : bytes_.end();
-    bytes += found == bytes_.end() ? '?' : found->second;
+    if (found != bytes_.end()) {
+      bytes += found->second;
+    } else {
+      bytes += next.character < kSecondPlane ? "?" : "??";
+    }
     text.remove_prefix(next.bytes);
   }
   return bytes;

@@ -25,7 +25,7 @@ int IniProfileFiles::ReadInt(const IniKey& key, int fallback) {
   const auto text = Load(key.file);
   if (!text) return fallback;
   const auto value = text->Find(code_page_.Encode(key.section), code_page_.Encode(key.key));
-  return value ? IniNumber(*value) : fallback;
+  return value && !value->empty() ? IniNumber(*value) : fallback;
 }
 
 bool IniProfileFiles::WriteString(const IniKey& key, std::string_view value) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace ondura {
 
@@ -9,7 +10,8 @@ namespace {
 
 constexpr std::string_view kNewLine = "\r\n";
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+// The end mark of old text files counts too.
+bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r') || c == '\x1A'; }
 
 std::string_view TrimBlanks(std::string_view text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
@@ -21,6 +23,22 @@ std::string_view Unquoted(std::string_view value) {
   const bool quoted =
       value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front();
   return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+int DigitOf(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+// Takes the mark of a number's base from its front.
+int TakeBase(std::string_view& number) {
+  for (const auto& [mark, base] : {std::pair{"0x", 16}, {"0o", 8}, {"0b", 2}}) {
+    if (!number.starts_with(mark)) continue;
+    number.remove_prefix(2);
+    return base;
+  }
+  return 10;
 }
 
 }  // namespace
@@ -154,10 +172,12 @@ int IniNumber(std::string_view value) {
   value = TrimBlanks(value);
   const bool negative = value.starts_with('-');
   if (negative || value.starts_with('+')) value.remove_prefix(1);
+  const int base = TakeBase(value);
   std::uint32_t number = 0;
   for (const char c : value) {
-    if (c < '0' || c > '9') break;
-    number = number * 10 + static_cast<std::uint32_t>(c - '0');
+    const int digit = DigitOf(c);
+    if (digit < 0 || digit >= base) break;
+    number = number * static_cast<std::uint32_t>(base) + static_cast<std::uint32_t>(digit);
   }
   return static_cast<int>(negative ? 0U - number : number);
 }

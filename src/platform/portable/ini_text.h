@@ -76,8 +76,8 @@ class IniText {
   std::vector<Entry> entries_;
 };
 
-// The number at the start of a value as GetPrivateProfileIntA reads it: an optional sign and digits; 0
-// where there are none. It wraps at 32 bits.
+// The number at the start of a value as GetPrivateProfileIntA reads it: an optional sign and digits, or after
+// "0x", "0o" or "0b" those of the base 16, 8 or 2; 0 where there are none. It wraps at 32 bits.
 int IniNumber(std::string_view value);
 
 }  // namespace ondura

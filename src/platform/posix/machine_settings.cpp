@@ -71,7 +71,7 @@ bool SetText(MachineSettings& settings, const std::string& value) {
   return true;
 }
 
-constexpr std::array<Entry, 15> kEntries = {{
+constexpr std::array<Entry, 16> kEntries = {{
     {"Locale", "ShortDate", SetText<&MachineSettings::short_date>},
     {"Locale", "TimeFormat", SetText<&MachineSettings::time_format>},
     {"Locale", "Decimal", SetText<&MachineSettings::decimal>},
@@ -81,6 +81,8 @@ constexpr std::array<Entry, 15> kEntries = {{
      [](MachineSettings& s, const std::string& value) { return SetFlag(s.version.is_workstation, value); }},
     {"System", "Wow64",
      [](MachineSettings& s, const std::string& value) { return SetFlag(s.is_wow64, value); }},
+    {"System", "64Bit",
+     [](MachineSettings& s, const std::string& value) { return SetFlag(s.is_64_bit, value); }},
     {"System", "SystemFolder", SetText<&MachineSettings::system_folder>},
     {"System", "LocalDataFolder", SetText<&MachineSettings::local_data_folder>},
     {"System", "ComputerName", SetText<&MachineSettings::computer_name>},

@@ -22,6 +22,7 @@ struct MachineSettings {
   CodePageTable code_page;
   SystemVersion version{2, 6, 1, true};
   bool is_wow64 = false;
+  bool is_64_bit = true;
   std::string system_folder = R"(C:\Windows\system32)";
   std::string local_data_folder = R"(C:\Users\Default\AppData\Local)";
   std::string computer_name = "ONDURA";

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/portable/inet_address.h"
 #include "platform/posix/ports.h"
 #include "platform/posix/spawn.h"
 #include "util/text.h"
@@ -21,6 +22,7 @@ class PosixSystemInfo : public SystemInfo {
   explicit PosixSystemInfo(const MachineSettings& settings) : settings_(settings) {}
   SystemVersion Version() override { return settings_.version; }
   bool IsWow64() override { return settings_.is_wow64; }
+  bool Is64Bit() override { return settings_.is_64_bit || settings_.is_wow64; }
   std::string ComputerName() override { return settings_.computer_name; }
 
  private:
@@ -126,14 +128,15 @@ class PosixNameResolution : public NameResolution {
   }
 
   NameLookup NameOf(std::string_view address) override {
-    sockaddr_in number{};
-    number.sin_family = AF_INET;
-    const std::string text{address};
+    const auto number = InetAddress(address);
+    sockaddr_in socket_address{};
+    socket_address.sin_family = AF_INET;
+    socket_address.sin_addr.s_addr = htonl(number.value_or(0));
     std::array<char, NI_MAXHOST> name{};
-    const bool found = inet_pton(AF_INET, text.c_str(), &number.sin_addr) == 1 &&
-                       getnameinfo(reinterpret_cast<const sockaddr*>(&number), sizeof number, name.data(),
-                                   name.size(), nullptr, 0, NI_NAMEREQD) == 0;
-    return {true, found ? std::optional{std::string{name.data()}} : std::nullopt, true};
+    const bool found =
+        number && getnameinfo(reinterpret_cast<const sockaddr*>(&socket_address), sizeof socket_address,
+                              name.data(), name.size(), nullptr, 0, NI_NAMEREQD) == 0;
+    return {true, found ? std::optional{std::string{name.data()}} : std::nullopt, true, number.has_value()};
   }
 };
 

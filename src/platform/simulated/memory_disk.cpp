@@ -270,7 +270,7 @@ bool MemoryDisk::RemoveFile(std::string_view path, Removal removal) {
 bool MemoryDisk::RemoveFolder(std::string_view path, Removal removal) {
   const Node* folder = Find(path);
   if (folder == nullptr || !folder->is_folder || folder->refuses_access) return false;
-  if (folder->path.size() <= 2) return false;  // a drive alone
+  if (folder->path == RootOf(folder->path)) return false;
   bool all_gone = true;
   for (const std::string& child : Children(path)) {
     const bool gone = Find(child)->is_folder ? RemoveFolder(child, removal) : RemoveFile(child, removal);

@@ -67,6 +67,11 @@ std::optional<std::string> RecordingFiles::Read(std::string_view path) {
                     [&] { return ForwardingFiles::Read(path); });
 }
 
+std::optional<std::string> RecordingFiles::ReadAlone(std::string_view path) {
+  return gate_.Call(kLook, "Files.ReadAlone", PathArgument{path}, std::optional<std::string>{},
+                    [&] { return ForwardingFiles::ReadAlone(path); });
+}
+
 std::optional<std::string> RecordingFiles::ReadHead(std::string_view path, std::size_t limit_bytes) {
   return gate_.Call(kLook, "Files.ReadHead", PathArgument{path}, std::optional<std::string>{},
                     [&] { return ForwardingFiles::ReadHead(path, limit_bytes); });

@@ -114,6 +114,10 @@ bool RecordingSystemInfo::IsWow64() {
   return gate_.Call(kLook, "SystemInfo.IsWow64", "", false, [&] { return ForwardingSystemInfo::IsWow64(); });
 }
 
+bool RecordingSystemInfo::Is64Bit() {
+  return gate_.Call(kLook, "SystemInfo.Is64Bit", "", false, [&] { return ForwardingSystemInfo::Is64Bit(); });
+}
+
 std::string RecordingSystemInfo::ComputerName() {
   return gate_.Call(kLook, "SystemInfo.ComputerName", "", std::string{},
                     [&] { return ForwardingSystemInfo::ComputerName(); });

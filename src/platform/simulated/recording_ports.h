@@ -64,6 +64,7 @@ class RecordingSystemInfo : public ForwardingSystemInfo {
   RecordingSystemInfo(SystemInfo& next, CallGate& gate) : ForwardingSystemInfo(next), gate_(gate) {}
   SystemVersion Version() override;
   bool IsWow64() override;
+  bool Is64Bit() override;
   std::string ComputerName() override;
 
  private:

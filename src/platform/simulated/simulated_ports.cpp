@@ -1,20 +1,12 @@
 #include "platform/simulated/simulated_ports.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "platform/portable/inet_address.h"
 #include "util/text.h"
 
 namespace ondura {
 namespace {
-
-bool IsAddress(std::string_view text) {
-  const auto parts = Split(text, ".");
-  return parts.size() == 4 && std::all_of(parts.begin(), parts.end(), [](const std::string& part) {
-           const auto number = ParseInteger(part);
-           return number && *number >= 0 && *number <= 255;
-         });
-}
 
 std::string RegistryKey(const RegistryName& name) {
   std::string_view key = name.key;
@@ -86,7 +78,7 @@ NameLookup SimulatedNameResolution::AddressOf(std::string_view host_name) {
   for (const auto& [name, address] : surroundings_.addresses) {
     if (lookup.started && EqualsIgnoringCase(name, host_name)) lookup.found = address;
   }
-  if (lookup.started && IsAddress(host_name)) lookup.found = host_name;
+  if (lookup.started && InetAddress(host_name)) lookup.found = host_name;
   return lookup;
 }
 
@@ -95,6 +87,7 @@ NameLookup SimulatedNameResolution::NameOf(std::string_view address) {
   for (const auto& [name, its_address] : surroundings_.addresses) {
     if (lookup.started && !lookup.found && its_address == address) lookup.found = name;
   }
+  lookup.is_address = lookup.started && InetAddress(address);
   return lookup;
 }
 

@@ -16,6 +16,7 @@ class SimulatedSystemInfo : public SystemInfo {
   explicit SimulatedSystemInfo(const Surroundings& surroundings) : surroundings_(surroundings) {}
   SystemVersion Version() override { return surroundings_.version; }
   bool IsWow64() override { return surroundings_.is_wow64; }
+  bool Is64Bit() override { return surroundings_.is_64_bit || surroundings_.is_wow64; }
   std::string ComputerName() override { return surroundings_.computer_name; }
 
  private:

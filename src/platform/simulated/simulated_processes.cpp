@@ -29,7 +29,7 @@ std::vector<ProcessEntry> SimulatedProcesses::List(ProcessSource source) {
     std::string name = BaseName(process.path);
     if (source == ProcessSource::kSnapshot) {
       entries.push_back({id, name, name});
-    } else if (MayOpen(process)) {
+    } else if (MayOpen(process) && process.is_listed) {
       entries.push_back({id, process.path, std::move(name)});
     }
   }
@@ -192,6 +192,12 @@ void ProgramRun::ExitAfter(std::chrono::milliseconds delay, std::uint32_t code) 
 }
 
 void ProgramRun::Exit(std::uint32_t code) { processes_.End(id_, code); }
+
+void ProgramRun::AppearsAfter(std::chrono::milliseconds delay) {
+  processes_.Show(id_, false);
+  processes_.timeline().After(
+      delay, id_, [this] { processes_.Show(id_, true); }, Timeline::Hope::kNone);
+}
 
 void ProgramRun::EndIfDone() {
   if (started_ && !goes_on_ && actions_to_come_ == 0) Exit(0);

@@ -38,6 +38,8 @@ class SimulatedProcesses : public Processes {
   void ActAs(std::string_view account) { account_ = account; }
   // The process is gone; what its script still had to do is dropped.
   void End(ProcessId id, std::uint32_t exit_code);
+  // Whether the list shows the process.
+  void Show(ProcessId id, bool is_listed) { processes_[id].is_listed = is_listed; }
   bool IsRunning(std::string_view base_name) const;
 
   const std::vector<LaunchRequest>& launches() const { return launches_; }
@@ -52,6 +54,7 @@ class SimulatedProcesses : public Processes {
     std::string path;
     std::string account;
     bool can_be_opened = true;
+    bool is_listed = true;
     bool has_ended = false;
     std::uint32_t exit_code = kStillActive;
     std::unique_ptr<ProgramRun> run;  // null without a script

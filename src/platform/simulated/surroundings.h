@@ -62,6 +62,7 @@ struct WebAnswer {
 struct Surroundings {
   SystemVersion version{2, 6, 1, true};
   bool is_wow64 = false;
+  bool is_64_bit = true;
   std::string system_folder = "C:\\Windows\\system32";
   std::map<int, std::string> locale_texts{
       {kLocaleShortDate, "M/d/yyyy"}, {kLocaleTimeFormat, "h:mm:ss tt"}, {kLocaleDecimal, "."}};

@@ -10,6 +10,7 @@ namespace {
 // Folders are refused from 248 characters on, files from 260; what a search appends has room between.
 constexpr std::size_t kLongFrom = 240;
 
+constexpr std::wstring_view kNetwork = L"\\\\";
 constexpr std::wstring_view kNoLimit = L"\\\\?\\";
 constexpr std::wstring_view kNoLimitNetwork = L"\\\\?\\UNC";
 
@@ -65,6 +66,20 @@ std::wstring WidePath(std::string_view path) {
 bool IsFolder(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool IsRoot(const std::wstring& path) {
+  const std::wstring full = FullForm(path);
+  std::wstring_view rest = full;
+  const bool is_network = !rest.starts_with(kNoLimit) || rest.starts_with(kNoLimitNetwork);
+  if (rest.starts_with(kNoLimit)) rest.remove_prefix((is_network ? kNoLimitNetwork : kNoLimit).size());
+  const std::size_t names_of_root = is_network && full.starts_with(kNetwork) ? 2 : 1;
+  std::size_t names = 0;
+  for (std::size_t at = rest.find_first_not_of(L'\\'); at != std::wstring_view::npos;
+       at = rest.find_first_not_of(L'\\', rest.find(L'\\', at))) {
+    ++names;
+  }
+  return names <= names_of_root;
 }
 
 std::string_view WithoutTrailingSeparators(std::string_view path) {

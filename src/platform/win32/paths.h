@@ -32,6 +32,9 @@ bool IsLinkToFolder(const FoundFolder& found);
 // True for a folder, false for a file or nothing.
 bool IsFolder(const std::wstring& path);
 
+// True for the root of a drive or of a network share, however the path is written.
+bool IsRoot(const std::wstring& path);
+
 // The path without the separators at its end.
 std::string_view WithoutTrailingSeparators(std::string_view path);
 

@@ -16,8 +16,8 @@ constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELE
 
 constexpr std::size_t kMostBytesPerCall = std::size_t{1} << 26U;
 
-UniqueHandle Open(std::string_view path, DWORD access, DWORD disposition) {
-  return UniqueHandle{CreateFileW(WidePath(path).c_str(), access, kShareAll, nullptr, disposition,
+UniqueHandle Open(std::string_view path, DWORD access, DWORD disposition, DWORD sharing = kShareAll) {
+  return UniqueHandle{CreateFileW(WidePath(path).c_str(), access, sharing, nullptr, disposition,
                                   FILE_ATTRIBUTE_NORMAL, nullptr)};
 }
 
@@ -109,6 +109,11 @@ class Win32Files : public Files {
 
   std::optional<std::string> Read(std::string_view path) override {
     return ReadHead(path, std::numeric_limits<std::size_t>::max());
+  }
+
+  std::optional<std::string> ReadAlone(std::string_view path) override {
+    return ReadRest(Open(path, GENERIC_READ, OPEN_EXISTING, FILE_SHARE_READ),
+                    std::numeric_limits<std::size_t>::max());
   }
 
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {

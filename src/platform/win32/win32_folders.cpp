@@ -78,10 +78,9 @@ class Win32Folders : public Folders {
   }
 
   bool Remove(std::string_view path, Removal removal) override {
-    const std::string_view bare = WithoutTrailingSeparators(path);
-    if (bare.size() <= 2) return false;  // a drive alone
-    const std::wstring folder = WidePath(bare);
-    return IsFolder(folder) && RemoveTree(folder, GetFileAttributesW(folder.c_str()), removal);
+    const std::wstring folder = WidePath(WithoutTrailingSeparators(path));
+    return !IsRoot(folder) && IsFolder(folder) &&
+           RemoveTree(folder, GetFileAttributesW(folder.c_str()), removal);
   }
 
   bool List(std::string_view path, const std::function<Visit(const FolderEntry&)>& visit) override {

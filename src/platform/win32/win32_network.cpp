@@ -34,30 +34,33 @@ class Win32Internet : public Internet {
   }
 };
 
-std::optional<std::string> AddressOfHost(const std::string& name) {
+NameLookup AddressOfHost(const std::string& name) {
   const hostent* const host = gethostbyname(name.c_str());
-  if (host == nullptr || host->h_addrtype != AF_INET || host->h_addr_list[0] == nullptr) return std::nullopt;
+  if (host == nullptr || host->h_addrtype != AF_INET || host->h_addr_list[0] == nullptr) return {};
   std::string dotted;
   for (int i = 0; i < kAddressBytes; ++i) {
     const auto byte = static_cast<unsigned char>(host->h_addr_list[0][i]);
     dotted += (i == 0 ? "" : ".") + std::to_string(byte);
   }
-  return dotted;
+  return {.found = dotted};
 }
 
-std::optional<std::string> NameOfAddress(const std::string& address) {
+NameLookup NameOfAddress(const std::string& address) {
   const unsigned long number = inet_addr(address.c_str());
-  if (number == INADDR_NONE) return std::nullopt;
+  if (number == INADDR_NONE) return {};
   const hostent* const host = gethostbyaddr(reinterpret_cast<const char*>(&number), kAddressBytes, AF_INET);
-  return host == nullptr ? std::nullopt : std::optional{FromSystem(host->h_name)};
+  return {.found = host == nullptr ? std::nullopt : std::optional{FromSystem(host->h_name)},
+          .is_address = true};
 }
 
 // One look-up between the start of the sockets and their end.
-NameLookup LookUp(std::optional<std::string> (*look_up)(const std::string&), const std::string& text) {
+NameLookup LookUp(NameLookup (*look_up)(const std::string&), const std::string& text) {
   WSADATA started{};
   if (WSAStartup(kWinsockVersion, &started) != 0) return {};
-  auto found = look_up(text);
-  return {true, std::move(found), WSACleanup() == 0};
+  NameLookup lookup = look_up(text);
+  lookup.started = true;
+  lookup.cleaned_up = WSACleanup() == 0;
+  return lookup;
 }
 
 class Win32NameResolution : public NameResolution {

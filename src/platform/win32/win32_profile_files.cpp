@@ -11,9 +11,6 @@ namespace {
 constexpr DWORD kShortBufferBytes = 256;
 constexpr DWORD kLongBufferBytes = 2048;
 
-// What a missing key reads as where that has to be told from an empty value.
-constexpr const char* kMissingMark = "?";
-
 // An ini key in the bytes of the A calls.
 struct SystemKey {
   explicit SystemKey(const IniKey& key)
@@ -25,31 +22,27 @@ struct SystemKey {
 };
 
 template <DWORD kBufferBytes>
-std::string ReadThroughBuffer(const SystemKey& key, const char* fallback) {
+std::string ReadThroughBuffer(const SystemKey& key) {
   std::array<char, kBufferBytes> buffer{};
-  const DWORD length = GetPrivateProfileStringA(key.section.c_str(), key.name.c_str(), fallback,
-                                                buffer.data(), kBufferBytes, key.file.c_str());
+  const DWORD length = GetPrivateProfileStringA(key.section.c_str(), key.name.c_str(), "", buffer.data(),
+                                                kBufferBytes, key.file.c_str());
   return {buffer.data(), length};
 }
 
 class Win32ProfileFiles : public ProfileFiles {
  public:
   std::string ReadString(const IniKey& key) override {
-    return FromSystem(ReadThroughBuffer<kShortBufferBytes>(SystemKey{key}, ""));
+    return FromSystem(ReadThroughBuffer<kShortBufferBytes>(SystemKey{key}));
   }
 
   std::string ReadLongString(const IniKey& key) override {
-    return FromSystem(ReadThroughBuffer<kLongBufferBytes>(SystemKey{key}, ""));
+    return FromSystem(ReadThroughBuffer<kLongBufferBytes>(SystemKey{key}));
   }
 
   int ReadInt(const IniKey& key, int fallback) override {
     const SystemKey system{key};
-    const auto number = static_cast<int>(
+    return static_cast<int>(
         GetPrivateProfileIntA(system.section.c_str(), system.name.c_str(), fallback, system.file.c_str()));
-    if (number != fallback) return number;
-    // Some systems take a key without a value for a missing one.
-    const bool is_empty = ReadThroughBuffer<kShortBufferBytes>(system, kMissingMark).empty();
-    return is_empty ? 0 : number;
   }
 
   bool WriteString(const IniKey& key, std::string_view value) override {

@@ -11,9 +11,7 @@ namespace ondura {
 
 namespace {
 
-// Who reads with the one right has this buffer and no second try; who opens with all rights looks first and
-// then asks for the whole value.
-constexpr std::size_t kOnlyBufferBytes = 1024;
+// Holds nearly every value; a longer one says its size and is asked for again.
 constexpr std::size_t kFirstBufferBytes = 255;
 
 HKEY RootKey(RegistryRoot root) {
@@ -80,13 +78,10 @@ class Win32Registry : public Registry {
         ERROR_SUCCESS) {
       return std::nullopt;
     }
-    const bool has_one_try = access == RegistryAccess::kQueryValue;
     const std::string value_name = ToSystem(name.value);
     StoredValue value;
-    SystemError error = Query(key, value_name, has_one_try ? kOnlyBufferBytes : kFirstBufferBytes, value);
-    if (error == SystemError::kMoreData && !has_one_try) {
-      error = Query(key, value_name, value.bytes.size(), value);
-    }
+    SystemError error = Query(key, value_name, kFirstBufferBytes, value);
+    if (error == SystemError::kMoreData) error = Query(key, value_name, value.bytes.size(), value);
     return error == SystemError::kNone ? std::optional{Parsed(value)} : std::nullopt;
   }
 

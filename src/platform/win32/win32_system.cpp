@@ -27,6 +27,11 @@ class Win32SystemInfo : public SystemInfo {
     return IsWow64Process(GetCurrentProcess(), &is_wow64) && is_wow64;
   }
 
+  bool Is64Bit() override {
+    constexpr std::size_t kPointerBytes = 8;
+    return sizeof(void*) == kPointerBytes || IsWow64();
+  }
+
   std::string ComputerName() override {
     std::array<char, kComputerNameBytes> name{};
     DWORD length = kComputerNameBytes;
