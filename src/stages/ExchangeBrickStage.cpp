@@ -129,8 +129,8 @@ void ExchangeBrickStage::Export(const std::string& folder) {
   job_.services.machine.clock.Sleep(kShortPause);
   WriteSettings(folder);
   PrepareRun(folder);
-  LaunchTool();
-  WaitForTool();
+  StartedProgram tool = LaunchTool();
+  WaitForTool(tool);
   TakeOverResult(folder);
 }
 
@@ -153,20 +153,20 @@ void ExchangeBrickStage::PrepareRun(const std::string& folder) {
   job_.services.machine.folders.Remove(WithoutLast(folder), Removal::kForce);
 }
 
-void ExchangeBrickStage::LaunchTool() {
-  const Installation& installation = job_.services.installation;
+StartedProgram ExchangeBrickStage::LaunchTool() {
+  const JobServices& services = job_.services;
+  const Installation& installation = services.installation;
   const std::string parameters = " 1" + installation.ProductInstallationName + installation.CurrentUser + "2";
-  // The tool is waited for by its name.
-  const ProcessWatch tool{job_.services.machine.processes,
-                          job_.services.helpers.LaunchHidden(installation.DataFile(kTool), parameters,
-                                                             installation.WorkingFolder(), 0)};
+  const ProcessHandle tool = services.helpers.LaunchHidden(installation.DataFile(kTool), parameters,
+                                                           installation.WorkingFolder(), 0);
+  return {job_.services.helpers, kTool, {services.machine.processes, tool}};
 }
 
-void ExchangeBrickStage::WaitForTool() {
+void ExchangeBrickStage::WaitForTool(StartedProgram& tool) {
   do {
     support_.SleepAndPump(kToolPause);
     if (job_.keys.CheckAborted()) Stop();
-  } while (!cancelled_ && support_.IsRunning(kTool));
+  } while (!cancelled_ && tool.IsRunning());
 }
 
 void ExchangeBrickStage::Stop() {

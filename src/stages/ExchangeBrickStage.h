@@ -41,8 +41,8 @@ class ExchangeBrickStage : public Stage {
   void Export(const std::string& folder);
   void WriteSettings(const std::string& folder);
   void PrepareRun(const std::string& folder);
-  void LaunchTool();
-  void WaitForTool();
+  StartedProgram LaunchTool();
+  void WaitForTool(StartedProgram& tool);
   void Stop();
   void TakeOverResult(const std::string& folder);
   JobCode LeaveWithoutFolder();

@@ -46,7 +46,7 @@ void ShadowCopy::Cont_LaunchAdminProcess() {
       text_files_.ReadFirstLine(installation_.DataFile(kLaunchStatusFile), Encoding::kCodePage);
   if (!request) return;
   g_bLaunchVSS = true;
-  const bool is_64_bit = system_.IsWow64();
+  const bool is_64_bit = system_.Is64BitSystem();
   if (is_64_bit) trace_.plain().WriteTraceMain("[OS] Vista 64bit");
   if (Trim(*request) == "1") {
     Serve(is_64_bit);
@@ -57,12 +57,16 @@ void ShadowCopy::Cont_LaunchAdminProcess() {
 void ShadowCopy::Serve(bool is_64_bit) {
   const std::string& helper = is_64_bit ? installation_.VssVista64Exe : installation_.VssVista32Exe;
   const std::string command = ReadCommand();
-  if (!command.empty() && !system_.IsProcessRunningByModule(helper, Kill::kNo)) LaunchHelper(helper, command);
+  ProcessHandle process = kNoProcess;
+  if (!command.empty() && !system_.IsProcessRunningByModule(helper, Kill::kNo)) {
+    process = LaunchHelper(helper, command);
+  }
+  StartedProgram started{system_, helper, {machine_.processes, process}};
   machine_.clock.Sleep(kSettleTime);
   if (is_64_bit) {
     WaitForReport();
   } else {
-    WaitForEnd(helper);
+    WaitForEnd(started);
   }
   machine_.clock.Sleep(kSettleTime);
   WriteLine(kLaunchStatusFile, "2");
@@ -77,18 +81,16 @@ std::string ShadowCopy::ReadCommand() {
   return command;
 }
 
-void ShadowCopy::LaunchHelper(const std::string& helper, const std::string& command) {
+ProcessHandle ShadowCopy::LaunchHelper(const std::string& helper, const std::string& command) {
   trace_.plain().WriteTrace("launching VSS");
-  // Nobody waits on the handle: the name or the status file tells when the helper is done.
-  const ProcessWatch helper_process{machine_.processes,
-                                    system_.LaunchHidden(installation_.ExeLocation + helper, " " + command,
-                                                         installation_.WorkingFolder(), 0)};
+  const ProcessHandle process = system_.LaunchHidden(installation_.ExeLocation + helper, " " + command,
+                                                     installation_.WorkingFolder(), 0);
   trace_.plain().WriteTraceMain("launched the exe... " + installation_.VirtualPath + helper + " " + command);
+  return process;
 }
 
-void ShadowCopy::WaitForEnd(const std::string& helper) {
-  SleepAndPumpUntil(machine_, kHelper32Pause,
-                    [&] { return !system_.IsProcessRunningByModule(helper, Kill::kNo); });
+void ShadowCopy::WaitForEnd(StartedProgram& helper) {
+  SleepAndPumpUntil(machine_, kHelper32Pause, [&] { return !helper.IsRunning(); });
 }
 
 void ShadowCopy::WaitForReport() {

@@ -8,6 +8,7 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "reporting/trace.h"
+#include "util/StartedProgram.h"
 #include "util/SystemHelpers.h"
 #include "util/text_files.h"
 
@@ -43,8 +44,8 @@ class ShadowCopy : public ShadowCopyRelease {
  private:
   void Serve(bool is_64_bit);
   std::string ReadCommand();
-  void LaunchHelper(const std::string& helper, const std::string& command);
-  void WaitForEnd(const std::string& helper);
+  ProcessHandle LaunchHelper(const std::string& helper, const std::string& command);
+  void WaitForEnd(StartedProgram& helper);
   void WaitForReport();
   void WriteLine(std::string_view name, std::string_view line);
   void WriteLineIfPresent(std::string_view name, std::string_view line);

@@ -45,8 +45,8 @@ bool SqlDump::BackupToDisk(std::string_view database) {
   WriteToolStatus(sql_names::kRunning);
   RemoveNamelessDump(run);
   Announce(run, database);
-  Launch(run);
-  support_.WaitUntilGone(sql_names::kTool, kToolPause);
+  StartedProgram tool = Launch(run);
+  support_.WaitUntilGone(tool, kToolPause);
   job_.services.machine.clock.Sleep(kAfterTool);
   WriteToolStatus(sql_names::kIdle);
   AddToBackupSet(run);
@@ -103,15 +103,15 @@ void SqlDump::Announce(const Run& run, std::string_view database) {
   job_.services.trace.plain().WriteTrace(started);
 }
 
-void SqlDump::Launch(const Run& run) {
+StartedProgram SqlDump::Launch(const Run& run) {
   const std::string parameters = "1 " + run.server + " " + run.database + " " + run.user + " " +
                                  run.password + " " + run.folder + " " + run.status_folder + " " +
                                  Join({kToolFiles.begin(), kToolFiles.end()}, " ");
-  // Nobody waits on the handle: the name tells when the tool is done.
-  const ProcessWatch tool{
-      job_.services.machine.processes,
-      job_.services.helpers.LaunchHidden(run.tool_folder + std::string{sql_names::kTool} + " ", parameters,
-                                         job_.services.installation.WorkingFolder(), 0)};
+  const JobServices& services = job_.services;
+  const ProcessHandle tool =
+      services.helpers.LaunchHidden(run.tool_folder + std::string{sql_names::kTool} + " ", parameters,
+                                    services.installation.WorkingFolder(), 0);
+  return {job_.services.helpers, sql_names::kTool, {services.machine.processes, tool}};
 }
 
 void SqlDump::AddToBackupSet(const Run& run) {

@@ -45,7 +45,7 @@ class SqlDump : public DatabaseDump {
   void WriteToolStatus(std::string_view word);
   void RemoveNamelessDump(const Run& run);
   void Announce(const Run& run, std::string_view database);
-  void Launch(const Run& run);
+  StartedProgram Launch(const Run& run);
   void AddToBackupSet(const Run& run);
   void LogErrors();
   void LogLine(std::string_view text);

@@ -69,6 +69,7 @@ void SqlElevated::DumpDatabases() {
   if (IsAskedFor()) {
     for (const std::string& field : fields) {
       if (!StageSupport::FieldCounts(field, sql_names::kKeyword)) continue;
+      if (!IsAskedFor()) break;  // the job was stopped meanwhile
       trace.WriteTrace("DB name is: " + field);
       trace.WriteTrace("before checking exe status: ");
       support_.LetToolEnd(sql_names::kTool);
@@ -101,15 +102,17 @@ void SqlElevated::Serve() {
   const std::string command_file = job_.services.installation.DataFile(sql_names::kLaunchCommandFile);
   const std::string command =
       TrimAtTerminator(text_files_.Read(command_file, Encoding::kCodePage).value_or(""));
-  // Nobody waits on the handle: the name tells when the tool is done.
-  if (!command.empty()) support_.StartHidden(command);
-  job_.services.machine.clock.Sleep(kSettleTime);
-  SleepAndPumpUntil(job_.services.machine, kWatchPass, [&] { return StopOrEnd(); });
+  const Machine& machine = job_.services.machine;
+  StartedProgram tool{
+      job_.services.helpers, sql_names::kTool,
+      command.empty() ? ProcessWatch{machine.processes, kNoProcess} : support_.StartHidden(command)};
+  machine.clock.Sleep(kSettleTime);
+  SleepAndPumpUntil(machine, kWatchPass, [&] { return StopOrEnd(tool); });
 }
 
 // The tool learns of the stop from its status file and is not waited for any more.
-bool SqlElevated::StopOrEnd() {
-  if (!support_.StopAsked()) return !support_.IsRunning(sql_names::kTool);
+bool SqlElevated::StopOrEnd(StartedProgram& tool) {
+  if (!support_.StopAsked()) return !tool.IsRunning();
   const std::string folder = job_.services.installation.DataFile("OxWin\\");
   support_.WriteLine(folder + std::string{sql_names::kStatusFile}, sql_names::kStop);
   return true;

@@ -39,7 +39,7 @@ class SqlElevated {
   void DumpDatabases();
   void TraceFields(const std::vector<std::string>& fields);
   void Serve();
-  bool StopOrEnd();
+  bool StopOrEnd(StartedProgram& tool);
 
   JobContext& job_;
   StageSupport& support_;

@@ -115,11 +115,11 @@ bool StageSupport::IsRunning(std::string_view program) {
   return job_.services.helpers.IsProcessRunningByModule(program, Kill::kNo);
 }
 
-void StageSupport::WaitUntilGone(std::string_view program, milliseconds pause) {
+void StageSupport::WaitUntilGone(StartedProgram& program, milliseconds pause) {
   last_sign_ = job_.services.machine.clock.Now();
   do {
     SleepAndPump(pause);
-  } while (IsRunning(program));
+  } while (program.IsRunning());
 }
 
 void StageSupport::LetToolEnd(std::string_view program) {

@@ -8,6 +8,7 @@
 
 #include "job/JobContext.h"
 #include "schedule/BackupSetStore.h"
+#include "util/StartedProgram.h"
 #include "util/text_files.h"
 #include "util/waits.h"
 
@@ -76,7 +77,7 @@ class StageSupport {
   // A tool is known by the name of its program alone, on the whole machine.
   bool IsRunning(std::string_view program);
   // Sleeps, pumps messages and looks for the program until it is gone. Looks at least once.
-  void WaitUntilGone(std::string_view program, std::chrono::milliseconds pause);
+  void WaitUntilGone(StartedProgram& program, std::chrono::milliseconds pause);
   // Another program's run of the tool goes first: looks for it again and again, without a pause, until it
   // is gone.
   void LetToolEnd(std::string_view program);

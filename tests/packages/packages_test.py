@@ -170,10 +170,11 @@ class ZipTest(unittest.TestCase):
     def standard():
         return WINDOWS.ini_value("C:\\Scenario\\Data\\UserName.ini", "Standard")
 
-    def test_the_elevated_host_serves_a_request_for_a_shadow_copy(self):
+    def test_the_elevated_host_serves_a_request_for_a_dump(self):
         self.register()
         WINDOWS.play("prepare")
-        request = WINDOWS.path("C:\\Scenario\\Data\\OpenFileLaunchStatus.txt")
+        request = WINDOWS.path("C:\\Scenario\\Data\\OxWin\\SqlLaunchStatus.txt")
+        request.parent.mkdir(exist_ok=True)
         request.write_bytes(b"1\r\n")
         done = self.host("OnduraElevated.exe", "--install", SCENARIO_INSTALL, "--ticks", "1")
         self.assertEqual(done.returncode, 0, done.stderr)

@@ -17,6 +17,7 @@ class BrickHouse : public ExchangeHouse {
   BrickHouse() : ExchangeHouse("5", "OXEXCHBRICK; ann ;oxexchbrick; ;") {
     WriteAccount("EXCHBRICK", "C:\\Mail");
     OnTool([this](ProgramRun& tool) {
+      tool.AppearsAfter(100ms);  // a slow start
       tool.After(3s, [this] { machine.PutFile(kDump + "\\ann.pst", "twelve bytes"); });
     });
   }
@@ -218,6 +219,15 @@ TEST(ExchangeBrickStory, OtherProgramsReadAndWriteTheFilesOfTheTool) {
   house.machine.Fail("ProfileFiles.Write*SessionLog*");
   controller.WriteExchBrickProfile("SessionLog", "y");
   EXPECT_TRUE(house.TraceHas("SessionLog")) << "a lost write can be seen";
+}
+
+TEST(ExchangeBrickStory, AWholeShareIsNoFolderToClean) {
+  BrickHouse house;
+  house.machine.PutFile("\\\\server\\share\\letters.txt", "dear");
+  house.WriteAccount("EXCHBRICK", "\\\\server\\share");
+  house.Tick();
+  EXPECT_EQ(house.Setting("EXCHBRICK"), "\\\\server\\share\\");
+  EXPECT_EQ(house.machine.FileBytes("\\\\server\\share\\letters.txt"), "dear");
 }
 
 TEST(ExchangeBrickStory, TheStatusFileMarksTheJobForWhoeverAsks) {

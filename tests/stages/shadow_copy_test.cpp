@@ -26,6 +26,7 @@ class ShadowCopyStory : public testing::Test {
     installation_.VssVista32Exe = "AcmeVSS_Vista32.exe";
     installation_.VssVista64Exe = "AcmeVSS_Vista64.exe";
     machine_.PutFolder("C:\\data\\Acmeann");
+    machine_.surroundings().is_64_bit = false;
   }
 
   // A request as its writers leave it, with a command that carries blanks around it.
@@ -62,7 +63,10 @@ TEST_F(ShadowCopyStory, ClosingMakesItsFilesAndResettingPassesOverWhatIsNotThere
 
 TEST_F(ShadowCopyStory, TheSmallHelperIsServedUntilItsProcessIsGone) {
   Request();
-  machine_.InstallProgram(kHelper32, [](ProgramRun& run) { run.ExitAfter(3500ms, 0); });
+  machine_.InstallProgram(kHelper32, [](ProgramRun& run) {
+    run.AppearsAfter(3200ms);  // later than the first look
+    run.ExitAfter(3500ms, 0);
+  });
   machine_.OnPump([&] { shadow_.Cont_LaunchAdminProcess(); });  // the host calls again and again
   shadow_.Cont_LaunchAdminProcess();
   ASSERT_EQ(machine_.Launches().size(), 1U);
@@ -82,7 +86,7 @@ TEST_F(ShadowCopyStory, TheSmallHelperIsServedUntilItsProcessIsGone) {
 
 TEST_F(ShadowCopyStory, TheLargeHelperIsServedUntilItReportsExactlyOne) {
   Request();
-  machine_.surroundings().is_wow64 = true;
+  machine_.surroundings().is_64_bit = true;
   machine_.InstallProgram(kHelper64, [](ProgramRun& run) {
     run.After(70s, [&run] { run.machine().PutFile(kReport, "1\r\n"); });  // a line end is not exactly "1"
     run.After(80s, [&run] { run.machine().PutFile(kReport, "1"); });

@@ -75,6 +75,10 @@ TEST(SqlElevated, ServesARequestOnce) {
     const std::string command = std::string{SqlHouse::kTool} + " 1 srv [sales] u p C:\\Dumps";
     if (row.status != nullptr) house.machine.PutFile(folder + "SqlLaunchStatus.txt", row.status);
     if (row.has_command) house.machine.PutFile(folder + "SQlLaunchCmd.txt", command);
+    house.machine.InstallProgram(SqlHouse::kTool, [](ProgramRun& run) {
+      run.AppearsAfter(2500ms);
+      run.ExitAfter(20s, 0);
+    });
     house.machine.OnPump([&] { host.Cont_LaunchSQlAdminProcess(); });
     house.machine.After(3s, [&] {
       if (row.stop == Stop::kByUser) house.WriteProfile("BackupStatus", "Status", "5");
@@ -84,6 +88,7 @@ TEST(SqlElevated, ServesARequestOnce) {
     EXPECT_THAT(house.machine.Launches(), SizeIs(row.launches));
     EXPECT_EQ(house.Data("OxWin\\SqlLaunchStatus.txt"), row.status_after);
     EXPECT_EQ(house.Data("OxWin\\SQLScheduleStatus.txt"), row.tool_status);
+    EXPECT_EQ(house.machine.IsRunning("tolmera_sqlbackup.exe"), row.stop != Stop::kNone);
     for (const LaunchRequest& launch : house.machine.Launches()) {
       EXPECT_EQ(launch.file + " " + launch.parameters, command);
     }

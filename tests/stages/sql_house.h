@@ -29,6 +29,7 @@ class SqlHouse : public DueHouse {
     PutBackupSet("SQLSERVERBACKUP;sales; ;hr\r\n");
     IsVista(false);
     machine.InstallProgram(kTool, [this](ProgramRun& run) {
+      run.AppearsAfter(100ms);  // a slow start
       run.After(3s, [this, &run] { machine.PutFile(DumpOf(run), "rows"); });
     });
   }
