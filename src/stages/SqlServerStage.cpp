@@ -14,6 +14,10 @@ constexpr std::string_view kLabel = " SQL Server ";
 constexpr std::string_view kRetValue = "100";
 constexpr milliseconds kStart{2000};
 constexpr milliseconds kElevatedPass{3000};
+constexpr std::chrono::minutes kSilence{10};
+constexpr std::string_view kNoAnswer =
+    "The SQL Server databases wait to be dumped: no elevated host has answered for ten minutes. Start it, or "
+    "stop the backup.";
 
 }  // namespace
 
@@ -32,12 +36,8 @@ Leave SqlServerStage::Run(JobState& state) {
   support_.Remove(job_.services.installation.UserFile(sql_names::kStageLog));
   support_.EmptyBackupSet();
   if (!support_.CanWriteTo(folder)) return RefuseWithoutAccess();
-  if (is_elevated_hosts_work) {
-    WaitForElevatedHost();
-  } else if (!DumpDatabases(fields)) {
-    return LeaveAborted();
-  }
-  return std::nullopt;
+  const bool is_done = is_elevated_hosts_work ? WaitForElevatedHost() : DumpDatabases(fields);
+  return is_done ? Leave{} : LeaveAborted();
 }
 
 JobCode SqlServerStage::RefuseWithoutFolder() {
@@ -80,14 +80,49 @@ std::vector<std::string> SqlServerStage::ReadFields() {
   return fields;
 }
 
-// The host takes the request from the key and answers there; a stop is not looked for meanwhile, since the
-// tool is the host's to end.
-void SqlServerStage::WaitForElevatedHost() {
+// The host takes the request from the key and answers there. False when the job is stopped meanwhile. A host
+// that works makes the list of the dumps anew and then runs the tool.
+bool SqlServerStage::WaitForElevatedHost() {
+  const Machine& machine = job_.services.machine;
+  const std::string dump_list = job_.services.installation.DataFile(sql_names::kDumpList);
   Options& trace = job_.services.trace.plain();
   trace.WriteTrace("came for the vista case: ");
   job_.keys.Write(sql_names::kLocalBackup, sql_names::kAsked);
   trace.WriteTrace("Cont_SchBackup : vista case  LocalBackup :: " + job_.keys.Read(sql_names::kLocalBackup));
-  while (job_.keys.Read(sql_names::kLocalBackup) == sql_names::kAsked) support_.SleepAndPump(kElevatedPass);
+  auto listed = machine.files.Modified(dump_list);
+  LocalTime last_sign = machine.clock.Now();
+  bool is_reported = false;
+  while (job_.keys.Read(sql_names::kLocalBackup) == sql_names::kAsked) {
+    support_.SleepAndPump(kElevatedPass);
+    if (support_.StopAsked()) {
+      WithdrawRequest();
+      return false;
+    }
+    const auto listed_now = machine.files.Modified(dump_list);
+    const LocalTime now = machine.clock.Now();
+    const bool is_sign = listed_now != listed || now < last_sign || support_.IsRunning(sql_names::kTool);
+    listed = listed_now;
+    if (is_sign) last_sign = now;
+    const bool is_silent = now - last_sign >= kSilence;
+    if (is_silent && !is_reported) ReportSilence();
+    if (is_reported && !is_silent) job_.end_status.WriteStatusText("");
+    is_reported = is_silent;
+  }
+  if (is_reported) job_.end_status.WriteStatusText("");
+  return true;
+}
+
+// A dump that runs is asked to end; the host takes up no other database for a request that is gone.
+void SqlServerStage::WithdrawRequest() {
+  job_.keys.Write(sql_names::kLocalBackup, sql_names::kWithdrawn);
+  if (!support_.IsRunning(sql_names::kTool)) return;
+  const std::string folder = job_.services.installation.DataFile(sql_names::kStatusFolder);
+  support_.WriteLine(folder + "\\" + std::string{sql_names::kStatusFile}, sql_names::kStop);
+}
+
+void SqlServerStage::ReportSilence() {
+  job_.services.trace.User("  " + std::string{kNoAnswer});
+  job_.end_status.WriteStatusText(kNoAnswer);
 }
 
 bool SqlServerStage::DumpDatabases(const std::vector<std::string>& fields) {

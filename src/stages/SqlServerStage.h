@@ -13,7 +13,8 @@
 namespace ondura {
 
 // SQL Server databases, record "2". Where the job has the rights for it, it dumps the databases itself; on
-// Vista and its successors an elevated host does, and the job waits for it without an end of its own.
+// Vista and its successors an elevated host does, and the job waits for it until it is stopped. A host that
+// does not answer is told of after ten minutes.
 class SqlServerStage : public Stage {
  public:
   SqlServerStage(JobContext& job, StageSupport& support, BackupSetStore& backup_set, DatabaseDump& dump)
@@ -31,7 +32,9 @@ class SqlServerStage : public Stage {
   JobCode RefuseWithoutAccess();
   JobCode LeaveAborted();
   std::vector<std::string> ReadFields();
-  void WaitForElevatedHost();
+  bool WaitForElevatedHost();
+  void WithdrawRequest();
+  void ReportSilence();
   bool DumpDatabases(const std::vector<std::string>& fields);
   void TraceDump(const std::string& path);
 

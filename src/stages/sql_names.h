@@ -25,6 +25,7 @@ inline constexpr std::string_view kLaunchCommandFile = "OxWin\\SQlLaunchCmd.txt"
 inline constexpr std::string_view kLocalBackup = "LocalBackup";
 inline constexpr std::string_view kAsked = "1";
 inline constexpr std::string_view kDumped = "100";
+inline constexpr std::string_view kWithdrawn = "0";
 
 // Words of the status file.
 inline constexpr std::string_view kRunning = "1";

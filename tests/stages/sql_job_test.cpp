@@ -83,6 +83,55 @@ TEST(SqlJob, WaitsForTheElevatedHostAndSendsItsFolder) {
   EXPECT_EQ(FromUtf16(house.Data("ScheduleTraceFileService.txt")), "calling exe: tolmera_sqlbackup.exe\r\n");
 }
 
+TEST(SqlJob, SaysThatNoElevatedHostAnswersUntilOneDoes) {
+  SqlHouse house;
+  house.IsVista(true);
+  const std::string says =
+      "The SQL Server databases wait to be dumped: no elevated host has answered for ten minutes. Start it, "
+      "or stop the backup.";
+  std::string early, late, dumped;
+  house.machine.After(595s, [&] { early = house.Text("SchStatus.txt"); });
+  house.machine.After(615s, [&] {
+    late = house.Text("SchStatus.txt");
+    Component& elevated = house.Twin();
+    house.machine.OnPump([&] { elevated.controller().Cont_LaunchAdminProcessSQL(); });
+  });
+  house.During(51, [&] { dumped = house.Text("SchStatus.txt"); });
+  house.Tick();
+  EXPECT_EQ(early, "");
+  EXPECT_EQ(late, says + "\r\n");
+  EXPECT_EQ(dumped, "\r\n");
+  EXPECT_EQ(std::ranges::count(house.Trace(), "  " + says), 1);
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+}
+
+TEST(SqlJob, AStopEndsTheWaitForTheElevatedHostAndItsDump) {
+  for (const bool dumps : {false, true}) {
+    SqlHouse house;
+    house.IsVista(true);
+    house.machine.PutFolder(std::string{House::kData} + "OXWIN");
+    if (dumps) house.machine.PutProcess(SqlHouse::kTool);
+    house.machine.After(30s, [&] { house.WriteProfile("BackupStatus", "Status", "5"); });
+    house.Tick();
+    EXPECT_EQ(house.Status("LocalBackup"), "0") << "a host that comes later finds nothing to do";
+    EXPECT_EQ(house.Data("OXWIN\\SQLScheduleStatus.txt"), dumps ? "2\r\n" : "<none>");
+    EXPECT_THAT(house.Trace(), Contains(" User aborted the SQL Server backup"));
+    EXPECT_EQ(house.StatusAfterJob(), "3");
+    EXPECT_THAT(house.Commands(), testing::IsEmpty());
+  }
+}
+
+TEST(SqlJob, AHostDumpsNothingMoreForAJobThatWasStopped) {
+  SqlHouse house;
+  house.IsVista(true);
+  house.WriteProfile("BackupStatus", "LocalBackup", "1");
+  house.machine.InstallProgram(SqlHouse::kTool, [&](ProgramRun& run) {
+    run.After(3s, [&] { house.WriteProfile("BackupStatus", "LocalBackup", "0"); });
+  });
+  house.Twin().controller().Cont_LaunchAdminProcessSQL();
+  EXPECT_THAT(house.machine.Launches(), testing::SizeIs(1));
+}
+
 struct FailingDump : DatabaseDump {
   bool BackupToDisk(std::string_view) override { return false; }
 };
