@@ -51,7 +51,7 @@ STDMETHODIMP SystemStateObject::GetCompName(BSTR* name) {
 
 STDMETHODIMP SystemStateObject::GetLogErrorString(BSTR sJobName, VARIANT* sLogPath, BSTR* text) {
   return Answer(text, [&] {
-    std::string log_path;
+    std::string log_path = TextOf(sLogPath);
     std::string log = state().GetLogErrorString(TextOf(sJobName), log_path);
     Assign(sLogPath, Variant(std::string_view{log_path}));
     return log;

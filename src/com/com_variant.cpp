@@ -107,6 +107,14 @@ std::int32_t Int32Of(VARIANT* argument) {
   return V_I4(value.get());
 }
 
+std::string TextOf(VARIANT* argument) {
+  RequirePointer(argument);
+  Variant value;
+  Check(ConversionResult(VariantCopyInd(value.get(), argument)));
+  value.ConvertTo(VT_BSTR);
+  return TextOf(V_BSTR(value.get()));
+}
+
 void Assign(VARIANT* argument, Variant&& value) {
   VARIANT& target = Target(argument);
   if ((V_VT(&target) & VT_BYREF) != 0) {

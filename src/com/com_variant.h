@@ -51,8 +51,9 @@ class Variant {
   VARIANT value_;
 };
 
-// The values of an argument, whether it holds or refers to one.
+// The values of an argument, whether it holds or refers to one. An argument that holds none is empty text.
 std::int32_t Int32Of(VARIANT* argument);
+std::string TextOf(VARIANT* argument);
 
 // Puts a result into an argument: into the variable that it refers to, in that variable's own type, or into
 // the VARIANT itself.

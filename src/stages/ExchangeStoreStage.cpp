@@ -105,7 +105,7 @@ void ExchangeStoreStage::Enter() {
   tool_aborted_ = false;
 }
 
-// A folder that can't be made keeps its text, and the write test finds it missing. So does a text of blanks.
+// A folder that can't be made keeps its text, and the write test finds it missing.
 void ExchangeStoreStage::SettleFolder() {
   if (!Trim(folder()).empty()) {
     support_.MakeFolder(folder());
@@ -149,9 +149,13 @@ ProcessWatch ExchangeStoreStage::LaunchTool() {
   return {services.machine.processes, handle};
 }
 
-// A tool that could not be started never ends; its user ends the wait for it.
 void ExchangeStoreStage::WaitForTool(ProcessWatch& tool) {
   job_.services.machine.clock.Sleep(kToolStart);
+  if (!tool.WasStarted()) {
+    // There is nothing to wait for, and a wait would hold up all users.
+    job_.services.trace.User(" The Exchange backup tool could not be started");
+    return;
+  }
   do {
     support_.SleepAndPump(kToolPause);
     if (support_.StopAsked()) {

@@ -33,8 +33,6 @@ std::string WithoutBackslash(std::string_view folder) {
   return std::string{folder.ends_with('\\') ? WithoutLast(folder) : folder};
 }
 
-bool IsDriveRoot(std::string_view folder) { return folder.size() <= 2; }
-
 // True when any file below the folder has a size.
 bool HoldsBytes(Folders& folders, const std::string& folder) {
   bool holds = false;
@@ -119,8 +117,7 @@ std::vector<SelectedItem> SystemStateStage::Items(JobState& state) {
   Trace& trace = job_.services.trace;
   trace.User("  sysStatePath = " + sysStatePath_);
   const std::string folder = WithoutBackslash(sysStatePath_);
-  // The dump folder is thrown away after the transfer, which nobody wants for a whole drive.
-  state.run.dump_folder = IsDriveRoot(folder) ? "" : folder;
+  state.run.dump_folder = folder;
   if (!HoldsBytes(job_.services.machine.folders, folder)) trace.User(kNoFiles);
   return {{folder + "\\" + std::string{kBackupFile}, ItemKind::kFile}};
 }

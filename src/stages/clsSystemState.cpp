@@ -16,6 +16,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
+constexpr std::string_view kProgram = "ntbackup.exe";
 constexpr std::string_view kBackupFile = "OxSystemState.bkf";
 constexpr std::string_view kBackupName = "OxSystemState";
 constexpr std::string_view kJobNamePicture = "mm-dd-yyyy HH-mm-ss";
@@ -171,11 +172,17 @@ void clsSystemState::HideWindows() {
   }
 }
 
+bool clsSystemState::IsNtbackup(ProcessId id) {
+  return std::ranges::any_of(job_.services.helpers.ReadProcessTable(), [id](const ProcessEntry& process) {
+    return process.id == id && EqualsIgnoringCase(process.base_name, kProgram);
+  });
+}
+
 void clsSystemState::StopTool(ProcessId nPID, ProcessHandle handle) {
   ShellClose(nPID);
   job_.services.machine.clock.Sleep(kBetweenCloses);
-  // The number of the handle stands in the place of an id.
-  ShellClose(static_cast<ProcessId>(handle));
+  // The number of the handle stands in the place of an id, which may be anybody's.
+  if (IsNtbackup(static_cast<ProcessId>(handle))) ShellClose(static_cast<ProcessId>(handle));
   TraceLine("Sent close message to ntBackup exe");
   DeletePIDFile(PidFile::kNtbackup);
 }

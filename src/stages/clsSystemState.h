@@ -58,6 +58,7 @@ class clsSystemState {
   bool CheckIfBackupComplete(ProcessId nPID);
   void HideWindows();
   void StopTool(ProcessId nPID, ProcessHandle handle);
+  bool IsNtbackup(ProcessId id);
   void WriteVerdict(std::string_view sPath, const std::string& backup_file, bool succeeded);
   bool JudgeLog(const std::string& job_name);
 

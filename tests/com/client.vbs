@@ -304,8 +304,9 @@ Sub CallSystemState
   state.GetCompName 1 : Bad "GetCompName", kWrongNumberOfArguments
   text = state.GetOsVersion : Good "GetOsVersion"
   state.GetOsVersion 1 : Bad "GetOsVersion", kWrongNumberOfArguments
-  text = ""
+  text = "as before"
   Equal "GetLogErrorString", state.GetLogErrorString("no such job", text), ""
+  Equal "the path of a log that is not there", text, "as before"
   state.GetLogErrorString state, text : Bad "GetLogErrorString", kTypeMismatch
   Equal "CheckLogError", state.CheckLogError("", install & "none.log"), False
   state.CheckLogError state, "" : Bad "CheckLogError", kTypeMismatch

@@ -63,6 +63,14 @@ TEST(ExchangeStoreStory, TheDumpGoesToTheServerAsOneFolderAndIsDeletedThere) {
   EXPECT_EQ(house.StatusAfterJob(), "402");
 }
 
+TEST(ExchangeStoreStory, AToolThatIsNotThereHoldsNobodyUp) {
+  StoreHouse house;
+  house.machine.RemoveProgram(ExchangeHouse::kStoreTool);
+  house.Tick();
+  EXPECT_TRUE(house.TraceHas(" The Exchange backup tool could not be started"));
+  EXPECT_EQ(house.Code(), "2") << "the folder goes out as it is";
+}
+
 TEST(ExchangeStoreStory, TheVersionPicksTheTool) {
   constexpr std::string_view k32 = ExchangeHouse::kStoreTool;
   constexpr std::string_view k64 = ExchangeHouse::kStoreTool64;
@@ -123,11 +131,6 @@ Given StoppedBy(void (*stop)(StoreHouse&)) {
   };
 }
 
-void HasNoTool(StoreHouse& house) {
-  house.machine.RemoveProgram(ExchangeHouse::kStoreTool);
-  house.machine.After(600s, [&house] { UserStops(house); });
-}
-
 const std::string kNoFolder = "The temporary path used in the Exchange server backup operation was not found";
 const std::string kUnwritable =
     "Unable to continue the Exchange server backup operation. Please check if the disk is full or write "
@@ -152,12 +155,8 @@ TEST(ExchangeStoreStory, AFailureLeavesItsLogItsKeysAndItsTraces) {
       FailureCase{"a full disk beside the folder",
                   [](StoreHouse& house) { house.machine.Fail("Files.Write C:\\Dumptmp.mtp"); }, "3",
                   kUnwritable + ".", "@ Exchange server Path :  C:\\Dump" + kUnwritableTrace, " 2 seconds"},
-      FailureCase{"a folder of blanks", Folder("   "), "3", kUnwritable + ".",
-                  "@ Exchange server Path :   " + kUnwritableTrace, " 2 seconds"},
       FailureCase{"a user's stop", StoppedBy(UserStops), "3", kCancelled, kStoppedTrace, " 37 seconds"},
       FailureCase{"a host's stop", StoppedBy(HostStops), "3", kCancelled, kStoppedTrace, " 37 seconds"},
-      FailureCase{"a tool that is not there, until the user gives up", HasNoTool, "3", kCancelled,
-                  kStoppedTrace, " 10 minutes and 28 seconds"},
       FailureCase{"a tool that was cancelled", ToolLeaves("2", ""), "3", kCancelled, kCancelledTrace,
                   " 35 seconds"},
       FailureCase{"a tool with a reason", ToolLeaves("4 and more", "No group.\r\nNo more.\r\n"), "3",

@@ -10,6 +10,7 @@ namespace {
 using namespace std::chrono_literals;
 using demo::SystemBackupOutcome;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
@@ -175,7 +176,8 @@ TEST(SystemStateJob, AStopDuringTheDumpEndsTheToolButNotTheJob) {
   EXPECT_THAT(house.machine.CallsMatching("ProfileFiles.WriteString *[BackupStatus] Status=0$"),
               testing::SizeIs(1));
   EXPECT_FALSE(house.machine.IsRunning("ntbackup.exe"));
-
+  EXPECT_THAT(house.machine.CallsMatching("Processes.OpenById *"), testing::Each(HasSubstr("OpenById 10")))
+      << "ids begin at 1000, so a smaller number is that of a handle";
   EXPECT_THAT(house.TraceLines("Enter CheckIfBackupComplete", "sysStatePath"),
               testing::IsSupersetOf({"Sent close message to ntBackup exe", "Exit CheckIfBackupComplete"}));
   EXPECT_FALSE(house.TraceHas("Enter GetLogErrorString")) << "no log is read";
@@ -278,6 +280,7 @@ TEST(SystemStateJob, AWholeDriveIsNoDumpFolderToThrowAway) {
   house.machine.PutFile("D:\\letters\\mine.txt", "dear");
   house.Tick();
   EXPECT_THAT(house.Selected(), StartsWith("D:\\OxSystemState.bkf/"));
+  EXPECT_EQ(house.Service().context().job.state.run.dump_folder, "D:") << "the base path";
   EXPECT_EQ(house.machine.FileBytes("D:\\letters\\mine.txt"), "dear");
 }
 
