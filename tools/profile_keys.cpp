@@ -11,6 +11,20 @@ namespace {
 // Ini values are read through a buffer of 256 bytes.
 constexpr std::size_t kLimitBytes = 255;
 
+constexpr std::string_view kBlanks = " \t\n\v\f\r\x1A";
+constexpr std::string_view kQuotes = "\"'";
+
+// A reader of ini files drops one pair of quotes around a value and the blanks at its ends: what begins and
+// ends with either gets one further pair, which goes instead.
+std::string Protected(std::string_view value) {
+  if (value.empty()) return {};
+  const bool has_quotes =
+      value.size() > 1 && value.front() == value.back() && kQuotes.find(value.front()) != kQuotes.npos;
+  const bool has_blank =
+      kBlanks.find(value.front()) != kBlanks.npos || kBlanks.find(value.back()) != kBlanks.npos;
+  return has_quotes || has_blank ? '"' + std::string{value} + '"' : std::string{value};
+}
+
 bool IsShifted(KeyForm form) { return form == KeyForm::kShifted || form == KeyForm::kShiftedValue; }
 
 }  // namespace
@@ -35,7 +49,6 @@ std::string ProfileKeys::WhyNotHeld(const ProfileKey& key, std::string_view valu
   if (machine_.code_page.FromUtf8(stored).size() > kLimitBytes) {
     return "its stored form is longer than " + std::to_string(kLimitBytes) + " bytes";
   }
-  if (Trim(value) != value) return "it has blanks at its ends";
   if (Read(key) != value) return "its form can't hold every character of it";
   return {};
 }
@@ -50,9 +63,9 @@ std::string ProfileKeys::StoredName(const ProfileKey& key) const {
 }
 
 std::string ProfileKeys::StoredValue(const ProfileKey& key, std::string_view value) const {
-  if (IsShifted(key.form)) return ciphers_.ShiftEncode(value);
+  if (IsShifted(key.form)) return Protected(ciphers_.ShiftEncode(value));
   if (key.form == KeyForm::kBase64) return cBase64(machine_.code_page).encode(value);
-  return std::string{value};
+  return Protected(value);
 }
 
 }  // namespace ondura

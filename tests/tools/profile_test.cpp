@@ -82,11 +82,15 @@ TEST(ToolWarning, ComesWhereAValueIsNotHeldAsGiven) {
            {"Base64 is longer than its value", "encpasswordnew", std::string(192, 'x'), "longer than 255"},
            {"umlauts are in the code page", "SerNM", "M\xC3\xBCller", ""},
            {"Greek is not", "SerNM", "\xCE\xA9", "code page"},
-           {"a blank in front is lost", "SerNM", " x", "blanks at its ends"},
+           {"blanks at the ends stay", "SerNM", " x ", ""},
            {"a character that has no shifted form", "SerNM", "a\xC3\xBF", "every character"},
-           {"percent signs become quotes, which are taken off", "SerNM", "%x%", "every character"}}) {
+           {"percent signs become quotes, which stay", "SerNM", "%x%", ""},
+           {"a plain value in quotes keeps them", "Interactive", "'x'", ""}}) {
     const ToolResult result = house.Set(key, value);
     EXPECT_EQ(result.exit, 0) << story;
+    if (says.empty()) {
+      EXPECT_EQ(house.Get(key).out, value + "\n") << story;
+    }
     EXPECT_THAT(result.err, HasSubstr(says)) << story;
     EXPECT_EQ(result.err.empty(), says.empty()) << story;
   }
