@@ -177,7 +177,7 @@ bool SystemHelpers::IsFolderPath(std::string_view sPath) {
 
 bool SystemHelpers::IsFolderPath(std::string_view sPath, FolderNames& names) {
   constexpr std::size_t kRootLength = 3;  // "C:\"
-  if (Utf16Length(sPath) == kRootLength) sPath.remove_suffix(1);
+  if (Utf16Length(sPath) == kRootLength) sPath = WithoutLast(sPath);
   if (sPath.empty()) return true;
   if (machine_.folders.Exists(sPath)) return true;
   if (sPath.ends_with('\\') || machine_.files.Exists(sPath)) return false;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <iterator>
 #include <vector>
 
 #include "util/text.h"
@@ -27,14 +28,15 @@ std::vector<std::string_view> CharactersOf(std::string_view text) {
   return characters;
 }
 
-// The first character at one of the places that is no digit, else the one looked at last. The search ends
-// at a place that the text does not have.
+// The first character at one of the places that is no digit, else the one looked at last. Nothing where that
+// place is behind the text's end; one before its start ends the search.
 std::string_view FindSeparator(const std::vector<std::string_view>& characters,
-                               std::initializer_list<std::size_t> places) {
+                               std::initializer_list<std::ptrdiff_t> places) {
   std::string_view found;
-  for (const std::size_t place : places) {
-    if (place >= characters.size()) break;
-    found = characters[place];
+  for (const std::ptrdiff_t place : places) {
+    if (place < 0) break;
+    if (place >= std::ssize(characters)) return {};
+    found = characters[static_cast<std::size_t>(place)];
     if (!IsDigit(found)) break;
   }
   return found;
@@ -44,7 +46,7 @@ std::string_view DateSeparatorOf(std::string_view date) { return FindSeparator(C
 
 std::string_view TimeSeparatorOf(std::string_view time) {
   const auto characters = CharactersOf(time);
-  const std::size_t count = characters.size();
+  const std::ptrdiff_t count = std::ssize(characters);
   return FindSeparator(characters, {count - 3, count - 2, count - 4});
 }
 

@@ -189,6 +189,11 @@ std::string WithBackslash(std::string_view folder) {
 }
 
 std::string_view WithoutLast(std::string_view text) {
+  constexpr std::size_t kMostBytes = 4;
+  for (std::size_t bytes = 2; bytes <= kMostBytes && bytes <= text.size(); ++bytes) {
+    const DecodedCharacter last = DecodeUtf8(text.substr(text.size() - bytes));
+    if (last.valid && last.bytes == bytes) return text.substr(0, text.size() - bytes);
+  }
   return text.substr(0, text.empty() ? 0 : text.size() - 1);
 }
 

@@ -110,6 +110,7 @@ TEST(Separators, AreReplacedThroughoutTheText) {
                                          {"1∕4∕2026", "1-4-2026"},
                                          {"2026/11/14", "-0-6/11/14"},
                                          {"1", "1"},
+                                         {"12", "12"},
                                          {"", ""}}) {
     EXPECT_EQ(NormalizeDateSeparator(text), normal);
   }

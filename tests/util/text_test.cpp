@@ -21,6 +21,13 @@ TEST(Text, SplittingKeepsEveryEmptyPart) {
   EXPECT_EQ(Join(Split("a;;b;", ";"), ";"), "a;;b;");
 }
 
+TEST(Text, TheLastCharacterGoesWhole) {
+  for (const auto& [text, rest] :
+       {std::pair{"ab", "a"}, {"a", ""}, {"", ""}, {"aé", "a"}, {"x€", "x"}, {"😀", ""}, {"aé\xA9", "aé"}}) {
+    EXPECT_EQ(WithoutLast(text), rest);
+  }
+}
+
 TEST(Text, ReplacementsAreNotReadAgain) {
   EXPECT_EQ(ReplaceAll("aaa", "a", "aa"), "aaaaaa");
   EXPECT_EQ(ReplaceAll("aaa", "aa", "b"), "ba");
