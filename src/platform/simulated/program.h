@@ -38,7 +38,8 @@ class ProgramRun {
   void ExitAfter(std::chrono::milliseconds delay, std::uint32_t code);
   void Exit(std::uint32_t code);
 
-  // The module-based list does not show the run before that much virtual time has passed: no module is loaded.
+  // The module-based list does not show the run before that much virtual time has passed: no module is
+  // loaded.
   void AppearsAfter(std::chrono::milliseconds delay);
 
   void NeverEnds() { goes_on_ = true; }
