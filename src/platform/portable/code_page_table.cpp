@@ -94,7 +94,7 @@ std::string CodePageTable::Encode(std::string_view text) const {
   std::string bytes;
   bytes.reserve(text.size());
   while (!text.empty()) {
-    const DecodedCharacter next = DecodeUtf8(text);
+    const DecodedCharacter next = DecodeWtf8(text);
     const auto found = next.valid ? bytes_.find(next.character) : bytes_.end();
     if (found != bytes_.end()) {
       bytes += found->second;
