@@ -253,18 +253,23 @@ TEST(CompareList, StopsAtTheFirstWriteThatFailsAndSaysSoOnce) {
   }
 }
 
-TEST(CompareList, NamesWhatItCouldNotRead) {
+TEST(CompareList, LeavesOutWhatItCannotReadAndNamesIt) {
   Build build;
   build.PutFile("C:\\docs\\shut\\1");
+  build.PutFile("C:\\docs\\link");
+  build.machine.disk().SetLeadsOffDrive("C:\\docs\\link");
   build.machine.disk().SetRefusing("C:\\docs\\shut", true);
   build.list.Begin();
   build.Walk("C:\\docs");
   build.Walk("C:\\gone", ItemKind::kFile);
   build.Walk("", ItemKind::kFile);
   build.list.Finish();
-  EXPECT_THAT(Split(build.List("ScheduleTraceFile.txt"), "Left out, because "),
-              ElementsAre(testing::_, testing::StartsWith("the folder can't be listed : C:\\docs\\shut\\"),
-                          testing::StartsWith("the file can't be read : C:\\gone")));
+  EXPECT_THAT(build.Paths(), ElementsAre());
+  EXPECT_THAT(
+      Split(build.List("ScheduleTraceFile.txt"), "Left out, because "),
+      ElementsAre(testing::_, testing::StartsWith("it is a link that leads off its drive : C:\\docs\\link"),
+                  testing::StartsWith("the folder can't be listed : C:\\docs\\shut\\"),
+                  testing::StartsWith("the file can't be read : C:\\gone")));
 }
 
 TEST(StatusStopCheck, ReadsTheProfileOnlyWhenItChangesAndSeesAWriteAtOnce) {

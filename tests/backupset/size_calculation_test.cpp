@@ -21,6 +21,8 @@ struct Sizes : BackupSetHouse {
     machine.disk().PutDrive("A:\\", DriveKind::kFixed, 100);
     Put({{"E:\\d\\a", 10}, {"E:\\d\\s\\b", 20}, {"E:\\d\\s\\t\\c", 5}, {"E:\\dd\\z", 7}, {"E:\\one.txt", 3}});
     Put({{"F:\\m", 3}, {"F:\\f\\n", 4}, {"F:\\f\\g\\o", 5}, {"A:\\x", 50}});
+    Put({{"E:\\d\\link", 90}});
+    machine.disk().SetLeadsOffDrive("E:\\d\\link");
     machine.disk().SetShortPath("E:\\dd", "E:\\D~1");
     machine.disk().SetTotalBytes("E:\\", *machine.outside().drives.FreeBytes("E:\\") + 600);
   }

@@ -142,6 +142,12 @@ bool MemoryDisk::SetRefusing(std::string_view path, bool refuses) {
   return node != nullptr;
 }
 
+bool MemoryDisk::SetLeadsOffDrive(std::string_view path) {
+  Node* node = FindMutable(path);
+  if (node != nullptr) node->leads_off_drive = true;
+  return SetRefusing(path, true);
+}
+
 void MemoryDisk::SetShortPath(std::string_view path, std::string_view short_path) {
   short_paths_[Folded(CleanPath(path))] = CleanPath(short_path);
 }

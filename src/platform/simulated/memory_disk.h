@@ -29,6 +29,7 @@ class MemoryDisk {
     bool is_folder = false;
     bool is_read_only = false;
     bool refuses_access = false;
+    bool leads_off_drive = false;
     std::string bytes;
     LocalTime modified;
     std::uint64_t version = 0;  // grows with every change of any file
@@ -54,6 +55,9 @@ class MemoryDisk {
   bool SetModified(std::string_view path, LocalTime modified);
   // A file that can't be opened or removed, or a folder that can't be listed.
   bool SetRefusing(std::string_view path, bool refuses);
+
+  // Makes a file a link to one on another drive: it is shown and is no file. False for a missing path.
+  bool SetLeadsOffDrive(std::string_view path);
 
   void SetListOrder(ListOrder order) { list_order_ = order; }
 

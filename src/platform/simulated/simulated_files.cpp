@@ -41,7 +41,7 @@ std::string NameOf(const std::string& path) { return path.substr(path.rfind('\\'
 
 const MemoryDisk::Node* SimulatedFiles::FindFile(std::string_view path) const {
   const MemoryDisk::Node* node = disk_.Find(path);
-  return node != nullptr && !node->is_folder ? node : nullptr;
+  return node != nullptr && !node->is_folder && !node->leads_off_drive ? node : nullptr;
 }
 
 bool SimulatedFiles::Exists(std::string_view path) { return FindFile(path) != nullptr; }
@@ -127,7 +127,10 @@ bool SimulatedFolders::List(std::string_view path, const std::function<Visit(con
     const MemoryDisk::Node* node = disk_.Find(child);
     if (node == nullptr) continue;  // gone since the listing began
     const std::string name = NameOf(node->path);
-    if (visit({name, node->is_folder, node->bytes.size(), node->modified}) == Visit::kStop) break;
+    if (visit({name, node->is_folder, node->bytes.size(), node->modified, node->leads_off_drive}) ==
+        Visit::kStop) {
+      break;
+    }
   }
   return true;
 }
