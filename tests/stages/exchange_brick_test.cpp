@@ -17,7 +17,6 @@ class BrickHouse : public ExchangeHouse {
   BrickHouse() : ExchangeHouse("5", "OXEXCHBRICK; ann ;oxexchbrick; ;") {
     WriteAccount("EXCHBRICK", "C:\\Mail");
     OnTool([this](ProgramRun& tool) {
-      tool.AppearsAfter(100ms);  // a slow start
       tool.After(3s, [this] { machine.PutFile(kDump + "\\ann.pst", "twelve bytes"); });
     });
   }
@@ -56,7 +55,8 @@ TEST(ExchangeBrickStory, TheExportGoesToTheServerAsOneFolderAndIsDeletedThere) {
     state = house.State();
     keys = house.Status("Status") + "/" + house.Status("RetValue");
     is_clean = !house.machine.outside().folders.Exists("C:\\Mail");
-    tool.After(3s, [&] { house.machine.PutFile(kDump + "\\ann.pst", "twelve bytes"); });
+    tool.AppearsAfter(100ms);  // a slow start
+    tool.After(15s, [&] { house.machine.PutFile(kDump + "\\ann.pst", "twelve bytes"); });
   });
   house.During(51, [&] { transferred = house.Text("TempCom\\CompareListInput1.txt"); });
   house.Tick();
