@@ -19,6 +19,7 @@ constexpr std::string_view kDatabase = "OnduraLDB.Ond";
 constexpr std::string_view kRebuildForJob = "29";
 constexpr std::string_view kSevenDayReset = "5";
 
+constexpr std::string_view kSignOfLife = "  Waiting for the local database";
 constexpr std::string_view kAbortedInForeignScan = "User aborted scheduled backup Scan is going on";
 constexpr std::string_view kAbortedInScan = "User aborted scheduled backup Scan in progress";
 constexpr std::string_view kAbortedInRebuild = "User aborted scheduled backup 30 in progress";
@@ -52,11 +53,13 @@ LocalDatabase::LocalDatabase(const Machine& machine, const Installation& install
       profile_(profile),
       reset_date_(reset_date),
       helpers_(helpers),
-      trace_(trace) {}
+      trace_(trace),
+      life_(trace, machine.clock, kSignOfLife) {}
 
 std::int16_t LocalDatabase::CheckLDBStatus(std::string_view run_folder_text) {
   const std::string owner = transfer_.Trf_ReadUserNameProfile("Scheduled");
   const std::string interactive = transfer_.Trf_ReadUserNameProfile("Interactive");
+  life_.Begin();
   const bool changed_hands = !Trim(owner).empty() && !EqualsIgnoringCase(Trim(owner), Trim(interactive));
   if (changed_hands) DeleteLDBFiles(owner);
   const std::string scan = RealTimeValue("scanStatus");
@@ -227,7 +230,10 @@ bool LocalDatabase::IsmutexInProgress(std::string_view name, bool release) {
   return in_use;
 }
 
-bool LocalDatabase::UserAborts() const { return profile_.ReadProfileValue(kStatusSection, "Status") == "5"; }
+bool LocalDatabase::UserAborts() {
+  life_.Show();
+  return profile_.ReadProfileValue(kStatusSection, "Status") == "5";
+}
 
 std::string LocalDatabase::RealTimeValue(std::string_view key) const {
   return std::string{Trim(profile_.ReadProfileValue("REALTIME", key))};

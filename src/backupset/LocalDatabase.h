@@ -8,6 +8,7 @@
 #include "profile/Installation.h"
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
+#include "reporting/LifeSign.h"
 #include "reporting/trace.h"
 #include "schedule/reset_date.h"
 #include "util/SystemHelpers.h"
@@ -55,7 +56,8 @@ class LocalDatabase {
   void RemoveIfThere(const std::string& path);
   void RetryList(const std::string& folder, std::string_view name);
   void RetryDatabase(const std::string& path);
-  bool UserAborts() const;
+  // The end of each pass of a wait.
+  bool UserAborts();
   std::string RealTimeValue(std::string_view key) const;
   [[nodiscard]] std::int64_t ScannerNumber() const;
   ProcessHandle StartScanner(std::string_view parameters);
@@ -67,6 +69,7 @@ class LocalDatabase {
   ResetDate& reset_date_;
   SystemHelpers& helpers_;
   Trace& trace_;
+  LifeSign life_;
   MutexHandle mutex_ = 0;
 };
 

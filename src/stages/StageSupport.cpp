@@ -11,7 +11,7 @@ using std::chrono::milliseconds;
 
 constexpr std::string_view kTestFile = "tmp.mtp";
 constexpr milliseconds kTestFilePause{10};
-constexpr std::chrono::seconds kBetweenSigns{60};
+constexpr std::string_view kSignOfLife = "  Waiting for the local backup";
 constexpr std::string_view kTotalTimeLabel = "Total Time";
 
 struct CommandLine {
@@ -44,11 +44,12 @@ CommandLine SplitProgram(Files& files, std::string_view line) {
 StageSupport::StageSupport(JobContext& job, BackupSetStore& backup_set)
     : job_(job),
       backup_set_(backup_set),
-      text_files_(job.services.machine.files, job.services.machine.code_page) {}
+      text_files_(job.services.machine.files, job.services.machine.code_page),
+      life_(job.services.trace, job.services.machine.clock, kSignOfLife) {}
 
 void StageSupport::Begin() {
   started_ = job_.services.machine.clock.Now();
-  last_sign_ = started_;
+  life_.Begin();
 }
 
 void StageSupport::WriteEntryKeys(std::string_view ret_value) {
@@ -62,13 +63,6 @@ void StageSupport::SleepAndPump(milliseconds pause) {
   job_.services.machine.clock.Sleep(pause);
   job_.services.machine.pump.Pump();
   ShowLife();
-}
-
-void StageSupport::ShowLife() {
-  const LocalTime now = job_.services.machine.clock.Now();
-  if (now >= last_sign_ && now - last_sign_ < kBetweenSigns) return;
-  last_sign_ = now;
-  job_.services.trace.User("  Waiting for the local backup");
 }
 
 std::vector<std::string> StageSupport::ReadBackupSetFields(std::string_view keyword) {
@@ -116,14 +110,14 @@ bool StageSupport::IsRunning(std::string_view program) {
 }
 
 void StageSupport::WaitUntilGone(StartedProgram& program, milliseconds pause) {
-  last_sign_ = job_.services.machine.clock.Now();
+  life_.Begin();
   do {
     SleepAndPump(pause);
   } while (program.IsRunning());
 }
 
 void StageSupport::LetToolEnd(std::string_view program) {
-  last_sign_ = job_.services.machine.clock.Now();
+  life_.Begin();
   while (IsRunning(program)) {
     job_.services.machine.pump.Pump();
     ShowLife();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "job/JobContext.h"
+#include "reporting/LifeSign.h"
 #include "schedule/BackupSetStore.h"
 #include "util/StartedProgram.h"
 #include "util/text_files.h"
@@ -48,9 +49,8 @@ class StageSupport {
   // Sleeps, then pumps messages once. A long wait is made of many of these and stays to be seen.
   void SleepAndPump(std::chrono::milliseconds pause);
 
-  // Once in a minute of calls, a line in the user's trace: the sign of life by which the other host tells a
-  // job that waits for its dump from one that was cut off.
-  void ShowLife();
+  // For waits that don't go through SleepAndPump.
+  void ShowLife() { life_.Show(); }
 
   // Reads the backup set and gives the fields of the stage's line: the line that begins with the keyword,
   // of several the last, split at ";". Empty where there is none. FieldCounts tells which of the fields
@@ -110,7 +110,7 @@ class StageSupport {
   BackupSetStore& backup_set_;
   TextFiles text_files_;
   LocalTime started_;
-  LocalTime last_sign_;
+  LifeSign life_;
 };
 
 }  // namespace ondura

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/clock.h"
+#include "reporting/trace.h"
+
+namespace ondura {
+
+// A line in the user's trace once in a minute of calls, for the waits of a job that trace nothing else. By a
+// fresh trace the other host tells a job that works without an engine from one that was cut off.
+class LifeSign {
+ public:
+  LifeSign(Trace& trace, Clock& clock, std::string_view text) : trace_(trace), clock_(clock), text_(text) {}
+
+  // A wait begins: its first line is due in a minute.
+  void Begin() { last_ = clock_.Now(); }
+
+  // Costs no more than a look at the clock while no line is due.
+  void Show();
+
+ private:
+  Trace& trace_;
+  Clock& clock_;
+  std::string text_;
+  LocalTime last_;
+};
+
+}  // namespace ondura
