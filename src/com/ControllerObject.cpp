@@ -9,7 +9,7 @@ namespace {
 
 void Assign(const EngineFileResult& result, VARIANT* bResult, VARIANT* lValue) {
   ondura::Assign(bResult, Variant(result.bResult));
-  ondura::Assign(lValue, Variant(result.lValue));
+  if (result.lValue) ondura::Assign(lValue, Variant(*result.lValue));
 }
 
 }  // namespace

@@ -28,8 +28,8 @@ STDMETHODIMP DummyCallObject::ResdDLLOutputFile(VARIANT* bResult, VARIANT* lValu
   return Run([&] {
     const EngineFileResult result = core_.ResdDLLOutputFile();
     Assign(bResult, Variant(result.bResult));
-    Assign(lValue, Variant(result.lValue));
-    Assign(strDescrip, Variant(std::string_view{result.strDescrip}));
+    if (result.lValue) Assign(lValue, Variant(*result.lValue));
+    if (result.strDescrip) Assign(strDescrip, Variant(std::string_view{*result.strDescrip}));
   });
 }
 

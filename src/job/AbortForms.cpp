@@ -26,7 +26,6 @@ JobCode AbortForms::LeaveAborted(std::string_view trace_text, Programs programs)
   TraceAbort(trace_text);
   MarkAborted();
   WriteAbortLog(AbortLog::kNewBlock);
-  job_.state.run.cancelled = true;
   job_.end_status.WriteJobEndStatus(1);
   job_.temp_folder.DeleteTempFolder();
   job_.keys.ClearFailureDays();

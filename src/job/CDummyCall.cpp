@@ -44,7 +44,7 @@ EngineFileResult CDummyCall::ResdDLLOutputFile() {
   TextFiles text_files(services_.machine.files, services_.machine.code_page);
   EngineFileResult result = ReadEngineResultFile(text_files, GetTempFolderPath() + "\\DLLOutput.txt");
   if (result.bResult) {
-    result.strDescrip.clear();
+    result.strDescrip.reset();
     return result;
   }
   result = ReadEngineResultFile(text_files, GetTempFolderPath() + "\\DLLOutputInfo.txt");

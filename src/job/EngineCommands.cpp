@@ -26,6 +26,7 @@ std::string EngineCommands::EnginePath() const {
 }
 
 ProcessWatch EngineCommands::Start(std::string_view parameter_text) {
+  life_.Begin();
   const ProcessHandle handle =
       services_.helpers.LaunchHidden(EnginePath(), parameter_text, services_.installation.WorkingFolder(), 0);
   return {services_.machine.processes, handle};
@@ -36,6 +37,7 @@ PortWait EngineCommands::RunPortNumber(std::string_view parameter_text) {
   for (int pass = 1;; ++pass) {
     services_.machine.pump.Pump();
     services_.machine.clock.Sleep(kPortPause);
+    ShowLife();
     if (pass > kPortPasses) {
       services_.trace.plain().WriteTrace("Getting Port info : -416");
       return PortWait::kGaveUp;
@@ -49,15 +51,17 @@ WaitOutcome EngineCommands::RunServerList() {
   services_.trace.User(" [CALLING] Cmd 28 for server list fetching");
   ProcessWatch engine = Start(ParameterText(28, state_.memory.RunFolderText));
   return WaitUntilEndedOrStopped(services_.machine, engine, kServerListPause, [this] {
+    ShowLife();
     return keys_.CheckAborted() || services_.progress.ProgressEnded();
   });
 }
 
-ProcessWatch EngineCommands::StartTransfer() {
+std::optional<ProcessWatch> EngineCommands::StartTransfer() {
   services_.trace.User(" CALLING with Cmd 51 ");
   std::string& argument = state_.memory.RunFolderText;
   argument += "\\" + FormatDate(kStampFolderPicture, services_.machine.clock.Now());
   keys_.Write("RetValue", "0");
+  if (services_.store.ReadLastRetValue() != 0) return std::nullopt;
   return Start(ParameterText(51, argument));
 }
 
@@ -73,6 +77,7 @@ void EngineCommands::RunRemote() {
 
 void EngineCommands::WaitWithoutLimit(ProcessWatch& engine) {
   WaitUntilEndedOrStopped(services_.machine, engine, kShortPause, [&] {
+    ShowLife();
     return !engine.WasStarted() && (keys_.CheckAborted() || services_.progress.ProgressEnded());
   });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -7,6 +8,7 @@
 #include "job/JobState.h"
 #include "job/StatusKeys.h"
 #include "job/TempFolder.h"
+#include "reporting/LifeSign.h"
 #include "util/waits.h"
 
 namespace ondura {
@@ -18,7 +20,11 @@ enum class PortWait { kEnded, kGaveUp, kAborted };
 class EngineCommands {
  public:
   EngineCommands(JobServices& services, JobState& state, StatusKeys& keys, TempFolder& temp_folder)
-      : services_(services), state_(state), keys_(keys), temp_folder_(temp_folder) {}
+      : services_(services),
+        state_(state),
+        keys_(keys),
+        temp_folder_(temp_folder),
+        life_(services.trace, services.machine.clock, "  Waiting for the engine") {}
 
   // " 24<argument>". The argument is never quoted, also with blanks in it.
   static std::string ParameterText(int number, std::string_view argument);
@@ -32,14 +38,18 @@ class EngineCommands {
   // job remembers what it has read last.
   double ReadResult() { return state_.run.last_result = services_.store.ReadLastRetValue(); }
 
+  // For each pass of a wait, also of one for an engine that could not be started.
+  void ShowLife() { life_.Show(); }
+
   // Command 24: gives up after 300 passes and leaves the engine running then.
   PortWait RunPortNumber(std::string_view parameter_text);
 
   // Command 28: until the engine ends or an abort is asked for.
   WaitOutcome RunServerList();
 
-  // Command 51: clears RetValue and starts the transfer, whose waits are the caller's.
-  ProcessWatch StartTransfer();
+  // Command 51: clears RetValue and starts the transfer, whose waits are the caller's. Nothing is started
+  // when RetValue keeps its value, on a full disk: the result of the last command would pass for this one's.
+  std::optional<ProcessWatch> StartTransfer();
 
   // Command 16.
   void RunTotalSize();
@@ -56,6 +66,7 @@ class EngineCommands {
   JobState& state_;
   StatusKeys& keys_;
   TempFolder& temp_folder_;
+  LifeSign life_;
 };
 
 }  // namespace ondura

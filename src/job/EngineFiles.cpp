@@ -1,6 +1,6 @@
 #include "job/EngineFiles.h"
 
-#include <limits>
+#include <utility>
 
 #include "profile/LightCiphers.h"
 #include "util/text.h"
@@ -14,10 +14,10 @@ constexpr int kLastShortPort = 11812;
 constexpr int kFirstPort = 11910;
 constexpr int kLastPort = 11930;
 
-std::int32_t ToInt32(std::string_view text) {
-  const auto number = ParseInteger(text).value_or(0);
-  using Limits = std::numeric_limits<std::int32_t>;
-  return number < Limits::min() || number > Limits::max() ? 0 : static_cast<std::int32_t>(number);
+std::optional<std::int32_t> ToInt32(std::string_view text) {
+  const auto number = ParseInteger(text);
+  if (!number || !std::in_range<std::int32_t>(*number)) return std::nullopt;
+  return static_cast<std::int32_t>(*number);
 }
 
 }  // namespace
@@ -77,7 +77,7 @@ void EngineFiles::Trf_WritePORTNumbers(std::int32_t nCount) {
 EngineFileResult ReadEngineResultFile(TextFiles& text_files, const std::string& path) {
   const auto lines = text_files.ReadLines(path, Encoding::kCodePage);
   if (!lines) return {};
-  EngineFileResult result{true, 0, ""};
+  EngineFileResult result{true, std::nullopt, std::nullopt};
   if (!lines->empty()) result.lValue = ToInt32(lines->at(0));
   if (lines->size() > 1) result.strDescrip = lines->at(1);
   return result;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,8 +22,9 @@ struct EngineFileProxy {
 // The answer in DLLOutput.txt or DLLOutputInfo.txt.
 struct EngineFileResult {
   bool bResult = false;
-  std::int32_t lValue = 0;
-  std::string strDescrip;
+  // Missing where nothing was read: the caller's own value then stays.
+  std::optional<std::int32_t> lValue;
+  std::optional<std::string> strDescrip;
 };
 
 // The older file interface, kept for the host and for an engine that takes its settings from a file. No step
@@ -56,7 +58,7 @@ class EngineFiles {
   TextFiles text_files_;
 };
 
-// The number on line 1 of a result file; nothing where it has none.
+// The number on line 1 and the text on line 2 of a result file.
 EngineFileResult ReadEngineResultFile(TextFiles& text_files, const std::string& path);
 
 }  // namespace ondura

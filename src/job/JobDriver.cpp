@@ -26,6 +26,15 @@ JobDriver::JobDriver(JobContext& job)
     : job_(job), abort_(job), connection_(job, abort_), transfer_(job, abort_) {}
 
 JobCode JobDriver::Cont_SchBackup() {
+  std::string& schedule_file_path = job_.services.schedule_file.ScheduleFilePath;
+  const std::string path = schedule_file_path;
+  was_refused_a_run_ = false;
+  const JobCode code = RunOnce();
+  schedule_file_path = path;
+  return code;
+}
+
+JobCode JobDriver::RunOnce() {
   Reset();
   ReadProfile();
   if (auto leave = RefuseWithoutEncryptionPassword()) return *leave;
@@ -53,6 +62,11 @@ void JobDriver::Reset() {
       ") and then login with your new Password and attempt the operation again.";
   job_.end_status.ResetStatusFiles();
   job_.keys.Write("Paused", "0");
+  // A request that an earlier job has obeyed is not this one's; one that came since the job began is.
+  if (nested_runs_ == 0) {
+    job_.keys.Write("Cancel", "0");
+    job_.keys.Write("ProgStatus", "0");
+  }
   services.transfer.Trf_WriteUserProfileDefault("sj", "LSN", "");
   services.trace.plain().WriteTrace(QuotaTrace(ReadQuotaOutputFile(services.store)));
   WriteDriveList();
@@ -176,7 +190,9 @@ Leave JobDriver::PrepareBackupSet() {
 }
 
 JobCode JobDriver::Transfer() {
-  const TransferRun::Outcome outcome = transfer_.Run();
+  using Rerun = TransferRun::Rerun;
+  const TransferRun::Outcome outcome =
+      transfer_.Run(nested_runs_ < kMostNestedRuns ? Rerun::kGranted : Rerun::kRefused);
   switch (outcome.next) {
     case TransferRun::Next::kLeave:
       return outcome.code;
@@ -185,21 +201,23 @@ JobCode JobDriver::Transfer() {
     case TransferRun::Next::kWrapUp:
       break;
   }
-  return WrapUp(outcome.result);
-}
-
-// The engine asks for the whole job once more. The inner job's code does not pass out.
-JobCode JobDriver::RunAgain() {
-  const JobCode code = job_.state.run.code;
-  if (nested_runs_ < kMostNestedRuns) {
-    ++nested_runs_;
-    Cont_SchBackup();
-    --nested_runs_;
-  } else {
+  if (outcome.result == engine_results::kRunAgain) {
+    was_refused_a_run_ = true;
     job_.services.trace.User("  The engine keeps asking for another run; stopped after " +
                              std::to_string(kMostNestedRuns) + " nested runs.");
   }
+  return WrapUp(outcome.result);
+}
+
+// The engine asks for the whole job once more. The inner job's code does not pass out, but for an engine
+// that never stops asking: nothing was saved then.
+JobCode JobDriver::RunAgain() {
+  const JobCode code = job_.state.run.code;
+  ++nested_runs_;
+  const JobCode inner = RunOnce();
+  --nested_runs_;
   job_.temp_folder.DeleteTempFolder();
+  if (was_refused_a_run_) return inner;
   job_.keys.ClearFailureDays();
   return code;
 }

@@ -13,10 +13,12 @@ class JobDriver {
  public:
   explicit JobDriver(JobContext& job);
 
-  // Returns the job's code, as JobState.h tells.
+  // Returns the job's code, as JobState.h tells. The schedule file's path is the same afterwards, whatever
+  // the host has called meanwhile.
   JobCode Cont_SchBackup();
 
  private:
+  JobCode RunOnce();
   void Reset();
   void WriteDriveList();
   void ReadProfile();
@@ -40,6 +42,7 @@ class JobDriver {
   Connection connection_;
   TransferRun transfer_;
   int nested_runs_ = 0;
+  bool was_refused_a_run_ = false;
 };
 
 }  // namespace ondura

@@ -23,6 +23,9 @@ inline constexpr JobCode kJobStopped = 4;
 // How a step of the road ends: nothing to go on, or the code to leave with.
 using Leave = std::optional<JobCode>;
 
+// Stands for the id of a program that was not started in this job; no process has it.
+inline constexpr ProcessId kNotStarted = static_cast<ProcessId>(-1);
+
 // The account of the job, as the profile holds it.
 struct Account {
   std::string user_name;
@@ -73,7 +76,7 @@ struct JobRun {
   // Held open to the end of the job, so that the ids below stay theirs.
   std::optional<ProcessWatch> database_manager;
   std::optional<ProcessWatch> engine;
-  ProcessId lDBManagerPID = 0;
+  ProcessId lDBManagerPID = kNotStarted;
   ProcessId lClsClientPID = 0;
 
   std::int64_t skipped_count = 0;

@@ -30,7 +30,7 @@ TransferRun::TransferRun(JobContext& job, AbortForms& abort)
       text_files_(job.services.machine.files, job.services.machine.code_page),
       selection_(job.services.machine, job.services.installation, job.services.helpers, job.services.trace),
       exclusions_(job.services.machine, job.services.installation, job.services.transfer),
-      stop_(job.services.machine, job.services.installation, job.services.progress.ProgressEnded()),
+      stop_(job.services),
       compare_list_(job.services.machine, job.services.installation, job.services.transfer, exclusions_,
                     job.services.mapped_drives, stop_, job.services.trace) {}
 
@@ -91,7 +91,7 @@ Leave TransferRun::FailServerList(double result) {
   return static_cast<JobCode>(result);
 }
 
-TransferRun::Outcome TransferRun::Run() {
+TransferRun::Outcome TransferRun::Run(Rerun rerun) {
   const auto leave = [](JobCode code) { return Outcome{Next::kLeave, code}; };
   job_.services.trace.User(" [CALLING] API_ENTRY() ");
   job_.state.run.start_time = job_.services.machine.clock.Now();
@@ -101,7 +101,7 @@ TransferRun::Outcome TransferRun::Run() {
   bool use_compare_list = false;
   if (const auto code = ChooseMethod(use_compare_list)) return leave(*code);
   if (const auto code = abort_.TestForAbort(job_texts::kAborted28)) return leave(*code);
-  StartEngine();
+  if (const auto code = StartEngine()) return leave(*code);
   if (use_compare_list) {
     if (const auto code = PrepareInput()) return leave(*code);
   }
@@ -117,7 +117,9 @@ TransferRun::Outcome TransferRun::Run() {
   CleanUpAfterEngine();
   if (cut_off) return leave(WrapUpHardStop());
   const double result = ReadEndResult();
-  if (result == engine_results::kRunAgain) return {Next::kRunAgain, job_.state.run.code, result};
+  if (result == engine_results::kRunAgain && rerun == Rerun::kGranted) {
+    return {Next::kRunAgain, job_.state.run.code, result};
+  }
   job_.state.run.end_time = job_.services.machine.clock.Now();
   return BranchOnResult(result);
 }
@@ -153,6 +155,8 @@ Leave TransferRun::ChooseMethod(bool& use_compare_list) {
     if (ready == kLocalDatabaseAborted) return abort_.LeaveAborted("", AbortForms::Programs::kLeaveRunning);
     trace_method("After LDBChecking DB Val : ");
     use_compare_list = Trim(job_.services.transfer.Trf_ReadUserNameDBProfile("DB")) == "0";
+    // The check has left the word for a complete list, of which there is nothing yet.
+    if (use_compare_list) job_.keys.Write("StatusCheckCount", "0");
   }
   // The method may have changed since the selection was due to be read; without it nothing would be backed
   // up.
@@ -160,16 +164,26 @@ Leave TransferRun::ChooseMethod(bool& use_compare_list) {
   return std::nullopt;
 }
 
-void TransferRun::StartEngine() {
+Leave TransferRun::StartEngine() {
   JobRun& run = job_.state.run;
-  run.engine.emplace(job_.engine.StartTransfer());
+  run.engine = job_.engine.StartTransfer();
+  if (!run.engine) return FailUnclearedResult();
   compare_list_.RemoveOldInput();
   run.lClsClientPID = job_.services.helpers.WhatsMyProcessID(run.engine->handle());
   job_.services.trace.plain().WriteTrace("lClsClientPID : " + std::to_string(run.lClsClientPID));
+  return std::nullopt;
+}
+
+JobCode TransferRun::FailUnclearedResult() {
+  job_.services.trace.User("  RetValue could not be cleared, so the engine was not started");
+  job_.keys.AddFailureDay();
+  job_.end_status.WriteBackupFailed();
+  return abort_.LeaveFailed(job_texts::kCannotClearResult, 1);
 }
 
 Leave TransferRun::PrepareInput() {
   job_.services.trace.User(" DB Failed so preparing comparelistinput for backup ");
+  stop_.Begin();
   if (compare_list_.Begin() == BuildStart::kReady) {
     if (auto code = WalkItems()) return code;
     compare_list_.Finish();
@@ -216,8 +230,7 @@ JobCode TransferRun::FailInput() {
 void TransferRun::WriteInputKeys() {
   const DisplaySize total = TotalDisplaySize(job_.services.machine, job_.services.installation).Read();
   job_.keys.Write("CompareListCount", total.size_bytes < kLargeTotalBytes ? "0" : "2");
-  const auto parts = compare_list_.parts();
-  job_.keys.Write("StatusCheckCount", std::to_string(parts == 0 ? 1 : parts));
+  job_.keys.Write("StatusCheckCount", std::to_string(compare_list_.parts()));
   job_.state.run.skipped_count = compare_list_.skipped();
   WriteSkippedCount();
 }

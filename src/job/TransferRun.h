@@ -9,9 +9,29 @@
 #include "job/AbortForms.h"
 #include "job/JobContext.h"
 #include "job/TransferWait.h"
+#include "reporting/LifeSign.h"
 #include "util/text_files.h"
 
 namespace ondura {
+
+// The stop test of the walk, which also shows that the job lives: a walk of hours traces nothing, and the
+// engine may have ended meanwhile.
+class WalkStop : public StatusStopCheck {
+ public:
+  explicit WalkStop(const JobServices& services)
+      : StatusStopCheck(services.machine, services.installation, services.progress.ProgressEnded()),
+        life_(services.trace, services.machine.clock, "  Preparing the list of files") {}
+
+  void Begin() { life_.Begin(); }
+
+  bool Stopped() override {
+    life_.Show();
+    return StatusStopCheck::Stopped();
+  }
+
+ private:
+  LifeSign life_;
+};
 
 // The transfer itself: the engine's command 51 does the upload while the job prepares what it needs, watches
 // it and turns its result into the job's outcome.
@@ -35,8 +55,10 @@ class TransferRun {
     double result = 0;
   };
 
-  // From the shadow copy's folder to the branch of the engine's result.
-  Outcome Run();
+  // From the shadow copy's folder to the branch of the engine's result. An engine that asks for another run
+  // and is refused it has given an answer like any other.
+  enum class Rerun { kGranted, kRefused };
+  Outcome Run(Rerun rerun);
 
   // `SCount` := the skipped items, whose count begins anew.
   void WriteSkippedCount();
@@ -50,7 +72,8 @@ class TransferRun {
   Leave ChooseMethod(bool& use_compare_list);
 
   // While it runs.
-  void StartEngine();
+  Leave StartEngine();
+  JobCode FailUnclearedResult();
   Leave PrepareInput();
   Leave WalkItems();
   JobCode FailInput();
@@ -84,7 +107,7 @@ class TransferRun {
   TextFiles text_files_;
   Selection selection_;
   Exclusions exclusions_;
-  StatusStopCheck stop_;
+  WalkStop stop_;
   CompareList compare_list_;
   int abnormal_ends_ = 0;
 };

@@ -31,6 +31,7 @@ TransferWait::End TransferWait::Run(ProcessWatch& engine) {
   while (!engine.EndedWithin(kProcessPass)) {
     job_.services.machine.pump.Pump();
     job_.services.machine.clock.Sleep(kTransferPause);
+    job_.engine.ShowLife();
     TestCancel();
     TestHardStop();
     // An engine that could not be started never ends; the kill has to stand for its end.

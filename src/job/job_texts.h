@@ -21,6 +21,9 @@ inline constexpr std::string_view kHardStopResult =
 inline constexpr std::string_view kHardStopTrace =
     " The scheduled job has been stopped due to hard stop option set by you. The backup will resume at next "
     "scheduled time.";
+inline constexpr std::string_view kCannotClearResult =
+    "The scheduled backup could not begin since the user's profile can't be written. Please check if the "
+    "disk is full or write protected.";
 inline constexpr std::string_view kNothingChanged =
     "Please note that all the items selected for backup (from your backup set) have already been backed up "
     "and the files have not changed since your last backup.";

@@ -58,7 +58,7 @@ class Controller {
   void Closeupoperation() { parts_.closeup.Closeupoperation(); }
   void cont_RestartRealtimeSystem() { parts_.bracket.cont_RestartRealtimeSystem(); }
   // One job on the shared state as it stands; JobState.h tells the codes.
-  JobCode Cont_SchBackup() { return parts_.context.driver.Cont_SchBackup(); }
+  JobCode Cont_SchBackup() { return parts_.pass.Cont_SchBackup(); }
   void CallDummy() { parts_.remote_call.CallDummy(); }
 
   // Progress display and size texts.

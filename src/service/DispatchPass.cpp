@@ -47,6 +47,12 @@ void DispatchPass::Cont_startschBackup() {
   RunPass();
 }
 
+JobCode DispatchPass::Cont_SchBackup() {
+  if (is_running_) return kJobStopped;
+  const Running running{is_running_};
+  return context_.driver.Cont_SchBackup();
+}
+
 void DispatchPass::RunPass() {
   ServiceState& state = context_.state;
   context_.mail_values.ScheduledTimeText.clear();

@@ -35,27 +35,35 @@ TEST_F(ArgumentsTest, AResultReachesTheCallersVariableInItsOwnType) {
       {"a byte", VT_BYREF | VT_UI1, &as_byte, [&] { return as_byte == 0; }},
       {"a text", VT_BYREF | VT_BSTR, &as_text, [&] { return std::wstring{as_text} == L"0"; }},
       {"a script's variable", VT_BYREF | VT_VARIANT, &inner,
-       [&] { return V_VT(&inner) == VT_I4 && V_I4(&inner) == 0; }},
+       [&] { return V_VT(&inner) == VT_BOOL && V_BOOL(&inner) == VARIANT_FALSE; }},
   };
   for (const auto& [story, type, place, is_zero] : rows) {
     VARIANT number{};
     V_VT(&number) = type;
     V_BYREF(&number) = place;
-    Value found;
-    EXPECT_EQ(controller_->ResdDLLOutputFile(&found, &number), S_OK) << story;
+    EXPECT_EQ(controller_->ReadScheduleStatusFile(&number), S_OK) << story;
     EXPECT_TRUE(is_zero()) << story;
-    EXPECT_EQ(V_BOOL(&found), VARIANT_FALSE) << story;
   }
   SysFreeString(as_text);
 }
 
-TEST_F(ArgumentsTest, AVariableThatCanNotHoldTheResultIsAMismatch) {
+TEST_F(ArgumentsTest, AResultFileThatIsMissingLeavesTheCallersNumber) {
+  long as_long = 7;
   Value found;
+  VARIANT number{};
+  V_VT(&number) = VT_BYREF | VT_I4;
+  V_I4REF(&number) = &as_long;
+  EXPECT_EQ(controller_->ResdDLLOutputFile(&found, &number), S_OK);
+  EXPECT_EQ(V_BOOL(&found), VARIANT_FALSE);
+  EXPECT_EQ(as_long, 7);
+}
+
+TEST_F(ArgumentsTest, AVariableThatCanNotHoldTheResultIsAMismatch) {
   VARIANT number{};
   IDispatch* object = nullptr;
   V_VT(&number) = VT_BYREF | VT_DISPATCH;
   V_DISPATCHREF(&number) = &object;
-  EXPECT_EQ(controller_->ResdDLLOutputFile(&found, &number), DISP_E_TYPEMISMATCH);
+  EXPECT_EQ(controller_->ReadScheduleStatusFile(&number), DISP_E_TYPEMISMATCH);
   EXPECT_EQ(controller_->ResdDLLOutputFile(nullptr, nullptr), E_POINTER);
   EXPECT_EQ(controller_->GetSystemTime(nullptr), E_POINTER);
 }

@@ -41,13 +41,15 @@ TEST_F(EngineCall, TheDummyCallsFailureComesWithItsDescription) {
   call.CreateTempFolder("ann", "d");
   const auto answer = [&] {
     const EngineFileResult result = call.ResdDLLOutputFile();
-    return (result.bResult ? "good " : "bad ") + std::to_string(result.lValue) + " " + result.strDescrip;
+    return std::string{result.bResult ? "good " : "bad "} +
+           (result.lValue ? std::to_string(*result.lValue) : "as before") + " " +
+           result.strDescrip.value_or("as before");
   };
-  EXPECT_EQ(answer(), "bad 0 ");
+  EXPECT_EQ(answer(), "bad as before as before");
   machine.PutFile(call.GetTempFolderPath() + "\\DLLOutputInfo.txt", "-403\r\nwrong password\r\n");
   EXPECT_EQ(answer(), "bad -403 wrong password");
   machine.PutFile(call.GetTempFolderPath() + "\\DLLOutput.txt", "402\r\nmore\r\n");
-  EXPECT_EQ(answer(), "good 402 ");
+  EXPECT_EQ(answer(), "good 402 as before");
 }
 
 TEST_F(EngineCall, ANewInstallationMakesTheEngineRunOnceWithoutBrackets) {

@@ -58,16 +58,16 @@ TEST_F(EngineFilesTest, TheInputHasTwelveLinesInTheCodePageWithTheAccountInTheSh
 }
 
 TEST_F(EngineFilesTest, AResultFileCountsAsAnAnswerWhateverItHolds) {
-  using Row = std::tuple<const char*, bool, std::int32_t>;
+  using Row = std::tuple<const char*, bool, std::optional<std::int32_t>>;
   for (const auto& [bytes, is_there, number] :
-       {Row{nullptr, false, 0}, Row{"", true, 0}, Row{"402\r\n7\r\n", true, 402},
-        Row{" -416 \r\n", true, -416}, Row{"none", true, 0}, Row{"99999999999", true, 0}}) {
+       {Row{nullptr, false, std::nullopt}, Row{"", true, std::nullopt}, Row{"402\r\n7\r\n", true, 402},
+        Row{" -416 \r\n", true, -416}, Row{"none", true, std::nullopt}, Row{"99999999999", true, std::nullopt}}) {
     for (const std::string& path : {InTemp("DLLOutput.txt"), UserFile("DLLOutput.txt")}) {
       if (bytes != nullptr) machine.PutFile(path, bytes);
     }
     for (const auto& result : {files.ResdDLLOutputFileTempFd(), files.ResdDLLOutputFile()}) {
-      EXPECT_EQ(result.bResult, is_there) << number;
-      EXPECT_EQ(result.lValue, number) << number;
+      EXPECT_EQ(result.bResult, is_there);
+      EXPECT_EQ(result.lValue, number);
     }
   }
 }

@@ -142,7 +142,7 @@ TEST(StoppedJobStory, TheCutOffEndsTheTransferWithinItsTenMinutes) {
 TEST(StoppedJobStory, AnEngineThatCanNotBeStartedEndsByThePassesOfThePortNumber) {
   MailingHouse house;
   house.machine.RemoveProgram(House::kEngine);
-  house.WriteProfile("BackupStatus", "Cancel", "1");
+  house.machine.After(400s, [&] { house.WriteProfile("BackupStatus", "Cancel", "1"); });
   house.Tick();
   EXPECT_TRUE(house.TraceHas("Getting Port info : -416"));
   EXPECT_GE(house.machine.Elapsed(), 390s);
