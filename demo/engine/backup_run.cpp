@@ -42,6 +42,7 @@ BackupRun::BackupRun(Client& client, Vault& vault)
     : client_(client),
       vault_(vault),
       database_(client),
+      stage_data_(client),
       stop_requests_(client),
       progress_(client),
       report_(client),
@@ -78,6 +79,7 @@ void BackupRun::RunByDatabase() {
     report_.Say(path + "  is left out: it is a link that leads off its drive");
   }
   Transfer(outcome.files);
+  Transfer(StageFilesLeft());
   database_.Save(known_);
 }
 
@@ -89,12 +91,19 @@ void BackupRun::RunByCompareList() {
     const auto part = list.NextPart([this] { return IsOver(); });
     if (!part) {
       gave_up_ = !IsOver();
-      break;
+      return;
     }
     Transfer(part->files);
     more = !part->is_last;
   }
+  Transfer(StageFilesLeft());
   met_exclusion_ = client_.transfer().Trf_ReadUserNameProfileReg("Excluded") == "1";
+}
+
+std::vector<Candidate> BackupRun::StageFilesLeft() {
+  std::vector<Candidate> files = stage_data_.Files();
+  std::erase_if(files, [&](const Candidate& file) { return places_.contains(ToLower(file.path)); });
+  return files;
 }
 
 void BackupRun::Transfer(const std::vector<Candidate>& files) {

@@ -14,6 +14,7 @@
 #include "demo/engine/candidate.h"
 #include "demo/engine/progress_file.h"
 #include "demo/engine/session_report.h"
+#include "demo/engine/stage_data.h"
 #include "demo/engine/stop_requests.h"
 
 namespace ondura::demo {
@@ -22,6 +23,7 @@ namespace ondura::demo {
 //
 // With the local database method the run walks the selection itself and compares with its database. With
 // the compare-list method it takes the files from the list that the job writes, and compares with the vault.
+// With either it sends what the job's stage has prepared and neither of the two has named.
 class BackupRun {
  public:
   BackupRun(Client& client, Vault& vault);
@@ -31,6 +33,8 @@ class BackupRun {
  private:
   void RunByDatabase();
   void RunByCompareList();
+
+  std::vector<Candidate> StageFilesLeft();
 
   // Sorts out what has changed and sends it.
   void Transfer(const std::vector<Candidate>& files);
@@ -54,6 +58,7 @@ class BackupRun {
   Client& client_;
   Vault& vault_;
   LocalDatabase database_;
+  StageData stage_data_;
   StopRequests stop_requests_;
   ProgressFile progress_;
   SessionReport report_;

@@ -7,6 +7,7 @@
 #include "demo/common/vault.h"
 #include "demo/engine/backup_run.h"
 #include "demo/engine/selection_walk.h"
+#include "demo/engine/stage_data.h"
 #include "util/text.h"
 
 namespace ondura::demo {
@@ -45,7 +46,7 @@ EngineResult PortNumber(Client& client, const Account& account) {
 }
 
 EngineResult Backup(Client& client, Vault& vault) {
-  if (Selection(client).IsEmpty()) return EngineResult::kNothingSelected;
+  if (Selection(client).IsEmpty() && StageData(client).IsEmpty()) return EngineResult::kNothingSelected;
   return BackupRun(client, vault).Run();
 }
 

@@ -1,5 +1,6 @@
 #include "demo/engine/compare_list.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "util/date_text.h"
@@ -14,6 +15,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kPause = 500ms;
 constexpr auto kPatience = 10min;
+constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
 constexpr std::string_view kLineEndBytes{"\r\0\n\0", 4};
 
 // Where the bytes of the last whole line end; a UTF-16 unit begins at an even place.
@@ -23,6 +25,12 @@ std::size_t EndOfLastLine(std::string_view bytes) {
     at = at == 0 ? std::string_view::npos : bytes.rfind(kLineEndBytes, at - 1);
   }
   return at == std::string_view::npos ? 0 : at + kLineEndBytes.size();
+}
+
+// FNV-1a, carried on from chunk to chunk.
+std::uint64_t Digest(std::uint64_t digest, std::string_view bytes) {
+  for (const char byte : bytes) digest = (digest ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+  return digest;
 }
 
 }  // namespace
@@ -39,18 +47,45 @@ std::optional<Candidate> ParseCompareLine(std::string_view line) {
 }
 
 bool GrowingPart::Follow(Files& files) {
-  const std::string content = files.Read(path_).value_or(std::string{});
-  const std::string_view lines = std::string_view{content}.substr(0, EndOfLastLine(content));
-  if (lines == bytes_) return false;
-  if (!lines.starts_with(bytes_)) {
-    bytes_.clear();
-    candidates_.clear();
-  }
-  for (const std::string& line : LinesOf(FromUtf16(lines.substr(bytes_.size())))) {
+  const std::uint64_t size = files.Size(path_).value_or(0);
+  if (size == end_) return false;
+  if (size < end_) Forget();
+  bool grew = false;
+  while (TakeChunk(files)) grew = true;
+  return grew;
+}
+
+bool GrowingPart::TakeChunk(Files& files) {
+  const std::string bytes = files.ReadPart(path_, end_, kChunkBytes).value_or("");
+  const std::string_view lines = std::string_view{bytes}.substr(0, EndOfLastLine(bytes));
+  if (lines.empty()) return false;
+  for (const std::string& line : LinesOf(FromUtf16(lines))) {
     if (auto candidate = ParseCompareLine(line)) candidates_.push_back(std::move(*candidate));
   }
-  bytes_ = lines;
+  end_ += lines.size();
+  digest_ = Digest(digest_, lines);
   return true;
+}
+
+bool GrowingPart::IsAsRead(Files& files) {
+  std::uint64_t digest = 0;
+  std::uint64_t at = 0;
+  while (at < end_) {
+    const auto limit = static_cast<std::size_t>(std::min<std::uint64_t>(kChunkBytes, end_ - at));
+    const std::string bytes = files.ReadPart(path_, at, limit).value_or("");
+    if (bytes.empty()) break;
+    digest = Digest(digest, bytes);
+    at += bytes.size();
+  }
+  if (at == end_ && digest == digest_) return true;
+  Forget();
+  return false;
+}
+
+void GrowingPart::Forget() {
+  end_ = 0;
+  digest_ = 0;
+  candidates_.clear();
 }
 
 std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>& is_over) {
@@ -68,11 +103,12 @@ std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>
     if (look == last && !grew && progress != Progress::kGrowing) {
       // What is announced and not there was lost: without it the files of the list would pass for saved.
       if (!machine.files.Exists(part.path())) return std::nullopt;
+      if (!part.IsAsRead(machine.files)) continue;
       ++taken_;
       return CompareListPart{part.Take(), progress == Progress::kLast};
     }
     if (look != last || grew) last_sign = machine.clock.Now();
-    if (machine.clock.Now() - last_sign > kPatience) return std::nullopt;
+    if (machine.clock.Now() - last_sign > kPatience && !JobTracedWithin(kPatience)) return std::nullopt;
     last = look;
   }
   return std::nullopt;
@@ -80,6 +116,13 @@ std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>
 
 CompareList::Look CompareList::ReadKeys() {
   return {client_.ReadStatus("CompareListCount"), client_.ReadStatus("StatusCheckCount")};
+}
+
+// The job traces at least once a minute, also while it walks a folder that adds no line.
+bool CompareList::JobTracedWithin(std::chrono::seconds limit) const {
+  const Machine& machine = client_.machine();
+  const auto traced = machine.files.Modified(client_.installation().UserFile("ScheduleTraceFile.txt"));
+  return traced && machine.clock.Now() - *traced <= limit;
 }
 
 CompareList::Progress CompareList::ProgressOf(int number, const Look& look) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,23 +20,32 @@ std::optional<Candidate> ParseCompareLine(std::string_view line);
 
 // The lines of one list file that grows, collected as they come.
 //
-// The list of the job before may still stand there when the engine starts, and is replaced under its eyes:
-// when what has been read is no longer the file's beginning, the file counts as a new one.
+// The list of the job before may still be there when the engine starts, and is replaced under its eyes: a
+// file that is shorter than what has been read counts as a new one, and so does one that turns out to begin
+// otherwise when it is complete.
 class GrowingPart {
  public:
   explicit GrowingPart(std::string path) : path_(std::move(path)) {}
 
   const std::string& path() const { return path_; }
 
-  // Reads the whole lines behind those known. True when the file gave anything new.
+  // Reads the whole lines behind those known, and nothing before them. True when the file gave anything new.
   bool Follow(Files& files);
+
+  // Reads the file once more up to where it is known. False when it is not what was read: then nothing is
+  // known any more.
+  bool IsAsRead(Files& files);
 
   // The files of all lines so far; leaves none.
   std::vector<Candidate> Take() { return std::move(candidates_); }
 
  private:
+  bool TakeChunk(Files& files);
+  void Forget();
+
   std::string path_;
-  std::string bytes_;  // whole lines only
+  std::uint64_t end_ = 0;  // of the last whole line
+  std::uint64_t digest_ = 0;
   std::vector<Candidate> candidates_;
 };
 
@@ -60,7 +71,8 @@ class CompareList {
   explicit CompareList(Client& client) : client_(client) {}
 
   // The next part, when it is complete. Nothing when `is_over` says so, when the part is announced and
-  // missing, or when the job has shown no sign of life for ten minutes.
+  // missing, or when the job has shown no sign of life for ten minutes: neither in the list and its keys nor
+  // in the user's trace.
   std::optional<CompareListPart> NextPart(const std::function<bool()>& is_over);
 
  private:
@@ -74,6 +86,7 @@ class CompareList {
   };
 
   Look ReadKeys();
+  [[nodiscard]] bool JobTracedWithin(std::chrono::seconds limit) const;
   [[nodiscard]] Progress ProgressOf(int number, const Look& look) const;
   [[nodiscard]] std::string PathOf(int number) const;
 

@@ -61,7 +61,8 @@ TEST_F(EngineFilesTest, AResultFileCountsAsAnAnswerWhateverItHolds) {
   using Row = std::tuple<const char*, bool, std::optional<std::int32_t>>;
   for (const auto& [bytes, is_there, number] :
        {Row{nullptr, false, std::nullopt}, Row{"", true, std::nullopt}, Row{"402\r\n7\r\n", true, 402},
-        Row{" -416 \r\n", true, -416}, Row{"none", true, std::nullopt}, Row{"99999999999", true, std::nullopt}}) {
+        Row{" -416 \r\n", true, -416}, Row{"none", true, std::nullopt},
+        Row{"99999999999", true, std::nullopt}}) {
     for (const std::string& path : {InTemp("DLLOutput.txt"), UserFile("DLLOutput.txt")}) {
       if (bytes != nullptr) machine.PutFile(path, bytes);
     }

@@ -42,10 +42,12 @@ struct JobHouse {
   }
 
   struct NoShadowCopy : ShadowCopyRelease {
-    void CloseVSS() override {}
+    void CloseVSS() override { ++closed; }
+    int closed = 0;
   };
   struct NoStages : Stages {
-    Stage* ForRecord(std::string_view) override { return nullptr; }
+    Stage* ForRecord(std::string_view) override { return stage; }
+    Stage* stage = nullptr;
   };
 
   CheckedMachine machine;

@@ -146,30 +146,6 @@ INSTANTIATE_TEST_SUITE_P(
         EarlyCase{"a wrong password is cleared and shown", 28, -403, "-403", kBadPassword, "<none>", true, 2},
         EarlyCase{"proxy failure", 28, -12010, "-12010", kProxy, "<none>", false, 2}));
 
-TEST(EngineResultStory, TheAlternateAddressIsTakenAfterTheFifthAndTheTenthTry) {
-  MailingHouse house;
-  std::vector<std::string> addresses;
-  house.OnCommand(24, [&](ProgramRun&) {
-    addresses.push_back(house.machine.ReadIni(house.UserPath("Ondura.ini"), "Tolmera", "IPAddres"));
-    house.WriteResult(-405);
-  });
-  house.Tick();
-  EXPECT_THAT(addresses, ElementsAre("", "", "", "", "", "secondary.backup.example",
-                                     "secondary.backup.example", "secondary.backup.example",
-                                     "secondary.backup.example", "secondary.backup.example"));
-  // This result alone goes on to the transfer after its tries.
-  EXPECT_THAT(house.Commands(), IsSupersetOf({51}));
-}
-
-TEST(EngineResultStory, WithoutAConnectionTheTenTriesNeitherPauseNorSwitch) {
-  MailingHouse house;
-  house.machine.surroundings().is_connected = false;
-  house.Answer(24, -405);
-  house.Tick();
-  EXPECT_EQ(house.machine.ReadIni(house.UserPath("Ondura.ini"), "Tolmera", "IPAddres"), "");
-  EXPECT_TRUE(house.TraceHas(" There's no internet connection."));
-}
-
 TEST(EngineResultStory, AnEndOfTheScheduleRemovesItWithoutCloseUpOrMail) {
   for (const int result : {-507, -514}) {
     MailingHouse house;
@@ -184,44 +160,12 @@ TEST(EngineResultStory, AnEndOfTheScheduleRemovesItWithoutCloseUpOrMail) {
   }
 }
 
-TEST(EngineResultStory, AnEngineThatAlwaysAsksForAnotherRunIsStopped) {
-  MailingHouse house;
-  house.Answer(51, -427);
-  house.Tick();
-  const auto commands = house.Commands();
-  EXPECT_EQ(std::count(commands.begin(), commands.end(), 51), 17);
-  EXPECT_TRUE(house.TraceHas("stopped after 16 nested runs"));
-  EXPECT_EQ(house.NextTime(), House::kTomorrow);
-}
-
-TEST(EngineResultStory, ASecondRunThatSucceedsEndsTheFirst) {
-  MailingHouse house;
-  int runs = 0;
-  house.OnCommand(51, [&](ProgramRun&) { house.WriteResult(++runs == 1 ? -427 : 402); });
-  house.Tick();
-  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 24, 51, 16));
-  EXPECT_EQ(house.Text("SchStatus.txt"), kViewLog);
-}
-
 TEST(EngineResultStory, AFailedSizeRefreshIsWhatStatusShows) {
   MailingHouse house;
   house.Answer(16, -416);
   house.Tick();
   EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16, 16, 16, 16, 16));
   EXPECT_EQ(house.StatusAfterJob(), "-416");
-}
-
-TEST(EngineResultStory, AUsedUpQuotaLeavesItsMarkerAndTheNeutralSentence) {
-  MailingHouse house;
-  house.Answer(51, -432);
-  house.During(16, [&] {
-    house.WriteProfile("QuotaStatus", "Used", "5001");
-    house.WriteProfile("QuotaStatus", "Max", "5000");
-  });
-  house.Tick();
-  EXPECT_EQ(house.Bytes("QuotaExceeded.txt"), "");
-  EXPECT_EQ(house.Text("SchStatus.txt"), kViewLog);
-  EXPECT_EQ(house.Status("StatusMessageIndicaton"), "1");
 }
 
 TEST(EngineResultStory, TheArgumentOfTheTransferGrowsByOneStampAJob) {

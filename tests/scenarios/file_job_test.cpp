@@ -42,15 +42,6 @@ TEST(FileJobStory, ADriveThatRunsFullTakesTheLocalDatabaseAway) {
   }
 }
 
-TEST(FileJobStory, AMethodThatChangesLateStillHasItsFiles) {
-  DueHouse house;
-  house.WriteMethod("");
-  house.During(30, [&] { house.WriteMethod("0"); });
-  house.Tick();
-  EXPECT_THAT(house.Commands(), ElementsAre(24, 28, 30, 51, 16));
-  EXPECT_EQ(house.Text("TempCom\\CompareListInput1.txt").substr(0, 14), "C:\\Docs\\a.txt/");
-}
-
 TEST(FileJobStory, AListThatCannotBeWrittenEndsTheJobAndItsEngineAsFailed) {
   DueHouse house;
   bool engine_ended = false;

@@ -8,8 +8,6 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-constexpr const char* kManualCancel =
-    "All your files/folders could not be backed up as the scheduled job was manually canceled.\r\n";
 constexpr const char* kCutOff =
     "The backup job has been stopped due to hard stop option set by you. The backup will resume at next "
     "scheduled time.\r\n";
@@ -22,140 +20,67 @@ struct MailingHouse : DueHouse {
   MailingHouse() : DueHouse(Mailing()) {}
 };
 
-// The one session file of the job: its text, and the time in its name.
-std::pair<std::string, std::string> Session(House& house) {
-  if (house.SessionFiles().size() != 1) return {"<not one>", ""};
-  const std::string name = house.SessionFiles().front().substr(house.UserPath("Session").size() + 1);
-  return {house.Text("Session\\" + name), name.substr(10, 19)};
+TEST(StoppedJobStory, AnAbortLeavesAMailAndTheNextOccurrence) {
+  MailingHouse house;
+  house.WriteMethod("1");
+  house.OnCommand(28, [&](ProgramRun& run) {
+    house.Service().controller().EndProgress();
+    run.NeverEnds();
+  });
+  house.Tick();
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 28));
+  EXPECT_EQ(house.StatusAfterJob(), "3");
+  EXPECT_EQ(house.LastMail().at(2), "4");
+  EXPECT_EQ(house.machine.OpenHandles(), 0U);
+  EXPECT_EQ(house.NextTime(), House::kTomorrow);
 }
 
-constexpr const char* kSessionHead = " \r\nUsername: ann\r\nOperation: Scheduled\r\n";
-constexpr const char* kAborted = "  You have aborted the scheduled backup job that was in progress.\r\n";
-
-TEST(StoppedJobStory, AnAbortOfACommandThatNeverEndsLeavesByTheAbortPath) {
-  for (const auto& [method, command, by_host, commands] :
-       {std::tuple{"0", 24, false, std::vector{24}}, std::tuple{"1", 28, false, std::vector{24, 28}},
-        std::tuple{"1", 28, true, std::vector{24, 28}}}) {
-    SCOPED_TRACE(std::to_string(command) + (by_host ? " by the host's end of progress" : " by the user"));
-    MailingHouse house;
-    house.WriteMethod(method);
-    house.OnCommand(command, [&, ends_progress = by_host](ProgramRun& run) {
-      if (ends_progress) house.Service().controller().EndProgress();
-      if (!ends_progress) house.WriteProfile("BackupStatus", "Status", "5");
-      run.NeverEnds();
-    });
-    house.Tick();
-    EXPECT_EQ(house.Commands(), commands);
-    EXPECT_TRUE(house.TraceHas("User aborted scheduled backup 28 in progress"));
-    EXPECT_EQ(house.StatusAfterJob(), "3");
-    EXPECT_EQ(house.Status("DLLStatus"), "3");
-    EXPECT_EQ(house.Status("BackupFailureDays"), "0");
-    EXPECT_EQ(house.Text("SchStatus.txt"), kManualCancel);
-    const auto& [session, time] = Session(house);
-    EXPECT_EQ(session, kSessionHead + time + kAborted);
-    EXPECT_EQ(house.LastMail().at(2), "4");
-    EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
-    EXPECT_FALSE(house.machine.IsRunning("OnduraSDBManager.exe"));
-    EXPECT_EQ(house.machine.OpenHandles(), 0U);
-    EXPECT_EQ(house.NextTime(), House::kTomorrow);
-  }
-}
-
-TEST(StoppedJobStory, AnAbortDuringTheWalkEndsTheEngineAndIsLoggedAsItsPlaceAsks) {
-  for (const bool within_folder : {true, false}) {
-    MailingHouse house;
-    house.PutText("atbkupfolderlist.txt", within_folder ? "C:\\Docs\r\n" : "C:\\Docs\\a.txt\r\n");
-    house.OnCommand(51, [](ProgramRun& run) { run.NeverEnds(); });
-    // The user asks for it at the first pump of the walk, when the list is already there.
-    house.machine.OnPump([&] {
-      if (house.machine.FileBytes(house.UserPath("TempCom\\CompareListInput1.txt"))) {
-        house.WriteProfile("BackupStatus", "Status", "5");
-      }
-    });
-    house.Tick();
-    EXPECT_TRUE(house.TraceHas("ScheduleCancelled 1"));
-    EXPECT_EQ(house.Text("SchStatus.txt"), kManualCancel);
-    EXPECT_EQ(house.Status("StatusMessageIndicaton"), "1");
-    EXPECT_EQ(house.Status("RetValue"), "402") << "the port number's answer";
-    EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
-    const auto& [session, time] = Session(house);
-    EXPECT_EQ(session, (within_folder ? " \r\n" : kSessionHead) + time + kAborted);
-  }
-}
-
-TEST(StoppedJobStory, AnEngineThatNeverEndsIsWaitedForAndCancelGivesItFourPassesBeforeItIsKilled) {
+TEST(StoppedJobStory, ACancelStopsOneJobAndNotTheNext) {
   for (const bool engine_obeys : {true, false}) {
     MailingHouse house;
-    bool is_killed = false;
+    int kills = 0;
+    int runs = 0;
     house.OnCommand(51, [&](ProgramRun& run) {
+      if (++runs == 2) return house.WriteResult(402);
       run.NeverEnds();
-      run.OnTerminated([&] { is_killed = true; });
-      run.After(72h, [&] { house.WriteProfile("BackupStatus", "Cancel", "1"); });
+      run.OnTerminated([&] { ++kills; });
+      run.After(2h, [&] { house.WriteProfile("BackupStatus", "Cancel", "1"); });
       if (!engine_obeys) return;
-      run.After(72h + 6s, [&] { house.WriteResult(-414); });
-      run.ExitAfter(72h + 6s + 1ms, 0);
+      run.After(2h + 6s, [&] { house.WriteResult(-414); });
+      run.ExitAfter(2h + 6s + 1ms, 0);
     });
     house.Tick();
-    EXPECT_GE(house.machine.Elapsed(), 72h);
-    EXPECT_EQ(is_killed, !engine_obeys);
-    EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
-    EXPECT_EQ(house.Status("Cancel"), engine_obeys ? "1" : "0");
+    EXPECT_GE(house.machine.Elapsed(), 2h);
+    EXPECT_EQ(kills, engine_obeys ? 0 : 1);
     EXPECT_EQ(house.StatusAfterJob(), engine_obeys ? "-414" : "0");
     EXPECT_EQ(house.LastMail().at(2), "4");
+    house.machine.AdvanceTo(ToLocalTime({2026, 11, 15, 12, 30, 0}));
+    house.Tick();
+    EXPECT_EQ(house.LastMail().at(2), "2");
+    EXPECT_EQ(kills, engine_obeys ? 0 : 1);
+    EXPECT_EQ(house.Status("Cancel"), "0");
   }
 }
 
-using CutOffCase = std::tuple<std::string, std::string, bool, bool>;
-
-TEST(StoppedJobStory, TheCutOffEndsTheTransferWithinItsTenMinutes) {
-  for (const auto& [story, stop_time, engine_obeys, stopped] :
-       {CutOffCase{"at the minute", "11-14-2026 12:45:00", true, true},
-        CutOffCase{"an engine that does not obey is killed", "11-14-2026 12:45:00", false, true},
-        CutOffCase{"begun within the ten minutes", "11-14-2026 12:30:00", true, true},
-        CutOffCase{"the ten minutes are over", "11-14-2026 12:29:00", true, false},
-        CutOffCase{"a one-digit hour never comes", "11-14-2026 9:45:00", true, false},
-        CutOffCase{"no time at all", "", true, false}}) {
-    SCOPED_TRACE(story);
+TEST(StoppedJobStory, TheCutOffIsToldInStatusAndMail) {
+  for (const bool engine_obeys : {true, false}) {
     MailingHouse house;
     house.WriteRegistry("StopSchedule", "1");
-    house.WriteRegistry("StopScheduleTime", stop_time);
-    bool saw_ten = false;
+    house.WriteRegistry("StopScheduleTime", "11-14-2026 12:45:00");
     bool killed = false;
-    const bool obeys = engine_obeys;
     house.OnCommand(51, [&](ProgramRun& run) {
       run.OnTerminated([&] { killed = true; });
       run.Every(500ms, [&] {
-        saw_ten = saw_ten || house.Status("Status") == "10";
-        if (saw_ten && obeys) run.Exit(0);
+        if (engine_obeys && house.Status("Status") == "10") run.Exit(0);
       });
       run.ExitAfter(3h, 0);
     });
     house.Tick();
-    EXPECT_EQ(saw_ten, stopped);
-    EXPECT_EQ(killed, stopped && !engine_obeys);
-    EXPECT_EQ(house.Text("SchStatus.txt") == kCutOff, stopped);
-    EXPECT_EQ(house.StatusAfterJob(), stopped ? "402" : "0");
-    EXPECT_EQ(house.LastMail().at(5), stopped ? kCutOffMail : "");
+    EXPECT_EQ(killed, !engine_obeys);
+    EXPECT_EQ(house.Text("SchStatus.txt"), kCutOff);
+    EXPECT_EQ(house.StatusAfterJob(), "402");
+    EXPECT_EQ(house.LastMail().at(5), kCutOffMail);
   }
-}
-
-TEST(StoppedJobStory, AnEngineThatCanNotBeStartedEndsByThePassesOfThePortNumber) {
-  MailingHouse house;
-  house.machine.RemoveProgram(House::kEngine);
-  house.machine.After(400s, [&] { house.WriteProfile("BackupStatus", "Cancel", "1"); });
-  house.Tick();
-  EXPECT_TRUE(house.TraceHas("Getting Port info : -416"));
-  EXPECT_GE(house.machine.Elapsed(), 390s);
-}
-
-TEST(StoppedJobStory, AnEngineThatIsGoneBeforeTheSizeRefreshIsGivenUpOnAnAbort) {
-  MailingHouse house;
-  house.During(51, [&] {
-    house.machine.RemoveProgram(House::kEngine);
-    house.machine.After(2h, [&] { house.WriteProfile("BackupStatus", "Status", "5"); });
-  });
-  house.Tick();
-  EXPECT_EQ(house.NextTime(), House::kTomorrow);
 }
 
 TEST(StoppedJobStory, WithoutAnEncryptionPasswordNothingRuns) {
@@ -179,27 +104,52 @@ TEST(StoppedJobStory, TheSupportMarkerTakesTheMachineOutOfTheSchedule) {
 }
 
 TEST(StoppedJobStory, MoreThanTheQuotaStopsTheJobBeforeTheTransfer) {
-  for (const auto& [used, max, stopped] :
-       {std::tuple{"1024", "1023", true}, std::tuple{"1024", "1024", false},
-        std::tuple{"999999999999", "1", false}}) {
-    MailingHouse house;
-    house.WriteProfile("QuotaStatus", "Used", used);
-    house.WriteProfile("QuotaStatus", "Max", max);
-    house.Tick();
-    if (!stopped) {
-      EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16)) << max;
-      continue;
-    }
-    EXPECT_EQ(house.LastMail().at(5),
-              "Your quota has exceeded the allocated limit. Please upgrade your account.");
-    EXPECT_EQ(house.LastMail().at(2), "4");
-    EXPECT_EQ(house.Text("SchStatus.txt"),
-              " Your data could not be backed up as you have utilized the allocated quota. Upgrade and try "
-              "again.\r\n");
-    EXPECT_EQ(house.Status("StatusMessageIndicaton"), "2");
-    // The size refresh is started and not waited for.
-    EXPECT_EQ(house.Commands().back(), 16);
+  MailingHouse house;
+  house.WriteProfile("QuotaStatus", "Used", "1024");
+  house.WriteProfile("QuotaStatus", "Max", "1023");
+  house.Tick();
+  EXPECT_EQ(house.LastMail().at(5),
+            "Your quota has exceeded the allocated limit. Please upgrade your account.");
+  EXPECT_EQ(house.LastMail().at(2), "4");
+  EXPECT_EQ(house.Status("StatusMessageIndicaton"), "2");
+  EXPECT_EQ(house.Commands().back(), 16);
+}
+
+// Neither side of the guard may run while the other does: a second job would replace the state of the first.
+TEST(StoppedJobStory, ACallForAJobOrAPassWhileOneRunsDoesNothing) {
+  for (const bool pass_runs : {true, false}) {
+    DueHouse house;
+    Controller& controller = house.Service().controller();
+    int calls = 0;
+    house.machine.OnPump([&] {
+      if (house.Commands().empty() || house.Commands().back() != 51) return;
+      ++calls;
+      EXPECT_EQ(controller.Cont_SchBackup(), 4);
+      controller.Cont_startschBackup();
+    });
+    pass_runs ? house.Tick() : static_cast<void>(controller.Cont_SchBackup());
+    EXPECT_GE(calls, 1);
+    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
   }
+}
+
+// The engine ends while the list is still being made, and for minutes nothing but the trace shows the job.
+TEST(StoppedJobStory, ATwinThatStartsDuringALongWalkDoesNotRunTheJobAgain) {
+  DueHouse house;
+  for (int i = 0; i < 10; ++i) house.machine.PutFile("C:\\Docs\\" + std::to_string(i), "x");
+  bool is_over = false;
+  house.machine.OnPump([&] {
+    if (!is_over && !house.Commands().empty() && house.Commands().back() == 51) house.machine.Advance(45s);
+  });
+  house.OnCommand(51, [&](ProgramRun&) {
+    house.WriteResult(402);
+    house.machine.After(4min, [&] { house.Twin().controller().Cont_startschBackup(); });
+  });
+  house.Tick();
+  is_over = true;
+  EXPECT_GE(house.machine.Elapsed(), 5min);
+  EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+  EXPECT_EQ(house.NextTime(), House::kTomorrow);
 }
 
 }  // namespace
