@@ -152,6 +152,7 @@ class ForwardingProcesses : public Processes {
  public:
   explicit ForwardingProcesses(Processes& next) : next_(next) {}
   std::vector<ProcessEntry> List(ProcessSource source) override { return next_.List(source); }
+  ProgramState StateOf(std::string_view file) override { return next_.StateOf(file); }
   ProcessHandle Launch(const LaunchRequest& request) override { return next_.Launch(request); }
   bool OpenForUser(const LaunchRequest& request) override { return next_.OpenForUser(request); }
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override { return next_.OpenById(id, access); }

@@ -39,12 +39,19 @@ struct ProcessEntry {
 
 enum class ProcessWait { kEnded, kTimedOut };
 
+// Whether a started program goes on without the process that started it.
+enum class Lifetime { kEndsWithStarter, kOutlivesStarter };
+
+// Whether a file could be started, as far as its rights and its first bytes show.
+enum class ProgramState { kStartable, kMissing, kRefused };
+
 struct LaunchRequest {
   std::string file;        // full path, or a bare name that the system finds, also without ".exe"
   std::string parameters;  // handed on as they stand
   std::string folder;      // working folder, without a trailing backslash
   int show_mode = 0;       // 0 hidden, 1 normal, 3 maximised
   std::string verb = "open";
+  Lifetime lifetime = Lifetime::kEndsWithStarter;
 };
 
 // The machine's processes.
@@ -56,10 +63,15 @@ class Processes {
   // of other accounts; kSnapshot has them all.
   virtual std::vector<ProcessEntry> List(ProcessSource source) = 0;
 
-  // ShellExecuteExA with the mask that keeps the process handle. kNoProcess when nothing was started.
+  // What Launch would find at this full path. kMissing also for a folder. On Windows: GetBinaryTypeW.
+  virtual ProgramState StateOf(std::string_view file) = 0;
+
+  // ShellExecuteExA with the mask that keeps the process handle. kNoProcess when nothing was started. The
+  // program is ended when this process ends, however that comes about, unless the request says otherwise
+  // (AssignProcessToJobObject).
   virtual ProcessHandle Launch(const LaunchRequest& request) = 0;
 
-  // ShellExecuteA: starts a program for the person at the desktop and forgets it.
+  // ShellExecuteA: starts a program for the person at the desktop and forgets it. It outlives this process.
   virtual bool OpenForUser(const LaunchRequest& request) = 0;
 
   // OpenProcess. kNoProcess when there is no such process or the rights are refused.

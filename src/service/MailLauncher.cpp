@@ -69,7 +69,7 @@ void MailLauncher::Start(const std::string& arguments) {
   const ProcessWatch started(
       context_.machine().processes,
       context_.services().helpers.LaunchHidden(installation.ExeLocation + std::string{kMailHelper}, arguments,
-                                               installation.VirtualPath, 0));
+                                               installation.VirtualPath, 0, Lifetime::kOutlivesStarter));
 }
 
 }  // namespace ondura

@@ -124,13 +124,14 @@ bool SystemHelpers::IsServer2008() {
 }
 
 ProcessHandle SystemHelpers::LaunchHidden(std::string_view sFile, std::string_view sParameters,
-                                          std::string_view sDirectory, int nShow) {
+                                          std::string_view sDirectory, int nShow, Lifetime lifetime) {
   // One server version alone starts the programs of a service unelevated when asked to open them.
   return machine_.processes.Launch({.file = std::string{sFile},
                                     .parameters = std::string{sParameters},
                                     .folder = std::string{sDirectory},
                                     .show_mode = nShow,
-                                    .verb = IsServer2008() ? "runas" : "open"});
+                                    .verb = IsServer2008() ? "runas" : "open",
+                                    .lifetime = lifetime});
 }
 
 int SystemHelpers::ServiceState(std::string_view service_name) {

@@ -68,7 +68,8 @@ class SystemHelpers {
   // Starts a program without waiting for it; `sDirectory` has no trailing backslash, `nShow` 0 is hidden.
   // kNoProcess when nothing was started; otherwise the caller closes the handle (ProcessWatch does).
   ProcessHandle LaunchHidden(std::string_view sFile, std::string_view sParameters,
-                             std::string_view sDirectory, int nShow);
+                             std::string_view sDirectory, int nShow,
+                             Lifetime lifetime = Lifetime::kEndsWithStarter);
 
   // 1 stopped to 4 running to 7 paused; 0 on any failure.
   int ServiceState(std::string_view service_name);

@@ -1,4 +1,4 @@
-// The twin as a real process on a machine in a folder.
+// Hosts as real processes on a machine in a folder.
 
 #include <gtest/gtest.h>
 
@@ -37,6 +37,27 @@ TEST(TwinTest, AServiceThatIsKilledLeavesItsPlaceToTheNext) {
     EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 3);
   }
   EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 0);
+}
+
+bool Awaits(const std::function<bool()>& is_so) {
+  for (int look = 0; look < 400 && !is_so(); ++look)
+    std::this_thread::sleep_for(std::chrono::milliseconds{50});
+  return is_so();
+}
+
+TEST(HostTest, TakesItsEngineAlongWhenItIsKilled) {
+  JobRehearsal house;
+  house.machine().profiles.WriteString(
+      {std::string{kInstall} + "Deployment.ini", "Demo", "MillisecondsPerFile"}, "100000000");
+  house.MakeDue("1");
+  {
+    HostProcess service(house.HostRoot(), "service", "1");
+    ASSERT_TRUE(Awaits([&] { return house.Result() == "0" && Runs(house, kEngine); }));
+    ASSERT_TRUE(Awaits([&] { return house.machine().files.Exists(house.UserFile("ExcludedFiles.txt")); }))
+        << "in command 51";
+    EXPECT_TRUE(Runs(house, kEngine));
+  }
+  EXPECT_TRUE(Awaits([&] { return !Runs(house, kEngine); }));
 }
 
 }  // namespace

@@ -111,9 +111,13 @@ TEST_P(PlatformContract, WhatIsNoProgramIsNotStarted) {
   LaunchRequest request = tested_->PutProgram(At("Tool.exe"), milliseconds{1}, 0);
   for (const std::string& file : {At("none.exe"), std::string{"none.exe"}, At(""), std::string{}}) {
     request.file = file;
+    EXPECT_EQ(machine_.processes.StateOf(file), ProgramState::kMissing) << file;
     EXPECT_EQ(machine_.processes.Launch(request), kNoProcess) << file;
     EXPECT_FALSE(machine_.processes.OpenForUser(request)) << file;
   }
+  EXPECT_EQ(machine_.processes.StateOf(At("TOOL.exe")), ProgramState::kStartable);
+  machine_.files.Write(At("text.exe"), "no program", IfPresent::kReplace);
+  EXPECT_EQ(machine_.processes.StateOf(At("text.exe")), ProgramState::kRefused);
 }
 
 TEST_P(PlatformContract, NoProcessIsWaitedForInVain) {

@@ -20,6 +20,7 @@ namespace ondura {
 namespace {
 
 constexpr std::size_t kReadStepBytes = std::size_t{256} * 1024;
+constexpr std::size_t kReadEndBytes = std::size_t{4} * 1024;
 constexpr std::size_t kListBufferBytes = std::size_t{32} * 1024;
 
 // Kernels stamp files with the time of their last tick, ten milliseconds ago at the most.
@@ -124,12 +125,14 @@ std::optional<std::string> ReadRest(const Fd& file, std::size_t limit_bytes) {
   auto step = std::min(limit_bytes, std::max<std::size_t>(static_cast<std::size_t>(status.st_size) + 1, 1));
   while (bytes.size() < limit_bytes) {
     const std::size_t have = bytes.size();
-    bytes.resize(have + std::min(step, limit_bytes - have));
-    const ssize_t got = read(file.get(), bytes.data() + have, bytes.size() - have);
+    const std::size_t asked = std::min(step, limit_bytes - have);
+    bytes.resize(have + asked);
+    const ssize_t got = read(file.get(), bytes.data() + have, asked);
     bytes.resize(have + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     if (got < 0 && LastError() != HostError::kInterrupted) return std::nullopt;
     if (got == 0) break;
-    step = kReadStepBytes;
+    // After a guess that was right only the end is still to be seen.
+    step = have + asked == bytes.size() ? kReadStepBytes : kReadEndBytes;
   }
   return bytes;
 }

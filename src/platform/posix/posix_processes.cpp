@@ -1,6 +1,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <map>
 #include <utility>
@@ -34,6 +36,18 @@ std::string WithProgramEnding(const std::string& name) {
   return name.find('.') == std::string::npos ? name + ".exe" : name;
 }
 
+// What the host's kernel starts: its own programs, and texts that name their reader.
+bool BeginsAsProgram(const std::string& host_path) {
+  const Fd file = OpenHost(host_path, O_RDONLY);
+  std::array<char, 4> head{};
+  const ssize_t length = file.valid() ? read(file.get(), head.data(), head.size()) : 0;
+  const std::string_view start{head.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+  return start ==
+             "\x7F"
+             "ELF" ||
+         start.starts_with("#!");
+}
+
 bool MayTerminate(ProcessAccess access) {
   return (static_cast<std::uint32_t>(access) & static_cast<std::uint32_t>(ProcessAccess::kTerminate)) != 0;
 }
@@ -62,6 +76,13 @@ class PosixProcesses : public Processes {
     return entries;
   }
 
+  ProgramState StateOf(std::string_view file) override {
+    const auto host = ExistingFile(std::string{file});
+    if (!host) return ProgramState::kMissing;
+    return access(host->c_str(), X_OK) == 0 && BeginsAsProgram(*host) ? ProgramState::kStartable
+                                                                      : ProgramState::kRefused;
+  }
+
   ProcessHandle Launch(const LaunchRequest& request) override {
     CollectEnded();
     const auto file = FindExecutable(request);
@@ -73,7 +94,8 @@ class PosixProcesses : public Processes {
                            SplitCommandLine(request.parameters),
                            *folder,
                            {"ONDURA_ROOT=" + paths_.root(), "ONDURA_SPEED=" + std::to_string(speed_),
-                            "ONDURA_PARAMETERS=" + request.parameters}});
+                            "ONDURA_PARAMETERS=" + request.parameters},
+                           request.lifetime});
     if (!id) return kNoProcess;
     auto process = std::make_shared<HostProcess>(*id, HostProcess::Kinship::kChild);
     children_.push_back(process);
@@ -81,7 +103,9 @@ class PosixProcesses : public Processes {
   }
 
   bool OpenForUser(const LaunchRequest& request) override {
-    const ProcessHandle handle = Launch(request);
+    LaunchRequest own = request;
+    own.lifetime = Lifetime::kOutlivesStarter;
+    const ProcessHandle handle = Launch(own);
     Close(handle);
     return handle != kNoProcess;
   }

@@ -2,11 +2,12 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <string_view>
 
@@ -15,6 +16,9 @@
 namespace ondura {
 
 namespace {
+
+// What a shell reports for a program that could not be started.
+constexpr int kNotStarted = 126;
 
 std::string_view NameOf(std::string_view variable) { return variable.substr(0, variable.find('=')); }
 
@@ -36,39 +40,58 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-// How the new process differs from this one.
-class Setup {
- public:
-  explicit Setup(const std::string& folder) {
-    posix_spawnattr_init(&attributes_);
-    posix_spawn_file_actions_init(&actions_);
-    sigset_t none;
-    sigset_t all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    posix_spawnattr_setsigmask(&attributes_, &none);
-    posix_spawnattr_setsigdefault(&attributes_, &all);
-    posix_spawnattr_setflags(&attributes_,
-                             POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    if (!folder.empty()) posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str());
+// Both ends of a pipe that started programs do not get.
+struct Pipe {
+  Pipe() {
+    std::array<int, 2> ends{-1, -1};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
+    out = Fd{ends[0]};
+    in = Fd{ends[1]};
   }
-  ~Setup() {
-    posix_spawnattr_destroy(&attributes_);
-    posix_spawn_file_actions_destroy(&actions_);
-  }
-  Setup(const Setup&) = delete;
-  Setup& operator=(const Setup&) = delete;
-
-  [[nodiscard]] const posix_spawnattr_t* attributes() const { return &attributes_; }
-  [[nodiscard]] const posix_spawn_file_actions_t* actions() const { return &actions_; }
-
- private:
-  posix_spawnattr_t attributes_{};
-  posix_spawn_file_actions_t actions_{};
+  Fd out;
+  Fd in;
 };
+
+// What the new process is made of, put together before it exists: between fork and exec nothing may be asked
+// of the heap.
+struct Image {
+  const char* file;
+  const char* folder;
+  char* const* arguments;
+  char* const* environment;
+  pid_t starter;
+  Lifetime lifetime;
+};
+
+void ResetSignals() {
+  struct sigaction usual {};
+  usual.sa_handler = SIG_DFL;
+  for (int number = 1; number < NSIG; ++number) sigaction(number, &usual, nullptr);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+bool TakeStreamsAway() {
+  const int nothing = open("/dev/null", O_RDWR);
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (nothing < 0 || dup2(nothing, stream) < 0) return false;
+  }
+  return nothing <= STDERR_FILENO || close(nothing) == 0;
+}
+
+// The starter may have ended before the wish to end with it was known.
+bool TieToStarter(pid_t starter) { return prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && getppid() == starter; }
+
+// In the new process. Returns when it can't become the program.
+void Become(const Image& image) {
+  setsid();
+  if (!TakeStreamsAway()) return;
+  if (*image.folder != '\0' && chdir(image.folder) != 0) return;
+  if (image.lifetime == Lifetime::kEndsWithStarter && !TieToStarter(image.starter)) return;
+  ResetSignals();
+  execve(image.file, image.arguments, image.environment);
+}
 
 }  // namespace
 
@@ -76,15 +99,36 @@ std::optional<pid_t> Spawn(const SpawnRequest& request) {
   std::vector<std::string> arguments = request.arguments;
   arguments.insert(arguments.begin(), request.file);
   std::vector<std::string> environment = Environment(request.environment);
-  const Setup setup{request.folder};
-  pid_t id = 0;
-  const int error = posix_spawn(&id, request.file.c_str(), setup.actions(), setup.attributes(),
-                                Pointers(arguments).data(), Pointers(environment).data());
-  return error == 0 ? std::optional{id} : std::nullopt;
+  const std::vector<char*> argument_pointers = Pointers(arguments);
+  const std::vector<char*> environment_pointers = Pointers(environment);
+  const Image image{request.file.c_str(),
+                    request.folder.c_str(),
+                    argument_pointers.data(),
+                    environment_pointers.data(),
+                    getpid(),
+                    request.lifetime};
+  // Ends without a byte when the program has begun.
+  Pipe failure;
+  if (!failure.out.valid()) return std::nullopt;
+  const pid_t id = fork();
+  if (id < 0) return std::nullopt;
+  if (id == 0) {
+    Become(image);
+    constexpr char kFailed = 1;
+    _exit(write(failure.in.get(), &kFailed, 1) == 1 ? kNotStarted : kNotStarted + 1);
+  }
+  failure.in.Close();
+  char answer = 0;
+  ssize_t length = 0;
+  do length = read(failure.out.get(), &answer, 1);
+  while (length < 0 && LastError() == HostError::kInterrupted);
+  if (length == 0) return id;
+  waitpid(id, nullptr, 0);
+  return std::nullopt;
 }
 
 bool RunShellCommand(const std::string& command) {
-  const auto id = Spawn({"/bin/sh", {"-c", command}, {}, {}});
+  const auto id = Spawn({"/bin/sh", {"-c", command}, {}, {}, Lifetime::kOutlivesStarter});
   if (!id) return false;
   int status = 0;
   while (waitpid(*id, &status, 0) < 0) {

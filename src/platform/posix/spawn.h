@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/processes.h"
+
 namespace ondura {
 
 struct SpawnRequest {
@@ -13,6 +15,7 @@ struct SpawnRequest {
   std::vector<std::string> arguments;    // behind the program's name
   std::string folder;                    // host path; empty for the present one
   std::vector<std::string> environment;  // "NAME=value", in the place of what has the same name
+  Lifetime lifetime = Lifetime::kOutlivesStarter;
 };
 
 // Starts a program in a session of its own, so that keys pressed at the host's terminal do not reach it, and

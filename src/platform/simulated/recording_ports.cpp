@@ -51,6 +51,11 @@ std::vector<ProcessEntry> RecordingProcesses::List(ProcessSource source) {
                     [&] { return ForwardingProcesses::List(source); });
 }
 
+ProgramState RecordingProcesses::StateOf(std::string_view file) {
+  return gate_.Call(kLook, "Processes.StateOf", PathArgument{file}, ProgramState::kMissing,
+                    [&] { return ForwardingProcesses::StateOf(file); });
+}
+
 ProcessHandle RecordingProcesses::Launch(const LaunchRequest& request) {
   return gate_.Call(
       kChange, "Processes.Launch", [&] { return RequestText(request); }, kNoProcess,

@@ -42,6 +42,7 @@ class RecordingProcesses : public ForwardingProcesses {
  public:
   RecordingProcesses(Processes& next, CallGate& gate) : ForwardingProcesses(next), gate_(gate) {}
   std::vector<ProcessEntry> List(ProcessSource source) override;
+  ProgramState StateOf(std::string_view file) override;
   ProcessHandle Launch(const LaunchRequest& request) override;
   bool OpenForUser(const LaunchRequest& request) override;
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override;

@@ -40,6 +40,12 @@ bool SimulatedProcesses::MayOpen(const Process& process) const {
   return process.can_be_opened && (account_.empty() || process.account == account_);
 }
 
+ProgramState SimulatedProcesses::StateOf(std::string_view file) {
+  const std::string path{file};
+  if (FindProgram(path) != nullptr) return ProgramState::kStartable;
+  return disk_.FindReadable(path) != nullptr ? ProgramState::kRefused : ProgramState::kMissing;
+}
+
 ProcessHandle SimulatedProcesses::Launch(const LaunchRequest& request) {
   launches_.push_back(request);
   const ProcessId id = Start(request);

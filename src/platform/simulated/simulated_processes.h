@@ -21,6 +21,7 @@ class SimulatedProcesses : public Processes {
       : machine_(machine), timeline_(timeline), disk_(disk), system_folder_(system_folder) {}
 
   std::vector<ProcessEntry> List(ProcessSource source) override;
+  ProgramState StateOf(std::string_view file) override;
   ProcessHandle Launch(const LaunchRequest& request) override;
   bool OpenForUser(const LaunchRequest& request) override;
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override;

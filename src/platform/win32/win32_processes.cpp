@@ -118,6 +118,14 @@ class Win32Processes : public Processes {
     return source == ProcessSource::kSnapshot ? ListBySnapshot() : ListByModules();
   }
 
+  ProgramState StateOf(std::string_view file) override {
+    const std::wstring path = WidePath(file);
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || IsFolder(path)) return ProgramState::kMissing;
+    DWORD kind = 0;
+    return GetBinaryTypeW(path.c_str(), &kind) ? ProgramState::kStartable : ProgramState::kRefused;
+  }
+
   ProcessHandle Launch(const LaunchRequest& request) override {
     if (!NamesProgram(request)) return kNoProcess;
     const SystemRequest system{request};
@@ -130,7 +138,10 @@ class Win32Processes : public Processes {
     record.lpParameters = system.parameters.c_str();
     record.lpDirectory = system.folder.c_str();
     record.nShow = request.show_mode;
-    return ShellExecuteExA(&record) ? Hold(UniqueHandle{record.hProcess}) : kNoProcess;
+    if (!ShellExecuteExA(&record)) return kNoProcess;
+    UniqueHandle process{record.hProcess};
+    if (request.lifetime == Lifetime::kEndsWithStarter) TieToThisProcess(process.get());
+    return Hold(std::move(process));
   }
 
   bool OpenForUser(const LaunchRequest& request) override {
@@ -199,6 +210,18 @@ class Win32Processes : public Processes {
   }
 
  private:
+  // A process of another job stays out on the oldest systems; it then outlives this one.
+  void TieToThisProcess(HANDLE process) {
+    if (job_ == nullptr) {
+      job_ = CreateJobObjectW(nullptr, nullptr);
+      JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+      limits.BasicLimitInformation.LimitFlags =
+          JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_SILENT_BREAKAWAY_OK;
+      SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    }
+    AssignProcessToJobObject(job_, process);
+  }
+
   // The caller's number is the platform's own handle: hosts hand theirs in and take ours out.
   ProcessHandle Hold(UniqueHandle process) {
     if (!process.valid()) return kNoProcess;
@@ -208,6 +231,8 @@ class Win32Processes : public Processes {
   }
 
   std::map<ProcessHandle, UniqueHandle> held_;
+  // Never closed here: the system closes it when this process ends, and ends what is in it.
+  HANDLE job_ = nullptr;
 };
 
 }  // namespace
