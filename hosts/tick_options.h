@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -14,9 +15,20 @@ struct TickOptions {
   double period_seconds = 20;
   std::optional<std::uint64_t> ticks;  // leave after so many
   int speed = 1;                       // divides every wait
+  double engine_limit_hours = 24;      // 0 for none
+
+  [[nodiscard]] std::chrono::milliseconds Period() const { return Milliseconds(period_seconds); }
+  [[nodiscard]] std::chrono::milliseconds EngineLimit() const {
+    return Milliseconds(engine_limit_hours * 3600);
+  }
+
+ private:
+  static std::chrono::milliseconds Milliseconds(double seconds) {
+    return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>{seconds});
+  }
 };
 
-// Options --period and --ticks of a host's command line.
+// Options --period, --ticks and --engine-limit of a host's command line.
 void AddTickOptions(CLI::App& command, TickOptions& options);
 
 // Exit codes of every host beside 0.

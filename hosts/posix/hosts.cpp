@@ -4,10 +4,13 @@
 
 #include <iostream>
 
+#include "engine_guard.h"
+#include "guarded_machine.h"
 #include "platform/posix/host_process.h"
 #include "service/Component.h"
 #include "service/Controller.h"
 #include "sole_host.h"
+#include "tick_guard.h"
 #include "tick_loop.h"
 
 namespace ondura {
@@ -50,39 +53,59 @@ std::string OwnName() {
 // Runs `host` on a fresh component where the product is configured and no other host of the kind runs.
 template <class Host>
 int RunSole(const Machine& machine, const HostOptions& options, std::string_view kind, const Host& host) {
-  Component component{machine};
+  GuardedMachine guarded{machine};
+  Component component{guarded.machine()};
   component.start_up().ReadInstallation(options.install);
   if (!IsConfigured(component)) return kExitUsage;
   const SoleHost sole(machine, component.installation().ProductInstallationName, kind, OwnName());
   if (sole.refusal().empty()) {
-    host(component);
+    host(component, guarded);
     return 0;
   }
   std::cerr << "ondura-host: " << sole.refusal() << "\n";
   return kExitSecondHost;
 }
 
+// Makes the passes of a component that lives on `guarded`, each only when it can do no harm.
+template <class Pass>
+void RunPasses(const Machine& machine, GuardedMachine& guarded, const Installation& installation,
+               const HostOptions& options, const StopSignals& stop, const Pass& pass) {
+  TickGuard guard(machine, installation,
+                  [](std::string_view text) { std::cerr << "ondura-host: " << text << "\n"; });
+  EngineGuard engine(machine, installation, options.EngineLimit());
+  guarded.Attach(engine, installation.ClientExe);
+  RunTicks(options, stop, [&] {
+    if (!guard.MayTick(options.Period())) return;
+    guarded.BelieveClock();
+    pass();
+    engine.Forget();
+  });
+  guarded.Detach();
+}
+
 }  // namespace
 
 int RunService(const Machine& machine, const HostOptions& options, const StopSignals& stop) {
-  return RunSole(machine, options, "service", [&](Component& component) {
+  return RunSole(machine, options, "service", [&](Component& component, GuardedMachine& guarded) {
     Controller& controller = component.controller();
     controller.cont_InitialSch(options.install);
-    RunTicks(options, stop, [&] { controller.Cont_CheckStandardRunning(); });
+    RunPasses(machine, guarded, component.installation(), options, stop,
+              [&] { controller.Cont_CheckStandardRunning(); });
   });
 }
 
 int RunBackground(const Machine& machine, const HostOptions& options, const StopSignals& stop) {
-  return RunSole(machine, options, "background", [&](Component& component) {
+  return RunSole(machine, options, "background", [&](Component& component, GuardedMachine& guarded) {
     Controller& controller = component.controller();
     controller.cont_InitialSch_Backgrnd(options.install);
     const Charge charge{component};
-    RunTicks(options, stop, [&] { controller.Cont_startschBackup(); });
+    RunPasses(machine, guarded, component.installation(), options, stop,
+              [&] { controller.Cont_startschBackup(); });
   });
 }
 
 int RunElevated(const Machine& machine, const HostOptions& options, const StopSignals& stop) {
-  return RunSole(machine, options, "elevated", [&](Component& component) {
+  return RunSole(machine, options, "elevated", [&](Component& component, GuardedMachine&) {
     Controller& controller = component.controller();
     RunTicks(options, stop, [&] {
       controller.Cont_LaunchAdminProcess();

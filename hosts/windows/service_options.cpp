@@ -82,6 +82,9 @@ std::string ServiceCommandLine(const ServiceOptions& options) {
   line << '"' << OwnPath() << "\" --service";
   if (options.install != OwnFolder()) line << " --install " << QuotedFolder(options.install);
   if (options.period_seconds != TickOptions{}.period_seconds) line << " --period " << options.period_seconds;
+  if (options.engine_limit_hours != TickOptions{}.engine_limit_hours) {
+    line << " --engine-limit " << options.engine_limit_hours;
+  }
   return line.str();
 }
 

@@ -23,7 +23,7 @@ constexpr std::string_view kInstall = R"(C:\Program Files\Ondura\)";
 class HostsTest : public testing::Test {
  protected:
   void Configure() {
-    machine_.PutFolder(kInstall);
+    machine_.InstallProgram(Path("OnduraClsClient.exe"), [](ProgramRun&) {});
     Installation installation;
     const ProductConfiguration configuration(machine_.outside(), installation);
     for (const char* key : {"ProductNumber", "ProductName", "ProductInstallationName", "ExeGroup"}) {
@@ -179,7 +179,7 @@ TEST(HostOptions, TheCommandLineIsReadOrRefused) {
   for (auto [story, arguments, exit_code] : std::vector<Case>{
            {"all options",
             {"background", "--root", "r", "--install", "D:\\x", "--period", "1.5", "--ticks", "7", "--speed",
-             "9"},
+             "9", "--engine-limit", "0"},
             -1},
            {"the root alone", {"service", "--root", "r"}, -1},
            {"the third host", {"elevated", "--root", "r"}, -1},
@@ -191,6 +191,8 @@ TEST(HostOptions, TheCommandLineIsReadOrRefused) {
            {"a period of nothing", {"service", "--root", "r", "--period", "0"}, kExitUsage},
            {"a speed of nothing", {"service", "--root", "r", "--speed", "0"}, kExitUsage},
            {"a negative count", {"service", "--root", "r", "--ticks", "-1"}, kExitUsage},
+           {"a period of nothing", {"service", "--root", "r", "--period", "0"}, kExitUsage},
+           {"a negative limit", {"service", "--root", "r", "--engine-limit", "-1"}, kExitUsage},
            {"a period that is no number", {"service", "--root", "r", "--period", "soon"}, kExitUsage}}) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
