@@ -34,7 +34,7 @@ class OpenedMachine {
   // idle again already.
   [[nodiscard]] bool IsServed() const;
 
-  // The same as Serve for one who is not in the list yet.
+  // The same without a look at the list: for a name that was taken from it, or is not in it yet.
   void ServeNew(const std::string& user) { installation_.CurrentUser = user; }
 
  private:

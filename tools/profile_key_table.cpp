@@ -110,8 +110,9 @@ constexpr std::array kKeys = {
 std::span<const ProfileKey> AllProfileKeys() { return kKeys; }
 
 const ProfileKey* FindProfileKey(std::string_view name) {
-  const auto found =
-      std::ranges::find_if(kKeys, [&](const ProfileKey& key) { return EqualsIgnoringCase(key.name, name); });
+  const auto found = std::ranges::find_if(kKeys, [&](const ProfileKey& key) {
+    return key.name.size() == name.size() && EqualsIgnoringCase(key.name, name);
+  });
   return found == kKeys.end() ? nullptr : &*found;
 }
 

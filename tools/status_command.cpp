@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands.h"
+#include "host_notes.h"
 #include "profile/Transfer.h"
 #include "reporting/progress.h"
 #include "user_status.h"
@@ -25,10 +26,12 @@ nlohmann::ordered_json AsJson(const UserStatus& status) {
   }
   json["last_end"] = status.last_end;
   json["sentence"] = status.sentence;
+  json["host"] = status.host;
   json["failures_in_a_row"] = status.failures_in_a_row;
   json["disabled"] = status.is_disabled;
   json["next"] = nullptr;
-  if (status.next) json["next"] = {{"time", status.next->time}, {"kind", status.next->kind}};
+  if (status.next)
+    json["next"] = {{"time", status.next->time}, {"kind", status.next->kind}, {"far", status.next->is_far}};
   json["quota"] = nullptr;
   if (status.quota) json["quota"] = {{"used", status.quota->used_bytes}, {"max", status.quota->max_bytes}};
   json["progress"] = nlohmann::ordered_json::object();
@@ -73,9 +76,13 @@ void Print(const OpenedMachine& opened, const UserStatus& status) {
   // While a job runs the profile holds the results of its own steps.
   if (status.state != "running") PrintLine("last job", LastJobText(status));
   PrintLine("says", status.sentence);
+  PrintLine("host", status.host);
   if (status.failures_in_a_row > 0)
     PrintLine("failures", std::to_string(status.failures_in_a_row) + " in a row");
   PrintLine("next", NextText(status));
+  if (status.next && status.next->is_far) {
+    PrintLine("warning", "the next run is more than 32 days ahead; look at the clock and at the schedule");
+  }
   if (status.quota) PrintLine("quota", QuotaText(opened, *status.quota));
 }
 
@@ -83,9 +90,12 @@ void ShowStatus(const Globals& globals, const StatusRequest& request) {
   OpenedMachine opened(globals);
   const auto users = request.user.empty() ? opened.Users() : std::vector<std::string>{request.user};
   const std::string in_charge = opened.keys().Read("Standard") == "1" ? "twin" : "service";
+  const std::string host_waits = HostNotes(opened.machine(), opened.installation()).Waits();
+  if (!request.as_json && !host_waits.empty()) std::cout << "host: " << host_waits << "\n";
+  if (!request.user.empty()) opened.Serve(request.user);
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
   for (const auto& user : users) {
-    opened.Serve(user);
+    if (request.user.empty()) opened.ServeNew(user);
     const UserStatus status = ReadUserStatus(opened);
     if (request.as_json) {
       list.push_back(AsJson(status));
@@ -94,7 +104,8 @@ void ShowStatus(const Globals& globals, const StatusRequest& request) {
     }
   }
   if (request.as_json) {
-    const nlohmann::ordered_json all = {{"in_charge", in_charge}, {"users", list}};
+    const nlohmann::ordered_json all = {
+        {"in_charge", in_charge}, {"host_waits", host_waits}, {"users", list}};
     std::cout << all.dump(2) << "\n";
   } else if (users.empty()) {
     std::cout << "There are no users; add one with: ondura user add NAME\n";

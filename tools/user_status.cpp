@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
+#include "host_notes.h"
 #include "result_words.h"
+#include "schedule/record_dates.h"
 #include "schedule_file.h"
 #include "schedule_plan.h"
 #include "util/text.h"
@@ -12,6 +15,8 @@
 namespace ondura {
 
 namespace {
+
+constexpr std::chrono::days kFarAhead{32};
 
 struct StateWords {
   std::string_view status;  // of the profile
@@ -44,10 +49,23 @@ void ReadState(const OpenedMachine& opened, const ScheduleFile& schedule, UserSt
   }
 }
 
-void ReadNextRun(const ScheduleFile& schedule, UserStatus& status) {
+// A monthly schedule is the longest that repeats. What is due later was moved there by a wrong clock, as a
+// rule.
+bool IsFar(const std::string& sortkey, LocalTime now) { return sortkey > SortKeyOf(now + kFarAhead); }
+
+void ReadNextRun(const ScheduleFile& schedule, LocalTime now, UserStatus& status) {
   const auto records = schedule.Records();
   const auto next = std::ranges::min_element(records, {}, &ScheduleRecord::sortkey);
-  if (next != records.end()) status.next = NextRun{TimeWord(next->sortkey), KindWord(next->recordno)};
+  if (next == records.end()) return;
+  status.next = NextRun{TimeWord(next->sortkey), KindWord(next->recordno), IsFar(next->sortkey, now)};
+}
+
+// The result of a job begins with none, and an engine that crashes leaves it so.
+std::string LastResultWords(int code, const UserStatus& status) {
+  const bool has_ended = status.state == "idle" && !status.last_end.empty();
+  if (code == 0 && has_ended) return "the engine ended without a result";
+  if (code == 0 && status.state == "interrupted") return "the job was cut off before it had a result";
+  return ResultWords(code);
 }
 
 std::string FirstLine(const OpenedMachine& opened, std::string_view file) {
@@ -58,6 +76,7 @@ std::string FirstLine(const OpenedMachine& opened, std::string_view file) {
 
 void ReadProgress(const OpenedMachine& opened, UserStatus& status) {
   const std::string file = opened.installation().UserFile("BackupProgress.ini");
+  if (!opened.machine().files.Exists(file)) return;
   for (const auto& figure : kFigures) {
     const std::string value = opened.machine().profiles.ReadString({file, "BackupProgressInfo", figure});
     if (!value.empty()) status.progress.emplace_back(figure, value);
@@ -72,17 +91,18 @@ UserStatus ReadUserStatus(const OpenedMachine& opened) {
   status.user = opened.installation().CurrentUser;
   const ScheduleFile schedule(opened.machine(), opened.installation().UserFile(kScheduleFileName));
   ReadState(opened, schedule, status);
+  status.last_end = keys.Read("SchEndTime");
   if (const auto result = ParseInteger(keys.Read("RetValue"))) {
     const int code = static_cast<int>(*result);
-    status.last_result = JobResult{code, ResultWords(code)};
+    status.last_result = JobResult{code, LastResultWords(code, status)};
   }
-  status.last_end = keys.Read("SchEndTime");
   status.sentence = Trim(FirstLine(opened, "SchStatus.txt"));
   if (status.sentence.empty()) status.sentence = Trim(FirstLine(opened, "SchStatusError.txt"));
   status.failures_in_a_row = static_cast<int>(ParseInteger(keys.Read("BackupFailureDays")).value_or(0));
   const std::string disabled = keys.Read("ScheduleDisable");
   status.is_disabled = !disabled.empty() && disabled != "FALSE";
-  ReadNextRun(schedule, status);
+  status.host = HostNotes(opened.machine(), opened.installation()).EngineEnded(status.user);
+  ReadNextRun(schedule, opened.machine().clock.Now(), status);
   const Quota quota{keys.Read("Used"), keys.Read("Max")};
   if (!quota.used_bytes.empty() || !quota.max_bytes.empty()) status.quota = quota;
   ReadProgress(opened, status);

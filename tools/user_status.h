@@ -17,6 +17,7 @@ struct JobResult {
 struct NextRun {
   std::string time;  // "2026-11-14 12:30"
   std::string kind;
+  bool is_far = false;  // further ahead than any schedule repeats
 };
 
 struct Quota {
@@ -32,6 +33,7 @@ struct UserStatus {
   std::optional<JobResult> last_result;
   std::string last_end;  // "mm-dd-yyyy HH:mm:ss"
   std::string sentence;  // what the job left for the user
+  std::string host;      // what the host did to the last job's engine
   int failures_in_a_row = 0;
   bool is_disabled = false;
   std::optional<NextRun> next;

@@ -1,3 +1,5 @@
+#include <sys/resource.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -82,10 +84,51 @@ TEST(ToolStatus, TellsHowTheLastJobEndedAndWhatIsNext) {
             "  says      View the log to know the status of the backup job.\n"
             "  failures  3 in a row\n"
             "  next      2090-11-14 06:05, files\n"
+            "  warning   the next run is more than 32 days ahead; look at the clock and at the schedule\n"
             "  quota     1.5 KB of 2.0 GB used\n");
   EXPECT_THAT(house.Run("status --json").out,
               AllOf(HasSubstr("\"in_charge\": \"service\""), HasSubstr("\"code\": -416"),
                     HasSubstr("\"time\": \"2090-11-14 06:05\""), HasSubstr("\"Percentage\": \"42\"")));
+}
+
+TEST(ToolStatus, SaysWhatCameOfAnEngineWithoutAResult) {
+  const AnnHouse house;
+  house.Set("RetValue", "0");
+  EXPECT_THAT(house.Run("status").out, HasSubstr("last job  no result yet (0)\n"));
+  house.Set("Status", "1");
+  EXPECT_THAT(house.Run("status").out, HasSubstr("the job was cut off before it had a result (0)\n"));
+  house.Set("Status", "4");
+  house.Set("SchEndTime", "11-14-2026 12:31:08");
+  EXPECT_THAT(house.Run("status").out, HasSubstr("the engine ended without a result (0), ended 11-14"));
+}
+
+TEST(ToolStatus, ShowsWhatTheHostHasNoted) {
+  const AnnHouse house;
+  house.Put("C/ProgramData/Ondura/HostState.ini",
+            "[Host]\r\nWaits=No pass: no engine.\r\n[EngineEnded]\r\nann=it ran too long\r\n");
+  EXPECT_THAT(house.Run("status").out, AllOf(HasSubstr("host: No pass: no engine.\nann\n"),
+                                             HasSubstr("  host      it ran too long\n")));
+}
+
+// Processor time of the programs that were run.
+double SpentSeconds() {
+  rusage usage{};
+  getrusage(RUSAGE_CHILDREN, &usage);
+  return static_cast<double>(usage.ru_utime.tv_sec) + static_cast<double>(usage.ru_utime.tv_usec) / 1e6;
+}
+
+TEST(ToolStatus, TakesAsLongForEachOfManyUsersAsForEachOfAFew) {
+  const AnnHouse house;
+  std::vector<double> seconds;
+  for (const int users : {500, 4000}) {
+    std::string list;
+    for (int i = 0; i < users; ++i) list += "user" + std::to_string(i) + ";";
+    house.Put("C/ProgramData/Ondura/userlist.ini", list + "\r\n");
+    const double before = SpentSeconds();
+    ASSERT_EQ(house.Run("status").exit, 0);
+    seconds.push_back(SpentSeconds() - before);
+  }
+  EXPECT_LT(seconds[1], seconds[0] * 20) << "8 times as many";
 }
 
 TEST(ToolLog, ShowsTheNewestUnlessAnotherIsNamed) {
