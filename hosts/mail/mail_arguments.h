@@ -22,8 +22,9 @@ struct MailArguments {
   std::string engine_status;  // not there when the mail is one about failures only
 };
 
-// Nothing for a text of fewer than ten or more than eleven fields, without an address or a user, or with a
-// result that is no number.
+// The status is an outside tool's text and may hold ";": five fields are taken from the left, the others from
+// the right, and the status is what remains between. Nothing for a text of fewer than ten fields, without an
+// address or a user, or with a result that is not a number.
 std::optional<MailArguments> ParseMailArguments(std::string_view text);
 
 }  // namespace ondura

@@ -29,7 +29,8 @@ void FillValues(Component& component, const MailArguments& arguments) {
 MailOutcome RunMailHelper(const Machine& machine, const MailOptions& options) {
   const auto arguments = ParseMailArguments(options.text);
   if (!arguments) {
-    return {kExitUsage, "the text has not the ten or eleven fields of a mail; see --help"};
+    return {kExitUsage,
+            "the text has fewer than the ten fields of a mail, or no address, result or user; see --help"};
   }
   Component component{machine};
   if (!component.start_up().ReadInstallation(options.install)) {

@@ -15,7 +15,7 @@ constexpr const char* kFooter =
     R"(The scheduler starts it at the end of a job, with one text of ten or eleven fields:
   address;detail;result;short date format;session log;status;scheduled time;stage word;reason;user;engine status
 Detail "1" adds an extract of the session log; result 2 is success, 3 a failed or missed start. The last field
-may be missing.
+may be missing. The status may hold ";".
 
 Example:
   OndruaEStartup.exe "ann@example.com;0;2;M/d/yyyy;C:\Data\Onduraann\Session\Scheduled 11-14-2026 12-30-00.txt;Done.;11/14/2026 12:30:00 PM; ;;ann;402"
