@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,11 @@ struct IniKey {
   std::string_view section;
   std::string_view key;
 };
+
+// The longest path of a file in UTF-16 units, and the longest section, key or value in bytes. What is longer
+// reads as missing and isn't written.
+inline constexpr std::size_t kLongestProfilePath = 259;
+inline constexpr std::size_t kLongestProfileText = 32766;
 
 // Private profile (ini) files, shared with other processes and locked by nobody.
 //

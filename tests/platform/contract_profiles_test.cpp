@@ -52,6 +52,22 @@ TEST_P(PlatformContract, ProfileValuesAreCutAtTheBuffer) {
   EXPECT_EQ(machine_.profiles.ReadLongString(Key("S", "Key")), value.substr(0, 2047));
 }
 
+TEST_P(PlatformContract, WhatIsTooLongForAProfileIsRefusedAndChangesNothing) {
+  const std::string longest(32766, 'x');
+  // Of an odd size: one letter again and again is taken for UTF-16 otherwise.
+  EXPECT_TRUE(machine_.profiles.WriteString(Key("S", "Key"), longest));
+  for (const auto& [section, key, value] : {std::tuple{std::string{"S"}, std::string{"Key"}, longest + "x"},
+                                            {"S", longest + "x", "v"},
+                                            {longest + "x", "Key", "v"}}) {
+    EXPECT_FALSE(machine_.profiles.WriteString(Key(section, key), value));
+    EXPECT_EQ(machine_.profiles.ReadLongString(Key("S", "Key")), longest.substr(0, 2047));
+  }
+  const std::string far = At(std::string(3000, 'x'));
+  EXPECT_FALSE(machine_.profiles.WriteString({far, "S", "Key"}, "v"));
+  EXPECT_EQ(machine_.profiles.ReadString({far, "S", "Key"}), "");
+  EXPECT_EQ(machine_.profiles.ReadInt({far, "S", "Key"}, -1), -1);
+}
+
 TEST_P(PlatformContract, AProfileWriteChangesOneLineAndKeepsTheRest) {
   for (const auto& [story, before, key, after] :
        {std::tuple{"a value is replaced in its place", "[S]\r\nA=1\r\nKey=old\r\nB=2\r\n", "Key",

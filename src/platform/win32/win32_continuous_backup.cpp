@@ -1,4 +1,3 @@
-#include <array>
 #include <string>
 
 #include "platform/win32/handles.h"
@@ -10,17 +9,19 @@ namespace {
 
 constexpr const wchar_t* kLibraryName = L"OnduraERealTime.dll";
 
-constexpr DWORD kPathCharacters = 1024;
+constexpr std::size_t kLongestPath = 32768;
 
 using PostStatus = void(WINAPI*)(LONG state);
 using ValidateVersion = void(WINAPI*)();
 
-// The folder, with its backslash, of a module of this process; null is the program itself.
+// The folder, with its backslash, of a module of this process; null is the program itself. Empty where the
+// system does not tell.
 std::wstring FolderOf(HMODULE module) {
-  std::array<wchar_t, kPathCharacters> path{};
-  const DWORD length = GetModuleFileNameW(module, path.data(), kPathCharacters);
-  const std::wstring_view whole{path.data(), length < kPathCharacters ? length : 0};
-  return std::wstring{whole.substr(0, whole.rfind(L'\\') + 1)};
+  std::wstring path(kLongestPath, L'\0');
+  const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+  path.resize(length < path.size() ? length : 0);
+  path.resize(path.rfind(L'\\') + 1);
+  return path;
 }
 
 // The module that holds this component.
@@ -36,8 +37,10 @@ HMODULE OwnModule() {
 // of the search path may not run code in the service.
 UniqueLibrary LoadClientLibrary() {
   for (const HMODULE module : {OwnModule(), HMODULE{}}) {
-    const std::wstring path = FolderOf(module) + kLibraryName;
-    UniqueLibrary library{LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)};
+    const std::wstring folder = FolderOf(module);
+    if (folder.empty()) continue;  // the bare name would be searched for
+    UniqueLibrary library{
+        LoadLibraryExW((folder + kLibraryName).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)};
     if (library.valid()) return library;
   }
   return {};
