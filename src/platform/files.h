@@ -48,6 +48,11 @@ class Files {
   // what is being written. Only a platform that knows of open files tells (Windows: FILE_SHARE_READ alone).
   virtual std::optional<std::string> ReadAlone(std::string_view path) { return Read(path); }
 
+  // The bytes of a file that only those with every right on the machine can have made: its owner is the
+  // account of this process, the system or the group of administrators. Nothing for anybody else's file.
+  // Asks the opened file, so that it can't be exchanged in between. On Windows: GetSecurityInfo.
+  virtual std::optional<std::string> ReadTrusted(std::string_view path) = 0;
+
   // At most the first `limit_bytes` bytes.
   virtual std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) = 0;
 

@@ -43,6 +43,7 @@ class ForwardingFiles : public Files {
   std::optional<LocalTime> Modified(std::string_view path) override { return next_.Modified(path); }
   std::optional<std::string> Read(std::string_view path) override { return next_.Read(path); }
   std::optional<std::string> ReadAlone(std::string_view path) override { return next_.ReadAlone(path); }
+  std::optional<std::string> ReadTrusted(std::string_view path) override { return next_.ReadTrusted(path); }
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {
     return next_.ReadHead(path, limit_bytes);
   }

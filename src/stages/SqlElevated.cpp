@@ -100,14 +100,24 @@ void SqlElevated::Cont_LaunchSQlAdminProcess() {
 
 void SqlElevated::Serve() {
   const std::string command_file = job_.services.installation.DataFile(sql_names::kLaunchCommandFile);
-  const std::string command =
-      TrimAtTerminator(text_files_.Read(command_file, Encoding::kCodePage).value_or(""));
+  const std::string command = TrimAtTerminator(ReadCommand(command_file));
   const Machine& machine = job_.services.machine;
   StartedProgram tool{
       job_.services.helpers, sql_names::kTool,
       command.empty() ? ProcessWatch{machine.processes, kNoProcess} : support_.StartHidden(command)};
   machine.clock.Sleep(kSettleTime);
   SleepAndPumpUntil(machine, kWatchPass, [&] { return StopOrEnd(tool); });
+}
+
+// What the file says runs with every right on the machine, so whoever lacks these rights may not say it.
+std::string SqlElevated::ReadCommand(const std::string& file) {
+  auto command = text_files_.ReadTrusted(file, Encoding::kCodePage);
+  if (!command && job_.services.machine.files.Exists(file)) {
+    job_.services.trace.plain().WriteTraceMain(
+        file + " is not obeyed: it has to belong to the system, to the administrators or to the account of " +
+        "this program.");
+  }
+  return std::move(command).value_or("");
 }
 
 // The tool learns of the stop from its status file and is not waited for any more.

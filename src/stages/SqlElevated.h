@@ -39,6 +39,7 @@ class SqlElevated {
   void DumpDatabases();
   void TraceFields(const std::vector<std::string>& fields);
   void Serve();
+  std::string ReadCommand(const std::string& file);
   bool StopOrEnd(StartedProgram& tool);
 
   JobContext& job_;

@@ -37,6 +37,12 @@ std::optional<std::string> TextFiles::Read(std::string_view path, Encoding encod
   return Decode(*bytes, encoding);
 }
 
+std::optional<std::string> TextFiles::ReadTrusted(std::string_view path, Encoding encoding) {
+  const auto bytes = files_.ReadTrusted(path);
+  if (!bytes) return std::nullopt;
+  return Decode(*bytes, encoding);
+}
+
 std::optional<std::vector<std::string>> TextFiles::ReadLines(std::string_view path, Encoding encoding) {
   const auto text = Read(path, encoding);
   if (!text || std::count(text->begin(), text->end(), '\n') > kMostLines) return std::nullopt;

@@ -24,6 +24,10 @@ class TextFiles {
   // The whole text. Nothing when the file can't be read.
   std::optional<std::string> Read(std::string_view path, Encoding encoding);
 
+  // The whole text of a file that only those with every right on the machine can have made; nothing
+  // otherwise.
+  std::optional<std::string> ReadTrusted(std::string_view path, Encoding encoding);
+
   // Nothing too for a file of more than two million lines.
   std::optional<std::vector<std::string>> ReadLines(std::string_view path, Encoding encoding);
 

@@ -73,6 +73,8 @@ TEST_P(PlatformContract, BytesSurviveWhateverTheyAre) {
   for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
   PutFile(At("bytes"), bytes);
   EXPECT_THAT(machine_.files.Read(At("bytes")), Optional(bytes));
+  EXPECT_THAT(machine_.files.ReadTrusted(At("bytes")), Optional(bytes)) << "the file of this account";
+  EXPECT_EQ(machine_.files.ReadTrusted(At("none")), std::nullopt);
   EXPECT_THAT(machine_.files.ReadHead(At("bytes"), 5), Optional(bytes.substr(0, 5)));
   for (const std::uint64_t offset : {0, 9, 253, 256}) {
     EXPECT_THAT(machine_.files.ReadPart(At("bytes"), offset, 5), Optional(bytes.substr(offset, 5)));

@@ -118,6 +118,15 @@ TEST_F(PosixMachineTest, ADamagedIniFileOfManyLinesHasItsFirstKeysAndTakesOneMor
   EXPECT_EQ(root_.Bytes("C/User.ini"), "[S]\r\nKey=3\r\nNew=2\r\n" + text.substr(12));
 }
 
+TEST_F(PosixMachineTest, TheFileOfAnotherAccountIsNotTrusted) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+  root_.Put("C/d/file", "12345");
+  EXPECT_THAT(machine_.files.ReadTrusted(R"(C:\d\file)"), Optional(std::string{"12345"}));
+  ASSERT_EQ(chown((root_.path() / "C/d/file").c_str(), 65534, 65534), 0);
+  EXPECT_EQ(machine_.files.ReadTrusted(R"(C:\d\file)"), std::nullopt);
+  EXPECT_THAT(machine_.files.Read(R"(C:\d\file)"), Optional(std::string{"12345"}));
+}
+
 TEST_F(PosixMachineTest, RemovingAFolderDoesNotFollowItsLinks) {
   root_.Put("C/keep/file", "x");
   root_.Put("C/d/file", "x");

@@ -57,6 +57,7 @@ struct RequestCase {
   Stop stop;
   std::size_t launches;
   std::string status_after, tool_status;
+  bool is_foreign = false;
 };
 
 TEST(SqlElevated, ServesARequestOnce) {
@@ -65,6 +66,8 @@ TEST(SqlElevated, ServesARequestOnce) {
         RequestCase{"nothing is to be done", "0\r\n", true, Stop::kNone, 0, "0\r\n", "<none>"},
         RequestCase{"it was served before", "2\r\n", true, Stop::kNone, 0, "2\r\n", "<none>"},
         RequestCase{"without a command nothing starts", " 1 \r\n", false, Stop::kNone, 0, "2\r\n", "<none>"},
+        RequestCase{"a command of a person without rights is not obeyed", "1\r\n", true, Stop::kNone, 0,
+                    "2\r\n", "<none>", true},
         RequestCase{"the tool is awaited", "1\r\n", true, Stop::kNone, 1, "2\r\n", "<none>"},
         RequestCase{"the user's stop goes on to the tool", "1\r\n", true, Stop::kByUser, 1, "2\r\n", "2\r\n"},
         RequestCase{"the host's stop too", "1\r\n", true, Stop::kByHost, 1, "2\r\n", "2\r\n"}}) {
@@ -79,6 +82,7 @@ TEST(SqlElevated, ServesARequestOnce) {
       run.AppearsAfter(2500ms);
       run.ExitAfter(20s, 0);
     });
+    if (row.is_foreign) house.machine.disk().SetForeign(folder + "SQlLaunchCmd.txt");
     house.machine.OnPump([&] { host.Cont_LaunchSQlAdminProcess(); });
     house.machine.After(3s, [&] {
       if (row.stop == Stop::kByUser) house.WriteProfile("BackupStatus", "Status", "5");

@@ -128,6 +128,10 @@ bool MemoryDisk::SetReadOnly(std::string_view path, bool is_read_only) {
   return node != nullptr;
 }
 
+void MemoryDisk::SetForeign(std::string_view path) {
+  if (Node* node = FindMutable(path)) node->is_foreign = true;
+}
+
 bool MemoryDisk::SetModified(std::string_view path, LocalTime modified) {
   Node* node = FindMutable(path);
   if (node == nullptr) return false;

@@ -30,6 +30,7 @@ class MemoryDisk {
     bool is_read_only = false;
     bool refuses_access = false;
     bool leads_off_drive = false;
+    bool is_foreign = false;  // made by a person without rights on the machine
     std::string bytes;
     LocalTime modified;
     std::uint64_t version = 0;  // grows with every change of any file
@@ -52,6 +53,7 @@ class MemoryDisk {
 
   // The flags are those of a file that is there; false for another.
   bool SetReadOnly(std::string_view path, bool is_read_only);
+  void SetForeign(std::string_view path);  // the file of a person without rights on the machine
   bool SetModified(std::string_view path, LocalTime modified);
   // A file that can't be opened or removed, or a folder that can't be listed.
   bool SetRefusing(std::string_view path, bool refuses);

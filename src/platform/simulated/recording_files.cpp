@@ -72,6 +72,11 @@ std::optional<std::string> RecordingFiles::ReadAlone(std::string_view path) {
                     [&] { return ForwardingFiles::ReadAlone(path); });
 }
 
+std::optional<std::string> RecordingFiles::ReadTrusted(std::string_view path) {
+  return gate_.Call(kLook, "Files.ReadTrusted", PathArgument{path}, std::optional<std::string>{},
+                    [&] { return ForwardingFiles::ReadTrusted(path); });
+}
+
 std::optional<std::string> RecordingFiles::ReadHead(std::string_view path, std::size_t limit_bytes) {
   return gate_.Call(kLook, "Files.ReadHead", PathArgument{path}, std::optional<std::string>{},
                     [&] { return ForwardingFiles::ReadHead(path, limit_bytes); });

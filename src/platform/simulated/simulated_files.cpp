@@ -64,6 +64,12 @@ std::optional<std::string> SimulatedFiles::Read(std::string_view path) {
   return file->bytes;
 }
 
+std::optional<std::string> SimulatedFiles::ReadTrusted(std::string_view path) {
+  const MemoryDisk::Node* file = disk_.FindReadable(path);
+  if (file == nullptr || file->is_foreign) return std::nullopt;
+  return file->bytes;
+}
+
 std::optional<std::string> SimulatedFiles::ReadHead(std::string_view path, std::size_t limit_bytes) {
   const MemoryDisk::Node* file = disk_.FindReadable(path);
   if (file == nullptr) return std::nullopt;

@@ -21,6 +21,7 @@ class SimulatedFiles : public Files {
   std::optional<std::uint64_t> Size(std::string_view path) override;
   std::optional<LocalTime> Modified(std::string_view path) override;
   std::optional<std::string> Read(std::string_view path) override;
+  std::optional<std::string> ReadTrusted(std::string_view path) override;
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override;
   std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
                                       std::size_t limit_bytes) override;

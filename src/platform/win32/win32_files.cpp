@@ -1,4 +1,10 @@
+#include "platform/win32/windows_api.h"
+// Needs what the header above declares.
+#include <aclapi.h>
+
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <limits>
 #include <utility>
 
@@ -79,6 +85,31 @@ std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileData(std::string_view path) {
   return is_file ? std::optional{data} : std::nullopt;
 }
 
+struct LocalMemory {
+  void operator()(void* memory) const { LocalFree(memory); }
+};
+
+bool IsOwnAccount(PSID account) {
+  UniqueHandle token;
+  if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.Receive())) return false;
+  alignas(TOKEN_USER) std::array<std::byte, sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE> user{};
+  DWORD size = 0;
+  return GetTokenInformation(token.get(), TokenUser, user.data(), static_cast<DWORD>(user.size()), &size) &&
+         EqualSid(account, reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid);
+}
+
+bool IsTrustedOwner(const UniqueHandle& file) {
+  PSID owner = nullptr;
+  PSECURITY_DESCRIPTOR found = nullptr;
+  if (!file.valid() || GetSecurityInfo(file.get(), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner,
+                                       nullptr, nullptr, nullptr, &found) != ERROR_SUCCESS) {
+    return false;
+  }
+  const std::unique_ptr<void, LocalMemory> held{found};
+  return owner != nullptr && (IsWellKnownSid(owner, WinLocalSystemSid) ||
+                              IsWellKnownSid(owner, WinBuiltinAdministratorsSid) || IsOwnAccount(owner));
+}
+
 class Win32FileWriter : public FileWriter {
  public:
   explicit Win32FileWriter(UniqueHandle file) : file_(std::move(file)) {}
@@ -114,6 +145,11 @@ class Win32Files : public Files {
   std::optional<std::string> ReadAlone(std::string_view path) override {
     return ReadRest(Open(path, GENERIC_READ, OPEN_EXISTING, FILE_SHARE_READ),
                     std::numeric_limits<std::size_t>::max());
+  }
+
+  std::optional<std::string> ReadTrusted(std::string_view path) override {
+    const UniqueHandle file = Open(path, GENERIC_READ, OPEN_EXISTING);
+    return IsTrustedOwner(file) ? ReadRest(file, std::numeric_limits<std::size_t>::max()) : std::nullopt;
   }
 
   std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) override {
