@@ -27,3 +27,17 @@ function(ondura_library name folder)
     target_link_libraries(${name} INTERFACE ondura_flags ${ARGN})
   endif()
 endfunction()
+
+# windows_resources(PROGRAM EXECUTION_LEVEL DESCRIPTION): the program's version, the systems that it knows and the
+# rights it asks for.
+if(WIN32)
+  enable_language(RC)
+  function(windows_resources PROGRAM EXECUTION_LEVEL DESCRIPTION)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/program.manifest.in ${PROGRAM}.manifest @ONLY)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/program.rc.in ${PROGRAM}.rc @ONLY)
+    set_property(SOURCE ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}.rc APPEND
+                 PROPERTY OBJECT_DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}.manifest)
+    target_sources(${PROGRAM} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}.rc)
+    target_include_directories(${PROGRAM} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+  endfunction()
+endif()
