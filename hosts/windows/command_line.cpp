@@ -44,8 +44,7 @@ int Guard(const Reporter& reporter, const std::function<int()>& run) {
 }
 
 int GuardedMain(const std::string& source, const std::function<int()>& run) {
-  const bool has_console = UseParentConsole();
-  return Guard({source, has_console ? Reporter::Place::kConsole : Reporter::Place::kEventLog}, run);
+  return Guard(UsualReporter(source), run);
 }
 
 }  // namespace ondura

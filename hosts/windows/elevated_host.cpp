@@ -1,44 +1,33 @@
 #include "elevated_host.h"
 
-#include <array>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "component_object.h"
+#include "platform/win32/win32_machine.h"
 #include "product.h"
+#include "service/Component.h"
+#include "service/Controller.h"
+#include "service/StartUp.h"
 #include "sole_program.h"
 #include "tick_loop.h"
+#include "tick_report.h"
 
 namespace ondura {
 
-namespace {
-
-constexpr std::array<std::string_view, 3> kOperations{"Cont_LaunchAdminProcess", "Cont_LaunchAdminProcessSQL",
-                                                      "Cont_LaunchSQlAdminProcess"};
-
-std::vector<std::string_view> OperationsOf(const ComponentObject& controller, const Reporter& reporter) {
-  std::vector<std::string_view> operations;
-  for (const std::string_view operation : kOperations) {
-    if (controller.Has(operation)) {
-      operations.push_back(operation);
-    } else {
-      reporter.Note("the installed component has no " + std::string{operation} + "; it is left out.");
-    }
-  }
-  return operations;
-}
-
-}  // namespace
-
+// It works with the core itself: each start-up that the registered component has also clears what a job of
+// another process left.
 void RunElevated(const WindowsHostOptions& options, const StopEvent& stop, const Reporter& reporter) {
   const SoleProgram sole(ReadProduct(options.install).name, "elevated");
   const Apartment apartment;
-  const ComponentObject controller("Controller");
-  controller.Call("cont_InitialSch_Backgrnd", {options.install});
-  const auto operations = OperationsOf(controller, reporter);
+  const auto machine = MakeWin32Machine();
+  Component component{machine->machine()};
+  component.start_up().ReadInstallation(options.install);
+  Controller& controller = component.controller();
+  TickReport report([&](std::string_view text) { reporter.Error(text); });
   RunTicks(options, stop, [&] {
-    for (const std::string_view operation : operations) controller.Call(operation);
+    report.Run([&] {
+      controller.Cont_LaunchAdminProcess();
+      controller.Cont_LaunchAdminProcessSQL();
+      controller.Cont_LaunchSQlAdminProcess();
+    });
   });
 }
 

@@ -35,6 +35,11 @@ Product ReadProduct(std::string_view install_folder) {
           installation.BackgroundExe};
 }
 
+std::string DataFolder(std::string_view install_folder) {
+  const auto owner = MakeWin32Machine();
+  return FoldersOf(owner->machine(), install_folder).VirtualPath;
+}
+
 void PrepareSharedState(std::string_view install_folder) {
   const auto owner = MakeWin32Machine();
   const Installation installation = FoldersOf(owner->machine(), install_folder);

@@ -16,6 +16,9 @@ struct Product {
 // nothing, so a missing configuration throws HostError.
 Product ReadProduct(std::string_view install_folder);
 
+// The folder with the users' data, with its backslash, as the component finds it.
+std::string DataFolder(std::string_view install_folder);
+
 // Lets the service begin in charge and idle where nobody has been in charge so far: it would look for a twin
 // for a minute otherwise. Throws HostError.
 void PrepareSharedState(std::string_view install_folder);

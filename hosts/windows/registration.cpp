@@ -43,13 +43,20 @@ void UnregisterComponent(const std::string& install_folder) {
   CallEntry(install_folder, "DllUnregisterServer");
 }
 
-void PointToData(const std::string& install_folder, const std::string& data_folder) {
+void PointToData(const std::string& install_folder, const std::string& data_folder, bool keep) {
   Installation installation;
   installation.ExeLocation = WithBackslash(install_folder);
   const std::string file = InstallPointerPath(installation);
   const auto owner = MakeWin32Machine();
-  if (!owner->machine().profiles.WriteString({file, "Registry", "VirtualPath"},
-                                             WithBackslash(FullPath(data_folder)))) {
+  const IniKey key{file, "Registry", "VirtualPath"};
+  if (keep && !Trim(owner->machine().profiles.ReadString(key)).empty()) return;
+  const std::string data = WithBackslash(FullPath(data_folder));
+  if (FromSystem(ToSystem(data)) != data) {
+    throw HostError("the data folder " + data + " has letters that this Windows can't keep in " + file +
+                        "; name another one.",
+                    kExitUsage);
+  }
+  if (!owner->machine().profiles.WriteString(key, data)) {
     throw HostError("can't write " + file + "; look at its rights.");
   }
 }

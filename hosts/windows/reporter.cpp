@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "platform/win32/text_edges.h"
 #include "platform/win32/windows_api.h"
@@ -38,6 +39,10 @@ void Reporter::Say(Kind kind, std::string_view message) const {
   const wchar_t* texts[] = {text.c_str()};
   const WORD type = kind == Kind::kError ? EVENTLOG_ERROR_TYPE : EVENTLOG_INFORMATION_TYPE;
   ReportEventW(source.get(), type, 0, 0, nullptr, 1, 0, static_cast<const wchar_t**>(texts), nullptr);
+}
+
+Reporter UsualReporter(std::string source) {
+  return {std::move(source), UseParentConsole() ? Reporter::Place::kConsole : Reporter::Place::kEventLog};
 }
 
 bool UseParentConsole() {

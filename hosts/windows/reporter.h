@@ -30,4 +30,7 @@ class Reporter {
 // there is nobody who could read.
 bool UseParentConsole();
 
+// For the program that runs: the console that it was started from, otherwise the event log.
+Reporter UsualReporter(std::string source);
+
 }  // namespace ondura

@@ -5,6 +5,7 @@
 #include "product.h"
 #include "sole_program.h"
 #include "tick_loop.h"
+#include "tick_report.h"
 
 namespace ondura {
 
@@ -32,24 +33,32 @@ class Charge {
   const ComponentObject& transfer_;
 };
 
+void RunCalls(const WindowsHostOptions& options, const StopEvent& stop, const Reporter& reporter,
+              const ComponentObject& controller, std::string_view operation) {
+  TickReport report([&](std::string_view text) { reporter.Error(text); });
+  RunTicks(options, stop, [&] { report.Run([&] { controller.Call(operation); }); });
+}
+
 }  // namespace
 
-void RunScheduling(const WindowsHostOptions& options, const StopEvent& stop) {
+void RunScheduling(const WindowsHostOptions& options, const StopEvent& stop, const Reporter& reporter,
+                   const std::function<void()>& ready) {
   const SoleProgram sole(ReadProduct(options.install).name, "service");
   const Apartment apartment;
   const ComponentObject controller("Controller");
   controller.Call("cont_InitialSch", {options.install});
-  RunTicks(options, stop, [&] { controller.Call("Cont_CheckStandardRunning"); });
+  ready();
+  RunCalls(options, stop, reporter, controller, "Cont_CheckStandardRunning");
 }
 
-void RunBackground(const WindowsHostOptions& options, const StopEvent& stop) {
+void RunBackground(const WindowsHostOptions& options, const StopEvent& stop, const Reporter& reporter) {
   const SoleProgram sole(ReadProduct(options.install).name, "background");
   const Apartment apartment;
   const ComponentObject controller("Controller");
   const ComponentObject transfer("Transfer");
   controller.Call("cont_InitialSch_Backgrnd", {options.install});
   const Charge charge(transfer);
-  RunTicks(options, stop, [&] { controller.Call("Cont_startschBackup"); });
+  RunCalls(options, stop, reporter, controller, "Cont_startschBackup");
 }
 
 }  // namespace ondura

@@ -1,5 +1,6 @@
 #include "service_control.h"
 
+#include <iterator>
 #include <string_view>
 
 #include "host_error.h"
@@ -44,26 +45,39 @@ DWORD StateOf(SC_HANDLE service) {
   return status.dwCurrentState;
 }
 
-void WaitForState(SC_HANDLE service, DWORD wanted, std::chrono::seconds limit, std::string_view failure) {
+// Looks again and again, until `done` says so or the time is over.
+template <class Done>
+void WaitFor(std::chrono::seconds limit, std::string_view failure, const Done& done) {
   const auto end = std::chrono::steady_clock::now() + limit;
-  while (StateOf(service) != wanted) {
+  while (!done()) {
     if (std::chrono::steady_clock::now() >= end) throw HostError(std::string{failure});
     Sleep(kPollMs);
   }
 }
 
-// A service that fails is started again after a minute, three times at most in a day.
 void Describe(SC_HANDLE service) {
   std::wstring text = kDescription;
   SERVICE_DESCRIPTIONW description{text.data()};
   ChangeServiceConfig2W(service, SERVICE_CONFIG_DESCRIPTION, &description);
-  SC_ACTION restart[] = {
-      {SC_ACTION_RESTART, 60'000}, {SC_ACTION_RESTART, 60'000}, {SC_ACTION_RESTART, 60'000}};
-  SERVICE_FAILURE_ACTIONSW actions{};
-  actions.dwResetPeriod = 86'400;
-  actions.cActions = 3;
-  actions.lpsaActions = static_cast<SC_ACTION*>(restart);
-  ChangeServiceConfig2W(service, SERVICE_CONFIG_FAILURE_ACTIONS, &actions);
+}
+
+// A service that fails is started again after a minute, three times in a day. The last action holds for all
+// further failures, so it has to be none. A stop with an error counts as a failure only by the flag.
+void SetRecovery(SC_HANDLE service) {
+  SC_ACTION actions[] = {{SC_ACTION_RESTART, 60'000},
+                         {SC_ACTION_RESTART, 60'000},
+                         {SC_ACTION_RESTART, 60'000},
+                         {SC_ACTION_NONE, 0}};
+  SERVICE_FAILURE_ACTIONSW recovery{};
+  recovery.dwResetPeriod = 86'400;
+  recovery.cActions = static_cast<DWORD>(std::size(actions));
+  recovery.lpsaActions = static_cast<SC_ACTION*>(actions);
+  SERVICE_FAILURE_ACTIONS_FLAG also_errors{TRUE};
+  const bool is_set =
+      ChangeServiceConfig2W(service, SERVICE_CONFIG_FAILURE_ACTIONS, &recovery) != FALSE &&
+      (ChangeServiceConfig2W(service, SERVICE_CONFIG_FAILURE_ACTIONS_FLAG, &also_errors) != FALSE ||
+       GetLastError() == ERROR_INVALID_LEVEL);  // a system that does not know the flag
+  if (!is_set) ThrowLastError("can't set what Windows does when the service breaks off");
 }
 
 }  // namespace
@@ -76,6 +90,7 @@ void InstallService(const std::string& name, const std::string& command_line) {
                      ToWide(command_line).c_str(), nullptr, nullptr, nullptr, nullptr, nullptr)};
   if (!service.valid()) ThrowLastError("can't install the service " + InQuotes(name));
   Describe(service.get());
+  SetRecovery(service.get());
 }
 
 void StartInstalledService(const std::string& name, std::chrono::seconds limit) {
@@ -83,19 +98,33 @@ void StartInstalledService(const std::string& name, std::chrono::seconds limit) 
   if (StartServiceW(service.get(), 0, nullptr) == FALSE && GetLastError() != ERROR_SERVICE_ALREADY_RUNNING) {
     ThrowLastError("can't start the service " + InQuotes(name));
   }
-  WaitForState(service.get(), SERVICE_RUNNING, limit,
-               "the service " + InQuotes(name) + " did not start; the event log says why.");
+  const std::string failure = "the service " + InQuotes(name) + " did not start; the event log says why.";
+  WaitFor(limit, failure, [&] {
+    const DWORD state = StateOf(service.get());
+    if (state == SERVICE_STOPPED) throw HostError(failure);
+    return state == SERVICE_RUNNING;
+  });
 }
 
 void StopInstalledService(const std::string& name, std::chrono::seconds limit) {
   const UniqueServiceHandle service = OpenInstalled(name, SERVICE_STOP | SERVICE_QUERY_STATUS);
-  SERVICE_STATUS status{};
-  if (ControlService(service.get(), SERVICE_CONTROL_STOP, &status) == FALSE &&
-      GetLastError() != ERROR_SERVICE_NOT_ACTIVE) {
-    ThrowLastError("can't stop the service " + InQuotes(name));
-  }
-  WaitForState(service.get(), SERVICE_STOPPED, limit,
-               "the service " + InQuotes(name) + " has not stopped so far: it lets a running job end.");
+  // A service that is starting takes no stop; one that is stopping needs none.
+  WaitFor(limit, "the service " + InQuotes(name) + " has not stopped so far: it lets a running job end.",
+          [&] {
+            const DWORD state = StateOf(service.get());
+            SERVICE_STATUS status{};
+            if (state == SERVICE_RUNNING &&
+                ControlService(service.get(), SERVICE_CONTROL_STOP, &status) == FALSE &&
+                GetLastError() != ERROR_SERVICE_NOT_ACTIVE &&
+                GetLastError() != ERROR_SERVICE_CANNOT_ACCEPT_CTRL) {
+              ThrowLastError("can't stop the service " + InQuotes(name));
+            }
+            return state == SERVICE_STOPPED;
+          });
+}
+
+void RecoverService(const std::string& name) {
+  SetRecovery(OpenInstalled(name, SERVICE_CHANGE_CONFIG | SERVICE_START).get());
 }
 
 void RemoveService(const std::string& name) {

@@ -11,13 +11,16 @@ namespace {
 
 constexpr const char* kFooter = R"(Examples, as an administrator:
   OnduraService register
-      makes the component in this folder known to Windows, for a copy without an installer
+      makes the component in this folder known to Windows, for a copy without an installer, and leaves the data
+      folder to the system and to administrators
   OnduraService install
       installs the service of the product in this folder; it starts with Windows
   OnduraService start
   OnduraService stop
       lets a running job end
   OnduraService remove
+  OnduraService allow OFFICE\ann --user ann
+      lets the account run the user interface, and the twin, for the backup user ann
   OnduraService --console --ticks 3 --period 5
       runs in this window instead, without the service manager
 
@@ -28,6 +31,10 @@ Exit codes: 0 done or left as asked, 1 failure, 2 bad options, component or conf
 std::string QuotedFolder(std::string folder) {
   while (folder.size() > 3 && folder.ends_with('\\')) folder.pop_back();
   return '"' + folder + '"';
+}
+
+std::string InstallOption(const ServiceOptions& options) {
+  return options.install == OwnFolder() ? std::string{} : " --install " + QuotedFolder(options.install);
 }
 
 CLI::App* AddAction(CLI::App& app, ServiceOptions& options, const char* name, ServiceAction action,
@@ -43,6 +50,22 @@ void AddWait(CLI::App& command, ServiceOptions& options) {
       ->check(CLI::Range(0, 86400))
       ->capture_default_str()
       ->type_name("SECONDS");
+}
+
+void AddRegistration(CLI::App& app, ServiceOptions& options) {
+  CLI::App* const registration =
+      AddAction(app, options, "register", ServiceAction::kRegister,
+                "Registers the component and its event sources, and sets the rights on the data folder");
+  registration->add_option("--data", options.data, "Also note this as the data folder")->type_name("PATH");
+  registration->add_flag("--keep", options.keep, "Not where another data folder is noted already");
+  registration->add_flag("--remember", options.remember, "Also note the folders for the next installer");
+  AddAction(app, options, "unregister", ServiceAction::kUnregister, "Takes the registration back");
+  AddAction(app, options, "recover", ServiceAction::kRecover,
+            "Has Windows start the service again when it breaks off");
+  CLI::App* const allow = AddAction(app, options, "allow", ServiceAction::kAllow,
+                                    "Lets a Windows account work with the data of a backup user");
+  allow->add_option("account", options.account, "Such as OFFICE\\ann")->required()->type_name("ACCOUNT");
+  allow->add_option("--user", options.user, "The backup user")->required()->type_name("NAME");
 }
 
 }  // namespace
@@ -63,10 +86,7 @@ ParsedServiceOptions ParseServiceOptions() {
   AddWait(*AddAction(app, options, "stop", ServiceAction::kStop, "Stops it, once its job has ended"),
           options);
   AddAction(app, options, "remove", ServiceAction::kRemove, "Removes it");
-  AddAction(app, options, "register", ServiceAction::kRegister, "Registers the component")
-      ->add_option("--data", options.data, "Also note this as the data folder")
-      ->type_name("PATH");
-  AddAction(app, options, "unregister", ServiceAction::kUnregister, "Takes the registration back");
+  AddRegistration(app, options);
   if (const auto code = ParseCommandLine(app)) return {std::nullopt, *code};
   if (in_console) options.action = ServiceAction::kConsole;
   const bool is_told = as_service || in_console || !app.get_subcommands().empty();
@@ -79,13 +99,16 @@ ParsedServiceOptions ParseServiceOptions() {
 
 std::string ServiceCommandLine(const ServiceOptions& options) {
   std::ostringstream line;
-  line << '"' << OwnPath() << "\" --service";
-  if (options.install != OwnFolder()) line << " --install " << QuotedFolder(options.install);
+  line << '"' << OwnPath() << "\" --service" << InstallOption(options);
   if (options.period_seconds != TickOptions{}.period_seconds) line << " --period " << options.period_seconds;
   if (options.engine_limit_hours != TickOptions{}.engine_limit_hours) {
     line << " --engine-limit " << options.engine_limit_hours;
   }
   return line.str();
+}
+
+std::string ElevatedCommandLine(const ServiceOptions& options) {
+  return '"' + OwnFolder() + "OnduraElevated.exe\"" + InstallOption(options);
 }
 
 }  // namespace ondura

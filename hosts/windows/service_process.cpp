@@ -1,7 +1,10 @@
 #include "service_process.h"
 
+#include <mutex>
+#include <optional>
 #include <string>
 
+#include "elevated_keeper.h"
 #include "host_error.h"
 #include "platform/win32/text_edges.h"
 #include "platform/win32/windows_api.h"
@@ -29,7 +32,12 @@ class ManagedService {
 
   [[nodiscard]] const StopEvent& stop() const { return stop_; }
 
+  // Called by the service's own thread and by the manager's. A stop that was reported is not taken back by a
+  // start that ends after it.
   void Report(DWORD state, int exit_code = 0) {
+    const std::scoped_lock lock(mutex_);
+    if (status_.dwCurrentState == SERVICE_STOP_PENDING && state != SERVICE_STOPPED)
+      state = SERVICE_STOP_PENDING;
     status_.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
     status_.dwCurrentState = state;
     status_.dwControlsAccepted = state == SERVICE_RUNNING ? SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_SHUTDOWN : 0;
@@ -59,7 +67,8 @@ class ManagedService {
   }
 
   StopEvent stop_;
-  SERVICE_STATUS status_{};
+  std::mutex mutex_;
+  SERVICE_STATUS status_{};  // under the mutex
   SERVICE_STATUS_HANDLE handle_;
 };
 
@@ -71,11 +80,14 @@ void WINAPI ServiceMain(DWORD, wchar_t** words) {
     ManagedService service(name);
     service.Report(SERVICE_START_PENDING);
     const auto parsed = ParseServiceOptions();
-    service.Report(SERVICE_RUNNING);
     int code = parsed.exit_code;
     if (parsed.options) {
       code = Guard(reporter, [&] {
-        RunScheduling(*parsed.options, service.stop());
+        std::optional<ElevatedKeeper> elevated;
+        RunScheduling(*parsed.options, service.stop(), reporter, [&] {
+          elevated.emplace(ElevatedCommandLine(*parsed.options), reporter);
+          service.Report(SERVICE_RUNNING);
+        });
         return 0;
       });
     }

@@ -15,10 +15,14 @@ constexpr const wchar_t* kWindowClass = L"OnduraHostStop";
 constexpr const wchar_t* kStopProperty = L"stop";
 
 // A console handler gets no object of ours, so the event of a process is found by name.
-std::wstring EventName() { return L"Local\\OnduraHostStop-" + std::to_wstring(GetCurrentProcessId()); }
+std::wstring EventName(DWORD process_id) { return L"Local\\OnduraHostStop-" + std::to_wstring(process_id); }
+
+UniqueHandle EventOf(DWORD process_id) {
+  return UniqueHandle{OpenEventW(SYNCHRONIZE | EVENT_MODIFY_STATE, FALSE, EventName(process_id).c_str())};
+}
 
 BOOL WINAPI OnConsole(DWORD) {
-  const UniqueHandle event{OpenEventW(SYNCHRONIZE | EVENT_MODIFY_STATE, FALSE, EventName().c_str())};
+  const UniqueHandle event = EventOf(GetCurrentProcessId());
   if (!event.valid()) return FALSE;
   const bool is_second = WaitForSingleObject(event.get(), 0) == WAIT_OBJECT_0;
   if (is_second) return FALSE;
@@ -45,7 +49,8 @@ LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM first, LPARAM secon
 
 }  // namespace
 
-StopEvent::StopEvent() : event_(CreateEventW(nullptr, TRUE, FALSE, EventName().c_str())) {
+StopEvent::StopEvent()
+    : event_(CreateEventW(nullptr, TRUE, FALSE, EventName(GetCurrentProcessId()).c_str())) {
   if (!event_.valid()) ThrowLastError("can't make the stop event");
 }
 
@@ -65,6 +70,11 @@ void StopEvent::WaitFor(std::chrono::nanoseconds duration) const {
     DispatchMessages();
     if (Clock::now() >= end) return;
   }
+}
+
+void RequestStopOf(DWORD process_id) {
+  const UniqueHandle event = EventOf(process_id);
+  if (event.valid()) SetEvent(event.get());
 }
 
 ConsoleStop::ConsoleStop(const StopEvent&) { SetConsoleCtrlHandler(OnConsole, TRUE); }

@@ -23,6 +23,9 @@ class StopEvent {
   UniqueHandle event_;
 };
 
+// Asks another host of this session to leave, by the id of its process.
+void RequestStopOf(DWORD process_id);
+
 // Turns Ctrl+C, Ctrl+Break and the closing of the console into a request while it lives; a second Ctrl+C
 // leaves at once.
 class ConsoleStop {

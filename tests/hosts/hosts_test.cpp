@@ -5,12 +5,14 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <stdexcept>
 
 #include "hosts.h"
 #include "profile/ProductConfiguration.h"
 #include "sole_host.h"
 #include "support/checked_machine.h"
 #include "tick_loop.h"
+#include "tick_report.h"
 
 namespace ondura {
 namespace {
@@ -160,6 +162,23 @@ TEST(TickLoop, ARequestToStopEndsAPendingPeriodAtOnce) {
   waitpid(helper, nullptr, 0);
   EXPECT_EQ(ticks, 1);
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds{10});
+}
+
+TEST(TickReport, AFailedTickIsReportedOnceAndTheNextOneIsTried) {
+  std::vector<std::string> said;
+  TickReport report([&](std::string_view text) { said.emplace_back(text); });
+  int tries = 0;
+  for (const char* failure : {"no.", "no.", "other.", "", "", "no."}) {
+    report.Run([&] {
+      ++tries;
+      if (*failure != 0) throw std::runtime_error(failure);
+    });
+  }
+  EXPECT_EQ(tries, 6);
+  EXPECT_THAT(said,
+              testing::ElementsAre("no. The host goes on with its next tick.",
+                                   "other. The host goes on with its next tick.", "the ticks go well again.",
+                                   "no. The host goes on with its next tick."));
 }
 
 TEST(TickLoopDeathTest, ASecondRequestLeavesAtOnce) {

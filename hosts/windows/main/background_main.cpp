@@ -26,7 +26,7 @@ int main() {
     const ondura::StopEvent stop;
     const ondura::ConsoleStop console(stop);
     const ondura::StopWindow window(stop);
-    ondura::RunBackground(options, stop);
+    ondura::RunBackground(options, stop, ondura::UsualReporter("OnduraBackground"));
     return 0;
   });
 }

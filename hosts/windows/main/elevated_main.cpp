@@ -11,8 +11,8 @@ namespace {
 constexpr double kPeriodSeconds = 3;
 
 constexpr const char* kFooter =
-    R"(It needs the rights of an administrator; start it at log-on with highest privileges.
-Its start resets each user's state as the start of the service does, so start it while no job runs.
+    R"(It needs the rights of an administrator. The service starts it, and starts it again when it has ended.
+Its start reads the installation alone, so it may begin in the middle of a job.
 It leaves at the end of the session, and when its hidden window is closed (taskkill /IM without /F).
 
 Exit codes: 0 left as asked, 1 failure, 2 bad options, component or configuration missing,
@@ -29,13 +29,10 @@ int main() {
     app.footer(kFooter);
     ondura::AddWindowsHostOptions(app, options);
     if (const auto code = ondura::ParseCommandLine(app)) return *code;
-    const bool has_console = ondura::UseParentConsole();
-    const ondura::Reporter reporter("OnduraElevated", has_console ? ondura::Reporter::Place::kConsole
-                                                                  : ondura::Reporter::Place::kEventLog);
     const ondura::StopEvent stop;
     const ondura::ConsoleStop console(stop);
     const ondura::StopWindow window(stop);
-    ondura::RunElevated(options, stop, reporter);
+    ondura::RunElevated(options, stop, ondura::UsualReporter("OnduraElevated"));
     return 0;
   });
 }
