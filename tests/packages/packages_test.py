@@ -23,6 +23,7 @@ EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
 SERVICE_NAME = "Ondura Service"
 INSTALLED = {"OnduraEService.dll", "OnduraService.exe", "OnduraBackground.exe", "OnduraElevated.exe", "OndruaEStartup.exe",
              "Deployment.ini", "UserName.ini"}
+EDITED = {"Deployment.ini", "UserName.ini"}
 REHEARSAL = {"OnduraClsClient.exe", "OnduraScan.exe", "OnduraSDBManager.exe"}
 SCENARIO_INSTALL = "C:\\Scenario\\Install"
 
@@ -116,6 +117,12 @@ class ZipTest(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stderr)
         self.addCleanup(self.host, "OnduraService.exe", "unregister")
 
+    def test_every_program_knows_windows_10_and_long_paths(self):
+        for program in self.home.glob("*.exe"):
+            content = program.read_bytes()
+            self.assertIn(b"{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}", content, program.name)
+            self.assertIn(b"longPathAware", content, program.name)
+
     def test_command_lines_are_read_or_refused(self):
         for story, words, code, stdout, stderr in [
             ("the service's help names its commands", ["OnduraService.exe", "--help"], 0, "unregister", None),
@@ -184,10 +191,10 @@ class ZipTest(unittest.TestCase):
 class MailTest(unittest.TestCase):
     """The mail helper of the zip, with a server on the other side of Wine."""
 
-    FIELDS = "ann@example.com;0;2;M/d/yyyy;C:\\Mail\\log.txt;All  done.;11/14/2026 12:30:00 PM; SQL Server ;no room;ann"
+    FIELDS = "ann@example.com;0;2;M/d/yyyy;C:\\Mail\\log.txt;All;  done.;11/14/2026 12:30:00 PM; SQL Server ;no room;ann"
     CONTENT = ("Dear Ondura User (ann) ,\r\n\r\nScheduled Backup status: (Ondura Backup Version No 3.4.1)\r\n"
                "Scheduled Time : 11/14/2026 12:30:00 PM\r\nNumber%20of%20files%20considered%20for%20Backup%3A%203\r\n\r\n"
-               "All  done.\r\nSuccessfully completed the SQL Server Scheduled backup.\r\n\r\n"
+               "All;  done.\r\nSuccessfully completed the SQL Server Scheduled backup.\r\n\r\n"
                "\r\nRegards,\r\nOndura Support.\r\n")
     FORM = ("EMAIL=ann%40example%2Ecom\r\n&SUBJECT=Scheduled%20backup%20email%20notification%5Bann%5D\r\n&CONTENT="
             + CONTENT).encode()
@@ -241,11 +248,16 @@ def stored_form(text):
 
 
 class InstallerTest(unittest.TestCase):
+    HOME = "C:\\Program Files\\Ondura\\"
+    DATA = "C:\\ProgramData\\Ondura\\"
+
     def setUp(self):
-        """Clears away what a test that failed has left."""
-        if self.installed():
-            self.remove()
-        shutil.rmtree(WINDOWS.path("C:\\ProgramData\\Ondura"), ignore_errors=True)
+        """Clears away what a test that failed has left, and what a removal leaves."""
+        for msi in [WINDOWS.msi, *WINDOWS.packages.glob("*/*-x64.msi")]:
+            WINDOWS.run("msiexec", "/x", self.on_windows(msi), "/qn")
+        WINDOWS.run("reg", "delete", "HKLM\\Software\\Ondura", "/f")
+        for folder in [self.HOME, self.DATA, "C:\\Prögs x\\", "C:\\Dätä x\\"]:
+            shutil.rmtree(WINDOWS.path(folder), ignore_errors=True)
 
     def install(self, *words, msi=None):
         done = WINDOWS.run("msiexec", "/i", self.on_windows(msi or WINDOWS.msi), "/qn", *words)
@@ -259,63 +271,148 @@ class InstallerTest(unittest.TestCase):
     def on_windows(path):
         return "Z:" + str(path).replace("/", "\\")
 
-    @staticmethod
-    def installed():
-        folder = WINDOWS.path("C:\\Program Files\\Ondura")
+    @classmethod
+    def installed(cls, home=HOME):
+        folder = WINDOWS.path(home)
         return {file.name for file in folder.iterdir()} if folder.exists() else set()
 
-    def service(self, *words):
-        done = WINDOWS.run("C:\\Program Files\\Ondura\\OnduraService.exe", *words)
-        self.assertEqual(done.returncode, 0, done.stderr)
+    def service(self, *words, code=0, says=""):
+        done = WINDOWS.run(self.HOME + "OnduraService.exe", *words)
+        self.assertEqual(done.returncode, code, done.stderr)
+        self.assertIn(says, done.stderr)
+
+    def wait_for(self, what, is_there):
+        deadline = time.monotonic() + 30
+        while not is_there():
+            self.assertLess(time.monotonic(), deadline, what)
+            time.sleep(0.2)
 
     def test_the_product_comes_and_goes(self):
         self.install()
         self.assertEqual(self.installed(), INSTALLED)
         self.assertTrue(WINDOWS.is_registered())
         self.assertEqual(WINDOWS.service_state(), "RUNNING")
-        self.assertEqual(WINDOWS.ini_value("C:\\Program Files\\Ondura\\UserName.ini", "VirtualPath"),
-                         "C:\\ProgramData\\Ondura\\")
-        self.service("stop")
+        self.assertEqual(WINDOWS.ini_value(self.HOME + "UserName.ini", "VirtualPath"), self.DATA)
+        stops = [subprocess.Popen(WINDOWS.command(self.HOME + "OnduraService.exe", "stop"), stdin=subprocess.DEVNULL)
+                 for _ in range(2)]
+        self.assertEqual([stop.wait(60) for stop in stops], [0, 0], "a second one waits for the first")
         self.assertEqual(WINDOWS.service_state(), "STOPPED")
         self.service("start")
         self.assertEqual(WINDOWS.service_state(), "RUNNING")
-        precious = WINDOWS.path("C:\\ProgramData\\Ondura\\Onduraann\\Ondura.ini")
+        request = WINDOWS.path(self.DATA + "OpenFileLaunchStatus.txt")
+        request.write_bytes(b"1\r\n")
+        self.wait_for("the service has an elevated host that serves requests",
+                      lambda: request.read_bytes() == b"2\r\n")
+        precious = WINDOWS.path(self.DATA + "Onduraann\\Ondura.ini")
         precious.parent.mkdir()
         precious.write_bytes(b"[Tolmera]\r\n")
         self.remove()
-        self.assertEqual(self.installed(), set())
+        self.assertEqual(self.installed(), EDITED)
         self.assertFalse(WINDOWS.is_registered())
         self.assertIsNone(WINDOWS.service_state())
+        self.assertFalse(self.has_event_source())
         self.assertTrue(precious.exists(), "what users have made stays")
-        self.assertFalse(WINDOWS.path("C:\\ProgramData\\Ondura\\Configuration.ini").exists())
+        self.assertTrue(WINDOWS.path(self.DATA + "Configuration.ini").exists())
+
+    @staticmethod
+    def has_event_source():
+        key = "HKLM\\SYSTEM\\CurrentControlSet\\Services\\EventLog\\Application\\" + SERVICE_NAME
+        return "OnduraService.exe" in WINDOWS.run("reg", "query", key, "/v", "EventMessageFile").stdout
 
     def test_the_programs_for_rehearsals_come_when_asked_for(self):
         self.install("ADDLOCAL=ALL")
         self.assertEqual(self.installed(), INSTALLED | REHEARSAL)
         self.remove()
 
-    def test_a_newer_version_takes_the_place_of_the_older(self):
+    def test_a_newer_version_keeps_chosen_folders_edited_files_and_users(self):
+        home, data = "C:\\Prögs x\\", "C:\\Dätä x\\"
         newer, _ = WINDOWS.pack("1.3.0")
-        self.install()
+        self.install(f"INSTALLDIR={home[:-1]}", f"DATADIR={data[:-1]}")
+        kept = {}
+        for file, line in [(home + "Deployment.ini", "PrimaryServer=mine.example"), (data + "Configuration.ini", "mine=1"),
+                           (data + "userlist.ini", "ann;"), (data + "Onduraann\\Ondura.ini", "[Tolmera]"),
+                           (data + "Onduraann\\scheduleData.txt", "0")]:
+            path = WINDOWS.path(file)
+            path.parent.mkdir(exist_ok=True)
+            with path.open("ab") as content:
+                content.write((line + "\r\n").encode())
+            kept[file] = path.read_bytes()
+        trace = WINDOWS.path(data + "ScheduleTraceFile.txt")
         self.install(msi=newer)
-        self.assertEqual(self.installed(), INSTALLED)
+        self.assertEqual(self.installed(home), INSTALLED)
+        self.assertEqual(self.installed(), set())
+        for file, content in kept.items():
+            # The start of the service writes into the profile as well.
+            self.assertTrue(WINDOWS.path(file).read_bytes().startswith(content), file)
+        self.assertEqual(WINDOWS.ini_value(home + "UserName.ini", "VirtualPath"), data)
         self.assertTrue(WINDOWS.is_registered(), "the older one goes with its registration before the newer comes")
         self.assertEqual(WINDOWS.service_state(), "RUNNING")
+        before = trace.stat().st_size if trace.exists() else 0
+        self.wait_for("the newer service works on the chosen folder",
+                      lambda: trace.exists() and trace.stat().st_size > before)
+        moved = WINDOWS.run(home + "OnduraService.exe", "register", "--keep", "--data", self.DATA)
+        self.assertEqual(moved.returncode, 0, moved.stderr)
+        self.assertEqual(WINDOWS.ini_value(home + "UserName.ini", "VirtualPath"), data)
         self.remove(msi=newer)
-        self.assertEqual(self.installed(), set())
+        self.assertEqual(self.installed(home), EDITED)
         self.assertIsNone(WINDOWS.service_state())
+        self.assertEqual(WINDOWS.path(home + "Deployment.ini").read_bytes(), kept[home + "Deployment.ini"])
+
+    def test_the_tables_hold_what_was_completed(self):
+        def rows(table):
+            text = subprocess.run(["msiinfo", "export", WINDOWS.msi, table], capture_output=True, text=True, check=True).stdout
+            return [row.split("\t") for row in text.splitlines()[3:]]
+
+        self.assertEqual([row[0] for row in rows("InstallUISequence")], ["ExecuteAction"])
+        self.assertEqual({row[2].split("|")[-1] for row in rows("File") if not row[4]},
+                         {"Deployment.ini", "Configuration.ini"}, "files without a version")
+        self.assertEqual({row[0] for row in rows("Component") if int(row[3]) & 0x90 == 0x90}, {"Deployment", "Configuration"})
+
+    def test_the_other_word_size_is_refused(self):
+        other = WINDOWS.packages / "other.msi"
+        shutil.copy(WINDOWS.msi, other)
+        for key, value in [("UpgradeCode", "{0C0B8B52-0F4E-4C51-9D8A-7C2A1D1F6E43}"),
+                           ("ProductCode", "{11111111-6F3C-4B39-9F34-3A1B7E0C52D6}")]:
+            subprocess.run(["msibuild", other, "-q", f"UPDATE `Property` SET `Value`='{value}' WHERE `Property`='{key}'"],
+                           check=True)
+        subprocess.run(["msibuild", other, "-q", "DELETE FROM `LaunchCondition`"], check=True)
+        self.install(msi=other)
+        self.addCleanup(self.remove, other)
+        done = WINDOWS.run("msiexec", "/i", self.on_windows(WINDOWS.msi), "/qn")
+        self.assertNotEqual(done.returncode, 0)
+        self.assertEqual(WINDOWS.service_state(), "RUNNING")
 
     def test_a_service_is_installed_and_removed_without_the_installer(self):
         self.install()
+        self.assertTrue(self.has_event_source())
         self.service("stop")
         self.service("remove")
         self.assertIsNone(WINDOWS.service_state())
         self.service("install")
         self.assertEqual(WINDOWS.service_state(), "STOPPED")
+        self.service("unregister")
+        WINDOWS.path(self.DATA).chmod(0o777)
+        self.service("start", code=1, says="did not start")
+        self.service("register")
+        # Wine keeps rights as a file's mode, which tells no more of them.
+        self.assertEqual(WINDOWS.path(self.DATA).stat().st_mode & 0o002, 0, "others may not write to the data folder")
         self.service("start")
         self.assertEqual(WINDOWS.service_state(), "RUNNING")
         self.remove()
         self.assertIsNone(WINDOWS.service_state())
+
+    def test_an_account_gets_rights_on_what_it_needs(self):
+        self.install()
+        WINDOWS.path(self.DATA + "Onduraann").mkdir()
+        for story, words, code, stderr in [
+            ("a user that is there", ["Everyone", "--user", "ann"], 0, ""),
+            ("no such account", ["OFFICE\\nobody", "--user", "ann"], 1, "no account"),
+            ("no such user", ["Everyone", "--user", "bob"], 2, "no backup user 'bob'"),
+            ("no user", ["Everyone"], 2, "--user"),
+        ]:
+            with self.subTest(story):
+                self.service("allow", *words, code=code, says=stderr)
+        self.remove()
 
 
 if __name__ == "__main__":
