@@ -25,7 +25,12 @@ struct ScheduleRequest {
 };
 
 ScheduleFile Load(const OpenedMachine& opened) {
-  return {opened.machine(), opened.installation().UserFile(kScheduleFileName)};
+  ScheduleFile file{opened.machine(), opened.installation().UserFile(kScheduleFileName)};
+  if (file.IsUnreadable()) {
+    throw Failure(Exit::kFailed, "can't read the schedule file of " + opened.installation().CurrentUser +
+                                     "; look at its rights and at who has it open");
+  }
+  return file;
 }
 
 // For a change: not while a job runs, which has read the file and will write it when it closes up.
@@ -48,13 +53,24 @@ ScheduleFile LoadForChange(const OpenedMachine& opened) {
 }
 
 void Save(const ScheduleFile& file) {
-  if (!file.Save())
-    throw Failure(Exit::kFailed, "can't write the schedule file; look at the rights of the user's folder");
+  if (!file.Save()) {
+    throw Failure(Exit::kFailed,
+                  "can't write the schedule file, which keeps what it had; look at the rights of the user's "
+                  "folder and at the room on its disk");
+  }
+}
+
+void RefuseUnknownCharacters(const OpenedMachine& opened, const std::string& name) {
+  CodePage& code_page = opened.machine().code_page;
+  if (code_page.ToUtf8(code_page.FromUtf8(name)) == name) return;
+  throw Failure(Exit::kUsage,
+                "--name: '" + name + "' has characters that the machine's code page can't hold; use others");
 }
 
 void AddSchedule(const Globals& globals, const ScheduleRequest& request) {
   OpenedMachine opened(globals);
   opened.Serve(request.user);
+  RefuseUnknownCharacters(opened, request.plan.name);
   const LocalTime now = opened.machine().clock.Now();
   const ScheduleRecord record = RecordOf(request.plan, now);
   ScheduleFile file = LoadForChange(opened);
@@ -109,7 +125,13 @@ nlohmann::ordered_json AsJson(std::size_t number, const ScheduleRecord& record) 
 void ListSchedules(const Globals& globals, const ScheduleRequest& request) {
   OpenedMachine opened(globals);
   opened.Serve(request.user);
-  const auto records = Load(opened).Records();
+  const ScheduleFile file = Load(opened);
+  const auto records = file.Records();
+  if (file.LinesWithoutKey() > 0) {
+    std::cerr << "ondura: warning: " << file.LinesWithoutKey()
+              << " line(s) of the schedule file have no time, and the service deletes the whole file for "
+                 "that; any 'ondura schedule add' or 'remove' leaves them out\n";
+  }
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
   for (std::size_t i = 0; i < records.size(); ++i) list.push_back(AsJson(i + 1, records[i]));
   if (request.as_json) {
@@ -157,7 +179,7 @@ void AddRemoveCommand(CLI::App& schedule, const Globals& globals) {
   auto& remove = *schedule.add_subcommand("remove", "Removes a schedule");
   auto request = std::make_shared<ScheduleRequest>();
   remove.add_option("USER", request->user, "A user of the machine")->required();
-  remove.add_option("NUMBER", request->number, "Its number in the list")->check(CLI::PositiveNumber);
+  remove.add_option("NUMBER", request->number, "Its number in the list")->check(CLI::Range(1, 32767));
   remove.add_flag("--all", request->all, "Remove all of the user's schedules");
   remove.footer("Example: ondura schedule remove ann 1");
   remove.callback([&globals, request] { RemoveSchedule(globals, *request); });

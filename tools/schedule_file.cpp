@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "schedule/rewrite.h"
 #include "util/text.h"
 #include "util/text_files.h"
 
@@ -9,18 +10,18 @@ namespace ondura {
 
 namespace {
 
+bool HasKey(const std::string& line) { return !RecordOfLine(line).sortkey.empty(); }
+
 // A line with every separator comes back from its record as it was. Without a key the record would cost
 // the whole file.
-bool IsWhole(const std::string& line) {
-  const ScheduleRecord record = RecordOfLine(line);
-  return !record.sortkey.empty() && LineOfRecord(record) == line;
-}
+bool IsWhole(const std::string& line) { return HasKey(line) && LineOfRecord(RecordOfLine(line)) == line; }
 
 }  // namespace
 
 ScheduleFile::ScheduleFile(const Machine& machine, std::string path)
     : machine_(machine), path_(std::move(path)) {
   const auto bytes = machine_.files.Read(path_);
+  is_unreadable_ = !bytes && machine_.files.Exists(path_);
   if (!bytes) return;
   auto lines = LinesOf(*bytes);
   if (lines.empty()) return;
@@ -31,6 +32,7 @@ ScheduleFile::ScheduleFile(const Machine& machine, std::string path)
       lines_.push_back(std::move(line));
     } else {
       ++broken_lines_;
+      lines_without_key_ += HasKey(line) ? 0 : 1;
     }
   }
 }
@@ -56,7 +58,7 @@ bool ScheduleFile::Save() const {
   if (lines_.empty()) return !machine_.files.Exists(path_) || machine_.files.Remove(path_, Removal::kPlain);
   std::string bytes = std::string{"0"}.append(kLineEnd);
   for (const auto& line : lines_) bytes.append(line).append(kLineEnd);
-  return machine_.files.Write(path_, bytes, IfPresent::kReplace);
+  return RewriteOrPutBack(machine_.files, path_, bytes);
 }
 
 }  // namespace ondura

@@ -24,6 +24,12 @@ class ScheduleFile {
   // In the order of the file, fields in UTF-8.
   [[nodiscard]] std::vector<ScheduleRecord> Records() const;
 
+  // True for a file that is there and can't be read: it must not be taken for an empty one.
+  [[nodiscard]] bool IsUnreadable() const { return is_unreadable_; }
+
+  // The number of lines without a time key, each of which makes the service delete the whole file.
+  [[nodiscard]] int LinesWithoutKey() const { return lines_without_key_; }
+
   // The number of lines that are no records.
   [[nodiscard]] int BrokenLines() const { return broken_lines_; }
 
@@ -31,7 +37,8 @@ class ScheduleFile {
   void Remove(std::size_t index);
   void Clear() { lines_.clear(); }
 
-  // Writes an idle file with all records, or removes the file when there is none. False when it could not.
+  // Writes an idle file with all records, or removes the file when there is none. False when it could not;
+  // the file then has what it had.
   [[nodiscard]] bool Save() const;
 
  private:
@@ -40,6 +47,8 @@ class ScheduleFile {
   std::string header_ = "0";
   std::vector<std::string> lines_;  // code page bytes
   int broken_lines_ = 0;
+  int lines_without_key_ = 0;
+  bool is_unreadable_ = false;
 };
 
 }  // namespace ondura

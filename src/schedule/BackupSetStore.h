@@ -6,6 +6,7 @@
 
 #include "platform/machine.h"
 #include "profile/Installation.h"
+#include "reporting/trace.h"
 
 namespace ondura {
 
@@ -15,8 +16,8 @@ inline constexpr std::string_view kBackupSetFileName = "BackupSetData.txt";
 // The backup-set file: text in the system code page, one item a line.
 class BackupSetStore {
  public:
-  BackupSetStore(const Machine& machine, const Installation& installation)
-      : machine_(machine), installation_(installation) {}
+  BackupSetStore(const Machine& machine, const Installation& installation, Trace& trace)
+      : machine_(machine), installation_(installation), trace_(trace) {}
 
   // The current user's file, set at start-up and on each pass.
   std::string BackupSetFilePath;
@@ -28,7 +29,8 @@ class BackupSetStore {
   // elevated helpers look for it. A missing file leaves the lines empty and the old copy in place.
   void DB_ReadBackdata();
 
-  // Reads the file at `path` into `lines`, replacing them; a missing file leaves them empty.
+  // Reads the file at `path` into `lines`, replacing them; a missing file leaves them empty. The lines behind
+  // the first million are left out, which the user's trace tells.
   void DB_ReadBackdataNew(std::string_view path, std::vector<std::string>& lines);
 
   static void ClearCollection(std::vector<std::string>& lines) { lines.clear(); }
@@ -36,6 +38,7 @@ class BackupSetStore {
  private:
   Machine machine_;
   const Installation& installation_;
+  Trace& trace_;
 };
 
 }  // namespace ondura

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "schedule/rewrite.h"
 #include "util/text.h"
 #include "util/text_files.h"
 
@@ -39,21 +40,11 @@ ScheduleRecord* DBaction::Selected() {
 
 void DBaction::DB_WriteRecord() {
   ScheduleFilePath = installation_.UserFile(kScheduleFileName);
-  Rewrite();
+  RewriteOrPutBack(machine_.files, ScheduleFilePath, WholeText());
   trace_.User("  Next transfer time  " + schvTemp.nexttime);
   // A file that can't be looked at just now may hold records; only one seen to be without any goes.
   const auto written = machine_.files.Read(ScheduleFilePath);
   if (written && CountLines(*written) < 2) machine_.files.Remove(ScheduleFilePath, Removal::kPlain);
-}
-
-// A write that fails leaves the file cut short, and a full disk would cost the user every record. The whole
-// text is therefore made first and written in one go, and when that fails the bytes that stood there are
-// put back: cutting the file short has given up the room that they need. Where not even they can be written
-// the file stays as the failure left it.
-void DBaction::Rewrite() const {
-  const auto before = machine_.files.Read(ScheduleFilePath);
-  const bool is_written = machine_.files.Write(ScheduleFilePath, WholeText(), IfPresent::kReplace);
-  if (!is_written && before) machine_.files.Write(ScheduleFilePath, *before, IfPresent::kReplace);
 }
 
 std::string DBaction::WholeText() const {

@@ -62,7 +62,6 @@ class DBaction {
 
  private:
   [[nodiscard]] std::string WholeText() const;
-  void Rewrite() const;
 
   Machine machine_;
   const Installation& installation_;

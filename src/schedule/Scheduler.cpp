@@ -16,9 +16,9 @@ using namespace std::chrono_literals;
 // and days, where the difference is no number of minutes.
 constexpr double kMostLateUnits = 60;
 
-// Every step of a catch-up yields for a moment. A record of decades ago is moved without yielding on, so
-// that a spoiled date can't hold a pass up for long.
-constexpr int kMostYieldingSteps = 10'000;
+// Every step of a catch-up yields twice for a moment. A record of decades ago is moved without yielding on,
+// so that a spoiled date can't hold a pass up for long.
+constexpr int kMostYieldingSteps = 250;
 
 }  // namespace
 

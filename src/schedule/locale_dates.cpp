@@ -25,12 +25,18 @@ bool IsWordCharacter(char character, Blank blank) {
          (character >= 'a' && character <= 'z') || (character == ' ' && blank == Blank::kInWord);
 }
 
-// Words and the single separators between them, in turn. A word between two separators is empty.
+// For the bytes of a character behind its first.
+bool ContinuesCharacter(char character) { return (static_cast<unsigned char>(character) & 0xC0U) == 0x80U; }
+
+// Words and the single separators between them, in turn. A word between two separators is empty. A separator
+// is one character, of however many bytes.
 std::vector<std::string> TokensOf(std::string_view format, Blank blank) {
   std::vector<std::string> tokens(1);
   for (const char character : format) {
     if (IsWordCharacter(character, blank)) {
       tokens.back() += character;
+    } else if (ContinuesCharacter(character) && tokens.size() > 1 && tokens.back().empty()) {
+      tokens[tokens.size() - 2] += character;
     } else {
       tokens.emplace_back(1, character);
       tokens.emplace_back();
@@ -90,20 +96,22 @@ std::string ConvertToTime(std::string_view text, std::string_view format) {
   const auto hour = HourOf(text);
   const bool is_afternoon = hour && *hour > 11;
   std::string result;
+  std::string_view marker;
   for (const std::string& token : tokens) {
     const std::string name = ToUpper(token);
     if (name == "H" || name == "HH") {
       if (!hour) continue;
       result += std::to_string(has_halves && is_afternoon ? *hour - 12 : *hour);
       if (result.size() == 1) result.insert(0, "0");
+      if (has_halves) marker = is_afternoon ? " PM" : " AM";
     } else {
       result += TimeField(name, text).value_or(token);
     }
   }
-  if (!has_halves || !hour) return result;
+  if (marker.empty()) return result;
   // The format's own blank before the half of the day is already there.
   result.resize(result.find_last_not_of(' ') + 1);
-  return result + (is_afternoon ? " PM" : " AM");
+  return result.append(marker);
 }
 
 }  // namespace ondura

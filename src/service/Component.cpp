@@ -40,7 +40,7 @@ struct Component::Parts {
   SizeCalculation sizes{machine, installation, helpers, size_stop};
   DBaction schedule_file{machine, installation, trace};
   Scheduler scheduler{machine, trace, transfer, schedule_file};
-  BackupSetStore backup_set{machine, installation};
+  BackupSetStore backup_set{machine, installation, trace};
   ResetDate reset_date{machine.clock, store, transfer};
   Selection selection{machine, installation, helpers, trace};
   MappedDrives mapped_drives{machine.drives, transfer};

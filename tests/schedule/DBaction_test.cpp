@@ -159,7 +159,7 @@ TEST(ScheduleHeader, IsOneByteWhateverTheKindAndIsResetFromTheWordsOfRunningJobs
 
 TEST(BackupSet, IsReplacedByEachReadingAndCopiedForTheHelpers) {
   ScheduleHouse house;
-  BackupSetStore store{house.machine.machine(), house.installation};
+  BackupSetStore store{house.machine.machine(), house.installation, house.trace};
   store.BackupSetFilePath = house.installation.UserFile(kBackupSetFileName);
   house.machine.PutFile(store.BackupSetFilePath, "C:\\M\xE4rz\r\nOxExchBrick;a\r\nOXEXCHBRICK;b");
   store.DB_ReadBackdata();
@@ -171,6 +171,14 @@ TEST(BackupSet, IsReplacedByEachReadingAndCopiedForTheHelpers) {
   store.BackupSetLines = {"old"};
   store.DB_ReadBackdataNew("C:\\none.txt", store.BackupSetLines);
   EXPECT_EQ(store.BackupSetLines, Lines{});
+  for (const auto& [lines, trace] :
+       {std::pair{1'000'000, Lines{}},
+        {1'000'001, {"11-14-2026 12:30:00  Backup set lines beyond 1000000 are left out : C:\\many.txt"}}}) {
+    house.machine.PutFile("C:\\many.txt", std::string(static_cast<std::size_t>(lines), '\n'));
+    store.DB_ReadBackdataNew("C:\\many.txt", store.BackupSetLines);
+    EXPECT_EQ(store.BackupSetLines.size(), 1'000'000U);
+    EXPECT_EQ(house.TraceLines(), trace);
+  }
 }
 
 TEST(LocalDatabaseReset, ComesOnItsDayAndIsSetAWeekAhead) {

@@ -77,6 +77,8 @@ TEST(ConvertToDate, FollowsTheTokenTable) {
         TextCase{"HH:SS:tt:yyyy", kAfternoon, ":::2026"}, TextCase{"dd/MM/yyyy", "11-1", "1/11/"},
         // The sixteenth token is a separator; what follows it is lost.
         TextCase{"d.d.d.d.d.d.d.d.d", kAfternoon, "14.14.14.14.14.14.14.14."},
+        // A separator is one token, of however many bytes.
+        TextCase{"yyyy年M月d日", kAfternoon, "2026年11月14日"}, TextCase{"年年d", kAfternoon, "年年14"},
         TextCase{"", kAfternoon, ""}}) {
     EXPECT_EQ(ConvertToDate(text, format), want) << format;
   }
@@ -90,6 +92,8 @@ TEST(ConvertToTime, FollowsTheTokenTable) {
         TextCase{"HH:mm:ss", "11-14-2026 07:39:08", "07:39:08"},
         // Only a "tt" in the seventh place makes the clock a 12-hour one.
         TextCase{"h:mm tt", kAfternoon, "16:39 "}, TextCase{"h:mm:ss TT", kAfternoon, "16:39:08 "},
+        // The half of the day belongs to an hour, and no blank comes twice.
+        TextCase{"m:m:s tt", kAfternoon, "39:39:08 "}, TextCase{"h時m分s tt", kAfternoon, "04時39分08 PM"},
         TextCase{"tt h:mm:ss", kAfternoon, " 16:39:08"}, TextCase{"h:mm:ss", "11-14-2026", "::"}}) {
     EXPECT_EQ(ConvertToTime(text, format), want) << format;
   }

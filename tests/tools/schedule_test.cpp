@@ -1,3 +1,6 @@
+#include "schedule_file.h"
+
+#include "platform/simulated/simulated_machine.h"
 #include "tools/tool_run.h"
 
 namespace ondura::testing {
@@ -74,6 +77,37 @@ TEST(ToolScheduleFile, HoldsOneRecordAKindAndGoesWithItsLast) {
   EXPECT_THAT(house.Run("schedule list ann --json").out, HasSubstr("\"next\": \"2091-01-01 10:00\""));
   EXPECT_EQ(house.Run("schedule remove ann 1").exit, 0);
   EXPECT_EQ(house.OfAnn("scheduleData.txt"), "");
+}
+
+TEST(ToolScheduleFile, RefusesWhatTheFileOrItsReaderCantTake) {
+  const AnnHouse house;
+  EXPECT_THAT(house.Run("schedule add ann --at now --name '\xE5\xB9\xB4'").err, HasSubstr("code page"));
+  EXPECT_THAT(house.Run("schedule remove ann 0").err, HasSubstr("[1 - 32767]"));
+  EXPECT_EQ(house.Run("schedule list ann").err, "");
+  house.PutForAnn("scheduleData.txt", "0\r\n" + Separated("1|s|x|t|0|u||1|0||4|0") + "\r\n");
+  EXPECT_THAT(house.Run("schedule list ann").err, HasSubstr("1 line(s) of the schedule file have no time"));
+}
+
+// On a machine whose disk can be full.
+TEST(ToolScheduleFile, KeepsEveryRecordWhenItCantBeWrittenAndIsNotMissingWhenItCantBeRead) {
+  const std::string path = "C:\\scheduleData.txt";
+  const std::string bytes = "0\r\n" + Separated("2|s|x|y|0|z||1|0|209001010000|9|1") + "\r\n";
+  for (const auto& trouble : std::vector<std::function<void(CallJournal&)>>{
+           [](CallJournal& journal) { journal.Fail("Files.Write "); },
+           [](CallJournal& journal) { journal.Tear("Files.Write "); }}) {
+    SimulatedMachine machine;
+    machine.PutFile(path, bytes);
+    ScheduleFile file{machine.machine(), path};
+    file.Add(file.Records().front());
+    trouble(machine.journal());
+    EXPECT_FALSE(file.Save());
+    EXPECT_EQ(machine.FileBytes(path), bytes);
+  }
+  SimulatedMachine machine;
+  EXPECT_FALSE((ScheduleFile{machine.machine(), path}.IsUnreadable()));
+  machine.PutFile(path, bytes);
+  machine.journal().Fail("Files.Read ");
+  EXPECT_TRUE((ScheduleFile{machine.machine(), path}.IsUnreadable()));
 }
 
 TEST(ToolScheduleFile, TellsThatATimeInThePastIsLate) {
