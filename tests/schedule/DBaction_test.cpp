@@ -2,6 +2,7 @@
 
 #include "schedule/BackupSetStore.h"
 #include "schedule/reset_date.h"
+#include "schedule/rewrite.h"
 #include "schedule/schedule_header.h"
 #include "schedule_house.h"
 
@@ -110,6 +111,32 @@ TEST(ScheduleFile, ARewriteThatFailsOrCantBeLookedAtKeepsTheRecords) {
     EXPECT_EQ(house.machine.FileBytes(house.path), bytes);
     EXPECT_EQ(house.machine.UnfiredFaults(), Lines{});
   }
+}
+
+TEST(ScheduleFile, TellsItsCallerThatARewriteFailed) {
+  ScheduleHouse house;
+  house.machine.journal().Fail("Files.Write ");
+  EXPECT_FALSE(RewriteOrPutBack(house.machine.machine().files, house.path, "0"));
+  EXPECT_TRUE(RewriteOrPutBack(house.machine.machine().files, house.path, "0"));
+}
+
+TEST(ScheduleFile, ATableByKeyIsBlankAndSelectsWithinTheCountAlone) {
+  ScheduleHouse house;
+  house.PutSchedule("0\r\n" + Line("a", "1") + Line("b", "2"));
+  house.schedule.DB_ReadSchData("");
+  for (const auto& [index, nexttime] : {std::pair{-1, ""}, {0, "a"}, {1, "b"}, {2, ""}}) {
+    house.schedule.SelectedRecord = static_cast<std::int16_t>(index);
+    const ScheduleRecord* const selected = house.schedule.Selected();
+    EXPECT_EQ(selected ? selected->nexttime : "", nexttime) << index;
+    EXPECT_EQ(selected == nullptr, *nexttime == '\0') << index;
+  }
+  EXPECT_EQ(house.schedule.DB_ReadSchData("2"), 0);
+  EXPECT_EQ(house.schedule.RecordCount, 2);
+  EXPECT_EQ(house.schedule.ScheduleTable, std::vector<ScheduleRecord>(2));
+  house.schedule.DB_ReadSchData("");
+  house.schedule.RecordCount = 1;
+  house.schedule.DB_WriteRecord();
+  EXPECT_EQ(house.machine.FileBytes(house.path), "0\r\n" + Line("a", "1"));
 }
 
 TEST(ScheduleFile, LinesAreReadByKeyOnlyBehindTheHeaderOfTheFileInWork) {

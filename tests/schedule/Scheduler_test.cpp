@@ -45,6 +45,37 @@ TEST(Due, ARecordWithoutAKeyCostsTheFileAndTheOthersGoOn) {
                                                           "11-15-2026 00:00:05  value : 7641"}));
 }
 
+TEST(Due, AStandingRecordComesAfterTheOthersOrNotAgain) {
+  ScheduleHouse house;
+  house.PutSchedule("0\r\n" + Line("a", "202611141227") + Line("b", "202611141228") +
+                    Line("c", "202611141229"));
+  const auto selected = [&] {
+    house.scheduler.Sch_Load_ScheduleData();
+    return house.schedule.SelectedRecord;
+  };
+  const auto note = [&](std::size_t index, Standing standing) {
+    house.scheduler.NoteStanding(house.schedule.ScheduleTable[index], standing);
+  };
+  EXPECT_EQ(selected(), 0);
+  note(0, Standing::kAfterOthers);
+  EXPECT_EQ(selected(), 1);
+  note(1, Standing::kAfterOthers);
+  note(2, Standing::kNotAgain);
+  EXPECT_EQ(selected(), 0) << "the first of those that go last";
+  note(0, Standing::kNotAgain);
+  note(0, Standing::kAfterOthers);
+  EXPECT_EQ(selected(), 1) << "a weaker word replaces none";
+  note(1, Standing::kNotAgain);
+  EXPECT_EQ(house.scheduler.Sch_Load_ScheduleData(), kNothingDue);
+  house.schedule.ScheduleFilePath += "x";
+  house.machine.PutFile(house.schedule.ScheduleFilePath, *house.machine.FileBytes(house.path));
+  EXPECT_EQ(selected(), 0) << "the same line of another file";
+  note(0, Standing::kAfterOthers);
+  house.machine.PutFile(house.schedule.ScheduleFilePath, "0\r\n" + Line("a", "202611141227") + Line("y", ""));
+  EXPECT_EQ(selected(), 0);
+  EXPECT_TRUE(house.machine.FileBytes(house.schedule.ScheduleFilePath)) << "the search ended before it";
+}
+
 TEST(DayMask, IsTakenFromTheRight) {
   using Row = std::pair<const char*, const char*>;
   for (const auto& [mask, want] :
@@ -132,6 +163,23 @@ TEST(Moving, YieldsAtEachStepButNotForLong) {
     EXPECT_EQ((house.scheduler.*move)(), MoveOutcome::kMoved);
     EXPECT_EQ(house.schedule.schvTemp.nexttime, want) << nexttime;
     EXPECT_EQ(house.machine.Elapsed().count(), slept_ms) << nexttime;
+  }
+}
+
+// From Sunday, 15 November 2026, on.
+TEST(Moving, GoesFromEachDayOfTheWeekToTheNextWorkingOrWeekendDay) {
+  const auto text = [](int day) { return "11-" + std::to_string(day) + "-2026 9:00:00"; };
+  constexpr std::array kWorking{16, 17, 18, 19, 20, 23, 23};
+  constexpr std::array kWeekend{21, 21, 21, 21, 21, 21, 22};
+  for (int day = 0; day < 7; ++day) {
+    ScheduleHouse house;
+    ScheduleRecord& record = house.schedule.schvTemp;
+    record.nexttime = text(15 + day);
+    house.scheduler.Sch_addweekDay_list();
+    EXPECT_EQ(record.nexttime, text(kWorking[static_cast<std::size_t>(day)])) << day;
+    record.nexttime = text(15 + day);
+    house.scheduler.Sch_addweekEnd_list();
+    EXPECT_EQ(record.nexttime, text(kWeekend[static_cast<std::size_t>(day)])) << day;
   }
 }
 
