@@ -54,9 +54,9 @@ ScheduleFile LoadForChange(const OpenedMachine& opened) {
 
 void Save(const ScheduleFile& file) {
   if (!file.Save()) {
-    throw Failure(Exit::kFailed,
-                  "can't write the schedule file, which keeps what it had; look at the rights of the user's "
-                  "folder and at the room on its disk");
+    throw Failure(
+        Exit::kFailed,
+        "can't write the schedule file; look at the rights of the user's folder and at the room on its disk");
   }
 }
 

@@ -37,8 +37,8 @@ class ScheduleFile {
   void Remove(std::size_t index);
   void Clear() { lines_.clear(); }
 
-  // Writes an idle file with all records, or removes the file when there is none. False when it could not;
-  // the file then has what it had.
+  // Writes an idle file with all records, or removes the file when there is none. False when it could not,
+  // and the old bytes are put back.
   [[nodiscard]] bool Save() const;
 
  private:

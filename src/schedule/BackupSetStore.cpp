@@ -24,9 +24,10 @@ void BackupSetStore::DB_ReadBackdataNew(std::string_view path, std::vector<std::
   while (!rest.empty() && lines.size() < kMostLines) {
     lines.push_back(machine_.code_page.ToUtf8(TakeLine(rest)));
   }
-  if (!rest.empty())
+  if (!rest.empty()) {
     trace_.User("  Backup set lines beyond " + std::to_string(kMostLines) +
                 " are left out : " + std::string{path});
+  }
 }
 
 }  // namespace ondura

@@ -82,7 +82,7 @@ TEST(ToolScheduleFile, HoldsOneRecordAKindAndGoesWithItsLast) {
 TEST(ToolScheduleFile, RefusesWhatTheFileOrItsReaderCantTake) {
   const AnnHouse house;
   EXPECT_THAT(house.Run("schedule add ann --at now --name '\xE5\xB9\xB4'").err, HasSubstr("code page"));
-  EXPECT_THAT(house.Run("schedule remove ann 0").err, HasSubstr("[1 - 32767]"));
+  EXPECT_THAT(house.Run("schedule remove ann 0").err, HasSubstr("1 to 32767"));
   EXPECT_EQ(house.Run("schedule list ann").err, "");
   house.PutForAnn("scheduleData.txt", "0\r\n" + Separated("1|s|x|t|0|u||1|0||4|0") + "\r\n");
   EXPECT_THAT(house.Run("schedule list ann").err, HasSubstr("1 line(s) of the schedule file have no time"));
