@@ -16,6 +16,10 @@ enum class IfPresent { kFail, kReplace };
 // kForce also removes what is marked read-only.
 enum class Removal { kPlain, kForce };
 
+// How the name of a file begins that holds the new content of another until it takes its name. Only a kill
+// leaves one behind; listings leave it out, and the next write of that file takes it over.
+inline constexpr std::string_view kNewContentPrefix = "~ondura-new-";
+
 // A file held open for writing in order. Destruction closes it.
 class FileWriter {
  public:
@@ -60,7 +64,10 @@ class Files {
   virtual std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
                                               std::size_t limit_bytes) = 0;
 
-  // Makes or replaces the file. False leaves it missing, as it was, or cut short.
+  // Makes or replaces the file. A file that is replaced keeps its rights, and is seen with its old or its new
+  // content by whoever looks, also after a kill or on a full disk: the new content is made beside it and then
+  // takes its name (on Windows ReplaceFileW). Where that can't be done it is written over in place. False
+  // leaves a file as it was; a new one may be missing or cut short.
   virtual bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) = 0;
 
   virtual bool Append(std::string_view path, std::string_view bytes, IfMissing if_missing) = 0;

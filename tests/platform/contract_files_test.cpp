@@ -66,6 +66,13 @@ TEST_P(PlatformContract, AWriteReplacesOrRefusesAsItWasTold) {
   EXPECT_FALSE(machine_.files.Write(At("A"), "x", IfPresent::kFail));
   EXPECT_TRUE(machine_.files.Write(At("a"), "short", IfPresent::kReplace));
   EXPECT_THAT(other_.files.Read(At("a")), Optional(std::string{"short"}));
+  // What an earlier process left when it was killed on its way to "a".
+  PutFile(At(std::string{kNewContentPrefix} + "a"), "half of a long te");
+  EXPECT_TRUE(machine_.files.Write(At("A"), "", IfPresent::kReplace));
+  EXPECT_THAT(other_.files.Read(At("a")), Optional(std::string{}));
+  EXPECT_TRUE(machine_.files.Write(At("a"), "new", IfPresent::kReplace));
+  EXPECT_THAT(other_.files.Read(At("a")), Optional(std::string{"new"}));
+  EXPECT_THAT(NamesIn(machine_, At("")), ElementsAre("a"));
 }
 
 TEST_P(PlatformContract, BytesSurviveWhateverTheyAre) {

@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "platform/posix/command_line.h"
+#include "platform/posix/host_io.h"
 #include "platform/posix/host_time.h"
 #include "posix_fixture.h"
 
@@ -89,6 +90,55 @@ TEST_F(PosixMachineTest, LinksToFilesOffTheDriveAreShownAsSuchAndOpenNothing) {
   }
   EXPECT_EQ(root_.Bytes("secret"), "x");
   EXPECT_FALSE(std::filesystem::exists(root_.path() / "made"));
+}
+
+// A limit on the size of files stands for a full disk: what is beyond it is not written.
+class SizeLimit {
+ public:
+  explicit SizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &old_);
+    const rlimit limit{bytes, old_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~SizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &old_);
+    signal(SIGXFSZ, handler_);
+  }
+  SizeLimit(const SizeLimit&) = delete;
+  SizeLimit& operator=(const SizeLimit&) = delete;
+
+ private:
+  void (*handler_)(int);
+  rlimit old_{};
+};
+
+TEST_F(PosixMachineTest, AReplacedFileIsWholeAndKeepsItsRightsAndNames) {
+  root_.Put("C/d/file", "old");
+  const auto host = root_.path() / "C/d/file";
+  std::filesystem::permissions(host, std::filesystem::perms{0640});
+  const std::string path = R"(C:\d\File)";
+  struct stat before {};
+  stat(host.c_str(), &before);
+  const Fd reader{open(host.c_str(), O_RDONLY)};
+  EXPECT_TRUE(machine_.files.Write(path, "new content", IfPresent::kReplace));
+  EXPECT_EQ(ReadRest(reader, 99), "old") << "who has it open goes on with what was there";
+  struct stat after {};
+  stat(host.c_str(), &after);
+  EXPECT_EQ(after.st_mode, before.st_mode);
+  {
+    const SizeLimit full{11};
+    EXPECT_FALSE(machine_.files.Write(path, "longer content", IfPresent::kReplace));
+  }
+  EXPECT_EQ(root_.Bytes("C/d/file"), "new content");
+  std::filesystem::create_hard_link(host, root_.path() / "C/d/other");
+  EXPECT_TRUE(machine_.files.Write(path, "for both", IfPresent::kReplace));
+  EXPECT_EQ(root_.Bytes("C/d/other"), "for both");
+  {
+    const SizeLimit full{8};
+    EXPECT_FALSE(machine_.files.Write(path, "too long for it", IfPresent::kReplace));
+  }
+  EXPECT_EQ(root_.Bytes("C/d/other"), "for both");
+  EXPECT_THAT(Names(R"(C:\d)"), UnorderedElementsAre("file", "other"));
 }
 
 TEST_F(PosixMachineTest, FoldersBeyondTheLengthThatTheKernelTakesAreFoldersAsAllOthers) {

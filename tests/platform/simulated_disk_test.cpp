@@ -53,6 +53,9 @@ TEST(SimulatedDisk, AFullDiskLosesTheWriteAsItIsTold) {
     house.disk().SetFullDisk(behaviour);
     EXPECT_EQ(house.machine().files.Append("C:\\x", "cdef", IfMissing::kFail), free_bytes == 4) << story;
     EXPECT_EQ(house.FileBytes("C:\\x"), left) << story;
+    const std::string replaced(free_bytes + std::string_view{left}.size() + 1, 'z');
+    EXPECT_FALSE(house.machine().files.Write("C:\\x", replaced, IfPresent::kReplace)) << story;
+    EXPECT_EQ(house.FileBytes("C:\\x"), left) << story;
   }
 }
 

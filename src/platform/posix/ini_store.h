@@ -7,18 +7,9 @@
 #include "platform/portable/code_page_table.h"
 #include "platform/portable/ini_text.h"
 #include "platform/posix/host_io.h"
+#include "platform/posix/host_replace.h"
 
 namespace ondura {
-
-// Holds the folder of an ini file for one change, so that two processes that change different keys at the
-// same moment do not lose one of them: on Windows the platform does the same within one call.
-class FolderLock {
- public:
-  explicit FolderLock(const std::string& host_file);
-
- private:
-  Fd folder_;
-};
 
 // Ini files by their host paths. A parsed file is kept for as long as its stamp stays, so that reading it
 // again costs one look at the folder. A file that is not kept, because it was written just now or is far
@@ -31,8 +22,10 @@ class IniStore {
   // `folder` alone, here and in Save.
   std::shared_ptr<const IniText> Load(const std::string& host_path, const std::string& folder);
 
-  // Replaces the file as a whole or makes it, and keeps its rights. False leaves what was there.
-  bool Save(const std::string& host_path, const std::string& folder, const IniText& text);
+  // Replaces the file as a whole or makes it, and keeps its rights. `lock` is that
+  // of the file's folder. False leaves what was there.
+  bool Save(const std::string& host_path, const std::string& folder, const IniText& text,
+            const FolderLock& lock);
 
  private:
   struct Parsed {

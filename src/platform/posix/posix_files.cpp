@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "platform/posix/host_replace.h"
 #include "platform/posix/ports.h"
 
 namespace ondura {
@@ -72,6 +73,10 @@ class PosixFiles : public Files {
   }
 
   bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
+    if (if_present == IfPresent::kReplace) {
+      const Fd old = paths_.OpenExisting(path, O_WRONLY);
+      if (old.valid()) return ReplaceContent(old, bytes);
+    }
     Fd file = OpenNew(path, if_present);
     const bool written = file.valid() && WriteAll(file, bytes);
     return file.Close() && written;

@@ -79,10 +79,12 @@ class PosixFolders : public Folders {
   }
 
  private:
-  // False for what the machine does not show: links to folders, and what is neither file nor folder.
+  // False for what the machine does not show: content on its way to another name, links to folders, and what
+  // is neither file nor folder.
   bool Describe(const Fd& folder, const HostEntry& entry, const std::string& drive, FolderEntry& shown) {
     shown.is_folder = entry.type == DT_DIR;
     if (shown.is_folder) return true;
+    if (std::string_view{entry.name}.starts_with(kNewContentPrefix)) return false;
     if (entry.type != DT_REG && entry.type != DT_LNK && entry.type != DT_UNKNOWN) return false;
     struct stat status {};
     if (fstatat(folder.get(), entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;

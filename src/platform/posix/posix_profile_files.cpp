@@ -14,7 +14,10 @@ class PosixProfileFiles : public IniProfileFiles {
     const std::string host = paths_.ForCreation(key.file);
     if (host.empty()) return false;
     const FolderLock lock{host};
-    return IniProfileFiles::WriteString(key, value);
+    lock_ = &lock;
+    const bool written = IniProfileFiles::WriteString(key, value);
+    lock_ = nullptr;
+    return written;
   }
 
  protected:
@@ -30,7 +33,7 @@ class PosixProfileFiles : public IniProfileFiles {
 
   bool Store(std::string_view path, const IniText& text) override {
     const std::string host = paths_.ForCreation(path);
-    return !host.empty() && store_.Save(host, paths_.DriveFolderOf(path), text);
+    return !host.empty() && store_.Save(host, paths_.DriveFolderOf(path), text, *lock_);
   }
 
   bool MayReplace(std::string_view path) override { return !paths_.FindExisting(path); }
@@ -38,6 +41,7 @@ class PosixProfileFiles : public IniProfileFiles {
  private:
   PathMap& paths_;
   IniStore& store_;
+  const FolderLock* lock_ = nullptr;  // during a change
 };
 
 }  // namespace

@@ -87,7 +87,7 @@ class PosixRegistry : public Registry {
     IniText text{old ? old->bytes() : std::string{}, code_page_, IniUse::kOneKey};
     const bool changed = text.Set(code_page_.Encode(SectionOf(name)), code_page_.Encode(KeyOf(name)),
                                   code_page_.Encode(Format(value)));
-    return !changed || store_.Save(file_, root_, text);
+    return !changed || store_.Save(file_, root_, text, lock);
   }
 
  private:

@@ -239,6 +239,12 @@ bool MemoryDisk::Store(std::string_view path, std::string_view bytes) {
   return fitting.size() == bytes.size();
 }
 
+bool MemoryDisk::Replace(std::string_view path, std::string_view bytes) {
+  const Node* node = Find(path);
+  if (node == nullptr || WhatFits(node->path, bytes, node->bytes.size()).size() < bytes.size()) return false;
+  return Store(path, bytes);
+}
+
 bool MemoryDisk::Extend(std::string_view path, std::string_view bytes) {
   Node* node = FindMutable(path);
   if (node == nullptr || node->is_folder || node->is_read_only || node->refuses_access) return false;

@@ -72,6 +72,8 @@ class MemoryDisk {
   const Node* FindReadable(std::string_view path) const;
   // Sets the file's bytes, making it where it is missing. False when it may not be written or does not fit.
   bool Store(std::string_view path, std::string_view bytes);
+  // Store for a file that is there: what does not fit as a whole leaves the old bytes.
+  bool Replace(std::string_view path, std::string_view bytes);
   // Adds to a file that is there.
   bool Extend(std::string_view path, std::string_view bytes);
   // Gives `to` the bytes, time and read-only flag of `from`.

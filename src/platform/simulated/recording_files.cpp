@@ -89,8 +89,11 @@ std::optional<std::string> RecordingFiles::ReadPart(std::string_view path, std::
 }
 
 bool RecordingFiles::Write(std::string_view path, std::string_view bytes, IfPresent if_present) {
-  return gate_.Write("Files.Write", path, bytes,
-                     [&](std::string_view part) { return ForwardingFiles::Write(path, part, if_present); });
+  return gate_.Write("Files.Write", path, bytes, [&](std::string_view part) {
+    // What is replaced is torn beside the file that is there.
+    if (part.size() < bytes.size() && ForwardingFiles::Exists(path)) return false;
+    return ForwardingFiles::Write(path, part, if_present);
+  });
 }
 
 bool RecordingFiles::Append(std::string_view path, std::string_view bytes, IfMissing if_missing) {

@@ -84,7 +84,7 @@ std::optional<std::string> SimulatedFiles::ReadPart(std::string_view path, std::
 }
 
 bool SimulatedFiles::Write(std::string_view path, std::string_view bytes, IfPresent if_present) {
-  if (if_present == IfPresent::kFail && Exists(path)) return false;
+  if (Exists(path)) return if_present == IfPresent::kReplace && disk_.Replace(path, bytes);
   return disk_.Store(path, bytes);
 }
 
@@ -133,6 +133,7 @@ bool SimulatedFolders::List(std::string_view path, const std::function<Visit(con
     const MemoryDisk::Node* node = disk_.Find(child);
     if (node == nullptr) continue;  // gone since the listing began
     const std::string name = NameOf(node->path);
+    if (!node->is_folder && name.starts_with(kNewContentPrefix)) continue;
     if (visit({name, node->is_folder, node->bytes.size(), node->modified, node->leads_off_drive}) ==
         Visit::kStop) {
       break;

@@ -85,6 +85,55 @@ std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileData(std::string_view path) {
   return is_file ? std::optional{data} : std::nullopt;
 }
 
+std::wstring PlaceBeside(const std::wstring& target) {
+  const std::size_t name = target.find_last_of(L"\\/") + 1;
+  return target.substr(0, name).append(ToWide(kNewContentPrefix)).append(target, name);
+}
+
+// One name alone leads to the file, and it is no link.
+bool IsAlone(const UniqueHandle& file) {
+  BY_HANDLE_FILE_INFORMATION status{};
+  return GetFileInformationByHandle(file.get(), &status) && status.nNumberOfLinks == 1 &&
+         (status.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
+}
+
+// Gives the file that is there the content of `beside`; its rights stay. The system may have removed the
+// target already when it fails.
+bool TakeNameOf(const std::wstring& target, const std::wstring& beside) {
+  constexpr DWORD kWhateverElse = REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS;
+  if (ReplaceFileW(target.c_str(), beside.c_str(), nullptr, kWhateverElse, nullptr, nullptr)) return true;
+  return GetFileAttributesW(target.c_str()) == INVALID_FILE_ATTRIBUTES &&
+         MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH);
+}
+
+// Held alone, so that two processes that replace one file do not mix their contents.
+bool WriteBeside(const std::wstring& target, std::string_view bytes) {
+  const std::wstring beside = PlaceBeside(target);
+  bool is_written = false;
+  {
+    const UniqueHandle file{CreateFileW(beside.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr)};
+    if (!file.valid()) return false;
+    is_written = WriteAll(file, bytes) && FlushFileBuffers(file.get());
+  }
+  if (is_written && TakeNameOf(target, beside)) return true;
+  DeleteFileW(beside.c_str());
+  return false;
+}
+
+bool SetSize(const UniqueHandle& file, std::uint64_t size_bytes) {
+  return MoveTo(file, size_bytes) && SetEndOfFile(file.get());
+}
+
+// Over what is there, with the room that it needs set aside first, and cut to its length last.
+bool WriteInPlace(const UniqueHandle& file, std::string_view bytes) {
+  LARGE_INTEGER old{};
+  if (!file.valid() || !GetFileSizeEx(file.get(), &old)) return false;
+  const auto old_bytes = static_cast<std::uint64_t>(old.QuadPart);
+  if (bytes.size() > old_bytes && !SetSize(file, bytes.size())) return false;
+  return MoveTo(file, 0) && WriteAll(file, bytes) && SetSize(file, bytes.size());
+}
+
 struct LocalMemory {
   void operator()(void* memory) const { LocalFree(memory); }
 };
@@ -163,7 +212,14 @@ class Win32Files : public Files {
   }
 
   bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
-    return WriteAll(OpenToWrite(path, if_present), bytes);
+    if (if_present == IfPresent::kFail || !Exists(path))
+      return WriteAll(OpenToWrite(path, if_present), bytes);
+    UniqueHandle old = Open(path, GENERIC_WRITE, OPEN_EXISTING);
+    if (!old.valid()) return false;
+    if (!IsAlone(old)) return WriteInPlace(old, bytes);
+    old = UniqueHandle{};
+    return WriteBeside(WidePath(path), bytes) ||
+           WriteInPlace(Open(path, GENERIC_WRITE, OPEN_EXISTING), bytes);
   }
 
   bool Append(std::string_view path, std::string_view bytes, IfMissing if_missing) override {

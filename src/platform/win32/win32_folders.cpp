@@ -90,6 +90,7 @@ class Win32Folders : public Folders {
       if (IsLinkEntry(folder, found)) return Visit::kContinue;
       const std::string name = FromWide(found.cFileName);
       const bool is_folder = IsFolderEntry(found);
+      if (!is_folder && name.starts_with(kNewContentPrefix)) return Visit::kContinue;
       const std::uint64_t size =
           (static_cast<std::uint64_t>(found.nFileSizeHigh) << 32U) | found.nFileSizeLow;
       return visit({name, is_folder, is_folder ? 0 : size, ToLocalTime(found.ftLastWriteTime)});
