@@ -3,13 +3,16 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <system_error>
 
 #include "failure.h"
 #include "platform/portable/code_page_table.h"
 #include "platform/portable/ini_text.h"
+#include "platform/posix/host_replace.h"
 #include "platform/posix/path_map.h"
+#include "platform/posix/private_files.h"
 #include "util/text.h"
 
 namespace ondura {
@@ -50,10 +53,9 @@ void WriteDrives(const fs::path& file, const std::vector<DriveMapping>& drives) 
   const CodePageTable code_page;
   IniText ini(ReadHostFile(file), code_page);
   for (const auto& drive : drives) ini.Set("Drives", drive.letter, drive.folder);
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out << ini.bytes();
-  out.close();
-  if (!out) throw Failure(Exit::kFailed, "can't write '" + file.string() + "'");
+  const FolderLock lock{file.string()};
+  if (!WriteBeside(file.string(), ini.bytes(), lock, OnDisk::kFirst))
+    throw Failure(Exit::kFailed, "can't write '" + file.string() + "'");
 }
 
 }  // namespace
@@ -72,6 +74,8 @@ void PrepareRoot(const std::string& root, const std::vector<std::string>& drives
   }
   fs::create_directories(folder / "C", error);
   if (error) throw Failure(Exit::kFailed, "can't make '" + root + "': " + error.message());
+  const std::string mended = MendFolderRights(root);
+  if (!mended.empty()) std::cerr << "ondura: " << mended << "\n";
   WriteDrives(folder / "machine.ini", mappings);
 }
 

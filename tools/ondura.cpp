@@ -6,6 +6,7 @@
 
 #include "commands.h"
 #include "failure.h"
+#include "platform/posix/private_files.h"
 
 namespace {
 
@@ -58,6 +59,7 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
+    ondura::KeepFilesPrivate();
     return Run(argc, argv);
   } catch (const ondura::Failure& failure) {
     std::cerr << "ondura: " << failure.what() << "\n";

@@ -48,6 +48,16 @@ std::vector<std::string> OpenedMachine::Users() const {
   return names;
 }
 
+std::unique_ptr<MachineLock> OpenedMachine::LockForChange() const {
+  auto lock = std::make_unique<MachineLock>(machine().mutexes, MachineLock::kPatienceOfAPerson);
+  if (!lock->held()) {
+    throw Failure(Exit::kFailed,
+                  "another command or a host is changing this machine and does not end; nothing was changed. "
+                  "Look for a stopped ondura or ondura-host, then try again");
+  }
+  return lock;
+}
+
 bool OpenedMachine::IsServed() const {
   return keys_->Read("Started") == "1" &&
          EqualsIgnoringCase(keys_->Read("Scheduled"), installation_.CurrentUser);

@@ -10,6 +10,7 @@
 #include "platform/posix/posix_machine.h"
 #include "profile/Installation.h"
 #include "profile_keys.h"
+#include "util/machine_lock.h"
 
 namespace ondura {
 
@@ -25,6 +26,10 @@ class OpenedMachine {
 
   // The names of the user list, in its order, without empty ones.
   [[nodiscard]] std::vector<std::string> Users() const;
+
+  // Keeps other commands and the hosts out of the shared files, for whoever changes them, until it is gone.
+  // To be had before they are read. Throws Failure (kFailed) where somebody keeps it.
+  [[nodiscard]] std::unique_ptr<MachineLock> LockForChange() const;
 
   // Makes the named user the current one, in the spelling of the user list. Throws Failure (kFailed) where
   // there is none.

@@ -73,6 +73,7 @@ void AddSchedule(const Globals& globals, const ScheduleRequest& request) {
   RefuseUnknownCharacters(opened, request.plan.name);
   const LocalTime now = opened.machine().clock.Now();
   const ScheduleRecord record = RecordOf(request.plan, now);
+  const auto lock = opened.LockForChange();
   ScheduleFile file = LoadForChange(opened);
   const auto records = file.Records();
   const auto same = std::ranges::find(records, record.recordno, &ScheduleRecord::recordno);
@@ -100,6 +101,7 @@ void RemoveSchedule(const Globals& globals, const ScheduleRequest& request) {
   }
   OpenedMachine opened(globals);
   opened.Serve(request.user);
+  const auto lock = opened.LockForChange();
   ScheduleFile file = LoadForChange(opened);
   if (request.all) {
     file.Clear();

@@ -112,6 +112,7 @@ void ChangePaths(const Globals& globals, const PathsRequest& request, OpenLists 
   }
   OpenedMachine opened(globals);
   opened.Serve(request.user);
+  const auto lock = request.list ? nullptr : opened.LockForChange();
   Lists lists = open(opened);
   if (request.list) {
     Print(lists, request.as_json);

@@ -99,6 +99,9 @@ void AddUser(const Globals& globals, const UserPlan& plan) {
   const Passwords passwords = ReadPasswords(plan.password_from_input);
   if (passwords.account.empty()) throw Failure(Exit::kUsage, "the account password must not be empty");
 
+  // Nobody waits for a person at the prompt; meanwhile the name may have been taken.
+  const auto lock = opened.LockForChange();
+  CheckName(opened, plan.name);
   auto users = opened.Users();
   users.push_back(plan.name);
   MakeUserFolder(opened, plan.name);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/posix/posix_machine.h"
+#include "platform/posix/private_files.h"
 #include "platform/posix/started_program.h"
 
 namespace ondura::demo {
@@ -21,6 +22,7 @@ class MachineInFolder : public ProgramMachine {
 }  // namespace
 
 ChildMachine MakeChildMachine() {
+  KeepFilesPrivate();
   const StartedProgram program = ReadStartedProgram();
   if (program.root.empty()) {
     return {nullptr, {}, "ONDURA_ROOT is not set. This program is started by a machine in a folder."};

@@ -5,6 +5,7 @@
 
 #include "mail_helper.h"
 #include "platform/posix/posix_machine.h"
+#include "platform/posix/private_files.h"
 #include "platform/posix/started_program.h"
 #include "tick_options.h"
 
@@ -39,6 +40,7 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
+    ondura::KeepFilesPrivate();
     return Run(argc, argv);
   } catch (const std::exception& error) {
     std::cerr << "OndruaEStartup: " << error.what() << "\n";

@@ -6,6 +6,7 @@
 #include "hosts.h"
 #include "machine_programs.h"
 #include "platform/posix/posix_machine.h"
+#include "platform/posix/private_files.h"
 #include "platform/posix/stop_signals.h"
 
 namespace {
@@ -18,6 +19,8 @@ int Run(const ondura::HostOptions& options, char** argv) {
     std::cerr << "ondura-host: " << made.error << "\n";
     return ondura::kExitUsage;
   }
+  const std::string mended = ondura::MendFolderRights(options.root);
+  if (!mended.empty()) std::cerr << "ondura-host: " << mended << "\n";
   if (options.role != ondura::HostRole::kElevated) {
     const std::string fault = ondura::InstallMailHelper(made.owner->machine(), options);
     if (!fault.empty()) std::cerr << "ondura-host: no mails will be sent: " << fault << "\n";
@@ -44,6 +47,7 @@ int Run(const ondura::HostOptions& options, char** argv) {
 
 int main(int argc, char** argv) {
   try {
+    ondura::KeepFilesPrivate();
     const ondura::ParsedOptions parsed = ondura::ParseHostOptions(argc, argv);
     return parsed.options ? Run(*parsed.options, argv) : parsed.exit_code;
   } catch (const std::exception& error) {

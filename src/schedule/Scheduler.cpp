@@ -4,6 +4,7 @@
 
 #include "schedule/locale_dates.h"
 #include "schedule/schedule_header.h"
+#include "util/machine_lock.h"
 #include "util/text.h"
 
 namespace ondura {
@@ -76,6 +77,8 @@ Standing Scheduler::StandingOf(const ScheduleRecord& record) const {
 }
 
 void Scheduler::sch_changefiledata(std::string_view word) {
+  // Whoever replaces the file meanwhile would bring the old word back.
+  const MachineLock lock(machine_.mutexes, MachineLock::kPatienceOfAHost);
   WriteHeaderWord(machine_.files, schedule_.ScheduleFilePath, HeaderWordOf(word));
 }
 

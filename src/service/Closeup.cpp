@@ -1,7 +1,9 @@
 #include "service/Closeup.h"
 
 #include <algorithm>
+#include <optional>
 
+#include "util/machine_lock.h"
 #include "util/text_files.h"
 
 namespace ondura {
@@ -17,6 +19,8 @@ void Closeup::Closeupoperation() {
   Scheduler& scheduler = context_.services().scheduler;
   context_.job.keys.WriteStatus("4");
   context_.trace().User(" 4 : " + schedule.schvTemp.nexttime);
+  std::optional<MachineLock> lock;
+  lock.emplace(context_.machine().mutexes, MachineLock::kPatienceOfAHost);
   ScheduleRecord* const record = TakeOverChanges();
   if (schedule.schvTemp.repeatkind == kRunsOnce) {
     if (record) record->nexttime.clear();
@@ -33,6 +37,7 @@ void Closeup::Closeupoperation() {
   }
   context_.started.Lower();
   if (record) schedule.DB_WriteRecord();
+  lock.reset();
   context_.services().progress.ResetBackupProgressIni();
 }
 

@@ -5,6 +5,7 @@
 #include "profile/user_list.h"
 #include "schedule/schedule_header.h"
 #include "service/StartUp.h"
+#include "util/machine_lock.h"
 #include "util/text.h"
 
 namespace ondura {
@@ -210,26 +211,33 @@ bool DispatchPass::IsNear(const std::string& key) {
 }
 
 DispatchPass::PassEnd DispatchPass::ServeBest() {
-  ServiceState& state = context_.state;
   Scheduler& scheduler = context_.services().scheduler;
-  state.RunJob = true;
+  context_.state.RunJob = true;
   const std::string path = context_.installation().UserFile(kScheduleFileName);
   context_.schedule_file().ScheduleFilePath = path;
   context_.backup_set.BackupSetFilePath = context_.installation().UserFile(kBackupSetFileName);
   scheduler.DateFormatText = context_.services().helpers.GetLocaleString(kLocaleShortDate);
   scheduler.TimeFormatText = context_.services().helpers.GetLocaleString(kLocaleTimeFormat);
-  const auto word = ReadHeaderWord(context_.machine().files, path);
-  if (!word) return PassEnd::kNormal;
-  state.ScheduleFileBusy = Trim(*word) != "0";
-  state.LoadResult = scheduler.Sch_Load_ScheduleData();
-  return ServeLoaded();
+  const auto key = LoadRecord(path);
+  return key ? ServeLoaded(*key) : PassEnd::kNormal;
 }
 
-DispatchPass::PassEnd DispatchPass::ServeLoaded() {
+// Under the lock, as a missed record moves on within the table that is read here.
+std::optional<std::string> DispatchPass::LoadRecord(const std::string& path) {
   ServiceState& state = context_.state;
+  const MachineLock lock(context_.machine().mutexes, MachineLock::kPatienceOfAHost);
+  const auto word = ReadHeaderWord(context_.machine().files, path);
+  if (!word) return std::nullopt;
+  state.ScheduleFileBusy = Trim(*word) != "0";
+  state.LoadResult = context_.services().scheduler.Sch_Load_ScheduleData();
   const ScheduleRecord* selected = context_.schedule_file().Selected();
   const std::string key = selected ? selected->sortkey : "";
   if (state.LoadResult == kMissed) missed_.Decide();
+  return key;
+}
+
+DispatchPass::PassEnd DispatchPass::ServeLoaded(const std::string& key) {
+  ServiceState& state = context_.state;
   if (!state.RunJob) {
     missed_.Report();
     NoteIfItStands(key);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,7 +48,9 @@ class DispatchPass {
   void PublishBest();
   bool IsNear(const std::string& key);
   PassEnd ServeBest();
-  PassEnd ServeLoaded();
+  // The key of the record that is served, before it moves on; std::nullopt without a readable schedule file.
+  std::optional<std::string> LoadRecord(const std::string& path);
+  PassEnd ServeLoaded(const std::string& key);
   void NoteIfItStands(const std::string& key);
   void CapTrace(const std::string& path);
   void TraceDefaultUser(std::string_view label);

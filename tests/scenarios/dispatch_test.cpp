@@ -170,6 +170,25 @@ TEST(DispatchStory, WhatTheUserChangesInTheScheduleDuringTheJobStaysAndNothingRu
   }
 }
 
+// The time of a change that another program makes under the lock, after which it gives the lock back.
+TEST(DispatchStory, TheCloseUpWaitsForAnEditButNotForEver) {
+  const ScheduleRecord moved = House::Daily(House::kTomorrow);
+  const ScheduleRecord added = House::Daily("12-24-2026 18:00:00");
+  for (const auto& [story, delay, left] : {std::tuple{"an edit under way", 4s, FileWith({added, moved})},
+                                           {"one that stands still", 60s, FileWith({moved})}}) {
+    DueHouse house;
+    house.During(51, [&] {
+      house.machine.HoldMutex("Global\\OnduraEService machine files");
+      house.machine.After(delay, [&] {
+        house.machine.PutFile(house.UserPath("scheduleData.txt"), FileWith({added, House::Daily()}));
+        house.machine.LetGoOfMutex("Global\\OnduraEService machine files");
+      });
+    });
+    house.Tick();
+    EXPECT_EQ(house.Bytes("scheduleData.txt"), left) << story;
+  }
+}
+
 TEST(DispatchStory, ACloseUpWithoutARecordMovesNothing) {
   DueHouse house;
   house.Service();

@@ -1,4 +1,8 @@
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <array>
+#include <thread>
 #include <vector>
 
 #include "tools/tool_run.h"
@@ -41,6 +45,33 @@ TEST(ToolUser, AddedFirstIsTheDefaultAndTheListEndsWithItsMark) {
   EXPECT_EQ(house.Bytes(std::string{ToolHouse::kData} + "userlist.ini"), "ann;bob;\r\n");
   EXPECT_THAT(house.Bytes(ToolHouse::kData + kShared), HasSubstr("Default User name=cpp\r\n"));
   EXPECT_EQ(house.Run("user list --json").out, "[\n  \"ann\",\n  \"bob\"\n]\n");
+}
+
+TEST(ToolLock, CommandsAtOnceLoseNothing) {
+  const AnnHouse house;
+  std::vector<std::thread> people;
+  for (int i = 0; i < 6; ++i) {
+    people.emplace_back([&house, name = "u" + std::to_string(i)] {
+      house.Run("user add " + name + " --password-stdin", "secret\n");
+      house.Put("disk/" + name, name);
+      house.Run("select ann 'D:\\" + name + "'");
+    });
+  }
+  for (std::thread& person : people) person.join();
+  EXPECT_EQ(std::ranges::count(house.Run("user list").out, '\n'), 7) << "with ann";
+  EXPECT_EQ(std::ranges::count(house.Run("select ann --list").out, '\n'), 6);
+}
+
+TEST(ToolInit, LeavesTheMachineToItsOwnerAlone) {
+  const ToolHouse house;
+  ASSERT_EQ(chmod(house.root().c_str(), 0755), 0);
+  EXPECT_THAT(house.Run("init").err, HasSubstr("0700"));
+  struct stat status {};
+  for (const std::string name :
+       {"", "/machine.ini", "/C/ProgramData/Ondura/UserName.ini", "/C/ProgramData"}) {
+    ASSERT_EQ(stat((house.root() + name).c_str(), &status), 0) << name;
+    EXPECT_EQ(status.st_mode & 077U, 0U) << name;
+  }
 }
 
 TEST(ToolForm, KeepsEachKeyWhereTheServiceReadsIt) {

@@ -39,8 +39,9 @@ class Fd {
   int number_ = -1;
 };
 
-inline constexpr mode_t kNewFileMode = 0666;
-inline constexpr mode_t kNewFolderMode = 0777;
+// Profiles, logs and dumps are their owner's alone.
+inline constexpr mode_t kNewFileMode = 0600;
+inline constexpr mode_t kNewFolderMode = 0700;
 
 // A path of the host as the kernel takes it, which refuses more than 4,095 bytes in one call: a longer one is
 // a path within an open folder. Both are for the calls that end in "at". The path outlives this object.

@@ -249,8 +249,9 @@ bool RecordingNamedMutexes::Wait(MutexHandle handle, std::chrono::milliseconds l
       [&] { return ForwardingNamedMutexes::Wait(handle, limit); });
 }
 
+// Nothing that outlives a power cut, and a destructor's call.
 void RecordingNamedMutexes::Release(MutexHandle handle) {
-  gate_.Note(kChange, "NamedMutexes.Release", "", [&] { ForwardingNamedMutexes::Release(handle); });
+  gate_.Note(kLook, "NamedMutexes.Release", "", [&] { ForwardingNamedMutexes::Release(handle); });
 }
 
 void RecordingNamedMutexes::Close(MutexHandle handle) {
