@@ -29,7 +29,7 @@ int Run(int argc, char** argv) {
       "  ondura --root /srv/machine init --engine ./engine\n"
       "  ondura --root /srv/machine user add ann\n"
       "  ondura --root /srv/machine select ann 'C:\\Users\\ann\\Documents'\n"
-      "  ondura --root /srv/machine schedule add ann --at '2026-11-14 12:30' --repeat daily\n"
+      "  ondura --root /srv/machine schedule add ann --at 12:30 --repeat daily\n"
       "  ondura --root /srv/machine status\n"
       "Exit codes: 0 done, 1 not there or not possible, 2 wrong usage or no machine folder.");
   AddInitCommand(app, globals);

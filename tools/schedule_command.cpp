@@ -152,9 +152,12 @@ void AddAddCommand(CLI::App& schedule, const Globals& globals) {
   auto request = std::make_shared<ScheduleRequest>();
   SchedulePlan& plan = request->plan;
   add.add_option("USER", request->user, "A user of the machine")->required();
-  add.add_option("--at", plan.at, "First time, in the machine's local time, or now")
+  add.add_option(
+         "--at", plan.at,
+         "First time, in the machine's local time: HH:MM (the next one), with tomorrow, a weekday or a date "
+         "YYYY-MM-DD before it, or now")
       ->required()
-      ->type_name("'YYYY-MM-DD HH:MM'");
+      ->type_name("'[DAY] HH:MM'");
   add.add_option("--repeat", plan.repeat, "once, daily, monthly or days such as weekly:mon,wed")
       ->capture_default_str();
   add.add_option("--kind", plan.kind, "files, sql, system-state, exchange or mailbox")->capture_default_str();
@@ -163,7 +166,7 @@ void AddAddCommand(CLI::App& schedule, const Globals& globals) {
   add.add_option("--name", plan.name, "A name to know the schedule by");
   add.add_flag("--replace", request->replace, "Take the place of the schedule of the same kind");
   add.footer(
-      "Example: ondura schedule add ann --at '2026-11-16 22:00' --repeat weekly:mon,thu --mail "
+      "Example: ondura schedule add ann --at 'mon 22:00' --repeat weekly:mon,thu --mail "
       "ann@example.com");
   add.callback([&globals, request] { AddSchedule(globals, *request); });
 }
@@ -192,7 +195,7 @@ void AddRemoveCommand(CLI::App& schedule, const Globals& globals) {
 void AddScheduleCommand(CLI::App& app, const Globals& globals) {
   auto& schedule = *app.add_subcommand("schedule", "Says when a user's backups run");
   schedule.require_subcommand(1)->fallthrough();
-  schedule.footer("Example: ondura schedule add ann --at '2026-11-14 12:30' --repeat daily");
+  schedule.footer("Example: ondura schedule add ann --at 12:30 --repeat daily");
   AddAddCommand(schedule, globals);
   AddListCommand(schedule, globals);
   AddRemoveCommand(schedule, globals);

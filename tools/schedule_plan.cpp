@@ -7,6 +7,7 @@
 
 #include "failure.h"
 #include "schedule/record_dates.h"
+#include "start_time.h"
 #include "util/date_text.h"
 #include "util/text.h"
 
@@ -58,28 +59,10 @@ std::optional<int> Digits(std::string_view text) {
   return static_cast<int>(*number);
 }
 
-std::optional<LocalTime> ParseTime(std::string_view text) {
-  constexpr std::string_view kShape = "YYYY-MM-DD HH:MM";
-  if (text.size() != kShape.size() || text[4] != '-' || text[7] != '-' || text[10] != ' ' ||
-      text[13] != ':') {
-    return std::nullopt;
-  }
-  const auto year = Digits(text.substr(0, 4));
-  const auto month = Digits(text.substr(5, 2));
-  const auto day = Digits(text.substr(8, 2));
-  const auto hour = Digits(text.substr(11, 2));
-  const auto minute = Digits(text.substr(14, 2));
-  if (!year || !month || !day || !hour || !minute) return std::nullopt;
-  const TimeFields fields{*year, *month, *day, *hour, *minute, 0};
-  const bool in_range = *year >= 1970 && *year < 3000 && *month >= 1 && *day >= 1;
-  if (!in_range || ToFields(ToLocalTime(fields)) != fields) return std::nullopt;
-  return ToLocalTime(fields);
-}
-
 LocalTime TimeOf(const SchedulePlan& plan, LocalTime now) {
-  if (plan.at == "now") return std::chrono::floor<std::chrono::minutes>(now);
-  if (const auto time = ParseTime(plan.at)) return *time;
-  Refuse("--at", plan.at, "give a date and time such as '2026-11-14 12:30', or now");
+  if (const auto time = ParseStartTime(plan.at, now)) return *time;
+  Refuse("--at", plan.at,
+         "give a time such as 12:30, 'tomorrow 12:30', 'mon 12:30' or '2090-11-14 12:30', or now");
 }
 
 // Seven digits, Sunday first.

@@ -10,7 +10,7 @@ namespace ondura {
 
 // One schedule in the words of the command line.
 struct SchedulePlan {
-  std::string at;               // "2026-11-14 12:30" or "now"
+  std::string at;               // start_time.h tells the words
   std::string repeat = "once";  // once, daily, monthly, "weekly:mon,wed"
   std::string kind = "files";   // files, sql, system-state, exchange, mailbox
   std::vector<std::string> mail;
