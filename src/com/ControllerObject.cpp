@@ -34,6 +34,14 @@ STDMETHODIMP ControllerObject::Cont_login(VARIANT* nothing) {
   return AnswerNothing(nothing, [&] { core().Cont_login(); });
 }
 
+STDMETHODIMP ControllerObject::SetProductNames() {
+  return Run([&] { core().SetProductNames(); });
+}
+
+STDMETHODIMP ControllerObject::ReadConfigurationValue(BSTR sSection, BSTR sKey, BSTR* value) {
+  return Answer(value, [&] { return core().ReadConfigurationValue(TextOf(sSection), TextOf(sKey)); });
+}
+
 STDMETHODIMP ControllerObject::Cont_startschBackup(VARIANT* nothing) {
   return AnswerNothing(nothing, [&] { core().Cont_startschBackup(); });
 }

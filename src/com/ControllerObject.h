@@ -12,6 +12,8 @@ class ControllerObject : public DispatchObject<IController> {
   STDMETHODIMP const_InitUserdata(BSTR user, VARIANT* nothing) override;
   STDMETHODIMP CopyDefaults(BSTR user) override;
   STDMETHODIMP Cont_login(VARIANT* nothing) override;
+  STDMETHODIMP SetProductNames() override;
+  STDMETHODIMP ReadConfigurationValue(BSTR sSection, BSTR sKey, BSTR* value) override;
   STDMETHODIMP Cont_startschBackup(VARIANT* nothing) override;
   STDMETHODIMP Closeupoperation(VARIANT* nothing) override;
   STDMETHODIMP cont_RestartRealtimeSystem(VARIANT* nothing) override;

@@ -27,15 +27,13 @@ Module& Module::Get() { return the_module; }
 
 void Module::Hold() {
   const Locked locked(lock_);
-  if (objects_ == 0) shared_ = new SharedComponent;
+  if (shared_ == nullptr) shared_ = new SharedComponent;
   ++objects_;
 }
 
 void Module::Release() {
   const Locked locked(lock_);
-  if (--objects_ > 0) return;
-  delete std::exchange(shared_, nullptr);
-  if (library_ != nullptr) std::exchange(library_, nullptr)->Release();
+  --objects_;
 }
 
 void Module::Lock(bool on) {
@@ -43,9 +41,12 @@ void Module::Lock(bool on) {
   locks_ += on ? 1 : -1;
 }
 
-bool Module::IsIdle() {
+bool Module::LetGo() {
   const Locked locked(lock_);
-  return objects_ == 0 && locks_ == 0;
+  if (objects_ > 0 || locks_ > 0) return false;
+  delete std::exchange(shared_, nullptr);
+  if (library_ != nullptr) std::exchange(library_, nullptr)->Release();
+  return true;
 }
 
 Microsoft::WRL::ComPtr<ITypeInfo> Module::TypeInfoOf(REFIID interface_id) {

@@ -9,8 +9,9 @@
 
 namespace ondura {
 
-// What the loaded library keeps: how many objects and locks hold it, and what they share. All of it is made
-// for the first object and freed with the last, so that nothing is left to do while the process ends.
+// What the loaded library keeps: how many objects and locks hold it, and what they share. That is made for
+// the first object and outlives the last: the component's state is that of the process, until the library may
+// go.
 class Module {
  public:
   static Module& Get();
@@ -21,7 +22,9 @@ class Module {
 
   // A server lock keeps the library loaded without a component.
   void Lock(bool on);
-  bool IsIdle();
+
+  // Returns whether nothing holds the library; what the objects shared is freed then.
+  bool LetGo();
 
   // The objects' shared instance. Only while an object holds the module.
   [[nodiscard]] SharedComponent& shared() const { return *shared_; }
@@ -33,7 +36,7 @@ class Module {
   SRWLOCK lock_ = SRWLOCK_INIT;
   LONG objects_ = 0;
   LONG locks_ = 0;
-  // Plain pointers, so that the end of a process whose objects were never released runs no code here.
+  // Plain pointers, so that the end of a process runs no code here.
   SharedComponent* shared_ = nullptr;
   ITypeLib* library_ = nullptr;
 };

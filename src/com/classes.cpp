@@ -6,12 +6,10 @@
 #include "com/ControllerObject.h"
 #include "com/DummyCallObject.h"
 #include "com/EmptyObjects.h"
-#include "com/HttpObject.h"
 #include "com/OptionsObject.h"
 #include "com/SchedulerObject.h"
 #include "com/SystemStateObject.h"
 #include "com/TransferObject.h"
-#include "com/WebDavObject.h"
 
 namespace ondura {
 
@@ -22,7 +20,7 @@ IDispatch* Make() {
   return new Object;
 }
 
-const std::array<PublicClass, 10> kClasses{{
+const std::array<PublicClass, 8> kClasses{{
     {&__uuidof(::Controller), L"Controller", &Make<ControllerObject>},
     {&__uuidof(::Scheduler), L"Scheduler", &Make<SchedulerObject>},
     {&__uuidof(::Transfer), L"Transfer", &Make<TransferObject>},
@@ -30,8 +28,6 @@ const std::array<PublicClass, 10> kClasses{{
     {&__uuidof(::clsSystemState), L"clsSystemState", &Make<SystemStateObject>},
     {&__uuidof(::CDummyCall), L"CDummyCall", &Make<DummyCallObject>},
     {&__uuidof(::cBase64), L"cBase64", &Make<Base64Object>},
-    {&__uuidof(::WebDavControl), L"WebDavControl", &Make<WebDavObject>},
-    {&__uuidof(::HttpFunctions), L"HttpFunctions", &Make<HttpObject>},
     {&__uuidof(::OnduraTime), L"time", &Make<TimeObject>},
 }};
 

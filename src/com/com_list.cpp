@@ -90,9 +90,8 @@ void Refill(Collection collection, const std::vector<std::string>& texts) {
 }  // namespace
 
 std::vector<std::string> ListOf(VARIANT* argument) {
-  RequirePointer(argument);
   Variant copy;
-  Check(ConversionResult(VariantCopyInd(copy.get(), argument)));
+  CopyOf(argument, copy);
   switch (V_VT(copy.get())) {
     case VT_EMPTY:
       return {};
@@ -108,9 +107,8 @@ std::vector<std::string> ListOf(VARIANT* argument) {
 }
 
 void AssignList(VARIANT* argument, const std::vector<std::string>& texts) {
-  RequirePointer(argument);
   Variant now;
-  Check(VariantCopyInd(now.get(), argument));
+  CopyOf(argument, now);
   if (V_VT(now.get()) == VT_DISPATCH) {
     Refill(Collection(V_DISPATCH(now.get())), texts);
     return;

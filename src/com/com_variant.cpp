@@ -99,18 +99,26 @@ void Variant::MoveTo(VARIANT& target) {
   V_VT(&value_) = VT_EMPTY;
 }
 
-std::int32_t Int32Of(VARIANT* argument) {
+void CopyOf(VARIANT* argument, Variant& copy) {
   RequirePointer(argument);
+  // Automation follows references without a look.
+  for (const VARIANT* at = argument; (V_VT(at) & VT_BYREF) != 0; at = V_VARIANTREF(at)) {
+    RequirePointer(V_BYREF(at));
+    if (V_VT(at) != (VT_BYREF | VT_VARIANT)) break;
+  }
+  Check(ConversionResult(VariantCopyInd(copy.get(), argument)));
+}
+
+std::int32_t Int32Of(VARIANT* argument) {
   Variant value;
-  Check(ConversionResult(VariantCopyInd(value.get(), argument)));
+  CopyOf(argument, value);
   value.ConvertTo(VT_I4);
   return V_I4(value.get());
 }
 
 std::string TextOf(VARIANT* argument) {
-  RequirePointer(argument);
   Variant value;
-  Check(ConversionResult(VariantCopyInd(value.get(), argument)));
+  CopyOf(argument, value);
   value.ConvertTo(VT_BSTR);
   return TextOf(V_BSTR(value.get()));
 }

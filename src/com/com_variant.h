@@ -51,6 +51,9 @@ class Variant {
   VARIANT value_;
 };
 
+// Copies what an argument holds or refers to; a reference to nothing is E_POINTER.
+void CopyOf(VARIANT* argument, Variant& copy);
+
 // The values of an argument, whether it holds or refers to one. An argument that holds none is empty text.
 std::int32_t Int32Of(VARIANT* argument);
 std::string TextOf(VARIANT* argument);

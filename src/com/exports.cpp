@@ -21,7 +21,7 @@ HRESULT Guarded(const Work& work) noexcept {
 
 }  // namespace
 
-STDAPI DllCanUnloadNow() { return ondura::Module::Get().IsIdle() ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() { return ondura::Module::Get().LetGo() ? S_OK : S_FALSE; }
 
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID id, void** object) {
   if (object == nullptr) return E_POINTER;

@@ -126,8 +126,10 @@ bool IsRegistered(const PublicClass& made) {
 void Register() {
   try {
     RegisterUnder(HKEY_LOCAL_MACHINE, RegisterTypeLib);
-  } catch (const ComError&) {
+  } catch (const ComError& error) {
     UnregisterUnder(HKEY_LOCAL_MACHINE);
+    // Any other failure would leave a registration that only this user has, and nobody told.
+    if (error.code != E_ACCESSDENIED && error.code != TYPE_E_REGISTRYACCESS) throw;
     RegisterUnder(HKEY_CURRENT_USER, RegisterTypeLibForUser);
   }
 }

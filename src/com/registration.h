@@ -4,8 +4,8 @@
 
 namespace ondura {
 
-// Makes the classes and the type library known: for the whole machine, or for the present user where the
-// machine's hive can't be written. Throws when neither can.
+// Makes the classes and the type library known: for the whole machine, or for the present user where rights
+// to the machine's hive are refused. Throws when neither can be had, and for every other failure.
 void Register();
 
 // Takes away all of that, wherever it stands. Throws when something may not be taken away.

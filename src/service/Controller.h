@@ -52,6 +52,12 @@ class Controller {
   void CopyDefaults(std::string_view user);
   void Cont_login() { parts_.start_up.Cont_login(); }
 
+  // The names derived from the product's configuration, and one value of it in clear text.
+  void SetProductNames() { parts_.context.configuration.SetProductNames(); }
+  std::string ReadConfigurationValue(std::string_view sSection, std::string_view sKey) {
+    return parts_.context.configuration.ReadConfigurationValue(sSection, sKey);
+  }
+
   // The service's tick, and one pass; a job runs inside and may last for hours.
   void Cont_CheckStandardRunning() { parts_.tick.Cont_CheckStandardRunning(); }
   void Cont_startschBackup() { parts_.pass.Cont_startschBackup(); }

@@ -66,6 +66,14 @@ TEST_F(ArgumentsTest, AVariableThatCanNotHoldTheResultIsAMismatch) {
   EXPECT_EQ(controller_->ReadScheduleStatusFile(&number), DISP_E_TYPEMISMATCH);
   EXPECT_EQ(controller_->ResdDLLOutputFile(nullptr, nullptr), E_POINTER);
   EXPECT_EQ(controller_->GetSystemTime(nullptr), E_POINTER);
+  VARIANT nowhere{};
+  const VARTYPE types[] = {VT_VARIANT, VT_BSTR, VT_ARRAY | VT_BSTR};
+  for (const VARTYPE type : types) {
+    V_VT(&nowhere) = static_cast<VARTYPE>(VT_BYREF | type);
+    V_BYREF(&nowhere) = nullptr;
+    EXPECT_EQ(controller_->RemoveDuplicate(&nowhere), E_POINTER) << type;
+    EXPECT_EQ(controller_->ResdDLLOutputFile(&found, &nowhere), E_POINTER) << type;
+  }
 }
 
 TEST_F(ArgumentsTest, AListKeepsTheFormInWhichItCame) {

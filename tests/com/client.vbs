@@ -108,7 +108,7 @@ End Sub
 
 ' Every method.
 
-Dim controller, scheduler, transfer, options, state, dummy, codec, web, http, moment, number, text, list, stream
+Dim controller, scheduler, transfer, options, state, dummy, codec, moment, number, text, list, stream
 number = 1
 
 Sub MakeObjects
@@ -119,8 +119,6 @@ Sub MakeObjects
   Set state = CreateObject("OnduraEService.clsSystemState") : Good "clsSystemState"
   Set dummy = CreateObject("OnduraEService.CDummyCall") : Good "CDummyCall"
   Set codec = CreateObject("OnduraEService.cBase64") : Good "cBase64"
-  Set web = CreateObject("OnduraEService.WebDavControl") : Good "WebDavControl"
-  Set http = CreateObject("OnduraEService.HttpFunctions") : Good "HttpFunctions"
   Set moment = CreateObject("OnduraEService.time") : Good "time"
 End Sub
 
@@ -246,6 +244,9 @@ Sub StartController
   controller.CopyDefaults controller : Bad "CopyDefaults", kTypeMismatch
   Check "Cont_login", IsEmpty(controller.Cont_login)
   controller.Cont_login 1 : Bad "Cont_login", kWrongNumberOfArguments
+  controller.SetProductNames : Good "SetProductNames"
+  Equal "ReadConfigurationValue", controller.ReadConfigurationValue("ProductInfo", "ExeGroup"), "Scr"
+  controller.ReadConfigurationValue controller, "" : Bad "ReadConfigurationValue", kTypeMismatch
 End Sub
 
 ' Nothing is due yet, and the account has no encryption password.
@@ -454,61 +455,14 @@ Sub CallMail
       controller.SessionLogPath & controller.JobStatusText & CDbl(controller.ScheduledTime) & _
       controller.StageWord & controller.FailureReason, _
       "1M/d/yyyy" & home & "\log.txt" & "Done." & CDbl(noon) & " SQL Server none"
-  web.dav_seterrorstring ""
   controller.SendMail "ann@example.com", "", 2 : Good "SendMail"
   Check "MailSubject: " & controller.MailSubject, InStr(controller.MailSubject, "[ann]") > 0
-  Equal "SendMail", web.ErrorText, "Attempt to connect to the server failed."
   controller.SendMail "ann@example.com", "", "x" : Bad "SendMail", kTypeMismatch
   controller.ScheduledTimeText = "12:30"
   controller.ScheduleTimeField = "12:31" : Good "the times of a notice"
   Equal "the times of a notice", controller.ScheduledTimeText & controller.ScheduleTimeField, "12:3012:31"
   controller.SendMailNew "ann@example.com", "a notice" : Good "SendMailNew"
   controller.SendMailNew controller, "a notice" : Bad "SendMailNew", kTypeMismatch
-  Equal "SendEmail", http.SendEmail("ann@example.com", "subject", "content", ""), False
-  http.SendEmail http, "subject", "content", "" : Bad "SendEmail", kTypeMismatch
-  Equal "HttpErrorText", http.HttpErrorText(12002), "The request has timed out."
-  http.HttpErrorText "x" : Bad "HttpErrorText", kTypeMismatch
-  Equal "StripNull", http.StripNull("ab" & Chr(0) & "c"), "ab"
-  http.StripNull http : Bad "StripNull", kTypeMismatch
-  http.AddParam "A", "b c", False : Good "AddParam"
-  http.AddParam http, "b c", False : Bad "AddParam", kTypeMismatch
-  Equal "EncodeFormValue", http.EncodeFormValue("b c"), "b%20c"
-  http.EncodeFormValue http : Bad "EncodeFormValue", kTypeMismatch
-  Equal "PostForm", http.PostForm("127.0.0.1", "/", "A=b", 2, False), False
-  http.PostForm "127.0.0.1", "/", "A=b", "x", False : Bad "PostForm", kTypeMismatch
-End Sub
-
-Sub CallWebDav
-  On Error Resume Next
-  Equal "hInternetOpen", web.hInternetOpen("agent", 0, "", "", ""), True
-  web.hInternetOpen "agent", "x", "", "", "" : Bad "hInternetOpen", kTypeMismatch
-  Check "getInternetOpenHandle", web.getInternetOpenHandle <> 0 And web.getInternetOpenHandle = web.hInternet
-  web.getInternetOpenHandle 1 : Bad "getInternetOpenHandle", kWrongNumberOfArguments
-  web.RequestBody = "body"
-  web.RequestHeaders = "X: y" & vbCrLf
-  web.RequestFlags = 0
-  web.AuthorizationValue = "QTpi"
-  web.hConnect = 0
-  web.hRequest = 0
-  web.ProxyUser = "p"
-  web.ProxyPass = "q" : Good "the values of a request"
-  Equal "the values of a request", web.RequestBody & web.RequestHeaders & web.RequestFlags & web.AuthorizationValue & _
-      web.hConnect & web.hRequest & web.ProxyUser & web.ProxyPass, "bodyX: y" & vbCrLf & "0QTpi00pq"
-  web.hConnect = "x" : Bad "hConnect", kTypeMismatch
-  number = web.HttpProcessCalls("GET", "/a#b", False) : Good "HttpProcessCalls"
-  Check "HttpProcessCalls without a connection: " & number, number >= 12000 Or number = 6
-  web.HttpProcessCalls web, "/", False : Bad "HttpProcessCalls", kTypeMismatch
-  Equal "ErrorOut", web.ErrorOut(1, "GET"), ""
-  web.ErrorOut "x", "GET" : Bad "ErrorOut", kTypeMismatch
-  web.DummyCall : Good "DummyCall"
-  web.dav_oper_stat_codes 503, "GET", 53 : Good "dav_oper_stat_codes"
-  Equal "dav_oper_stat_codes", web.ErrorText, "File not found."
-  web.dav_oper_stat_codes "x", "GET", 0 : Bad "dav_oper_stat_codes", kTypeMismatch
-  web.dav_seterrorstring "mine" : Good "dav_seterrorstring"
-  Equal "dav_seterrorstring", web.ErrorText, "mine"
-  web.dav_seterrorstring web : Bad "dav_seterrorstring", kTypeMismatch
-  Equal "ReverseConvertString", web.ReverseConvertString("a b#c"), "a b%23c"
-  web.ReverseConvertString web : Bad "ReverseConvertString", kTypeMismatch
 End Sub
 
 Sub CallSizes
@@ -591,7 +545,6 @@ CallSystemState
 CallExchange
 CallLogExtracts
 CallMail
-CallWebDav
 CallDummyCall
 CallPasses
 RunScheduledJob

@@ -21,8 +21,7 @@ WINDOWS_OWN = {
     "shell32.dll", "user32.dll", "wininet.dll", "ws2_32.dll", "wsock32.dll", "wtsapi32.dll",
 }
 LIMIT_BYTES = int(2.5 * 1024 * 1024)
-CLASSES = ["Controller", "Scheduler", "Transfer", "Options", "clsSystemState", "CDummyCall", "cBase64",
-           "WebDavControl", "HttpFunctions", "time"]
+CLASSES = ["Controller", "Scheduler", "Transfer", "Options", "clsSystemState", "CDummyCall", "cBase64", "time"]
 HIVES = ["HKEY_LOCAL_MACHINE\\Software\\Classes", "HKEY_CURRENT_USER\\Software\\Classes"]
 
 

@@ -107,6 +107,20 @@ TEST(LifetimeTest, TenThousandObjectsOfEachClassLeaveNothing) {
   EXPECT_EQ(can_unload(), S_FALSE);
 }
 
+TEST(LifetimeTest, TheStateOutlivesTheLastObjectUntilTheLibraryGoes) {
+  const Apartment apartment;
+  const auto subject = [] {
+    Text text;
+    Create<IController>(__uuidof(Controller))->get_MailSubject(&text);
+    return text.str();
+  };
+  Create<IController>(__uuidof(Controller))->put_MailSubject(Text(L"kept"));
+  EXPECT_EQ(subject(), L"kept");
+  CoFreeUnusedLibrariesEx(0, 0);
+  CoFreeUnusedLibrariesEx(0, 0);
+  EXPECT_EQ(subject(), L"");
+}
+
 TEST(LifetimeTest, TheLibraryLeavesTheProcessWhenNothingIsHeld) {
   const Apartment apartment;
   Create<IDispatch>(__uuidof(Transfer));

@@ -2,6 +2,8 @@
 
 #include "com_client.h"
 
+#include <sddl.h>
+
 namespace ondura_client {
 namespace {
 
@@ -14,27 +16,47 @@ bool HasKey(HKEY root, const wchar_t* path) {
   return true;
 }
 
-// The machine's hive is one that takes no keys for as long as this object lives.
+enum class Hive { kRefusesRights, kIsGone };
+
+// The machine's hive takes no keys for as long as this object lives.
 class ClosedMachineHive {
  public:
-  ClosedMachineHive() {
-    constexpr wchar_t kPath[] = L"Software\\OnduraEServiceClosedHive";
-    RegCreateKeyExW(HKEY_CURRENT_USER, kPath, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &gone_, nullptr);
-    RegDeleteKeyW(HKEY_CURRENT_USER, kPath);
-    RegOverridePredefKey(HKEY_LOCAL_MACHINE, gone_);
+  explicit ClosedMachineHive(Hive how) {
+    RegCreateKeyExW(HKEY_CURRENT_USER, kPath, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &hive_, nullptr);
+    if (how == Hive::kIsGone) {
+      RegDeleteKeyW(HKEY_CURRENT_USER, kPath);
+    } else {
+      RegCreateKeyExW(hive_, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &classes_,
+                      nullptr);
+      Guard(L"D:(D;;KA;;;WD)");
+    }
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, hive_);
   }
   ~ClosedMachineHive() {
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-    RegCloseKey(gone_);
+    if (classes_ != nullptr) Guard(L"D:(A;;KA;;;WD)");
+    RegCloseKey(classes_);
+    RegCloseKey(hive_);
+    RegDeleteTreeW(HKEY_CURRENT_USER, kPath);
   }
   ClosedMachineHive(const ClosedMachineHive&) = delete;
   ClosedMachineHive& operator=(const ClosedMachineHive&) = delete;
 
  private:
-  HKEY gone_ = nullptr;
+  static constexpr wchar_t kPath[] = L"Software\\OnduraEServiceClosedHive";
+
+  void Guard(const wchar_t* rights) {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(rights, SDDL_REVISION_1, &descriptor, nullptr);
+    RegSetKeySecurity(classes_, DACL_SECURITY_INFORMATION, descriptor);
+    LocalFree(descriptor);
+  }
+
+  HKEY hive_ = nullptr;
+  HKEY classes_ = nullptr;
 };
 
-TEST(PerUserTest, RegistersForTheUserWhereTheMachinesHiveIsClosed) {
+TEST(PerUserTest, RegistersForTheUserWhereRightsToTheMachinesHiveAreRefusedAlone) {
   const Apartment apartment;
   const HMODULE library = LoadLibraryA(ONDURA_LIBRARY);
   ASSERT_NE(library, nullptr);
@@ -43,7 +65,12 @@ TEST(PerUserTest, RegistersForTheUserWhereTheMachinesHiveIsClosed) {
     return reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(address)();
   };
   {
-    const ClosedMachineHive closed;
+    const ClosedMachineHive closed(Hive::kIsGone);
+    EXPECT_TRUE(FAILED(call("DllRegisterServer")));
+    EXPECT_FALSE(HasKey(HKEY_CURRENT_USER, kClassKey));
+  }
+  {
+    const ClosedMachineHive closed(Hive::kRefusesRights);
     EXPECT_EQ(call("DllRegisterServer"), S_OK);
   }
   EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, kClassKey));
