@@ -72,7 +72,7 @@ TEST_F(ArgumentsTest, AVariableThatCanNotHoldTheResultIsAMismatch) {
     V_VT(&nowhere) = static_cast<VARTYPE>(VT_BYREF | type);
     V_BYREF(&nowhere) = nullptr;
     EXPECT_EQ(controller_->RemoveDuplicate(&nowhere), E_POINTER) << type;
-    EXPECT_EQ(controller_->ResdDLLOutputFile(&found, &nowhere), E_POINTER) << type;
+    EXPECT_EQ(controller_->ReadScheduleStatusFile(&nowhere), E_POINTER) << type;
   }
 }
 
