@@ -12,6 +12,7 @@
 #include "platform/win32/paths.h"
 #include "platform/win32/ports.h"
 #include "platform/win32/system_times.h"
+#include "platform/win32/text_edges.h"
 
 namespace ondura {
 
