@@ -354,7 +354,7 @@ Sub CallEngineFiles
   Equal "ResdDLLOutputFileTempFd", text & number, True & "402"
   controller.ResdDLLOutputFileTempFd text : Bad "ResdDLLOutputFileTempFd", kWrongNumberOfArguments
   controller.ResdDLLOutputFile text, number : Good "ResdDLLOutputFile"
-  Equal "ResdDLLOutputFile", text & number, False & "0"
+  Equal "ResdDLLOutputFile of no file", text & number, False & "402"
   controller.ResdDLLOutputFile text : Bad "ResdDLLOutputFile", kWrongNumberOfArguments
   controller.DeleteInputOutFilesInTempFd : Good "DeleteInputOutFilesInTempFd"
   controller.DeleteTempFolder : Good "DeleteTempFolder"
