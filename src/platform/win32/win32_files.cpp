@@ -86,6 +86,13 @@ std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileData(std::string_view path) {
   return is_file ? std::optional{data} : std::nullopt;
 }
 
+// The path with its name as the folder spells it, since the file takes the name that it is replaced under.
+std::wstring AsSpelled(std::wstring path) {
+  WIN32_FIND_DATAW found{};
+  const UniqueFileSearch search{FindFirstFileW(path.c_str(), &found)};
+  return search.valid() ? path.substr(0, path.find_last_of(L"\\/") + 1).append(found.cFileName) : path;
+}
+
 std::wstring PlaceBeside(const std::wstring& target) {
   const std::size_t name = target.find_last_of(L"\\/") + 1;
   return target.substr(0, name).append(ToWide(kNewContentPrefix)).append(target, name);
@@ -219,7 +226,7 @@ class Win32Files : public Files {
     if (!old.valid()) return false;
     if (!IsAlone(old)) return WriteInPlace(old, bytes);
     old = UniqueHandle{};
-    return WriteBeside(WidePath(path), bytes) ||
+    return WriteBeside(AsSpelled(WidePath(path)), bytes) ||
            WriteInPlace(Open(path, GENERIC_WRITE, OPEN_EXISTING), bytes);
   }
 
