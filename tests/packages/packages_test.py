@@ -161,7 +161,7 @@ class ZipTest(unittest.TestCase):
         twin = subprocess.Popen(WINDOWS.command("C:\\Zip\\Ondura\\OnduraBackground.exe", "--install", SCENARIO_INSTALL,
                                                 "--period", "3600"), stdin=subprocess.DEVNULL)
         self.addCleanup(twin.kill)
-        deadline = time.monotonic() + 30
+        deadline = time.monotonic() + 60
         while self.standard() != "1" and time.monotonic() < deadline:
             time.sleep(0.1)
         self.assertEqual(self.standard(), "1")
@@ -282,7 +282,7 @@ class InstallerTest(unittest.TestCase):
         self.assertIn(says, done.stderr)
 
     def wait_for(self, what, is_there):
-        deadline = time.monotonic() + 30
+        deadline = time.monotonic() + 60
         while not is_there():
             self.assertLess(time.monotonic(), deadline, what)
             time.sleep(0.2)
@@ -299,7 +299,8 @@ class InstallerTest(unittest.TestCase):
         self.assertEqual(WINDOWS.service_state(), "STOPPED")
         self.service("start")
         self.assertEqual(WINDOWS.service_state(), "RUNNING")
-        request = WINDOWS.path(self.DATA + "OpenFileLaunchStatus.txt")
+        request = WINDOWS.path(self.DATA + "OxWin\\SqlLaunchStatus.txt")
+        request.parent.mkdir(exist_ok=True)
         request.write_bytes(b"1\r\n")
         self.wait_for("the service has an elevated host that serves requests",
                       lambda: request.read_bytes() == b"2\r\n")
