@@ -5,7 +5,7 @@ target_include_directories(ondura_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(ondura_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
 # g++ 12 takes an insertion into a std::string for overlapping copies, and the sum of two texts for one that can't
 # be, once it inlines them.
-target_compile_options(ondura_flags INTERFACE $<$<CONFIG:Release>:-Wno-restrict -Wno-stringop-overflow>)
+target_compile_options(ondura_flags INTERFACE "$<$<CONFIG:Release>:-Wno-restrict;-Wno-stringop-overflow;-Wno-array-bounds>")
 target_compile_definitions(ondura_flags INTERFACE ONDURA_VERSION="${PROJECT_VERSION}")
 if(WIN32)
   # The oldest Windows that the calls are there for, and the process list from the library that has it there.

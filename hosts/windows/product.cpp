@@ -23,7 +23,7 @@ Installation FoldersOf(const Machine& machine, std::string_view install_folder) 
 
 }  // namespace
 
-Product ReadProduct(std::string_view install_folder) {
+Installation ReadInstallation(std::string_view install_folder) {
   const auto owner = MakeWin32Machine();
   Installation installation = FoldersOf(owner->machine(), install_folder);
   if (!ProductConfiguration(owner->machine(), installation).LoadProductConfiguration()) {
@@ -31,6 +31,11 @@ Product ReadProduct(std::string_view install_folder) {
                         ". Install the product, or name its install folder with --install.",
                     kExitUsage);
   }
+  return installation;
+}
+
+Product ReadProduct(std::string_view install_folder) {
+  const Installation installation = ReadInstallation(install_folder);
   return {installation.ProductInstallationName, installation.ProductInstallationName + " Service",
           installation.BackgroundExe};
 }

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "profile/Installation.h"
+
 namespace ondura {
 
 // What the hosts are called for the product that is installed.
@@ -15,6 +17,9 @@ struct Product {
 // Read from the product configuration of the install folder. A host without a product would loop over
 // nothing, so a missing configuration throws HostError.
 Product ReadProduct(std::string_view install_folder);
+
+// The product's folders and names. Throws HostError as ReadProduct does.
+Installation ReadInstallation(std::string_view install_folder);
 
 // The folder with the users' data, with its backslash, as the component finds it.
 std::string DataFolder(std::string_view install_folder);

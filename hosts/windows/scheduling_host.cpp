@@ -1,9 +1,12 @@
 #include "scheduling_host.h"
 
 #include "component_object.h"
+#include "engine_watch.h"
 #include "host_error.h"
+#include "platform/win32/win32_machine.h"
 #include "product.h"
 #include "sole_program.h"
+#include "tick_guard.h"
 #include "tick_loop.h"
 #include "tick_report.h"
 
@@ -35,8 +38,14 @@ class Charge {
 
 void RunCalls(const WindowsHostOptions& options, const StopEvent& stop, const Reporter& reporter,
               const ComponentObject& controller, std::string_view operation) {
+  const auto owner = MakeWin32Machine();
+  const Installation installation = ReadInstallation(options.install);
+  TickGuard guard(owner->machine(), installation, [&](std::string_view text) { reporter.Error(text); });
+  const EngineWatch watch(installation, options.EngineLimit());
   TickReport report([&](std::string_view text) { reporter.Error(text); });
-  RunTicks(options, stop, [&] { report.Run([&] { controller.Call(operation); }); });
+  RunTicks(options, stop, [&] {
+    if (guard.MayTick(options.Period())) report.Run([&] { controller.Call(operation); });
+  });
 }
 
 }  // namespace
