@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "backupset/CompareList.h"
-#include "bench/bench_machine.h"
+#include "bench/BenchMachine.h"
 #include "bench/child.h"
 #include "bench/report.h"
 #include "bench/statistics.h"

@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "bench/bench_machine.h"
+#include "bench/BenchMachine.h"
 #include "bench/child.h"
 #include "bench/report.h"
 #include "bench/statistics.h"

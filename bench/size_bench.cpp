@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "backupset/SizeCalculation.h"
-#include "bench/bench_machine.h"
+#include "bench/BenchMachine.h"
 #include "bench/child.h"
 #include "bench/report.h"
 #include "bench/statistics.h"
 #include "reporting/Options.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -4,11 +4,11 @@
 #include <string>
 #include <string_view>
 
-#include "bench/bench_machine.h"
+#include "bench/BenchMachine.h"
 #include "bench/report.h"
 #include "bench/statistics.h"
 #include "profile/ProfileStore.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 
 namespace ondura {
 

@@ -7,13 +7,13 @@
 #include <iterator>
 #include <system_error>
 
-#include "failure.h"
-#include "platform/portable/code_page_table.h"
-#include "platform/portable/ini_text.h"
-#include "platform/posix/host_replace.h"
-#include "platform/posix/path_map.h"
-#include "platform/posix/private_files.h"
-#include "util/text.h"
+#include "Failure.h"
+#include "machines/portable/CodePageTable.h"
+#include "machines/portable/IniText.h"
+#include "machines/posix/PathMap.h"
+#include "machines/posix/host_replace.h"
+#include "machines/posix/private_files.h"
+#include "text/text.h"
 
 namespace ondura {
 

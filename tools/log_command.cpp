@@ -3,11 +3,11 @@
 #include <memory>
 #include <tuple>
 
+#include "Failure.h"
+#include "OpenedMachine.h"
 #include "commands.h"
-#include "failure.h"
-#include "opened_machine.h"
+#include "util/TextFiles.h"
 #include "util/date_text.h"
-#include "util/text_files.h"
 
 namespace ondura {
 

@@ -5,13 +5,13 @@
 #include <random>
 #include <utility>
 
-#include "failure.h"
+#include "Failure.h"
+#include "OpenedMachine.h"
 #include "host_files.h"
-#include "opened_machine.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/profile_paths.h"
-#include "util/text.h"
-#include "util/text_files.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

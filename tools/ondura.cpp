@@ -4,9 +4,9 @@
 #include <exception>
 #include <iostream>
 
+#include "Failure.h"
 #include "commands.h"
-#include "failure.h"
-#include "platform/posix/private_files.h"
+#include "machines/posix/private_files.h"
 
 namespace {
 

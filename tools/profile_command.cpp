@@ -2,11 +2,11 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "Failure.h"
+#include "OpenedMachine.h"
+#include "ValueWriter.h"
 #include "commands.h"
-#include "failure.h"
-#include "opened_machine.h"
 #include "secret_input.h"
-#include "value_writer.h"
 
 namespace ondura {
 

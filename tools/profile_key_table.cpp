@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <array>
 
-#include "profile_keys.h"
-#include "util/text.h"
+#include "ProfileKeys.h"
+#include "text/text.h"
 
 namespace ondura {
 

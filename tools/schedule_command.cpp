@@ -3,13 +3,13 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "Failure.h"
+#include "OpenedMachine.h"
+#include "ScheduleFile.h"
 #include "commands.h"
-#include "failure.h"
-#include "opened_machine.h"
 #include "schedule/record_dates.h"
-#include "schedule_file.h"
 #include "schedule_plan.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

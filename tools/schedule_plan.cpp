@@ -5,11 +5,11 @@
 #include <optional>
 #include <string_view>
 
-#include "failure.h"
+#include "Failure.h"
 #include "schedule/record_dates.h"
 #include "start_time.h"
+#include "text/text.h"
 #include "util/date_text.h"
-#include "util/text.h"
 
 namespace ondura {
 

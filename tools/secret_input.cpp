@@ -5,7 +5,7 @@
 
 #include <iostream>
 
-#include "failure.h"
+#include "Failure.h"
 
 namespace ondura {
 

@@ -2,11 +2,11 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "Failure.h"
+#include "OpenedMachine.h"
+#include "SelectionList.h"
 #include "commands.h"
-#include "failure.h"
-#include "opened_machine.h"
-#include "selection_list.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -2,12 +2,12 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "HostNotes.h"
 #include "commands.h"
-#include "host_notes.h"
 #include "profile/Transfer.h"
-#include "reporting/progress.h"
+#include "reporting/Progress.h"
+#include "text/text.h"
 #include "user_status.h"
-#include "util/text.h"
 
 namespace ondura {
 

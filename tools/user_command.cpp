@@ -4,14 +4,14 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "Failure.h"
+#include "OpenedMachine.h"
+#include "ValueWriter.h"
 #include "commands.h"
-#include "failure.h"
-#include "opened_machine.h"
 #include "profile/user_defaults.h"
 #include "secret_input.h"
-#include "util/text.h"
-#include "util/text_files.h"
-#include "value_writer.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -4,13 +4,13 @@
 #include <array>
 #include <chrono>
 
-#include "host_notes.h"
+#include "HostNotes.h"
+#include "ScheduleFile.h"
 #include "result_words.h"
 #include "schedule/record_dates.h"
-#include "schedule_file.h"
 #include "schedule_plan.h"
-#include "util/text.h"
-#include "util/text_files.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "opened_machine.h"
+#include "OpenedMachine.h"
 
 namespace ondura {
 

@@ -1,6 +1,6 @@
 #include "mail_arguments.h"
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

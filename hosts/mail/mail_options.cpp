@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "text/text.h"
 #include "tick_options.h"
-#include "util/text.h"
 
 namespace ondura {
 

@@ -4,13 +4,13 @@
 
 #include <iostream>
 
-#include "engine_guard.h"
-#include "guarded_machine.h"
-#include "platform/posix/host_process.h"
+#include "EngineGuard.h"
+#include "GuardedMachine.h"
+#include "SoleHost.h"
+#include "TickGuard.h"
+#include "machines/posix/HostProcess.h"
 #include "service/Component.h"
 #include "service/Controller.h"
-#include "sole_host.h"
-#include "tick_guard.h"
 #include "tick_loop.h"
 
 namespace ondura {

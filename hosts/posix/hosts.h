@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host_options.h"
+#include "machines/posix/StopSignals.h"
 #include "platform/machine.h"
-#include "platform/posix/stop_signals.h"
 
 namespace ondura {
 

@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/posix/host_process.h"
-#include "platform/posix/path_map.h"
-#include "platform/posix/stop_signals.h"
+#include "machines/posix/HostProcess.h"
+#include "machines/posix/PathMap.h"
+#include "machines/posix/StopSignals.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/ProfileStore.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

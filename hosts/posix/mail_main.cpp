@@ -3,10 +3,10 @@
 #include <exception>
 #include <iostream>
 
+#include "machines/posix/PosixMachine.h"
+#include "machines/posix/private_files.h"
+#include "machines/posix/started_program.h"
 #include "mail_helper.h"
-#include "platform/posix/posix_machine.h"
-#include "platform/posix/private_files.h"
-#include "platform/posix/started_program.h"
 #include "tick_options.h"
 
 namespace {

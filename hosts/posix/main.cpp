@@ -5,9 +5,9 @@
 #include "host_options.h"
 #include "hosts.h"
 #include "machine_programs.h"
-#include "platform/posix/posix_machine.h"
-#include "platform/posix/private_files.h"
-#include "platform/posix/stop_signals.h"
+#include "machines/posix/PosixMachine.h"
+#include "machines/posix/StopSignals.h"
+#include "machines/posix/private_files.h"
 
 namespace {
 

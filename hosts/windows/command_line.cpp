@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <exception>
 
-#include "host_error.h"
+#include "HostError.h"
+#include "Reporter.h"
 #include "own_program.h"
-#include "reporter.h"
 
 namespace ondura {
 

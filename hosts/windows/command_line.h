@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "reporter.h"
+#include "Reporter.h"
 #include "tick_options.h"
 
 namespace CLI {

@@ -1,14 +1,14 @@
 #include "elevated_host.h"
 
-#include "component_object.h"
-#include "platform/win32/win32_machine.h"
+#include "ComponentObject.h"
+#include "SoleProgram.h"
+#include "TickReport.h"
+#include "machines/win32/Win32Machine.h"
 #include "product.h"
 #include "service/Component.h"
 #include "service/Controller.h"
 #include "service/StartUp.h"
-#include "sole_program.h"
 #include "tick_loop.h"
-#include "tick_report.h"
 
 namespace ondura {
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Reporter.h"
+#include "StopEvent.h"
 #include "command_line.h"
-#include "reporter.h"
-#include "stop_event.h"
 
 namespace ondura {
 

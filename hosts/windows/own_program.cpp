@@ -1,7 +1,7 @@
 #include "own_program.h"
 
-#include "platform/win32/text_edges.h"
-#include "platform/win32/windows_api.h"
+#include "machines/win32/text_edges.h"
+#include "machines/win32/windows_api.h"
 // Needs what the header above declares.
 #include <shellapi.h>
 

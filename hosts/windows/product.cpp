@@ -1,11 +1,11 @@
 #include "product.h"
 
-#include "host_error.h"
-#include "platform/win32/win32_machine.h"
+#include "HostError.h"
+#include "machines/win32/Win32Machine.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/ProfileStore.h"
 #include "profile/profile_paths.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -1,13 +1,13 @@
 #include "registration.h"
 
-#include "component_object.h"
-#include "host_error.h"
-#include "platform/win32/handles.h"
-#include "platform/win32/text_edges.h"
-#include "platform/win32/win32_machine.h"
-#include "platform/win32/windows_api.h"
+#include "ComponentObject.h"
+#include "HostError.h"
+#include "machines/win32/Win32Machine.h"
+#include "machines/win32/handles.h"
+#include "machines/win32/text_edges.h"
+#include "machines/win32/windows_api.h"
 #include "profile/profile_paths.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -1,6 +1,6 @@
 #include "rights.h"
 
-#include "platform/win32/windows_api.h"
+#include "machines/win32/windows_api.h"
 // Need what the header above declares.
 #include <aclapi.h>
 #include <sddl.h>
@@ -9,11 +9,11 @@
 #include <cstddef>
 #include <memory>
 
-#include "host_error.h"
-#include "platform/win32/paths.h"
-#include "platform/win32/text_edges.h"
-#include "platform/win32/win32_machine.h"
-#include "util/text.h"
+#include "HostError.h"
+#include "machines/win32/Win32Machine.h"
+#include "machines/win32/paths.h"
+#include "machines/win32/text_edges.h"
+#include "text/text.h"
 
 namespace ondura {
 

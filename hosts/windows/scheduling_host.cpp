@@ -1,14 +1,14 @@
 #include "scheduling_host.h"
 
-#include "component_object.h"
-#include "engine_watch.h"
-#include "host_error.h"
-#include "platform/win32/win32_machine.h"
+#include "ComponentObject.h"
+#include "EngineWatch.h"
+#include "HostError.h"
+#include "SoleProgram.h"
+#include "TickGuard.h"
+#include "TickReport.h"
+#include "machines/win32/Win32Machine.h"
 #include "product.h"
-#include "sole_program.h"
-#include "tick_guard.h"
 #include "tick_loop.h"
-#include "tick_report.h"
 
 namespace ondura {
 

@@ -2,8 +2,8 @@
 
 #include <functional>
 
+#include "StopEvent.h"
 #include "command_line.h"
-#include "stop_event.h"
 
 namespace ondura {
 

@@ -3,10 +3,10 @@
 #include <iterator>
 #include <string_view>
 
-#include "host_error.h"
-#include "platform/win32/handles.h"
-#include "platform/win32/text_edges.h"
-#include "platform/win32/windows_api.h"
+#include "HostError.h"
+#include "machines/win32/handles.h"
+#include "machines/win32/text_edges.h"
+#include "machines/win32/windows_api.h"
 
 namespace ondura {
 

@@ -4,12 +4,12 @@
 #include <optional>
 #include <string>
 
-#include "elevated_keeper.h"
-#include "host_error.h"
-#include "platform/win32/text_edges.h"
-#include "platform/win32/windows_api.h"
+#include "ElevatedKeeper.h"
+#include "HostError.h"
+#include "Reporter.h"
+#include "machines/win32/text_edges.h"
+#include "machines/win32/windows_api.h"
 #include "product.h"
-#include "reporter.h"
 #include "scheduling_host.h"
 #include "service_options.h"
 

@@ -1,9 +1,9 @@
 #include "system_notes.h"
 
-#include "host_error.h"
+#include "HostError.h"
+#include "machines/win32/handles.h"
+#include "machines/win32/text_edges.h"
 #include "own_program.h"
-#include "platform/win32/handles.h"
-#include "platform/win32/text_edges.h"
 
 namespace ondura {
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <charconv>
 
-#include "util/separators.h"
-#include "util/text.h"
+#include "text/separators.h"
+#include "text/text.h"
 
 namespace ondura {
 

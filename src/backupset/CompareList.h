@@ -8,14 +8,14 @@
 
 #include "backupset/Exclusions.h"
 #include "backupset/MappedDrives.h"
+#include "backupset/Selection.h"
+#include "backupset/StampText.h"
 #include "backupset/StopCheck.h"
 #include "backupset/Utf16ListFile.h"
-#include "backupset/selection.h"
-#include "backupset/stamp_text.h"
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "profile/Transfer.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 
 namespace ondura {
 

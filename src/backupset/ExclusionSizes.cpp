@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <unordered_set>
 
-#include "backupset/DriveSizes.h"
+#include "backupset/drive_sizes.h"
 #include "backupset/long_path.h"
 #include "backupset/remove_duplicate.h"
-#include "util/text.h"
-#include "util/utf16.h"
+#include "text/text.h"
+#include "text/utf16.h"
 
 namespace ondura {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "util/text.h"
-#include "util/utf16.h"
+#include "text/text.h"
+#include "text/utf16.h"
 
 namespace ondura {
 

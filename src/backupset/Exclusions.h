@@ -11,7 +11,7 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "profile/Transfer.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

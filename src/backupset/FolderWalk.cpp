@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

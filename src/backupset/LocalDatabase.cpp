@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "profile/file_digest.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

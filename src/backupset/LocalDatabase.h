@@ -9,8 +9,8 @@
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
 #include "reporting/LifeSign.h"
-#include "reporting/trace.h"
-#include "schedule/reset_date.h"
+#include "reporting/Trace.h"
+#include "schedule/ResetDate.h"
 #include "util/SystemHelpers.h"
 #include "util/waits.h"
 

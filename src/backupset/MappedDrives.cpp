@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "backupset/DriveSizes.h"
+#include "backupset/drive_sizes.h"
 
 namespace ondura {
 

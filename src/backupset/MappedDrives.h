@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/drives.h"
+#include "platform/Drives.h"
 #include "profile/Transfer.h"
 
 namespace ondura {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <chrono>
 
-#include "backupset/stamp_text.h"
-#include "util/Tokenizer.h"
+#include "backupset/StampText.h"
+#include "text/Tokenizer.h"
+#include "text/text.h"
+#include "text/utf16.h"
+#include "util/TextFiles.h"
 #include "util/date_text.h"
-#include "util/text.h"
-#include "util/text_files.h"
-#include "util/utf16.h"
 
 namespace ondura {
 

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/files.h"
+#include "platform/Files.h"
 #include "platform/machine.h"
 #include "profile/ProfileStore.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 
 namespace ondura {
 

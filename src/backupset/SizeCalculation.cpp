@@ -1,8 +1,8 @@
 #include "backupset/SizeCalculation.h"
 
-#include "backupset/DriveSizes.h"
-#include "util/text.h"
-#include "util/utf16.h"
+#include "backupset/drive_sizes.h"
+#include "text/text.h"
+#include "text/utf16.h"
 
 namespace ondura {
 

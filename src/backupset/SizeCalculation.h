@@ -5,12 +5,12 @@
 
 #include "backupset/ExclusionSizes.h"
 #include "backupset/FolderWalk.h"
+#include "backupset/Selection.h"
 #include "backupset/StopCheck.h"
-#include "backupset/selection.h"
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "util/SystemHelpers.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "util/text_files.h"
-#include "util/utf16.h"
+#include "text/utf16.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

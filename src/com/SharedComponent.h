@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "com/CallGate.h"
+#include "machines/win32/Win32Machine.h"
 #include "platform/forwarding.h"
-#include "platform/win32/win32_machine.h"
 #include "service/Component.h"
 
 namespace ondura {

@@ -1,7 +1,7 @@
 #include "com/TextStreamWriter.h"
 
 #include "com/com_variant.h"
-#include "util/utf16.h"
+#include "text/utf16.h"
 
 namespace ondura {
 

@@ -3,7 +3,7 @@
 #include <wrl/client.h>
 
 #include "com/automation.h"
-#include "platform/files.h"
+#include "platform/Files.h"
 
 namespace ondura {
 

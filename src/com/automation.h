@@ -2,7 +2,7 @@
 
 // The headers of COM and Automation, for every file of this folder.
 
-#include "platform/win32/windows_api.h"
+#include "machines/win32/windows_api.h"
 
 #include <ole2.h>
 #include <oleauto.h>

@@ -5,11 +5,11 @@
 #include "com/Base64Object.h"
 #include "com/ControllerObject.h"
 #include "com/DummyCallObject.h"
-#include "com/EmptyObjects.h"
 #include "com/OptionsObject.h"
 #include "com/SchedulerObject.h"
 #include "com/SystemStateObject.h"
 #include "com/TransferObject.h"
+#include "com/empty_objects.h"
 
 namespace ondura {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "util/utf16.h"
+#include "text/utf16.h"
 
 namespace ondura {
 

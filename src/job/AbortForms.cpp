@@ -4,7 +4,7 @@
 
 #include "job/job_texts.h"
 #include "schedule/schedule_record.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

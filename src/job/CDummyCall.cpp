@@ -3,8 +3,8 @@
 #include <chrono>
 
 #include "job/EngineCommands.h"
+#include "util/TextFiles.h"
 #include "util/clsIPResolve.h"
-#include "util/text_files.h"
 #include "util/waits.h"
 
 namespace ondura {

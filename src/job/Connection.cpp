@@ -6,8 +6,8 @@
 #include "job/engine_results.h"
 #include "job/failure_texts.h"
 #include "job/job_texts.h"
-#include "util/text.h"
-#include "util/text_files.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "job/JobServices.h"
-#include "job/JobState.h"
 #include "job/StatusKeys.h"
 #include "job/TempFolder.h"
+#include "job/job_state.h"
 #include "reporting/LifeSign.h"
 #include "util/waits.h"
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "profile/LightCiphers.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -3,9 +3,9 @@
 #include "job/EngineCommands.h"
 #include "job/JobEndStatus.h"
 #include "job/JobServices.h"
-#include "job/JobState.h"
 #include "job/StatusKeys.h"
 #include "job/TempFolder.h"
+#include "job/job_state.h"
 
 namespace ondura {
 

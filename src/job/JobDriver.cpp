@@ -5,8 +5,8 @@
 #include "job/Quota.h"
 #include "job/engine_results.h"
 #include "job/job_texts.h"
-#include "util/text.h"
-#include "util/text_files.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

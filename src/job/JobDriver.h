@@ -13,7 +13,7 @@ class JobDriver {
  public:
   explicit JobDriver(JobContext& job);
 
-  // Returns the job's code, as JobState.h tells. The schedule file's path is the same afterwards, whatever
+  // Returns the job's code, as job_state.h says. The schedule file's path is the same afterwards, whatever
   // the host has called meanwhile.
   JobCode Cont_SchBackup();
 

@@ -4,7 +4,7 @@
 
 #include "job/engine_results.h"
 #include "job/job_texts.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

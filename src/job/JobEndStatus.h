@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "job/JobServices.h"
-#include "job/JobState.h"
 #include "job/StatusKeys.h"
-#include "util/text_files.h"
+#include "job/job_state.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -1,6 +1,6 @@
 #include "job/Quota.h"
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <initializer_list>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -3,8 +3,8 @@
 #include <string_view>
 #include <vector>
 
-#include "backupset/selection.h"
-#include "job/JobState.h"
+#include "backupset/Selection.h"
+#include "job/job_state.h"
 
 namespace ondura {
 

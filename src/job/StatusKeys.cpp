@@ -1,7 +1,7 @@
 #include "job/StatusKeys.h"
 
+#include "text/text.h"
 #include "util/date_text.h"
-#include "util/text.h"
 
 namespace ondura {
 

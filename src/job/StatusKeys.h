@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/clock.h"
+#include "platform/Clock.h"
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
 

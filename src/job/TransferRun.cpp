@@ -7,7 +7,7 @@
 #include "job/engine_results.h"
 #include "job/failure_texts.h"
 #include "job/job_texts.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

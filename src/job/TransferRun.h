@@ -4,13 +4,13 @@
 
 #include "backupset/CompareList.h"
 #include "backupset/Exclusions.h"
+#include "backupset/Selection.h"
 #include "backupset/StopCheck.h"
-#include "backupset/selection.h"
 #include "job/AbortForms.h"
 #include "job/JobContext.h"
 #include "job/TransferWait.h"
 #include "reporting/LifeSign.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

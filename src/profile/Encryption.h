@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/code_page.h"
-#include "platform/crypto.h"
+#include "platform/CodePage.h"
+#include "platform/Crypto.h"
 
 namespace ondura {
 

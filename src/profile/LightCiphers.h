@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/code_page.h"
-#include "platform/message_pump.h"
+#include "platform/CodePage.h"
+#include "platform/MessagePump.h"
 
 namespace ondura {
 

@@ -1,8 +1,8 @@
 #include "profile/ProductConfiguration.h"
 
 #include "profile/Deployment.h"
-#include "util/separators.h"
-#include "util/text.h"
+#include "text/separators.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -3,9 +3,9 @@
 #include <limits>
 
 #include "profile/profile_paths.h"
+#include "text/separators.h"
+#include "text/text.h"
 #include "util/cBase64.h"
-#include "util/separators.h"
-#include "util/text.h"
 
 namespace ondura {
 

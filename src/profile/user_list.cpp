@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

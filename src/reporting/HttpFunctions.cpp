@@ -2,8 +2,8 @@
 
 #include "profile/Deployment.h"
 #include "reporting/web_texts.h"
-#include "util/text.h"
-#include "util/text_files.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

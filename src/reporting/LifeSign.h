@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/clock.h"
-#include "reporting/trace.h"
+#include "platform/Clock.h"
+#include "reporting/Trace.h"
 
 namespace ondura {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "text/text.h"
+#include "util/TextFiles.h"
 #include "util/locale_date.h"
-#include "util/text.h"
-#include "util/text_files.h"
 
 namespace ondura {
 

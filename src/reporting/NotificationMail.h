@@ -8,9 +8,9 @@
 #include "profile/Installation.h"
 #include "profile/ProfileStore.h"
 #include "reporting/HttpFunctions.h"
-#include "reporting/log_extract.h"
+#include "reporting/LogExtract.h"
+#include "reporting/Trace.h"
 #include "reporting/mail_values.h"
-#include "reporting/trace.h"
 #include "util/SystemHelpers.h"
 
 namespace ondura {

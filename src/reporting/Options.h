@@ -5,8 +5,8 @@
 
 #include "platform/machine.h"
 #include "profile/Installation.h"
-#include "util/text_files.h"
-#include "util/trace_sink.h"
+#include "util/TextFiles.h"
+#include "util/TraceSink.h"
 
 namespace ondura {
 

@@ -4,9 +4,9 @@
 #include <array>
 
 #include "reporting/web_texts.h"
-#include "util/separators.h"
-#include "util/text.h"
-#include "util/text_files.h"
+#include "text/separators.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

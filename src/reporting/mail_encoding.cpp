@@ -3,7 +3,7 @@
 #include <array>
 #include <charconv>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

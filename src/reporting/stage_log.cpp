@@ -3,8 +3,8 @@
 #include <array>
 #include <string>
 
+#include "util/TextFiles.h"
 #include "util/date_text.h"
-#include "util/text_files.h"
 
 namespace ondura {
 

@@ -6,7 +6,7 @@
 
 #include "platform/machine.h"
 #include "profile/Installation.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 
 namespace ondura {
 

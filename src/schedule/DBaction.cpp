@@ -4,8 +4,8 @@
 #include <limits>
 
 #include "schedule/rewrite.h"
-#include "util/text.h"
-#include "util/text_files.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -7,7 +7,7 @@
 
 #include "platform/machine.h"
 #include "profile/Installation.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 #include "schedule/schedule_record.h"
 
 namespace ondura {

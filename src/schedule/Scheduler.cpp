@@ -4,8 +4,8 @@
 
 #include "schedule/locale_dates.h"
 #include "schedule/schedule_header.h"
-#include "util/machine_lock.h"
-#include "util/text.h"
+#include "text/text.h"
+#include "util/MachineLock.h"
 
 namespace ondura {
 

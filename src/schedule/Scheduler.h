@@ -10,7 +10,7 @@
 
 #include "platform/machine.h"
 #include "profile/Transfer.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 #include "schedule/DBaction.h"
 #include "schedule/occurrences.h"
 

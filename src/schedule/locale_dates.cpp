@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "text/text.h"
 #include "util/date_text.h"
-#include "util/text.h"
 
 namespace ondura {
 

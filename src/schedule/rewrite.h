@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/files.h"
+#include "platform/Files.h"
 
 namespace ondura {
 

@@ -1,6 +1,6 @@
 #include "schedule/schedule_header.h"
 
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/files.h"
+#include "platform/Files.h"
 
 namespace ondura {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "util/machine_lock.h"
-#include "util/text_files.h"
+#include "util/MachineLock.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -1,10 +1,10 @@
 #include "service/Controller.h"
 
 #include "backupset/remove_duplicate.h"
-#include "job/SizeAbort.h"
+#include "job/size_abort.h"
 #include "profile/user_defaults.h"
+#include "text/separators.h"
 #include "util/clsIPResolve.h"
-#include "util/separators.h"
 
 namespace ondura {
 

@@ -9,9 +9,9 @@
 #include "backupset/SizeCalculation.h"
 #include "job/EngineFiles.h"
 #include "job/RemoteCall.h"
+#include "reporting/LogExtract.h"
 #include "reporting/NotificationMail.h"
-#include "reporting/log_extract.h"
-#include "schedule/reset_date.h"
+#include "schedule/ResetDate.h"
 #include "service/Closeup.h"
 #include "service/HostTick.h"
 #include "service/JobBracket.h"
@@ -63,7 +63,7 @@ class Controller {
   void Cont_startschBackup() { parts_.pass.Cont_startschBackup(); }
   void Closeupoperation() { parts_.closeup.Closeupoperation(); }
   void cont_RestartRealtimeSystem() { parts_.bracket.cont_RestartRealtimeSystem(); }
-  // One job on the shared state as it stands; JobState.h tells the codes.
+  // One job on the shared state; job_state.h lists its codes.
   JobCode Cont_SchBackup() { return parts_.pass.Cont_SchBackup(); }
   void CallDummy() { parts_.remote_call.CallDummy(); }
 

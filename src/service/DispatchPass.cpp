@@ -5,8 +5,8 @@
 #include "profile/user_list.h"
 #include "schedule/schedule_header.h"
 #include "service/StartUp.h"
-#include "util/machine_lock.h"
-#include "util/text.h"
+#include "text/text.h"
+#include "util/MachineLock.h"
 
 namespace ondura {
 

@@ -5,8 +5,8 @@
 
 #include "job/engine_results.h"
 #include "schedule/schedule_header.h"
+#include "text/text.h"
 #include "util/cls_ExitWindows.h"
-#include "util/text.h"
 
 namespace ondura {
 

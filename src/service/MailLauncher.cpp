@@ -1,7 +1,7 @@
 #include "service/MailLauncher.h"
 
 #include "schedule/record_dates.h"
-#include "util/text.h"
+#include "text/text.h"
 #include "util/waits.h"
 
 namespace ondura {

@@ -1,6 +1,6 @@
 #include "service/MissedSchedules.h"
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

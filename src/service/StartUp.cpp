@@ -2,7 +2,7 @@
 
 #include "profile/user_list.h"
 #include "schedule/schedule_header.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include "stages/exchange_dump.h"
-#include "util/text.h"
+#include "text/text.h"
 #include "util/waits.h"
 
 namespace ondura {

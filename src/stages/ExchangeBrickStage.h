@@ -8,7 +8,7 @@
 #include "job/Stage.h"
 #include "reporting/error_text.h"
 #include "stages/StageSupport.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

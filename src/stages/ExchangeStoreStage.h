@@ -8,7 +8,7 @@
 #include "job/JobContext.h"
 #include "job/Stage.h"
 #include "stages/StageSupport.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 #include "util/waits.h"
 
 namespace ondura {

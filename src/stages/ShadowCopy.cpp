@@ -1,6 +1,6 @@
 #include "stages/ShadowCopy.h"
 
-#include "util/text.h"
+#include "text/text.h"
 #include "util/waits.h"
 
 namespace ondura {

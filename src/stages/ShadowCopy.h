@@ -7,10 +7,10 @@
 #include "job/ShadowCopyRelease.h"
 #include "platform/machine.h"
 #include "profile/Installation.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 #include "util/StartedProgram.h"
 #include "util/SystemHelpers.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -4,7 +4,7 @@
 
 #include "reporting/stage_log.h"
 #include "stages/sql_names.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

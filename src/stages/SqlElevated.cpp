@@ -1,8 +1,8 @@
 #include "stages/SqlElevated.h"
 
 #include "stages/sql_names.h"
-#include "util/separators.h"
-#include "util/text.h"
+#include "text/separators.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -1,7 +1,7 @@
 #include "stages/StageSupport.h"
 
 #include "reporting/time_diff.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

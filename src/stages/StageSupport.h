@@ -10,7 +10,7 @@
 #include "reporting/LifeSign.h"
 #include "schedule/BackupSetStore.h"
 #include "util/StartedProgram.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 #include "util/waits.h"
 
 namespace ondura {

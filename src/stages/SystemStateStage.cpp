@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include "reporting/stage_log.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

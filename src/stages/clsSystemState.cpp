@@ -6,8 +6,8 @@
 #include "backupset/StopCheck.h"
 #include "reporting/stage_log.h"
 #include "stages/ntbackup_command.h"
+#include "text/text.h"
 #include "util/date_text.h"
-#include "util/text.h"
 #include "util/waits.h"
 
 namespace ondura {

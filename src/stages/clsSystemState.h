@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "job/JobContext.h"
-#include "platform/registry.h"
+#include "platform/Registry.h"
 #include "stages/StageSupport.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -1,6 +1,6 @@
 #include "stages/exchange_dump.h"
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "util/separators.h"
-#include "util/text.h"
-#include "util/utf16.h"
+#include "text/separators.h"
+#include "text/text.h"
+#include "text/utf16.h"
 
 namespace ondura {
 

@@ -1,9 +1,9 @@
 #include "util/SystemHelpers.h"
 
+#include "text/text.h"
+#include "text/utf16.h"
+#include "util/TextFiles.h"
 #include "util/date_text.h"
-#include "util/text.h"
-#include "util/text_files.h"
-#include "util/utf16.h"
 
 namespace ondura {
 

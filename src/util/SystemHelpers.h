@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/machine.h"
-#include "util/trace_sink.h"
+#include "util/TraceSink.h"
 
 namespace ondura {
 
@@ -101,7 +101,7 @@ class SystemHelpers {
   // "C:|D:|": the drives of a known kind.
   std::string DriveListText();
 
-  // A text of the user's locale by its number (locale_info.h); empty when there is none.
+  // A text of the user's locale by its number (LocaleInfo.h); empty when there is none.
   std::string GetLocaleString(int lLocaleNum) { return machine_.locale.Text(lLocaleNum); }
 
   // The present time as it stands in file names.

@@ -1,6 +1,6 @@
 #include "util/clsIPResolve.h"
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

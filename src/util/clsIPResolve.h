@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/desktop.h"
-#include "platform/name_resolution.h"
+#include "platform/Desktop.h"
+#include "platform/NameResolution.h"
 
 namespace ondura {
 

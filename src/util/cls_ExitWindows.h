@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "platform/power.h"
-#include "platform/processes.h"
+#include "platform/Power.h"
+#include "platform/Processes.h"
 
 namespace ondura {
 
@@ -12,7 +12,7 @@ class cls_ExitWindows {
  public:
   cls_ExitWindows(Processes& processes, Power& power) : processes_(processes), power_(power) {}
 
-  // `nFlag` as in power.h; force is always added. A refusal goes unnoticed.
+  // `nFlag` as in Power.h; force is always added. A refusal goes unnoticed.
   void ExitWindows(std::uint32_t nFlag);
 
  private:

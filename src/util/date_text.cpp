@@ -5,7 +5,7 @@
 #include <cctype>
 #include <charconv>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

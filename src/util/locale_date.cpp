@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "text/text.h"
 #include "util/date_text.h"
 #include "util/locale_picture.h"
-#include "util/text.h"
 
 namespace ondura {
 

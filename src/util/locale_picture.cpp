@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

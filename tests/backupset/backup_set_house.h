@@ -6,11 +6,11 @@
 
 #include "backupset/Exclusions.h"
 #include "backupset/StopCheck.h"
-#include "reporting/trace.h"
-#include "support/checked_machine.h"
+#include "reporting/Trace.h"
+#include "support/CheckedMachine.h"
+#include "text/utf16.h"
 #include "util/SystemHelpers.h"
-#include "util/text_files.h"
-#include "util/utf16.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

@@ -1,8 +1,8 @@
 #include "backupset/CompareList.h"
 
 #include "backup_set_house.h"
+#include "text/text.h"
 #include "util/date_text.h"
-#include "util/text.h"
 
 namespace ondura {
 namespace {

@@ -3,7 +3,7 @@
 #include <random>
 
 #include "backup_set_house.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 namespace {

@@ -1,7 +1,7 @@
 #include "backupset/LocalDatabase.h"
 
 #include "backup_set_house.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 namespace {

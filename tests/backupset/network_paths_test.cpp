@@ -4,7 +4,7 @@
 
 #include "backup_set_house.h"
 #include "backupset/CompareList.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 namespace {

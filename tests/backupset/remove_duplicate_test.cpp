@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <random>
 
-#include "support/checked_machine.h"
-#include "util/text.h"
+#include "support/CheckedMachine.h"
+#include "text/text.h"
 
 namespace ondura {
 namespace {

@@ -1,4 +1,4 @@
-#include "backupset/selection.h"
+#include "backupset/Selection.h"
 
 #include "backup_set_house.h"
 

@@ -2,7 +2,7 @@
 
 // What the tests of the registered component share: calls as an early-bound caller makes them.
 
-#include "platform/win32/windows_api.h"
+#include "machines/win32/windows_api.h"
 
 #include <ole2.h>
 #include <oleauto.h>

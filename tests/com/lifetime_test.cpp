@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/win32/windows_api.h"
+#include "machines/win32/windows_api.h"
 
 #include <winternl.h>
 

@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 
 #include "hosts.h"
-#include "scenarios/house.h"
+#include "scenarios/House.h"
+#include "text/utf16.h"
 #include "util/date_text.h"
-#include "util/utf16.h"
 
 namespace ondura {
 namespace {

@@ -7,12 +7,12 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "SoleHost.h"
+#include "TickReport.h"
 #include "hosts.h"
 #include "profile/ProductConfiguration.h"
-#include "sole_host.h"
-#include "support/checked_machine.h"
+#include "support/CheckedMachine.h"
 #include "tick_loop.h"
-#include "tick_report.h"
 
 namespace ondura {
 namespace {

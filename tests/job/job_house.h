@@ -7,8 +7,8 @@
 #include "job/Connection.h"
 #include "job/JobContext.h"
 #include "profile/LightCiphers.h"
-#include "support/checked_machine.h"
-#include "util/utf16.h"
+#include "support/CheckedMachine.h"
+#include "text/utf16.h"
 
 namespace ondura {
 

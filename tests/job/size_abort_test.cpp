@@ -1,8 +1,8 @@
-#include "job/SizeAbort.h"
+#include "job/size_abort.h"
 
 #include "job/job_texts.h"
 #include "job_house.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 namespace {

@@ -60,7 +60,7 @@ class Windows:
 
     def play(self, action):
         build = PROJECT / "build" / "windows-x64" / "demo"
-        done = self.run(self.scenario, action, build / "demo-engine.exe", build / "demo-database-manager.exe")
+        done = self.run(self.scenario, action, build / "rehearsal-engine.exe", build / "rehearsal-database-manager.exe")
         if done.returncode != 0:
             raise AssertionError(f"the scenario's {action} failed: {done.stderr}")
         return done.stdout.replace("\r", "")

@@ -9,8 +9,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "platform/win32/win32_machine.h"
-#include "support/trusted_authority.h"
+#include "machines/win32/Win32Machine.h"
+#include "support/TrustedAuthority.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/web_requests.h"
+#include "platform/WebRequests.h"
 
 namespace ondura {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "contract.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/posix/posix_machine.h"
+#include "machines/posix/PosixMachine.h"
 
 namespace ondura {
 

@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "platform/posix/command_line.h"
-#include "platform/posix/host_io.h"
-#include "platform/posix/host_time.h"
+#include "machines/posix/command_line.h"
+#include "machines/posix/host_io.h"
+#include "machines/posix/host_time.h"
 #include "posix_fixture.h"
 
 namespace ondura {

@@ -10,8 +10,8 @@
 
 #include "contract_web.h"
 #include "posix_fixture.h"
-#include "support/notification_server.h"
-#include "util/text.h"
+#include "support/NotificationServer.h"
+#include "text/text.h"
 
 namespace ondura {
 

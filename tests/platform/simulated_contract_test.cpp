@@ -1,5 +1,5 @@
 #include "contract.h"
-#include "support/checked_machine.h"
+#include "support/CheckedMachine.h"
 
 namespace ondura {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/checked_machine.h"
+#include "support/CheckedMachine.h"
 
 namespace ondura {
 namespace {

@@ -4,9 +4,9 @@
 #include <thread>
 
 #include "contract.h"
-#include "platform/win32/paths.h"
-#include "platform/win32/win32_machine.h"
-#include "platform/win32/windows_api.h"
+#include "machines/win32/Win32Machine.h"
+#include "machines/win32/paths.h"
+#include "machines/win32/windows_api.h"
 #include "win32_fixture.h"
 
 namespace ondura {

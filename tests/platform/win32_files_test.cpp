@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 
-#include "platform/win32/handles.h"
-#include "platform/win32/paths.h"
-#include "platform/win32/text_edges.h"
-#include "platform/win32/win32_machine.h"
+#include "machines/win32/Win32Machine.h"
+#include "machines/win32/handles.h"
+#include "machines/win32/paths.h"
+#include "machines/win32/text_edges.h"
 #include "win32_fixture.h"
 
 namespace ondura {

@@ -1,9 +1,9 @@
 #include "win32_fixture.h"
 
-#include "platform/win32/paths.h"
-#include "platform/win32/text_edges.h"
-#include "platform/win32/win32_machine.h"
-#include "platform/win32/windows_api.h"
+#include "machines/win32/Win32Machine.h"
+#include "machines/win32/paths.h"
+#include "machines/win32/text_edges.h"
+#include "machines/win32/windows_api.h"
 
 namespace ondura {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/win32/handles.h"
-#include "platform/win32/win32_machine.h"
+#include "machines/win32/Win32Machine.h"
+#include "machines/win32/handles.h"
 #include "win32_fixture.h"
 
 namespace ondura {

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "contract_web.h"
-#include "platform/win32/win32_machine.h"
-#include "support/trusted_authority.h"
-#include "util/text.h"
+#include "machines/win32/Win32Machine.h"
+#include "support/TrustedAuthority.h"
+#include "text/text.h"
 #include "win32_fixture.h"
 
 namespace ondura {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/simulated/simulated_machine.h"
+#include "machines/simulated/SimulatedMachine.h"
 #include "profile/Encryption.h"
 #include "profile/LightCiphers.h"
 #include "profile/file_digest.h"

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/simulated/simulated_machine.h"
+#include "machines/simulated/SimulatedMachine.h"
 #include "profile/Deployment.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/user_defaults.h"

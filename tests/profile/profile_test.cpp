@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/simulated/simulated_machine.h"
+#include "machines/simulated/SimulatedMachine.h"
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
 

@@ -1,9 +1,9 @@
 #include <random>
 
-#include "reporting/lines_from_end.h"
+#include "ReportingHouse.h"
+#include "reporting/LinesFromEnd.h"
 #include "reporting/mail_encoding.h"
-#include "reporting_house.h"
-#include "util/text.h"
+#include "text/text.h"
 
 namespace ondura {
 namespace {

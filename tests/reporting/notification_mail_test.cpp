@@ -1,4 +1,4 @@
-#include "reporting_house.h"
+#include "ReportingHouse.h"
 
 namespace ondura {
 namespace {

@@ -1,7 +1,7 @@
-#include "reporting/progress.h"
+#include "ReportingHouse.h"
+#include "reporting/Progress.h"
 #include "reporting/stage_log.h"
 #include "reporting/time_diff.h"
-#include "reporting_house.h"
 
 namespace ondura {
 namespace {

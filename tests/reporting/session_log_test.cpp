@@ -1,6 +1,6 @@
-#include "reporting/session_log.h"
+#include "reporting/SessionLog.h"
 
-#include "reporting_house.h"
+#include "ReportingHouse.h"
 
 namespace ondura {
 namespace {

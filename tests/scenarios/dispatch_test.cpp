@@ -1,6 +1,6 @@
 // Passes over users and hosts: who is served, who is held back, and what a spoiled file does to the others.
 
-#include "scenarios/house.h"
+#include "scenarios/House.h"
 
 namespace ondura {
 namespace {

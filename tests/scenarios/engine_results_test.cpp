@@ -1,6 +1,6 @@
 // What each answer of the engine makes of a job: every row is one whole job.
 
-#include "scenarios/house.h"
+#include "scenarios/House.h"
 
 namespace ondura {
 namespace {

@@ -1,9 +1,9 @@
 // Whole file jobs from the tick to the next occurrence, and what surrounds them: the start of the hosts,
 // mail, the end of Windows.
 
-#include "scenarios/house.h"
-#include "util/text.h"
-#include "util/utf16.h"
+#include "scenarios/House.h"
+#include "text/text.h"
+#include "text/utf16.h"
 
 namespace ondura {
 namespace {

@@ -2,11 +2,11 @@
 // schedule file, the session files, the traces and the keys after each of several passes.
 
 #include "platform/forwarding.h"
-#include "scenarios/house.h"
+#include "scenarios/House.h"
+#include "text/text.h"
+#include "text/utf16.h"
 #include "util/SystemHelpers.h"
 #include "util/date_text.h"
-#include "util/text.h"
-#include "util/utf16.h"
 
 namespace ondura {
 namespace {

@@ -1,8 +1,8 @@
 // The service around its jobs: the start of its hosts, what each pass tidies up, and who is looked at when.
 
-#include "scenarios/house.h"
-#include "util/text.h"
-#include "util/utf16.h"
+#include "scenarios/House.h"
+#include "text/text.h"
+#include "text/utf16.h"
 
 namespace ondura {
 namespace {

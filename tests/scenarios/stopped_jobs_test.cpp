@@ -1,6 +1,6 @@
 // Jobs that end early: by their user, by the clock, by an engine that fails, by the account.
 
-#include "scenarios/house.h"
+#include "scenarios/House.h"
 
 namespace ondura {
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 #include <set>
 
-#include "scenarios/house.h"
+#include "scenarios/House.h"
 #include "util/date_text.h"
 
 namespace ondura {

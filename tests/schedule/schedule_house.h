@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
-#include "platform/simulated/simulated_machine.h"
+#include "machines/simulated/SimulatedMachine.h"
 #include "reporting/Options.h"
-#include "reporting/trace.h"
+#include "reporting/Trace.h"
 #include "schedule/Scheduler.h"
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 namespace ondura {
 

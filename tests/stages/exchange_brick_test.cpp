@@ -1,7 +1,7 @@
 #include "stages/ExchangeBrickStage.h"
 
-#include "stages/exchange_house.h"
-#include "util/utf16.h"
+#include "stages/ExchangeHouse.h"
+#include "text/utf16.h"
 
 namespace ondura {
 namespace {

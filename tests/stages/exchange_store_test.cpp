@@ -1,6 +1,6 @@
 #include "stages/ExchangeStoreStage.h"
 
-#include "stages/exchange_house.h"
+#include "stages/ExchangeHouse.h"
 
 namespace ondura {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "demo/engine/compare_list.h"
-#include "scenarios/house.h"
+#include "rehearsal/engine/CompareList.h"
+#include "scenarios/House.h"
 #include "util/date_text.h"
 
 namespace ondura {
@@ -52,12 +52,12 @@ TEST(GrowingListTest, IsReadOnceAndForAsLongAsTheJobLives) {
       house.PutText(name, row.whole);
       house.WriteProfile("BackupStatus", "StatusCheckCount", "1");
     });
-    demo::Client client(house.machine.machine(), House::kInstall);
+    rehearsal::Client client(house.machine.machine(), House::kInstall);
     ASSERT_TRUE(client.Load());
-    const auto part = demo::CompareList(client).NextPart([] { return false; });
+    const auto part = rehearsal::CompareList(client).NextPart([] { return false; });
     std::vector<std::string> files;
     if (!part) files.push_back("none");
-    for (const auto& file : part ? part->files : std::vector<demo::Candidate>{}) {
+    for (const auto& file : part ? part->files : std::vector<rehearsal::Candidate>{}) {
       files.push_back(file.path + " " + FormatDate("HH", file.modified));
     }
     EXPECT_EQ(files, row.files) << row.story;

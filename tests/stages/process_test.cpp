@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "demo/common/system_backup.h"
-#include "demo/rehearsal.h"
+#include "rehearsal/Rehearsal.h"
+#include "rehearsal/common/SystemBackup.h"
 #include "service/Component.h"
 
 namespace ondura {
@@ -14,14 +14,14 @@ using testing::HasSubstr;
 constexpr const char* kNtbackupFolder = "C:\\Windows\\system32\\";
 
 // A rehearsal machine with a backup tool and an Exchange server, whose user has a job due.
-class StageRehearsal : public demo::JobRehearsal {
+class StageRehearsal : public rehearsal::JobRehearsal {
  public:
   explicit StageRehearsal(const char* recordno) {
     MakeFolder(kNtbackupFolder);
-    std::filesystem::copy_file(DEMO_NTBACKUP, HostRoot() + "/C/Windows/system32/ntbackup.exe");
-    InstallInData(DEMO_EXCHANGE_STORE, "TolmeraProfExchBkp.exe");
-    InstallInData(DEMO_EXCHANGE_BRICK, "OxExchBrick.exe");
-    InstallInData(DEMO_SQL_DUMP, "tolmera_sqlbackup.exe");
+    std::filesystem::copy_file(REHEARSAL_NTBACKUP, HostRoot() + "/C/Windows/system32/ntbackup.exe");
+    InstallInData(REHEARSAL_EXCHANGE_STORE, "TolmeraProfExchBkp.exe");
+    InstallInData(REHEARSAL_EXCHANGE_BRICK, "OxExchBrick.exe");
+    InstallInData(REHEARSAL_SQL_DUMP, "tolmera_sqlbackup.exe");
     PutFile(OnServer("StorageGroups\\First Group\\mail.edb"), "store of the first group");
     PutFile(OnServer("StorageGroups\\Other\\mail.edb"), "store of another group");
     PutFile(OnServer("Mailboxes\\ann\\inbox.pst"), "letters");
@@ -42,7 +42,7 @@ class StageRehearsal : public demo::JobRehearsal {
   std::string RunJob() { return RunJobOn(machine()); }
   std::string RunJobOn(const Machine& machine) {
     Component component(machine);
-    component.controller().cont_InitialSch(demo::kInstall);
+    component.controller().cont_InitialSch(rehearsal::kInstall);
     component.controller().Cont_CheckStandardRunning();
     groups = component.controller().FindStorageGroupCount();
     return component.context().job.state.run.result_text;

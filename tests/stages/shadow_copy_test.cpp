@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/checked_machine.h"
-#include "util/utf16.h"
+#include "support/CheckedMachine.h"
+#include "text/utf16.h"
 
 namespace ondura {
 namespace {

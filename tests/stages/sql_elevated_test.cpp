@@ -1,6 +1,6 @@
 // What the elevated host does for SQL dumps, and the single dump.
 
-#include "stages/sql_house.h"
+#include "stages/SqlHouse.h"
 
 namespace ondura {
 namespace {

@@ -1,7 +1,7 @@
 // Jobs of record "2", in one process and in two that meet in the profile.
 
-#include "stages/sql_house.h"
-#include "util/utf16.h"
+#include "stages/SqlHouse.h"
+#include "text/utf16.h"
 
 namespace ondura {
 namespace {

@@ -1,14 +1,14 @@
 // Jobs for the System State, from the tick to the end.
 
 #include "platform/forwarding.h"
-#include "stages/system_state_house.h"
-#include "util/utf16.h"
+#include "stages/SystemStateHouse.h"
+#include "text/utf16.h"
 
 namespace ondura {
 namespace {
 
 using namespace std::chrono_literals;
-using demo::SystemBackupOutcome;
+using rehearsal::SystemBackupOutcome;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -79,8 +79,8 @@ TEST(SystemStateJob, TracesItsWayAndKeepsTheVeryBytesOfTheLog) {
       "Enter CheckLogError",
       "Enter CheckForErrorString",
       "System state backup log starts"};
-  const demo::SystemBackupOrder order{"C:\\Dump State\\OxSystemState.bkf", "OxSystemState @"};
-  for (const std::string& line : LinesOf(demo::SystemBackup::LogText(order, true, true))) {
+  const rehearsal::SystemBackupOrder order{"C:\\Dump State\\OxSystemState.bkf", "OxSystemState @"};
+  for (const std::string& line : LinesOf(rehearsal::SystemBackup::LogText(order, true, true))) {
     expected.push_back(line);
   }
   expected.insert(expected.end(), {"", "System state backup log ends", "Exit CheckForErrorString :  True",

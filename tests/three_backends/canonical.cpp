@@ -3,12 +3,12 @@
 #include <set>
 #include <vector>
 
-#include "demo/engine/compare_list.h"
+#include "rehearsal/engine/CompareList.h"
 #include "scenario.h"
+#include "text/text.h"
+#include "text/utf16.h"
+#include "util/TextFiles.h"
 #include "util/date_text.h"
-#include "util/text.h"
-#include "util/text_files.h"
-#include "util/utf16.h"
 
 namespace ondura::scenario {
 
@@ -64,7 +64,7 @@ class Masks {
 
 // The three times of a compare-list line by how they lie to one another.
 std::string CompareLine(const std::string& line) {
-  const auto candidate = demo::ParseCompareLine(line);
+  const auto candidate = rehearsal::ParseCompareLine(line);
   if (!candidate) return line;
   const bool is_right = candidate->hour_later - candidate->modified == 1h &&
                         candidate->modified - candidate->hour_earlier == 1h;

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "platform/posix/posix_machine.h"
+#include "machines/posix/PosixMachine.h"
 #include "scenario.h"
 
 namespace ondura::scenario {

@@ -8,9 +8,9 @@
 #include "profile/ProductConfiguration.h"
 #include "profile/Transfer.h"
 #include "service/Component.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
 #include "util/date_text.h"
-#include "util/text.h"
-#include "util/text_files.h"
 
 namespace ondura::scenario {
 

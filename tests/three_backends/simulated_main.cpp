@@ -2,10 +2,10 @@
 
 #include <iostream>
 
-#include "demo/common/client.h"
-#include "demo/common/command_line.h"
-#include "demo/engine/commands.h"
-#include "platform/simulated/simulated_machine.h"
+#include "machines/simulated/SimulatedMachine.h"
+#include "rehearsal/common/Client.h"
+#include "rehearsal/common/command_line.h"
+#include "rehearsal/engine/commands.h"
 #include "scenario.h"
 
 namespace ondura::scenario {
@@ -20,9 +20,9 @@ constexpr auto kEngineDelay = 30s;
 
 void RunEngine(ProgramRun& run) {
   run.After(kEngineDelay, [&run] {
-    demo::Client client(run.machine().outside(), kInstall);
-    const auto command = demo::ParseEngineCommand(run.parameters());
-    const bool done = client.Load() && command && demo::RunEngineCommand(client, *command);
+    rehearsal::Client client(run.machine().outside(), kInstall);
+    const auto command = rehearsal::ParseEngineCommand(run.parameters());
+    const bool done = client.Load() && command && rehearsal::RunEngineCommand(client, *command);
     run.Exit(done ? 0 : 1);
   });
 }

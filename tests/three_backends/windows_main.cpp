@@ -3,8 +3,8 @@
 
 #include <iostream>
 
+#include "machines/win32/Win32Machine.h"
 #include "platform/forwarding.h"
-#include "platform/win32/win32_machine.h"
 #include "scenario.h"
 
 namespace ondura::scenario {

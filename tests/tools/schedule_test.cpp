@@ -1,6 +1,6 @@
-#include "schedule_file.h"
+#include "ScheduleFile.h"
 
-#include "platform/simulated/simulated_machine.h"
+#include "machines/simulated/SimulatedMachine.h"
 #include "tools/tool_run.h"
 
 namespace ondura::testing {

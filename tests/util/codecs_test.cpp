@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
-#include "platform/portable/code_page_table.h"
-#include "util/Tokenizer.h"
+#include "machines/portable/CodePageTable.h"
+#include "text/Tokenizer.h"
+#include "text/separators.h"
 #include "util/cBase64.h"
-#include "util/separators.h"
 
 namespace ondura {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/checked_machine.h"
+#include "support/CheckedMachine.h"
 #include "util/clsIPResolve.h"
 #include "util/cls_ExitWindows.h"
 #include "util/waits.h"

@@ -1,11 +1,11 @@
-#include "util/text_files.h"
+#include "util/TextFiles.h"
 
 #include <gmock/gmock.h>
 
 #include <string>
 #include <string_view>
 
-#include "platform/simulated/simulated_machine.h"
+#include "machines/simulated/SimulatedMachine.h"
 
 namespace ondura {
 namespace {

@@ -1,4 +1,4 @@
-#include "util/text.h"
+#include "text/text.h"
 
 #include <gmock/gmock.h>
 
@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "util/utf16.h"
+#include "text/utf16.h"
 
 namespace ondura {
 namespace {

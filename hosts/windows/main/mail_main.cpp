@@ -1,10 +1,10 @@
 // The mail helper, started once for each mail.
 
+#include "HostError.h"
 #include "command_line.h"
-#include "host_error.h"
+#include "machines/win32/Win32Machine.h"
 #include "mail_helper.h"
 #include "own_program.h"
-#include "platform/win32/win32_machine.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "host_error.h"
-#include "platform/win32/paths.h"
+#include "HostError.h"
+#include "machines/win32/paths.h"
 #include "product.h"
 #include "registration.h"
 #include "rights.h"

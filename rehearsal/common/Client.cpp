@@ -1,0 +1,57 @@
+#include "rehearsal/common/Client.h"
+
+#include "text/text.h"
+
+namespace ondura::rehearsal {
+
+Client::Client(const Machine& machine, std::string_view install_folder)
+    : machine_(machine),
+      configuration_(machine_, installation_),
+      store_(machine_, installation_),
+      transfer_(machine_, installation_),
+      text_files_(machine_.files, machine_.code_page) {
+  installation_.ExeLocation = WithBackslash(install_folder);
+}
+
+bool Client::Load() {
+  const std::string data_folder = store_.ReadInstallRegistryValue("VirtualPath");
+  installation_.VirtualPath =
+      Trim(data_folder).empty() ? installation_.ExeLocation : WithBackslash(Trim(data_folder));
+  if (!configuration_.LoadProductConfiguration()) return false;
+  installation_.CurrentUser = Trim(transfer_.Trf_ReadUserNameProfile("Scheduled"));
+  if (installation_.CurrentUser.empty()) {
+    installation_.CurrentUser = store_.ReadDefaultUser("Default User name");
+  }
+  return true;
+}
+
+Account Client::ReadAccount() {
+  Account account;
+  account.name = transfer_.Trf_ReadUserProfile("username");
+  account.password = transfer_.Trf_ReadUserProfile("password");
+  account.encryption_password = transfer_.Trf_ReadUserProfileNew("encpasswordnew");
+  if (account.encryption_password.empty()) {
+    account.encryption_password = transfer_.Trf_ReadUserProfile("encpassword");
+  }
+  account.server = transfer_.Trf_ReadUserProfile("serverip");
+  return account;
+}
+
+std::string Client::VaultFolder() const {
+  return installation_.DataFile("Vault\\") + installation_.CurrentUser + "\\";
+}
+
+std::string Client::ReadStatus(std::string_view key) {
+  return std::string{Trim(store_.ReadProfileValue("BackupStatus", key))};
+}
+
+void Client::WriteStatus(std::string_view key, std::string_view value) {
+  transfer_.Trf_WriteUserProfileDefault("BackupStatus", key, value);
+}
+
+int Client::DeploymentNumber(std::string_view key, int fallback) {
+  const std::string file = installation_.ExeLocation + "Deployment.ini";
+  return machine_.profiles.ReadInt({file, "Demo", key}, fallback);
+}
+
+}  // namespace ondura::rehearsal

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "rehearsal/common/Client.h"
+#include "rehearsal/common/Vault.h"
+
+namespace ondura::rehearsal {
+
+// The local database of what has been backed up: OnduraLDB.Ond in the user's folder LDB.
+class LocalDatabase {
+ public:
+  explicit LocalDatabase(Client& client);
+
+  // Builds the database from what the vault holds, and notes with which selection that was.
+  bool Build(Vault& vault);
+
+  // What the database knows; builds it first where there is none.
+  FileStates LoadOrBuild(Vault& vault);
+
+  bool Save(const FileStates& states);
+
+  void Remove();
+
+ private:
+  void NoteSelection(std::string_view name, std::string_view noted_name);
+
+  Client& client_;
+  std::string folder_;
+  std::string path_;
+};
+
+}  // namespace ondura::rehearsal

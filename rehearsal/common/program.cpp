@@ -1,0 +1,38 @@
+#include "rehearsal/common/program.h"
+
+#include <exception>
+#include <iostream>
+
+#include "rehearsal/common/child_machine.h"
+
+namespace ondura::rehearsal {
+
+namespace {
+
+int RunOnMachine(const char* name, const std::function<int(Client&)>& work) {
+  const ChildMachine child = MakeChildMachine();
+  if (!child.owner) {
+    std::cerr << name << ": " << child.error << "\n";
+    return kExitUnusable;
+  }
+  Client client(child.owner->machine(), child.folder);
+  if (!client.Load()) {
+    std::cerr << name << ": no product configuration in "
+              << client.installation().DataFile("Configuration.ini") << "; make one with 'ondura init'\n";
+    return kExitUnusable;
+  }
+  return work(client);
+}
+
+}  // namespace
+
+int RunProgram(const char* name, const std::function<int(Client&)>& work) {
+  try {
+    return RunOnMachine(name, work);
+  } catch (const std::exception& failure) {
+    std::cerr << name << ": " << failure.what() << "\n";
+    return kExitBroken;
+  }
+}
+
+}  // namespace ondura::rehearsal

@@ -1,0 +1,18 @@
+#include "rehearsal/engine/StopRequests.h"
+
+namespace ondura::rehearsal {
+
+StopRequests::StopRequests(Client& client)
+    : client_(client),
+      profile_(client.machine().watches.Watch(client.installation().UserFolder() +
+                                              client.installation().ProfileIniName)) {}
+
+StopRequest StopRequests::Check() {
+  if (seen_ == StopRequest::kNone && profile_->MayHaveChanged()) {
+    if (client_.ReadStatus("Status") == "10") seen_ = StopRequest::kHardStop;
+    if (client_.ReadStatus("Cancel") == "1") seen_ = StopRequest::kCancel;
+  }
+  return seen_;
+}
+
+}  // namespace ondura::rehearsal

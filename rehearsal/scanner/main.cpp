@@ -1,0 +1,48 @@
+// The scanner of the rehearsal machine: builds the local database of the user whose job runs. "29" builds it
+// for a job, "5" throws the old one away first.
+
+#include <chrono>
+#include <iostream>
+
+#include "rehearsal/common/LocalDatabase.h"
+#include "rehearsal/common/Vault.h"
+#include "rehearsal/common/own_process.h"
+#include "rehearsal/common/program.h"
+#include "text/text.h"
+
+namespace {
+
+using namespace ondura;
+using namespace ondura::rehearsal;
+
+constexpr std::string_view kBuildForJob = "29";
+constexpr std::string_view kReset = "5";
+
+void WriteScanKey(Client& client, std::string_view key, std::string_view value) {
+  client.transfer().Trf_WriteUserProfileDefault("REALTIME", key, value);
+}
+
+void Scan(Client& client, bool reset) {
+  WriteScanKey(client, "ScannerId", std::to_string(OwnProcessId()));
+  WriteScanKey(client, "scanStatus", "1");
+  LocalDatabase database(client);
+  if (reset) database.Remove();
+  client.machine().clock.Sleep(std::chrono::milliseconds{client.DeploymentNumber("MillisecondsPerScan", 0)});
+  Vault vault(client.machine(), client.VaultFolder());
+  database.Build(vault);
+  WriteScanKey(client, "scanStatus", "0");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string text{Trim(ParameterText(argc, argv))};
+  return RunProgram("scanner", [&](Client& client) {
+    if (text != kBuildForJob && text != kReset) {
+      std::cerr << "scanner: '" << text << "' is no command; give 29 or 5\n";
+      return kExitUnusable;
+    }
+    Scan(client, text == kReset);
+    return kExitDone;
+  });
+}

@@ -1,0 +1,26 @@
+#include "job/size_abort.h"
+
+#include <string>
+
+#include "job/job_texts.h"
+
+namespace ondura {
+
+void LeaveSizeCalculation(JobContext& job) {
+  const JobServices& services = job.services;
+  JobRun& run = job.state.run;
+  services.trace.plain().WriteTrace("ScheduleCancelled 1");
+  services.trace.plain().WriteTrace("Aborted...");
+  run.result_text = job_texts::kUserAbort;
+  job.keys.WriteStatus("3");
+  run.session_path = services.session_log.NewPath();
+  services.trace.User(" " + run.result_text + run.session_path);
+  services.session_log.WriteTimedMessage(run.session_path, run.result_text, SessionWrite::kAppend);
+  run.cancelled = true;
+  job.end_status.WriteJobEndStatus(1);
+  job.temp_folder.DeleteTempFolder();
+  services.machine.files.Remove(services.installation.UserFile("MappedDriveInput.txt"), Removal::kPlain);
+  services.helpers.IsProcessRunningByModule(services.installation.ClientExe, Kill::kYes);
+}
+
+}  // namespace ondura

@@ -1,7 +1,0 @@
-#include "platform/posix/signal_counters.h"
-
-namespace ondura {
-
-SignalCounters signal_counters;
-
-}  // namespace ondura

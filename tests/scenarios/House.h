@@ -1,0 +1,102 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "service/Component.h"
+#include "support/CheckedMachine.h"
+
+namespace ondura {
+
+// A machine with the product installed, its users and an engine that answers as it is told. The engine
+// takes two seconds for a command and answers every command with 402 unless a test says otherwise.
+class House {
+ public:
+  static constexpr std::string_view kInstall = "C:\\Program Files\\Ondura\\";
+  static constexpr std::string_view kData = "C:\\ProgramData\\Ondura\\";
+  static constexpr std::string_view kEngine = "C:\\Program Files\\Ondura\\OndClsClient.exe";
+  static constexpr std::string_view kTwin = "C:\\Program Files\\Ondura\\OndBackground.exe";
+  static constexpr const char* kDue = "11-14-2026 12:30:00";  // when the machine starts
+  static constexpr const char* kTomorrow = "11-15-2026 12:30:00";
+
+  explicit House(LocalTime now = SimulatedMachine::kDefaultStart);
+
+  CheckedMachine machine;
+
+  // A value of the product configuration, which the start of a component reads.
+  void Configure(std::string_view key, std::string_view value);
+
+  // A user with an account and a selection of one folder with one file.
+  void AddUser(const std::string& user);
+  // Writes the user's schedule file anew with these record lines.
+  void PutSchedule(const std::string& user, const std::vector<ScheduleRecord>& records);
+  // A daily file job whose next occurrence is at `nexttime`, and one whose end is always mailed.
+  static ScheduleRecord Daily(const std::string& nexttime = kDue);
+  static ScheduleRecord Mailing(const std::string& recordno = "1");
+
+  // The service, started on first use, and a second component as its twin.
+  Component& Service();
+  Component& Twin();
+  void Tick() { Service().controller().Cont_CheckStandardRunning(); }
+  // Ends the service without a word, as a power cut does, so that the next use starts it anew.
+  void LoseService() { service_.reset(); }
+
+  // The engine: what a command does when it is due to end, and the commands it was given so far.
+  using Command = std::function<void(ProgramRun&)>;
+  void Answer(int command, int result);
+  void OnCommand(int command, Command script);
+  // Something that happens while a command runs, which is then answered with 402.
+  void During(int command, std::function<void()> act);
+  std::vector<int> Commands() const { return commands_; }
+  void WriteResult(int result) { WriteProfile("BackupStatus", "RetValue", std::to_string(result)); }
+
+  // Files and keys of the user who is being served or was last.
+  std::string UserPath(std::string_view name) const;
+  std::string Text(std::string_view name);  // a UTF-16 file without its mark; "<none>" where missing
+  void PutText(std::string_view name, std::string_view text);  // as such a file
+  std::string Bytes(std::string_view name);                    // "<none>" where missing
+  std::string Status(std::string_view key);                    // section BackupStatus
+  void WriteProfile(std::string_view section, std::string_view key, std::string_view value);
+  void WriteAccount(std::string_view key, std::string_view value);  // in the shift form
+  std::string Shared(std::string_view key);                         // section Tolmera of the shared state
+  void WriteShared(std::string_view key, std::string_view value);
+  void WriteRegistry(std::string_view key, std::string_view value);
+  void WriteMethod(std::string_view value) { WriteIni("ScanType", "DB", value); }
+  std::vector<std::string> SessionFiles();
+  bool TraceHas(std::string_view text);  // in the user's trace
+  std::string NextTime();                // of the first record; empty without one
+
+  // The fields of the last mail, as the mail helper got them; empty without one.
+  std::vector<std::string> LastMail();
+  // Status right behind the job, before the close-up overwrites it.
+  std::string StatusAfterJob();
+
+  std::string user = "ann";
+
+ private:
+  void Install();
+  void RunCommand(ProgramRun& run);
+  void WriteIni(std::string_view section, std::string_view key, std::string_view value);
+
+  std::vector<std::string> users_;
+  std::map<int, Command> scripts_;
+  std::vector<int> commands_;
+  std::unique_ptr<Component> service_;
+  std::unique_ptr<Component> twin_;
+};
+
+// A house whose user ann has a job that is due.
+struct DueHouse : House {
+  explicit DueHouse(const ScheduleRecord& record = Daily()) {
+    AddUser("ann");
+    PutSchedule("ann", {record});
+  }
+};
+
+}  // namespace ondura

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "machines/simulated/SimulatedMachine.h"
+
+namespace ondura {
+
+// A simulated machine that fails the test when one of its scripted faults has met no call.
+class CheckedMachine : public SimulatedMachine {
+ public:
+  using SimulatedMachine::SimulatedMachine;
+
+  ~CheckedMachine() {
+    for (const std::string& pattern : UnfiredFaults()) ADD_FAILURE() << "no call met the fault " << pattern;
+  }
+};
+
+}  // namespace ondura
