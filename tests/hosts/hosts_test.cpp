@@ -69,6 +69,22 @@ TEST_F(HostsTest, AnUnconfiguredProductEndsAHostInsteadOfLoopingSilently) {
   EXPECT_NE(Shared("Standard"), "1") << "a twin that does not run is not in charge";
 }
 
+TEST_F(HostsTest, AConfigurationCutShortHoldsNoStartUp) {
+  Configure();
+  const std::string whole = machine_.FileBytes(Path("Configuration.ini")).value();
+  for (std::size_t cut = 0; cut < whole.size(); cut += 3) {
+    machine_.PutFile(Path("Configuration.ini"), whole.substr(0, cut));
+    const auto before = machine_.Elapsed();
+    testing::internal::CaptureStderr();
+    const int code = RunService(machine_.machine(), Ticks(1), stop_);
+    const std::string words = testing::internal::GetCapturedStderr();
+    EXPECT_LT(machine_.Elapsed() - before, std::chrono::minutes{2}) << cut;
+    if (code == 0) continue;
+    EXPECT_EQ(code, kExitUsage) << cut;
+    EXPECT_THAT(words, HasSubstr(Path("Configuration.ini"))) << cut;
+  }
+}
+
 TEST_F(HostsTest, TheServiceTicksAsOftenAsToldAndStaysInCharge) {
   Configure();
   machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "0");

@@ -73,6 +73,7 @@ TEST(ConvertToDate, FollowsTheTokenTable) {
   for (const auto& [format, text, want] :
        {TextCase{"dd/MM/yyyy", kAfternoon, "14/11/2026"}, TextCase{"d.M.yy", kAfternoon, "14.11.26"},
         TextCase{"DD-mmm-YY", kAfternoon, "14-Nov-26"}, TextCase{"MMM", "13-14-2026", ""},
+        TextCase{"MMM", "12-14-2026", "Dec"}, TextCase{"MMM", "00-14-2026", ""},
         TextCase{"dddd, MMMM dd, yyyy", kAfternoon, "dddd, MMMM dd, yyyy"},
         TextCase{"HH:SS:tt:yyyy", kAfternoon, ":::2026"}, TextCase{"dd/MM/yyyy", "11-1", "1/11/"},
         // The sixteenth token is a separator; what follows it is lost.

@@ -70,6 +70,10 @@ TEST(ScheduleFile, LinesBeyondTheCountAreCarriedIntoTheRewrite) {
   EXPECT_EQ(house.schedule.CountScheduleRecords(house.path), 32767);
   house.schedule.DB_WriteRecord();
   EXPECT_TRUE(house.machine.FileBytes(house.path) == bytes);
+  house.PutSchedule("3\r\n" + Line("a", "1"));
+  house.schedule.DB_ReadSchData("");
+  house.schedule.DB_WriteRecord();
+  EXPECT_EQ(house.machine.FileBytes(house.path), std::nullopt) << "lines of an earlier reading came back";
 }
 
 TEST(ScheduleFile, AHundredMegabytesOfLineEndsDoNotTakeAllMemory) {
@@ -132,6 +136,7 @@ TEST(ScheduleFile, ATableByKeyIsBlankAndSelectsWithinTheCountAlone) {
   }
   EXPECT_EQ(house.schedule.DB_ReadSchData("2"), 0);
   EXPECT_EQ(house.schedule.RecordCount, 2);
+  EXPECT_EQ(house.schedule.CountScheduleRecords(house.path), 2);
   EXPECT_EQ(house.schedule.ScheduleTable, std::vector<ScheduleRecord>(2));
   house.schedule.DB_ReadSchData("");
   house.schedule.RecordCount = 1;
@@ -142,12 +147,13 @@ TEST(ScheduleFile, ATableByKeyIsBlankAndSelectsWithinTheCountAlone) {
 TEST(ScheduleFile, LinesAreReadByKeyOnlyBehindTheHeaderOfTheFileInWork) {
   ScheduleHouse house;
   Lines lines{"old"};
-  house.PutSchedule("0\r\n2\b\ba\r\n4");
-  EXPECT_TRUE(house.schedule.DB_ReadRecord("2", house.path, lines));
+  house.PutSchedule("0\r\n21\b\ba\r\n4");
+  EXPECT_TRUE(house.schedule.DB_ReadRecord("21", house.path, lines));
+  EXPECT_FALSE(house.schedule.DB_ReadRecord("2", house.path, lines));
   EXPECT_FALSE(house.schedule.DB_ReadRecord("4", house.path, lines));
   EXPECT_EQ(lines, Lines{"old"});
   EXPECT_TRUE(house.schedule.DB_ReadRecord("", house.path, lines));
-  EXPECT_EQ(lines, (Lines{"2\b\ba", "4"}));
+  EXPECT_EQ(lines, (Lines{"21\b\ba", "4"}));
   house.machine.PutFile("C:\\other.txt", "0\r\n" + Line("a", "1"));
   EXPECT_FALSE(house.schedule.DB_ReadRecord("", "C:\\other.txt", lines));
 }

@@ -16,6 +16,7 @@ TEST(Due, IsDecidedByKeyUnitsInFileOrder) {
            {"sixty units late is due", Time(2026, 11, 14, 12, 59), {"202611141199"}, "0", 1, 0},
            {"61 units late is missed", Time(2026, 11, 14, 12, 59), {"202611141198"}, "0", 2, 0},
            {"an hour late is a hundred", Time(2026, 11, 14, 13, 30), {"202611141230"}, "0", 2, 0},
+           {"however late, when told to catch up", kHalfPast, {"200001010000"}, "1", 1, 0},
            {"13:59 at 14:00 is 41", Time(2026, 11, 14, 14), {"202611141359"}, "0", 1, 0},
            {"the first line, not the earliest", kHalfPast, {"202611141230", "202611141200"}, "0", 1, 0},
            {"a key that is no number", kHalfPast, {"soon", "202611141230"}, "0", 1, 1},
