@@ -17,7 +17,7 @@ import zipfile
 
 HERE = pathlib.Path(__file__).resolve().parent
 PROJECT = HERE.parent.parent
-SERVER = PROJECT / "demo" / "notification_server.py"
+SERVER = PROJECT / "rehearsal" / "notification_server.py"
 EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
 
 SERVICE_NAME = "Ondura Service"
@@ -59,7 +59,7 @@ class Windows:
         return subprocess.Popen(self.command("cmd"), stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
 
     def play(self, action):
-        build = PROJECT / "build" / "windows-x64" / "demo"
+        build = PROJECT / "build" / "windows-x64" / "rehearsal"
         done = self.run(self.scenario, action, build / "rehearsal-engine.exe", build / "rehearsal-database-manager.exe")
         if done.returncode != 0:
             raise AssertionError(f"the scenario's {action} failed: {done.stderr}")

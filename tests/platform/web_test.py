@@ -14,7 +14,7 @@ import subprocess
 import sys
 import tempfile
 
-SERVER = pathlib.Path(__file__).resolve().parent.parent.parent / "demo" / "notification_server.py"
+SERVER = pathlib.Path(__file__).resolve().parent.parent.parent / "rehearsal" / "notification_server.py"
 KINDS = ["", "--status 503", "--certificate wrong-name", "--certificate expired", "--certificate stranger", "--hang"]
 
 
