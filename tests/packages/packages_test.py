@@ -54,6 +54,12 @@ class Windows:
     def path(self, windows_path):
         return self.drive.joinpath(*windows_path.removeprefix("C:\\").split("\\"))
 
+    def begin_anew(self):
+        """A run that was killed leaves services behind, which no later package removes."""
+        subprocess.run(self.command("--end"), check=True, stdin=subprocess.DEVNULL)
+        shutil.rmtree(self.folder / "wine", ignore_errors=True)
+        subprocess.run(self.command("--start"), check=True, stdin=subprocess.DEVNULL)
+
     def stay_on(self):
         """Wine switches its Windows off when no program runs, and starts the services with the next one."""
         return subprocess.Popen(self.command("cmd"), stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
@@ -153,6 +159,54 @@ class ZipTest(unittest.TestCase):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.maxDiff = None
         self.assertEqual(files_about("ann", EXPECTED), files_about("ann", WINDOWS.play("show")))
+
+    def prepare_an_engine_without_end(self):
+        """The users are due, and the transfer of a file takes longer than any test."""
+        self.register()
+        WINDOWS.play("prepare")
+        with WINDOWS.path(SCENARIO_INSTALL + "\\Deployment.ini").open("ab") as deployment:
+            deployment.write(b"[Demo]\r\nMillisecondsPerFile=36000000\r\n")
+
+    @staticmethod
+    def engines():
+        """The numbers of the processes of the scenario's engine in this Windows."""
+        found = subprocess.run(["pgrep", "-f", "^C:.Scenario.Install.ScnClsClient.exe"], capture_output=True, text=True,
+                               check=False).stdout.split()
+        return [number for number in found if ZipTest.is_in_this_windows(number)]
+
+    @staticmethod
+    def is_in_this_windows(number):
+        try:
+            return f"WINEPREFIX={WINDOWS.folder}/".encode() in pathlib.Path("/proc", number, "environ").read_bytes()
+        except OSError:
+            return False
+
+    def test_an_engine_beyond_its_limit_is_stopped_as_its_user_would(self):
+        self.prepare_an_engine_without_end()
+        done = self.host("OnduraService.exe", "--console", "--install", SCENARIO_INSTALL, "--ticks", "1",
+                         "--engine-limit", "0.001", limit_s=240)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        trace = WINDOWS.path("C:\\Scenario\\Data\\ScheduleTraceFile.txt").read_bytes().decode("utf-16")
+        self.assertIn("User ann: the backup engine ran longer than 0.001 h, and its job was stopped", trace)
+        self.assertEqual(self.engines(), [])
+
+    def test_an_engine_ends_with_a_host_that_is_killed(self):
+        self.prepare_an_engine_without_end()
+        host = subprocess.Popen(WINDOWS.command("C:\\Zip\\Ondura\\OnduraService.exe", "--console", "--install",
+                                                SCENARIO_INSTALL), stdin=subprocess.DEVNULL)
+        self.addCleanup(host.kill)
+        deadline = time.monotonic() + 120
+        engines, seen = [], 0
+        while seen < 20 and time.monotonic() < deadline:
+            time.sleep(0.2)
+            before, engines = engines, self.engines()
+            seen = seen + 1 if engines and engines == before else 0
+        self.assertEqual(len(engines), 1, "the engine that transfers lives on")
+        WINDOWS.run("taskkill", "/f", "/im", "OnduraService.exe")
+        deadline = time.monotonic() + 30
+        while self.engines() and time.monotonic() < deadline:
+            time.sleep(0.2)
+        self.assertEqual(self.engines(), [])
 
     def test_the_twin_is_in_charge_while_it_runs_and_no_longer(self):
         self.register()
@@ -424,6 +478,7 @@ if __name__ == "__main__":
     options, others = parser.parse_known_args()
     WINDOWS = Windows(options.folder, options.scenario, options.trust)
     WINDOWS.msi, WINDOWS.zip = WINDOWS.pack("1.2.3")
+    WINDOWS.begin_anew()
     with WINDOWS.stay_on():
         program = unittest.main(argv=[sys.argv[0], *others], verbosity=2, exit=False)
     sys.exit(0 if program.result.wasSuccessful() else 1)
