@@ -37,7 +37,10 @@ bool CopyProgram(const fs::path& from, const fs::path& to) {
   std::error_code error;
   fs::copy_file(from, fresh, fs::copy_options::overwrite_existing, error);
   if (!error) fs::rename(fresh, to, error);
-  return !error;
+  if (!error) return true;
+  // Half a program on a full disk would keep it full.
+  fs::remove(fresh, error);
+  return false;
 }
 
 }  // namespace

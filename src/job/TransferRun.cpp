@@ -193,8 +193,7 @@ Leave TransferRun::PrepareInput() {
     job_.services.trace.User("  Selected path :  " + item.path);
   }
   job_.state.run.items.clear();
-  WriteInputKeys();
-  return std::nullopt;
+  return WriteInputKeys() ? std::nullopt : Leave{FailInput()};
 }
 
 Leave TransferRun::WalkItems() {
@@ -227,12 +226,17 @@ JobCode TransferRun::FailInput() {
   return code;
 }
 
-void TransferRun::WriteInputKeys() {
+// On a full disk the word that the list is complete does not come through, and the engine waits for it.
+bool TransferRun::WriteInputKeys() {
   const DisplaySize total = TotalDisplaySize(job_.services.machine, job_.services.installation).Read();
   job_.keys.Write("CompareListCount", total.size_bytes < kLargeTotalBytes ? "0" : "2");
-  job_.keys.Write("StatusCheckCount", std::to_string(compare_list_.parts()));
+  const std::string parts = std::to_string(compare_list_.parts());
+  job_.keys.Write("StatusCheckCount", parts);
   job_.state.run.skipped_count = compare_list_.skipped();
   WriteSkippedCount();
+  if (job_.keys.Read("StatusCheckCount") == parts) return true;
+  job_.services.trace.User("  The compare list can't be announced. ");
+  return false;
 }
 
 void TransferRun::WriteSkippedCount() {

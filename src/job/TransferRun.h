@@ -77,7 +77,7 @@ class TransferRun {
   Leave PrepareInput();
   Leave WalkItems();
   JobCode FailInput();
-  void WriteInputKeys();
+  bool WriteInputKeys();
   void RewriteExcludedFiles();
 
   // When it has ended.

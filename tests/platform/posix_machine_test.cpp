@@ -136,6 +136,9 @@ TEST_F(PosixMachineTest, AReplacedFileIsWholeAndKeepsItsRightsAndNames) {
   {
     const SizeLimit full{8};
     EXPECT_FALSE(machine_.files.Write(path, "too long for it", IfPresent::kReplace));
+    root_.Put("C/long", "eight or");
+    const SizeLimit fuller{4};
+    EXPECT_FALSE(machine_.files.Copy(R"(C:\long)", R"(C:\d\half)"));
   }
   EXPECT_EQ(root_.Bytes("C/d/other"), "for both");
   EXPECT_THAT(Names(R"(C:\d)"), UnorderedElementsAre("file", "other"));

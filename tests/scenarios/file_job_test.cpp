@@ -42,19 +42,23 @@ TEST(FileJobStory, ADriveThatRunsFullTakesTheLocalDatabaseAway) {
   }
 }
 
-TEST(FileJobStory, AListThatCannotBeWrittenEndsTheJobAndItsEngineAsFailed) {
-  DueHouse house;
-  bool engine_ended = false;
-  house.OnCommand(51, [&](ProgramRun&) { engine_ended = true; });
-  house.machine.Fail("FileWriter.Append*CompareListInput1.txt");
-  house.Tick();
-  EXPECT_FALSE(engine_ended) << "the engine would wait, and call the part of the list all there is";
-  EXPECT_TRUE(house.TraceHas("  The compare list can't be written. "));
-  EXPECT_EQ(house.Status("BackupFailureDays"), "1");
-  EXPECT_EQ(house.NextTime(), House::kTomorrow);
-  ASSERT_EQ(house.SessionFiles().size(), 1U);
-  EXPECT_THAT(FromUtf16(house.machine.FileBytes(house.SessionFiles().front()).value_or("")),
-              testing::HasSubstr("The list of the files to back up could not be written."));
+TEST(FileJobStory, AListThatCannotBeWrittenOrAnnouncedEndsTheJobAndItsEngineAsFailed) {
+  for (const auto& [fault, words] :
+       {std::pair{"FileWriter.Append*CompareListInput1.txt", "  The compare list can't be written. "},
+        {"ProfileFiles.WriteString*StatusCheckCount=1", "  The compare list can't be announced. "}}) {
+    DueHouse house;
+    bool engine_ended = false;
+    house.OnCommand(51, [&](ProgramRun&) { engine_ended = true; });
+    house.machine.Fail(fault);
+    house.Tick();
+    EXPECT_FALSE(engine_ended) << "the engine would wait, and call the part of the list all there is";
+    EXPECT_TRUE(house.TraceHas(words));
+    EXPECT_EQ(house.Status("BackupFailureDays"), "1");
+    EXPECT_EQ(house.NextTime(), House::kTomorrow);
+    ASSERT_EQ(house.SessionFiles().size(), 1U);
+    EXPECT_THAT(FromUtf16(house.machine.FileBytes(house.SessionFiles().front()).value_or("")),
+                testing::HasSubstr("The list of the files to back up could not be written."));
+  }
 }
 
 TEST(FileJobStory, FiveMillionBytesAreALargeInputAndTheEnginesTraceIsKeptUpToItsCap) {

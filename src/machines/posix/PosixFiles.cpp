@@ -119,7 +119,12 @@ class PosixFiles : public Files {
     const auto old = paths_.StatExisting(to);
     if (old && old->st_dev == status.st_dev && old->st_ino == status.st_ino) return false;
     Fd target = OpenNew(to, IfPresent::kReplace);
-    if (!target.valid() || !CopyBytes(source, target)) return false;
+    if (!target.valid()) return false;
+    if (!CopyBytes(source, target)) {
+      // As on Windows, where a copy that fails leaves no half of itself on a full disk.
+      if (!old) Remove(to, Removal::kPlain);
+      return false;
+    }
     // A program stays one, and what is read-only stays so. Some file systems have no rights to set.
     [[maybe_unused]] const int rights = fchmod(target.get(), status.st_mode & 0777U);
     const std::array<timespec, 2> times{status.st_atim, status.st_mtim};
