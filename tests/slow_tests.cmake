@@ -1,0 +1,17 @@
+# Read by ctest when it starts. NAME_tests_TESTS lists the tests of one program; what is not built has no list.
+# Whole programs wait for real processes, real clocks and real servers; of the others the single tests are named.
+foreach(folder rehearsal tools)
+  if(${folder}_tests_TESTS)
+    set_tests_properties(${${folder}_tests_TESTS} PROPERTIES LABELS "${folder};slow")
+  endif()
+endforeach()
+foreach(test IN LISTS scenarios_tests_TESTS)
+  if(test MATCHES "^scenarios\\.(YearStory|StoppedJobStory)\\.")
+    set_tests_properties("${test}" PROPERTIES LABELS "scenarios;slow")
+  endif()
+endforeach()
+foreach(test IN LISTS stages_tests_TESTS)
+  if(test MATCHES "^stages\\.StageProcesses/")
+    set_tests_properties("${test}" PROPERTIES LABELS "stages;slow")
+  endif()
+endforeach()
