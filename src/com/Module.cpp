@@ -10,7 +10,7 @@ namespace ondura {
 namespace {
 
 // The entry points of a library get no object: this is the one that stands behind them.
-constinit Module the_module;
+constinit Module the_module;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 HMODULE OwnHandle() {
   HMODULE handle = nullptr;

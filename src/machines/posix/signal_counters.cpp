@@ -2,6 +2,6 @@
 
 namespace ondura {
 
-SignalCounters signal_counters;
+SignalCounters signal_counters;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 }  // namespace ondura

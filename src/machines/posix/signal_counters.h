@@ -14,6 +14,6 @@ struct SignalCounters {
 
 static_assert(std::atomic<std::uint32_t>::is_always_lock_free, "a signal handler may not take a lock");
 
-extern SignalCounters signal_counters;
+extern SignalCounters signal_counters;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 }  // namespace ondura
