@@ -1,6 +1,6 @@
 #include "mail_helper.h"
 
-#include "mail_arguments.h"
+#include "reporting/mail_arguments.h"
 #include "service/Component.h"
 #include "service/StartUp.h"
 #include "tick_options.h"

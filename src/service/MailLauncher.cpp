@@ -1,5 +1,6 @@
 #include "service/MailLauncher.h"
 
+#include "reporting/mail_arguments.h"
 #include "schedule/record_dates.h"
 #include "text/text.h"
 #include "util/waits.h"
@@ -50,18 +51,18 @@ void MailLauncher::FillValues() {
 std::string MailLauncher::Arguments(const std::string& address, JobCode result, bool with_engine_status) {
   const MailValues& values = context_.mail_values;
   const LocaleFacts locale{values.ShortDateFormat, context_.services().scheduler.TimeFormatText};
-  std::vector<std::string> fields{address,
-                                  values.ScheduleMailDetail,
-                                  std::to_string(result),
-                                  values.ShortDateFormat,
-                                  values.SessionLogPath,
-                                  values.JobStatusText,
-                                  values.ScheduledTime ? DefaultDateText(*values.ScheduledTime, locale) : "",
-                                  values.StageWord,
-                                  values.FailureReason,
-                                  context_.installation().CurrentUser};
-  if (with_engine_status) fields.push_back(std::to_string(context_.job.state.run.engine_status));
-  return Join(fields, ";");
+  return MailArgumentsText(
+      {.address = address,
+       .detail = values.ScheduleMailDetail,
+       .result = result,
+       .short_date_format = values.ShortDateFormat,
+       .session_log = values.SessionLogPath,
+       .job_status = values.JobStatusText,
+       .scheduled_time = values.ScheduledTime ? DefaultDateText(*values.ScheduledTime, locale) : "",
+       .stage_word = values.StageWord,
+       .failure_reason = values.FailureReason,
+       .user = context_.installation().CurrentUser,
+       .engine_status = with_engine_status ? std::to_string(context_.job.state.run.engine_status) : ""});
 }
 
 void MailLauncher::Start(const std::string& arguments) {

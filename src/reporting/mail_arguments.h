@@ -7,7 +7,8 @@
 
 namespace ondura {
 
-// What the scheduler tells the mail helper about a run: one text of fields joined by ";".
+// What the scheduler tells the mail helper about a run: one text of fields joined by ";", in this order. The
+// scheduler writes it and the helper, a program of its own, reads it.
 struct MailArguments {
   std::string address;
   std::string detail;  // "1" puts an extract of the session log into the mail
@@ -21,6 +22,9 @@ struct MailArguments {
   std::string user;
   std::string engine_status;  // not there when the mail is one about failures only
 };
+
+// The text to start the helper with; without an engine status it ends with the user.
+std::string MailArgumentsText(const MailArguments& arguments);
 
 // The status is an outside tool's text and may hold ";": five fields are taken from the left, the others from
 // the right, and the status is what remains between. Nothing for a text of fewer than ten fields, without an

@@ -1,4 +1,4 @@
-#include "mail_arguments.h"
+#include "reporting/mail_arguments.h"
 
 #include "text/text.h"
 
@@ -23,6 +23,21 @@ bool EndsWithEngineStatus(const std::vector<std::string>& fields) {
 }
 
 }  // namespace
+
+std::string MailArgumentsText(const MailArguments& arguments) {
+  std::vector<std::string> fields{arguments.address,
+                                  arguments.detail,
+                                  std::to_string(arguments.result),
+                                  arguments.short_date_format,
+                                  arguments.session_log,
+                                  arguments.job_status,
+                                  arguments.scheduled_time,
+                                  arguments.stage_word,
+                                  arguments.failure_reason,
+                                  arguments.user};
+  if (!arguments.engine_status.empty()) fields.push_back(arguments.engine_status);
+  return Join(fields, ";");
+}
 
 std::optional<MailArguments> ParseMailArguments(std::string_view text) {
   std::vector<std::string> fields = Split(text, ";");

@@ -1,4 +1,4 @@
-#include "mail_arguments.h"
+#include "reporting/mail_arguments.h"
 
 #include <gmock/gmock.h>
 
@@ -39,6 +39,7 @@ TEST(MailArguments, TakeFiveFieldsFromTheLeftAndTheRestFromTheRight) {
     EXPECT_EQ(read->failure_reason, "no room");
     EXPECT_EQ(read->user, user);
     EXPECT_EQ(read->engine_status, engine_status);
+    EXPECT_EQ(MailArgumentsText(*read), text);
   }
 }
 
