@@ -54,14 +54,14 @@ Vault::Vault(const Machine& machine, std::string_view folder)
     : machine_(machine), folder_(WithBackslash(folder)), account_file_(folder_ + "account.ini") {}
 
 EngineResult Vault::Enter(const Account& account) {
-  if (!EqualsIgnoringCase(account.server, "localhost")) return EngineResult::kCannotConnect;
-  if (account.name.empty() || account.password.empty()) return EngineResult::kWrongPassword;
-  if (!MakeFolders(folder_)) return EngineResult::kCannotConnect;
-  if (!IsRemembered("Password", account, account.password)) return EngineResult::kWrongPassword;
+  if (!EqualsIgnoringCase(account.server, "localhost")) return engine_results::kCannotConnect;
+  if (account.name.empty() || account.password.empty()) return engine_results::kWrongPassword;
+  if (!MakeFolders(folder_)) return engine_results::kCannotConnect;
+  if (!IsRemembered("Password", account, account.password)) return engine_results::kWrongPassword;
   if (!IsRemembered("EncryptionPassword", account, account.encryption_password)) {
-    return EngineResult::kWrongEncryptionPassword;
+    return engine_results::kWrongEncryptionPassword;
   }
-  return EngineResult::kDone;
+  return engine_results::kDone;
 }
 
 bool Vault::IsRemembered(std::string_view key, const Account& account, std::string_view secret) {
@@ -73,8 +73,8 @@ bool Vault::IsRemembered(std::string_view key, const Account& account, std::stri
   return stored == text;
 }
 
-std::optional<int> Vault::RehearsedResult(int command) {
-  const auto text = machine_.profiles.ReadString({account_file_, "Rehearsal", std::to_string(command)});
+std::optional<int> Vault::RehearsedResult(EngineCommand command) {
+  const auto text = machine_.profiles.ReadString({account_file_, "Rehearsal", NumberOf(command)});
   const auto result = ParseInt16(text);
   if (!result) return std::nullopt;
   return *result;

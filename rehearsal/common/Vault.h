@@ -6,10 +6,11 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "engine/engine_command.h"
+#include "engine/engine_results.h"
 #include "platform/machine.h"
 #include "rehearsal/common/Client.h"
 #include "rehearsal/common/FileStates.h"
-#include "rehearsal/common/engine_result.h"
 
 namespace ondura::rehearsal {
 
@@ -27,7 +28,7 @@ class Vault {
   EngineResult Enter(const Account& account);
 
   // The result that is to be rehearsed for the command.
-  std::optional<int> RehearsedResult(int command);
+  std::optional<int> RehearsedResult(EngineCommand command);
 
   // The address to name as the one whose backup runs: "MultipleIP" of section Rehearsal.
   std::string RehearsedAddress();

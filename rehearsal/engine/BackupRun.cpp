@@ -186,18 +186,18 @@ bool BackupRun::IsOver() { return quota_is_used_up_ || stop_requests_.Check() !=
 EngineResult BackupRun::ResultOfRun() {
   switch (stop_requests_.Check()) {
     case StopRequest::kCancel:
-      return EngineResult::kCanceled;
+      return engine_results::kCancelled;
     case StopRequest::kHardStop:
-      return EngineResult::kStopped;
+      return engine_results::kCancelledByServer;
     case StopRequest::kNone:
       break;
   }
-  if (quota_is_used_up_) return EngineResult::kQuotaUsedUp;
-  if (gave_up_) return EngineResult::kEndedAbnormally;
-  if (figures_.failed > 0) return EngineResult::kSomeFilesFailed;
-  if (figures_.sent > 0) return EngineResult::kDone;
-  if (figures_.considered > 0) return EngineResult::kAllUpToDate;
-  return met_exclusion_ ? EngineResult::kAllExcluded : EngineResult::kNothingNew;
+  if (quota_is_used_up_) return engine_results::kQuotaUsedUp;
+  if (gave_up_) return engine_results::kEndedAbnormally;
+  if (figures_.failed > 0) return engine_results::kSomeFailed;
+  if (figures_.sent > 0) return engine_results::kDone;
+  if (figures_.considered > 0) return engine_results::kUpToDate;
+  return met_exclusion_ ? engine_results::kAllExcluded : engine_results::kNothingNew;
 }
 
 void BackupRun::WriteNames(std::string_view name, const std::vector<std::string>& paths) {

@@ -6,11 +6,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "engine/engine_results.h"
 #include "rehearsal/common/Client.h"
 #include "rehearsal/common/FileStates.h"
 #include "rehearsal/common/LocalDatabase.h"
 #include "rehearsal/common/Vault.h"
-#include "rehearsal/common/engine_result.h"
 #include "rehearsal/engine/ProgressFile.h"
 #include "rehearsal/engine/SessionReport.h"
 #include "rehearsal/engine/StageData.h"

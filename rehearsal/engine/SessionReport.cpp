@@ -12,16 +12,10 @@ std::string SessionName(LocalTime time) {
 }
 
 std::string_view ClosingWords(EngineResult result) {
-  switch (result) {
-    case EngineResult::kCanceled:
-    case EngineResult::kQuotaUsedUp:
-    case EngineResult::kEndedAbnormally:
-      return "Backup Canceled";
-    case EngineResult::kStopped:
-      return "Backup ended by the hard stop at the Cut Off time";
-    default:
-      return "Backup Completed";
-  }
+  using namespace engine_results;
+  if (result == kCancelled || result == kQuotaUsedUp || result == kEndedAbnormally) return "Backup Canceled";
+  if (result == kCancelledByServer) return "Backup ended by the hard stop at the Cut Off time";
+  return "Backup Completed";
 }
 
 }  // namespace

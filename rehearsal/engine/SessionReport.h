@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "engine/engine_results.h"
 #include "rehearsal/common/Client.h"
-#include "rehearsal/common/engine_result.h"
 
 namespace ondura::rehearsal {
 

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "engine/engine_command.h"
 #include "rehearsal/common/Client.h"
-#include "rehearsal/common/command_line.h"
 
 namespace ondura::rehearsal {
 
-// Does what the command asks for and leaves the result in RetValue of the user's profile. False for a
-// number that is no command of the engine; then nothing is written.
-bool RunEngineCommand(Client& client, const EngineCommand& command);
+// Does what the command asks for and leaves the result in RetValue of the user's profile.
+void RunEngineCommand(Client& client, const EngineCall& call);
 
 }  // namespace ondura::rehearsal

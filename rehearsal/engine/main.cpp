@@ -1,20 +1,31 @@
 // The client engine of the rehearsal machine: does one command of the component and ends.
 
 #include <iostream>
+#include <string>
+#include <vector>
 
-#include "rehearsal/common/command_line.h"
+#include "engine/engine_command.h"
 #include "rehearsal/common/own_process.h"
 #include "rehearsal/common/program.h"
 #include "rehearsal/engine/commands.h"
+#include "text/text.h"
 
 int main(int argc, char** argv) {
+  using namespace ondura;
   using namespace ondura::rehearsal;
   const std::string text = ParameterText(argc, argv);
   return RunProgram("engine", [&](Client& client) {
-    const auto command = ParseEngineCommand(text);
-    if (command && RunEngineCommand(client, *command)) return kExitDone;
-    std::cerr << "engine: '" << text << "' is no command; give one of 12, 16, 17, 24, 28, 30 and 51, such as "
-              << "'51<folder>'\n";
-    return kExitUnusable;
+    const auto call = ParseEngineCall(text);
+    if (!call) {
+      std::vector<std::string> numbers;
+      for (const auto command : kEngineCommands) numbers.push_back(NumberOf(command));
+      const std::string last = numbers.back();
+      numbers.pop_back();
+      std::cerr << "engine: '" << text << "' is no command; give one of " << Join(numbers, ", ") << " and "
+                << last << ", such as '" << last << "<folder>'\n";
+      return kExitUnusable;
+    }
+    RunEngineCommand(client, *call);
+    return kExitDone;
   });
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <iostream>
 
+#include "engine/scanner_command.h"
 #include "rehearsal/common/LocalDatabase.h"
 #include "rehearsal/common/Vault.h"
 #include "rehearsal/common/own_process.h"
@@ -14,9 +15,7 @@ namespace {
 
 using namespace ondura;
 using namespace ondura::rehearsal;
-
-constexpr std::string_view kBuildForJob = "29";
-constexpr std::string_view kReset = "5";
+using namespace ondura::scanner_command;
 
 void WriteScanKey(Client& client, std::string_view key, std::string_view value) {
   client.transfer().Trf_WriteUserProfileDefault("REALTIME", key, value);
@@ -38,11 +37,11 @@ void Scan(Client& client, bool reset) {
 int main(int argc, char** argv) {
   const std::string text{Trim(ParameterText(argc, argv))};
   return RunProgram("scanner", [&](Client& client) {
-    if (text != kBuildForJob && text != kReset) {
+    if (text != kRebuildForJob && text != kSevenDayReset) {
       std::cerr << "scanner: '" << text << "' is no command; give 29 or 5\n";
       return kExitUnusable;
     }
-    Scan(client, text == kReset);
+    Scan(client, text == kSevenDayReset);
     return kExitDone;
   });
 }

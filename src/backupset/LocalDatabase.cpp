@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "engine/engine_command.h"
+#include "engine/scanner_command.h"
 #include "profile/file_digest.h"
 #include "text/text.h"
 
@@ -15,9 +17,6 @@ constexpr std::string_view kSelectionList = "\\atbkupfolderlist.txt";
 constexpr std::string_view kRealTimeList = "atbkupfolderlistRealTime.txt";
 constexpr std::string_view kRealTimeAutomatic = "AutoFileSelectionRealTime.txt";
 constexpr std::string_view kDatabase = "OnduraLDB.Ond";
-
-constexpr std::string_view kRebuildForJob = "29";
-constexpr std::string_view kSevenDayReset = "5";
 
 constexpr std::string_view kSignOfLife = "  Waiting for the local database";
 constexpr std::string_view kAbortedInForeignScan = "User aborted scheduled backup Scan is going on";
@@ -108,11 +107,11 @@ std::int16_t LocalDatabase::WaitForScan() {
 std::int16_t LocalDatabase::RescanByScanner() {
   DeleteLDBFiles(installation_.CurrentUser);
   trace_.User(" WatcherStatus is 1 : Scan is not in progress so call Scan.exe with 29");
-  return WaitForEnd(StartScanner(kRebuildForJob), kAbortedInScan);
+  return WaitForEnd(StartScanner(scanner_command::kRebuildForJob), kAbortedInScan);
 }
 
 std::int16_t LocalDatabase::RebuildByEngine(std::string_view run_folder_text) {
-  const std::string command = " 30<" + std::string{run_folder_text} + ">";
+  const std::string command = EngineParameters(EngineCommand::kBuildDatabase, run_folder_text);
   return WaitForEnd(helpers_.LaunchHidden(installation_.ExeLocation + installation_.ClientExe, command,
                                           installation_.WorkingFolder(), 0),
                     kAbortedInRebuild);
@@ -195,7 +194,7 @@ void LocalDatabase::VaccumDB() {
   }
   if (!reset_date_.bCheckDate()) return;
   trace_.plain().WriteTrace("7Days reached reset DB and set date ");
-  const ProcessWatch scanner{machine_.processes, StartScanner(kSevenDayReset)};
+  const ProcessWatch scanner{machine_.processes, StartScanner(scanner_command::kSevenDayReset)};
   reset_date_.SetNext();
 }
 

@@ -26,7 +26,7 @@ JobCode AbortForms::LeaveAborted(std::string_view trace_text, Programs programs)
   TraceAbort(trace_text);
   MarkAborted();
   WriteAbortLog(AbortLog::kNewBlock);
-  job_.end_status.WriteJobEndStatus(1);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job_.temp_folder.DeleteTempFolder();
   job_.keys.ClearFailureDays();
   if (programs == Programs::kEnd) EndPrograms();
@@ -42,7 +42,7 @@ JobCode AbortForms::LeaveFromWalk(WalkPlace place) {
   Options& trace = job_.services.trace.plain();
   trace.WriteTrace("ScheduleCancelled 1");
   trace.WriteTrace("Aborted...");
-  job_.keys.Write("RetValue", NumberText(job_.state.run.last_result));
+  job_.keys.Write("RetValue", job_.state.run.last_result.Text());
   const JobCode code =
       LeaveTransfer(place == WalkPlace::kWithinFolder ? AbortLog::kFurtherLine : AbortLog::kFurtherBlock);
   job_.temp_folder.DeleteTempFolder();
@@ -57,7 +57,7 @@ JobCode AbortForms::LeaveTransfer(AbortLog log) {
   job_.keys.Write("StatusMessageIndicaton", "1");
   WriteAbortLog(log);
   job_.end_status.WriteStatusText(job_texts::kManualCancel);
-  job_.end_status.WriteJobEndStatus(1);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   RemoveShadowTempFolder();
   job_.keys.ClearFailureDays();
   EndPrograms();
@@ -74,9 +74,9 @@ void AbortForms::RecordFailure(std::string_view text) {
   run.session_path = session_path;
 }
 
-JobCode AbortForms::LeaveFailed(std::string_view text, double result) {
+JobCode AbortForms::LeaveFailed(std::string_view text, JobEnd end) {
   RecordFailure(text);
-  job_.end_status.WriteJobEndStatus(result);
+  job_.end_status.WriteJobEndStatus(end);
   return kJobFailed;
 }
 
@@ -85,14 +85,14 @@ JobCode AbortForms::LeaveWithoutPort() {
   run.result_text = job_texts::kNoPortInformation;
   run.session_path = job_.services.session_log.NewPath();
   job_.services.session_log.WriteShortMessage(run.session_path, run.result_text, SessionWrite::kAppend);
-  job_.end_status.WriteJobEndStatus(1);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   return kJobFailed;
 }
 
-JobCode AbortForms::LeaveWithoutSchedule(double result) {
+JobCode AbortForms::LeaveWithoutSchedule(EngineResult result) {
   job_.services.machine.files.Remove(job_.services.installation.UserFile(kScheduleFileName), Removal::kPlain);
-  job_.end_status.WriteJobEndStatus(1);
-  return static_cast<JobCode>(result);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
+  return static_cast<JobCode>(result.number);
 }
 
 void AbortForms::EndPrograms() {

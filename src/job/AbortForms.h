@@ -30,13 +30,13 @@ class AbortForms {
   JobCode LeaveFromWalk(WalkPlace place);
 
   // A failure that the user reads in the session log: `text` becomes the job's result text.
-  JobCode LeaveFailed(std::string_view text, double result);
+  JobCode LeaveFailed(std::string_view text, JobEnd end);
 
   // A failure without port information: its two-line log, and no failure keys.
   JobCode LeaveWithoutPort();
 
   // The schedule is no longer valid: its file goes, and no log is written.
-  JobCode LeaveWithoutSchedule(double result);
+  JobCode LeaveWithoutSchedule(EngineResult result);
 
   // Writes the failure's log and keys without the status routine and without a code.
   void RecordFailure(std::string_view text);

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "job/EngineCommands.h"
+#include "engine/engine_command.h"
 #include "util/TextFiles.h"
 #include "util/clsIPResolve.h"
 #include "util/waits.h"
@@ -26,7 +26,7 @@ double CDummyCall::DoDummycall(std::string_view sExeName) {
   services_.schedule_file.ScheduleFilePath = folder;
   machine.folders.Make(folder);
   CreateTempFolder(kDummyUser, "d");
-  const std::string parameters = EngineCommands::ParameterText(12, GetTempFolderPath());
+  const std::string parameters = EngineParameters(EngineCommand::kFirstContact, GetTempFolderPath());
   ProcessWatch engine(machine.processes,
                       services_.helpers.LaunchHidden(installation.ExeLocation + "\\" + std::string{sExeName},
                                                      parameters, installation.WorkingFolder(), 0));

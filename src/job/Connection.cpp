@@ -2,8 +2,8 @@
 
 #include <chrono>
 
+#include "engine/engine_results.h"
 #include "job/Quota.h"
-#include "job/engine_results.h"
 #include "job/failure_texts.h"
 #include "job/job_texts.h"
 #include "text/text.h"
@@ -91,7 +91,7 @@ void Connection::ReadProxy() {
 }
 
 Leave Connection::DiscoverPort() {
-  double result = 0;
+  EngineResult result;
   if (auto leave = AskForPort(result)) return leave;
   if (engine_results::EndsJobBeforeTransfer(result)) return FailPort(result);
   TakeEngineAnswer();
@@ -105,9 +105,10 @@ Leave Connection::DiscoverPort() {
   return std::nullopt;
 }
 
-Leave Connection::AskForPort(double& result) {
+Leave Connection::AskForPort(EngineResult& result) {
   const JobServices& services = job_.services;
-  const std::string parameters = EngineCommands::ParameterText(24, job_.temp_folder.GetTempFolderPath());
+  const std::string parameters =
+      EngineParameters(EngineCommand::kPortNumber, job_.temp_folder.GetTempFolderPath());
   for (int tries = 0; tries < kMostTries;) {
     job_.state.run.start_time = services.machine.clock.Now();
     services.trace.plain().WriteTrace("Calling Clsclient with cmdline : " + parameters);
@@ -116,8 +117,7 @@ Leave Connection::AskForPort(double& result) {
       return abort_.LeaveAborted(job_texts::kAborted28);
     }
     result = job_.engine.ReadResult();
-    services.trace.User("  Finished API_GET_PORTNUMBER,Return value from backup engine  " +
-                        NumberText(result));
+    services.trace.User("  Finished API_GET_PORTNUMBER,Return value from backup engine  " + result.Text());
     if (engine_results::IsConnectionTrouble(result)) {
       ++tries;
       if (services.helpers.LogConnectionState()) {
@@ -155,13 +155,14 @@ void Connection::StoreAddress() {
   transfer.Trf_WriteUserProfile("port", run.port);
 }
 
-Leave Connection::FailPort(double result) {
+Leave Connection::FailPort(EngineResult result) {
   job_.keys.AddFailureDay();
   if (engine_results::EndsSchedule(result)) return abort_.LeaveWithoutSchedule(result);
   if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
   if (result == engine_results::kWrongPassword) job_.services.transfer.Trf_WriteUserProfile("password", "");
   return abort_.LeaveFailed(
-      FailureText(result, job_texts::kUnableToPerform, job_.services.installation.ProductName), result);
+      FailureText(result, job_texts::kUnableToPerform, job_.services.installation.ProductName),
+      JobEndOf(result));
 }
 
 void Connection::TakeEngineAnswer() {

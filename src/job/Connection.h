@@ -29,10 +29,10 @@ class Connection {
   Leave StopOverQuota();
 
  private:
-  Leave AskForPort(double& result);
+  Leave AskForPort(EngineResult& result);
   void TakeFallbackAddress();
   void StoreAddress();
-  Leave FailPort(double result);
+  Leave FailPort(EngineResult result);
   void TakeEngineAnswer();
   Leave RequireAddress();
 

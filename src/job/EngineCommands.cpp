@@ -17,10 +17,6 @@ constexpr milliseconds kShortPause{3};
 
 }  // namespace
 
-std::string EngineCommands::ParameterText(int number, std::string_view argument) {
-  return " " + std::to_string(number) + "<" + std::string{argument} + ">";
-}
-
 std::string EngineCommands::EnginePath() const {
   return services_.installation.ExeLocation + services_.installation.ClientExe;
 }
@@ -49,7 +45,7 @@ PortWait EngineCommands::RunPortNumber(std::string_view parameter_text) {
 
 WaitOutcome EngineCommands::RunServerList() {
   services_.trace.User(" [CALLING] Cmd 28 for server list fetching");
-  ProcessWatch engine = Start(ParameterText(28, state_.memory.RunFolderText));
+  ProcessWatch engine = Start(EngineParameters(EngineCommand::kServerList, state_.memory.RunFolderText));
   return WaitUntilEndedOrStopped(services_.machine, engine, kServerListPause, [this] {
     ShowLife();
     return keys_.CheckAborted() || services_.progress.ProgressEnded();
@@ -60,18 +56,18 @@ std::optional<ProcessWatch> EngineCommands::StartTransfer() {
   services_.trace.User(" CALLING with Cmd 51 ");
   std::string& argument = state_.memory.RunFolderText;
   argument += "\\" + FormatDate(kStampFolderPicture, services_.machine.clock.Now());
-  keys_.Write("RetValue", "0");
+  keys_.Write("RetValue", engine_results::kNone.Text());
   if (services_.store.ReadLastRetValue() != 0) return std::nullopt;
-  return Start(ParameterText(51, argument));
+  return Start(EngineParameters(EngineCommand::kTransfer, argument));
 }
 
 void EngineCommands::RunTotalSize() {
-  ProcessWatch engine = Start(ParameterText(16, temp_folder_.GetTempFolderPath()));
+  ProcessWatch engine = Start(EngineParameters(EngineCommand::kTotalSize, temp_folder_.GetTempFolderPath()));
   WaitWithoutLimit(engine);
 }
 
 void EngineCommands::RunRemote() {
-  ProcessWatch engine = Start(" 17");
+  ProcessWatch engine = Start(EngineParameters(EngineCommand::kRemote));
   WaitWithoutLimit(engine);
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "engine/engine_command.h"
 #include "job/JobServices.h"
 #include "job/StatusKeys.h"
 #include "job/TempFolder.h"
@@ -26,9 +27,6 @@ class EngineCommands {
         temp_folder_(temp_folder),
         life_(services.trace, services.machine.clock, "  Waiting for the engine") {}
 
-  // " 24<argument>". The argument is never quoted, also with blanks in it.
-  static std::string ParameterText(int number, std::string_view argument);
-
   [[nodiscard]] std::string EnginePath() const;
 
   // Starts the engine and does not wait. An engine that can't be started behaves as one that never ends.
@@ -36,7 +34,7 @@ class EngineCommands {
 
   // RetValue; 0 where it is empty. What the last command left stands there until the next one writes. The
   // job remembers what it has read last.
-  double ReadResult() { return state_.run.last_result = services_.store.ReadLastRetValue(); }
+  EngineResult ReadResult() { return state_.run.last_result = {services_.store.ReadLastRetValue()}; }
 
   // For each pass of a wait, also of one for an engine that could not be started.
   void ShowLife() { life_.Show(); }
@@ -53,7 +51,9 @@ class EngineCommands {
 
   // Command 16.
   void RunTotalSize();
-  void StartTotalSize() { Start(ParameterText(16, temp_folder_.GetTempFolderPath())); }
+  void StartTotalSize() {
+    Start(EngineParameters(EngineCommand::kTotalSize, temp_folder_.GetTempFolderPath()));
+  }
 
   // Command 17.
   void RunRemote();

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
+#include "engine/engine_results.h"
 #include "job/Quota.h"
-#include "job/engine_results.h"
 #include "job/job_texts.h"
 #include "text/text.h"
 #include "util/TextFiles.h"
@@ -108,7 +108,7 @@ Leave JobDriver::RunStage() {
   job_.services.trace.plain().WriteTrace("Cont_SchBackup : schvTemp.recordno :: " + recordno);
   if (Stage* stage = job_.services.stages.ForRecord(recordno)) return stage->Run(job_.state);
   run.kind_word = " ";
-  job_.keys.Write("RetValue", "0");
+  job_.keys.Write("RetValue", engine_results::kNone.Text());
   job_.keys.WriteStatus("1");
   return std::nullopt;
 }
@@ -222,19 +222,19 @@ JobCode JobDriver::RunAgain() {
   return code;
 }
 
-JobCode JobDriver::WrapUp(double result) {
+JobCode JobDriver::WrapUp(EngineResult result) {
   const JobServices& services = job_.services;
   services.trace.User(" [CALLING] API_GET_TOTALSIZE() ");
   if (result == engine_results::kDone || result == engine_results::kQuotaUsedUp) {
     result = RefreshQuota(result);
   }
-  services.trace.User("  Finished API_GET_TOTALSIZE  " + NumberText(result));
+  services.trace.User("  Finished API_GET_TOTALSIZE  " + result.Text());
   TestQuota(result);
   job_.end_status.WriteJobEndStatus(result);
   const std::string dll_status = job_.keys.Read("DLLStatus");
   if (Trim(dll_status) == "3") job_.keys.WriteStatus("-414");
   services.trace.User("                     *****Exit Cont_SchBackup = " +
-                      std::to_string(job_.state.run.code) + " retval = " + NumberText(result));
+                      std::to_string(job_.state.run.code) + " retval = " + result.Text());
   // Status after a job always shows the engine's last result, also over the one just written.
   job_.keys.WriteResult(result);
   transfer_.WriteSkippedCount();
@@ -242,7 +242,7 @@ JobCode JobDriver::WrapUp(double result) {
   return job_.state.run.code;
 }
 
-double JobDriver::RefreshQuota(double result) {
+EngineResult JobDriver::RefreshQuota(EngineResult result) {
   constexpr int kMostTries = 5;
   for (int tries = 0; tries < kMostTries; ++tries) {
     job_.temp_folder.DeleteTempFolder();
@@ -254,7 +254,7 @@ double JobDriver::RefreshQuota(double result) {
   return result;
 }
 
-void JobDriver::TestQuota(double result) {
+void JobDriver::TestQuota(EngineResult result) {
   if (result != engine_results::kDone && result != engine_results::kQuotaUsedUp) return;
   const JobServices& services = job_.services;
   const Quota quota = ReadQuotaOutputFile(services.store);

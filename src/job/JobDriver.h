@@ -33,9 +33,9 @@ class JobDriver {
   Leave PrepareBackupSet();
   JobCode Transfer();
   JobCode RunAgain();
-  JobCode WrapUp(double result);
-  double RefreshQuota(double result);
-  void TestQuota(double result);
+  JobCode WrapUp(EngineResult result);
+  EngineResult RefreshQuota(EngineResult result);
+  void TestQuota(EngineResult result);
 
   JobContext& job_;
   AbortForms abort_;

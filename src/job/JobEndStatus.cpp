@@ -1,8 +1,10 @@
 #include "job/JobEndStatus.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 
-#include "job/engine_results.h"
+#include "engine/engine_results.h"
 #include "job/job_texts.h"
 #include "text/text.h"
 
@@ -12,12 +14,29 @@ namespace {
 
 constexpr std::string_view kStatusFile = "SchStatus.txt";
 constexpr std::string_view kErrorFile = "SchStatusError.txt";
-constexpr double kHardStopCode = 10;
-constexpr double kMissedCode = 500;
+
+struct EndRow {
+  EngineResult code;
+  JobEnd end;
+};
+
+// An engine that answers with a code of the job's own ends the job in that way.
+constexpr std::array kEnds = {
+    EndRow{{1}, JobEnd::kOrdinary},
+    EndRow{{10}, JobEnd::kCutOff},
+    EndRow{{500}, JobEnd::kMissedRun},
+    EndRow{engine_results::kWrongPassword, JobEnd::kWrongPassword},
+    EndRow{engine_results::kQuotaUsedUp, JobEnd::kQuotaUsedUp},
+};
 
 std::string AsLine(std::string_view text) { return std::string{text} + std::string{kLineEnd}; }
 
 }  // namespace
+
+JobEnd JobEndOf(EngineResult result) {
+  const auto found = std::ranges::find(kEnds, result, &EndRow::code);
+  return found == kEnds.end() ? JobEnd::kOrdinary : found->end;
+}
 
 JobEndStatus::JobEndStatus(JobServices& services, JobState& state, StatusKeys& keys)
     : services_(services),
@@ -25,16 +44,16 @@ JobEndStatus::JobEndStatus(JobServices& services, JobState& state, StatusKeys& k
       keys_(keys),
       text_files_(services.machine.files, services.machine.code_page) {}
 
-void JobEndStatus::WriteJobEndStatus(double code) {
+void JobEndStatus::WriteJobEndStatus(JobEnd end) {
   services_.scheduler.sch_changefiledata("0");
   const std::string status_file = services_.installation.UserFile(kStatusFile);
   services_.machine.files.Remove(status_file, Removal::kForce);
   text_files_.Write(status_file, "", Encoding::kUtf16);
   services_.trace.User("  Session File path " + state_.run.session_path);
   keys_.StampEnd();
-  WriteStatusWindow(code);
-  keys_.Write("StatusMessageIndicaton", code == engine_results::kQuotaUsedUp ? "2" : "1");
-  WriteSentence(code);
+  WriteStatusWindow(end);
+  keys_.Write("StatusMessageIndicaton", end == JobEnd::kQuotaUsedUp ? "2" : "1");
+  WriteSentence(end);
   TraceSessionFile();
 }
 
@@ -73,20 +92,20 @@ bool JobEndStatus::IsDefaultUsersJob() {
   return Trim(scheduled) == Trim(services_.store.ReadDefaultUser("Default User name"));
 }
 
-void JobEndStatus::WriteStatusWindow(double code) {
-  if (keys_.Read("DesktopNotification") == "0" && code != engine_results::kQuotaUsedUp) {
+void JobEndStatus::WriteStatusWindow(JobEnd end) {
+  if (keys_.Read("DesktopNotification") == "0" && end != JobEnd::kQuotaUsedUp) {
     keys_.Write("StatusWindow", "0");
   } else if (IsDefaultUsersJob()) {
     keys_.Write("StatusWindow", "1");
   }
 }
 
-void JobEndStatus::WriteSentence(double code) {
-  if (code == engine_results::kQuotaUsedUp) {
+void JobEndStatus::WriteSentence(JobEnd end) {
+  if (end == JobEnd::kQuotaUsedUp) {
     WriteStatusText(" " + std::string{job_texts::kQuotaUsedUp});
-  } else if (code == kHardStopCode) {
+  } else if (end == JobEnd::kCutOff) {
     WriteStatusText(job_texts::kHardStopStatus);
-  } else if (code == kMissedCode || code == engine_results::kWrongPassword) {
+  } else if (end == JobEnd::kMissedRun || end == JobEnd::kWrongPassword) {
     WriteBackupFailed();
   } else {
     WriteStatusText(state_.run.cancelled ? job_texts::kManualCancel : job_texts::kViewLog);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "engine/engine_results.h"
 #include "job/JobServices.h"
 #include "job/StatusKeys.h"
 #include "job/job_state.h"
@@ -10,15 +11,21 @@
 
 namespace ondura {
 
+// What the end of a job tells its user.
+enum class JobEnd { kOrdinary, kCutOff, kMissedRun, kWrongPassword, kQuotaUsedUp };
+
+// The end by a result of the engine. One that has no sentence of its own is ordinary.
+JobEnd JobEndOf(EngineResult result);
+
 // What a job leaves for its readers: SchStatus.txt and SchStatusError.txt with one sentence each, and the
 // keys that ask for a window.
 class JobEndStatus {
  public:
   JobEndStatus(JobServices& services, JobState& state, StatusKeys& keys);
 
-  // `code`: 1 no special text, a result of the engine, 10 the cut-off time, 500 a missed occurrence. Each
-  // call replaces what the one before it wrote.
-  void WriteJobEndStatus(double code);
+  // Each call replaces what the one before it wrote.
+  void WriteJobEndStatus(JobEnd end);
+  void WriteJobEndStatus(EngineResult result) { WriteJobEndStatus(JobEndOf(result)); }
 
   // The end of a job by a message of its own.
   enum class Target { kStatusFile, kErrorFile };
@@ -35,8 +42,8 @@ class JobEndStatus {
 
  private:
   bool IsDefaultUsersJob();
-  void WriteStatusWindow(double code);
-  void WriteSentence(double code);
+  void WriteStatusWindow(JobEnd end);
+  void WriteSentence(JobEnd end);
   void TraceSessionFile();
 
   JobServices& services_;

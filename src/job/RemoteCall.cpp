@@ -30,7 +30,7 @@ void RemoteCall::CallDummy() {
   DeleteEngineFiles();
   job_.state.run.start_time = services.machine.clock.Now();
   job_.engine.RunRemote();
-  services.trace.User("  Finished API_REMOTE  " + NumberText(job_.engine.ReadResult()));
+  services.trace.User("  Finished API_REMOTE  " + job_.engine.ReadResult().Text());
   services.machine.files.Remove(services.installation.UserFile("DLLInput.txt"), Removal::kPlain);
   services.machine.files.Remove(services.installation.UserFile("DLLOutput.txt"), Removal::kPlain);
   services.trace.User("  Dummy call success");

@@ -17,7 +17,7 @@ void StatusKeys::Write(std::string_view key, std::string_view value) {
 
 std::string StatusKeys::Read(std::string_view key) { return store_.ReadProfileValue(kSection, key); }
 
-void StatusKeys::WriteResult(double result) { WriteStatus(NumberText(result)); }
+void StatusKeys::WriteResult(EngineResult result) { WriteStatus(result.Text()); }
 
 void StatusKeys::AddFailureDay() {
   const double days = ParseNumber(Read("BackupFailureDays")).value_or(0);

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "engine/engine_results.h"
 #include "platform/Clock.h"
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
@@ -21,7 +22,7 @@ class StatusKeys {
 
   // Status in its two sorts: a word of the job and a result of the engine.
   void WriteStatus(std::string_view value) { Write("Status", value); }
-  void WriteResult(double result);
+  void WriteResult(EngineResult result);
 
   // The job ended by a message.
   void MarkEndedByMessage() { Write("DllStatus", "3"); }

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <initializer_list>
 
-#include "job/engine_results.h"
+#include "engine/engine_results.h"
 #include "job/failure_texts.h"
 #include "job/job_texts.h"
 #include "text/text.h"
@@ -48,8 +48,8 @@ void TransferRun::ReadBackupSet() {
 Leave TransferRun::StartLocalDatabase() {
   LaunchDatabaseManager();
   if (job_.engine.RunServerList() == WaitOutcome::kStopped) return abort_.LeaveAborted(job_texts::kAborted28);
-  const double result = job_.engine.ReadResult();
-  job_.services.trace.User("  Returun value from 28 cmd : " + NumberText(result));
+  const EngineResult result = job_.engine.ReadResult();
+  job_.services.trace.User("  Returun value from 28 cmd : " + result.Text());
   if (engine_results::EndsJobBeforeTransfer(result)) return FailServerList(result);
   return std::nullopt;
 }
@@ -74,7 +74,7 @@ void TransferRun::LaunchDatabaseManager() {
 
 // The status routine runs twice here but for a wrong password: first with the result, then without a special
 // text, and the last call's sentence stays.
-Leave TransferRun::FailServerList(double result) {
+Leave TransferRun::FailServerList(EngineResult result) {
   const JobServices& services = job_.services;
   job_.keys.AddFailureDay();
   if (engine_results::EndsSchedule(result)) return abort_.LeaveWithoutSchedule(result);
@@ -87,12 +87,12 @@ Leave TransferRun::FailServerList(double result) {
   }
   abort_.RecordFailure(FailureText(result, job_texts::kConnectionFailed, services.installation.ProductName));
   if (!wrong_password) job_.end_status.WriteJobEndStatus(result);
-  job_.end_status.WriteJobEndStatus(1);
-  return static_cast<JobCode>(result);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
+  return static_cast<JobCode>(result.number);
 }
 
 TransferRun::Outcome TransferRun::Run(Rerun rerun) {
-  const auto leave = [](JobCode code) { return Outcome{Next::kLeave, code}; };
+  const auto leave = [](JobCode code) { return Outcome{Next::kLeave, code, {}}; };
   job_.services.trace.User(" [CALLING] API_ENTRY() ");
   job_.state.run.start_time = job_.services.machine.clock.Now();
   abnormal_ends_ = 0;
@@ -116,7 +116,7 @@ TransferRun::Outcome TransferRun::Run(Rerun rerun) {
   const bool cut_off = wait.Run(*job_.state.run.engine) == TransferWait::End::kCutOff;
   CleanUpAfterEngine();
   if (cut_off) return leave(WrapUpHardStop());
-  const double result = ReadEndResult();
+  const EngineResult result = ReadEndResult();
   if (result == engine_results::kRunAgain && rerun == Rerun::kGranted) {
     return {Next::kRunAgain, job_.state.run.code, result};
   }
@@ -178,7 +178,7 @@ JobCode TransferRun::FailUnclearedResult() {
   job_.services.trace.User("  RetValue could not be cleared, so the engine was not started");
   job_.keys.AddFailureDay();
   job_.end_status.WriteBackupFailed();
-  return abort_.LeaveFailed(job_texts::kCannotClearResult, 1);
+  return abort_.LeaveFailed(job_texts::kCannotClearResult, JobEnd::kOrdinary);
 }
 
 Leave TransferRun::PrepareInput() {
@@ -219,7 +219,7 @@ JobCode TransferRun::FailInput() {
   abort_.EndPrograms();
   job_.state.run.items.clear();
   job_.keys.StampEnd();
-  const JobCode code = abort_.LeaveFailed(job_texts::kListNotWritten, engine_results::kEndedAbnormally);
+  const JobCode code = abort_.LeaveFailed(job_texts::kListNotWritten, JobEnd::kOrdinary);
   abort_.RemoveShadowTempFolder();
   job_.temp_folder.DeleteTempFolder();
   job_.keys.AddFailureDay();
@@ -278,15 +278,15 @@ JobCode TransferRun::WrapUpHardStop() {
   job_.keys.StampEnd();
   job_.keys.Write("StatusMessageIndicaton", "1");
   job_.end_status.WriteStatusText(job_texts::kHardStopStatus);
-  job_.end_status.WriteJobEndStatus(10);
+  job_.end_status.WriteJobEndStatus(JobEnd::kCutOff);
   abort_.RemoveShadowTempFolder();
   job_.keys.ClearFailureDays();
   return kJobStopped;
 }
 
-double TransferRun::ReadEndResult() {
+EngineResult TransferRun::ReadEndResult() {
   const JobServices& services = job_.services;
-  const double result = job_.engine.ReadResult();
+  const EngineResult result = job_.engine.ReadResult();
   FindSessionFile();
   services.machine.files.Remove(Path("DLLInput.txt"), Removal::kPlain);
   services.machine.files.Remove(Path("DLLOutput.txt"), Removal::kPlain);
@@ -295,14 +295,14 @@ double TransferRun::ReadEndResult() {
     services.trace.User("  Backup engine abnormally terminated:  " + std::to_string(abnormal_ends_));
     ++abnormal_ends_;
   }
-  services.trace.User("  Returun value from API_ENTRY: " + NumberText(result));
+  services.trace.User("  Returun value from API_ENTRY: " + result.Text());
   abort_.RemoveShadowTempFolder();
   for (const std::string& folder :
        {services.installation.UserFolder(), job_.temp_folder.GetTempFolderPath()}) {
     if (!folder.empty()) services.machine.files.Remove(folder + "\\MappedDriveInput.txt", Removal::kPlain);
   }
   job_.state.run.engine_status =
-      static_cast<std::int64_t>(std::clamp(result, -kLargestResult, kLargestResult));
+      static_cast<std::int64_t>(std::clamp(result.number, -kLargestResult, kLargestResult));
   return result;
 }
 

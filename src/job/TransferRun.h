@@ -52,7 +52,7 @@ class TransferRun {
   struct Outcome {
     Next next = Next::kLeave;
     JobCode code = kJobStopped;
-    double result = 0;
+    EngineResult result;
   };
 
   // From the shadow copy's folder to the branch of the engine's result. An engine that asks for another run
@@ -66,7 +66,7 @@ class TransferRun {
  private:
   // Before the engine runs.
   void LaunchDatabaseManager();
-  Leave FailServerList(double result);
+  Leave FailServerList(EngineResult result);
   void SettleShadowTempFolder();
   void ResetInputKeys();
   Leave ChooseMethod(bool& use_compare_list);
@@ -83,21 +83,21 @@ class TransferRun {
   // When it has ended.
   void CleanUpAfterEngine();
   JobCode WrapUpHardStop();
-  double ReadEndResult();
-  Outcome BranchOnResult(double result);
+  EngineResult ReadEndResult();
+  Outcome BranchOnResult(EngineResult result);
 
   // The branches of its result (transfer_results.cpp).
-  JobCode EndUnconnected(double result);
-  JobCode EndLocked(double result);
-  JobCode EndRunningElsewhere(double result);
-  JobCode EndExcluded(double result);
-  JobCode EndWithFailureFile(double result, std::string_view text);
-  JobCode EndNothingNew(double result);
-  JobCode EndOfRow(double result, std::string_view trace_text, JobCode code);
+  JobCode EndUnconnected(EngineResult result);
+  JobCode EndLocked(EngineResult result);
+  JobCode EndRunningElsewhere(EngineResult result);
+  JobCode EndExcluded(EngineResult result);
+  JobCode EndWithFailureFile(EngineResult result, std::string_view text);
+  JobCode EndNothingNew(EngineResult result);
+  JobCode EndOfRow(EngineResult result, std::string_view trace_text, JobCode code);
   void TakeDone();
   void TakeUpToDate();
-  void TakeCancelled(double result);
-  void TakeOther(double result);
+  void TakeCancelled(EngineResult result);
+  void TakeOther(EngineResult result);
   std::string SelectionText();
   void FindSessionFile();
   std::string Path(std::string_view name) const { return job_.services.installation.UserFile(name); }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "job/engine_results.h"
+#include "engine/engine_results.h"
 #include "job/job_texts.h"
 #include "text/text.h"
 
@@ -10,7 +10,7 @@ namespace ondura {
 
 // The job's result text for a failed command 24 or 28. A connection that can't be made has a text of its own
 // for each command.
-inline std::string FailureText(double result, std::string_view cannot_connect_text,
+inline std::string FailureText(EngineResult result, std::string_view cannot_connect_text,
                                std::string_view product_name) {
   using namespace engine_results;
   if (result == kCannotConnect) return std::string{cannot_connect_text};

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "backupset/Selection.h"
+#include "engine/engine_results.h"
 #include "platform/Processes.h"
 #include "platform/local_time.h"
 #include "util/waits.h"
@@ -54,7 +55,7 @@ struct JobRun {
   std::string kind_word = " ";     // names the kind of job in the mail
   std::string extra_mail_text;     // a reason for the mail
   std::int64_t engine_status = 0;  // the result of the transfer, for the mail
-  double last_result = 0;          // of the engine's commands so far
+  EngineResult last_result;        // of the engine's commands so far
   std::string new_password_text;   // for the box that a wrong password shows
 
   Account account;

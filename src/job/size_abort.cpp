@@ -17,7 +17,7 @@ void LeaveSizeCalculation(JobContext& job) {
   services.trace.User(" " + run.result_text + run.session_path);
   services.session_log.WriteTimedMessage(run.session_path, run.result_text, SessionWrite::kAppend);
   run.cancelled = true;
-  job.end_status.WriteJobEndStatus(1);
+  job.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job.temp_folder.DeleteTempFolder();
   services.machine.files.Remove(services.installation.UserFile("MappedDriveInput.txt"), Removal::kPlain);
   services.helpers.IsProcessRunningByModule(services.installation.ClientExe, Kill::kYes);

@@ -1,13 +1,13 @@
 // The branches of the transfer's result: each turns one answer of the engine into the job's outcome.
 
+#include "engine/engine_results.h"
 #include "job/TransferRun.h"
-#include "job/engine_results.h"
 #include "job/job_texts.h"
 #include "text/text.h"
 
 namespace ondura {
 
-TransferRun::Outcome TransferRun::BranchOnResult(double result) {
+TransferRun::Outcome TransferRun::BranchOnResult(EngineResult result) {
   using namespace engine_results;
   const auto leave = [&](JobCode code) { return Outcome{Next::kLeave, code, result}; };
   if (IsConnectionTrouble(result) || result == kConnectionLost || result == kWrongEncryptionPassword) {
@@ -39,9 +39,9 @@ TransferRun::Outcome TransferRun::BranchOnResult(double result) {
 }
 
 // A wrong encryption password does not keep its own text: the connection's text replaces it.
-JobCode TransferRun::EndUnconnected(double result) {
+JobCode TransferRun::EndUnconnected(EngineResult result) {
   JobRun& run = job_.state.run;
-  job_.services.trace.User("  Not able to connect. Error No : " + NumberText(result));
+  job_.services.trace.User("  Not able to connect. Error No : " + result.Text());
   if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
   if (result == engine_results::kWrongEncryptionPassword) {
     job_.services.trace.User("  User Encryption password is wrong");
@@ -58,44 +58,44 @@ JobCode TransferRun::EndUnconnected(double result) {
 }
 
 // The trace is that of excluded items; the text is the lock's own.
-JobCode TransferRun::EndLocked(double result) {
-  job_.services.trace.User(std::string{job_texts::kExcludedTrace} + NumberText(result));
+JobCode TransferRun::EndLocked(EngineResult result) {
+  job_.services.trace.User(std::string{job_texts::kExcludedTrace} + result.Text());
   job_.state.run.result_text = job_texts::kLocked;
   job_.keys.MarkEndedByMessage();
-  job_.end_status.WriteJobEndStatus(1);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job_.keys.AddFailureDay();
   return kJobStopped;
 }
 
-JobCode TransferRun::EndRunningElsewhere(double result) {
+JobCode TransferRun::EndRunningElsewhere(EngineResult result) {
   const std::string address = job_.services.store.ReadProfileValue("Server", "MultipleIP");
   job_.services.trace.User(
       "  Backup is in progress from the ip address ( " + address +
-      " ) Wait till it is complete to begin the backup on this machine.  Err No = " + NumberText(result));
+      " ) Wait till it is complete to begin the backup on this machine.  Err No = " + result.Text());
   job_.state.run.result_text = ReplaceAll(job_texts::kRunsElsewhere, job_texts::kAddressGap, address);
   job_.keys.MarkEndedByMessage();
-  job_.end_status.WriteJobEndStatus(1);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job_.keys.AddFailureDay();
   return kJobStopped;
 }
 
-JobCode TransferRun::EndExcluded(double result) {
+JobCode TransferRun::EndExcluded(EngineResult result) {
   job_.state.run.result_text = job_texts::kAllExcluded;
-  return EndOfRow(result, std::string{job_texts::kExcludedTrace} + NumberText(result), kJobStopped);
+  return EndOfRow(result, std::string{job_texts::kExcludedTrace} + result.Text(), kJobStopped);
 }
 
-JobCode TransferRun::EndWithFailureFile(double result, std::string_view text) {
+JobCode TransferRun::EndWithFailureFile(EngineResult result, std::string_view text) {
   job_.state.run.result_text = text;
   job_.end_status.WriteBackupFailed();
   return EndOfRow(result, "", kJobStopped);
 }
 
-JobCode TransferRun::EndNothingNew(double result) {
+JobCode TransferRun::EndNothingNew(EngineResult result) {
   job_.state.run.result_text = SelectionText();
-  return EndOfRow(result, std::string{job_texts::kNothingChangedTrace} + NumberText(result), kJobOrdinaryEnd);
+  return EndOfRow(result, std::string{job_texts::kNothingChangedTrace} + result.Text(), kJobOrdinaryEnd);
 }
 
-JobCode TransferRun::EndOfRow(double result, std::string_view trace_text, JobCode code) {
+JobCode TransferRun::EndOfRow(EngineResult result, std::string_view trace_text, JobCode code) {
   job_.services.trace.User(trace_text);
   job_.keys.WriteResult(result);
   if (result != engine_results::kNothingNewForAccount) job_.keys.MarkEndedByMessage();
@@ -118,7 +118,7 @@ void TransferRun::TakeUpToDate() {
   job_.keys.ClearFailureDays();
 }
 
-void TransferRun::TakeCancelled(double result) {
+void TransferRun::TakeCancelled(EngineResult result) {
   job_.services.trace.User(" Scheduled backup canceled");
   job_.state.run.code = kJobStopped;
   job_.keys.WriteResult(result);
@@ -127,7 +127,7 @@ void TransferRun::TakeCancelled(double result) {
   job_.keys.ClearFailureDays();
 }
 
-void TransferRun::TakeOther(double result) {
+void TransferRun::TakeOther(EngineResult result) {
   job_.state.run.code = kJobStopped;
   job_.keys.WriteResult(result);
   job_.keys.Write("DllStatus", "4");

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/machine.h"
 #include "profile/Installation.h"
@@ -15,12 +16,13 @@
 
 namespace ondura {
 
-// The mail that tells a user of a scheduled run. A mail that can't be sent is lost.
+// The mail that tells a user of a scheduled run. A mail that can't be sent is lost. `cancelled_result` is
+// what the engine leaves in RetValue when its user has cancelled it.
 class NotificationMail {
  public:
   NotificationMail(const Machine& machine, const Installation& installation, const ProfileStore& store,
                    SystemHelpers& helpers, Trace& trace, LogExtract& log_extract, HttpFunctions& http,
-                   MailValues& values)
+                   MailValues& values, std::string cancelled_result)
       : machine_(machine),
         installation_(installation),
         store_(store),
@@ -28,7 +30,8 @@ class NotificationMail {
         trace_(trace),
         log_extract_(log_extract),
         http_(http),
-        values_(values) {}
+        values_(values),
+        cancelled_result_(std::move(cancelled_result)) {}
 
   // Mails the result of the run to one address. `statback` is 2 for success, 3 for a missed or failed start,
   // 4 and others as the job returned them; Attachlog has no effect. Without a session log, or with an empty
@@ -55,6 +58,7 @@ class NotificationMail {
   LogExtract& log_extract_;
   HttpFunctions& http_;
   MailValues& values_;
+  std::string cancelled_result_;
 };
 
 }  // namespace ondura

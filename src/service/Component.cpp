@@ -1,5 +1,6 @@
 #include "service/Component.h"
 
+#include "engine/engine_results.h"
 #include "job/Connection.h"
 #include "stages/ExchangeBrickStage.h"
 #include "stages/ExchangeStoreStage.h"
@@ -32,7 +33,9 @@ struct Component::Parts {
   HttpFunctions http{machine, installation, web, trace};
   MailValues mail_values;
   LogExtract log_extract{machine, installation, mail_values};
-  NotificationMail notification{machine, installation, store, helpers, trace, log_extract, http, mail_values};
+  NotificationMail notification{machine, installation, store,
+                                helpers, trace,        log_extract,
+                                http,    mail_values,  engine_results::kCancelled.Text()};
   Progress progress{machine, installation, transfer};
   // The end of the display of an earlier job must not stop a calculation outside of any.
   const bool never_ended = false;

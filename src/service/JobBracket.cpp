@@ -3,7 +3,7 @@
 #include <chrono>
 #include <initializer_list>
 
-#include "job/engine_results.h"
+#include "engine/engine_results.h"
 #include "schedule/schedule_header.h"
 #include "text/text.h"
 #include "util/cls_ExitWindows.h"
@@ -44,7 +44,7 @@ JobBracket::End JobBracket::Run() {
   }
   JobCode result = RunJob();
   ReleaseHelpers();
-  if (engine_results::EndsSchedule(result)) return End::kScheduleGone;
+  if (engine_results::EndsSchedule({static_cast<double>(result)})) return End::kScheduleGone;
   if (result == 0) result = kJobOrdinaryEnd;
   TraceStatus();
   state.WaitingForInteractive = false;
@@ -236,7 +236,7 @@ void JobBracket::FinishPass() {
   context_.machine().files.Remove(context_.installation().UserFile("scheduleInfo.txt"), Removal::kPlain);
   context_.state.ScheduleFileBusy = false;
   if (context_.transfer().Trf_ReadUserProfile("SHUTDOWN") != "1") return;
-  const double result = context_.store().ReadLastRetValue();
+  const EngineResult result{context_.store().ReadLastRetValue()};
   const std::string dll_status = context_.job.keys.Read("DLLStatus");
   // A cancelled job means that somebody is at the machine.
   if (Trim(dll_status) == "3" && result == engine_results::kCancelled) return;

@@ -7,7 +7,6 @@ namespace ondura {
 namespace {
 
 constexpr std::string_view kDropWhenMissed = "8";
-constexpr double kMissedCode = 500;
 
 }  // namespace
 
@@ -70,7 +69,7 @@ void MissedSchedules::WriteNotice() {
   std::string& session_path = context_.job.state.run.session_path;
   session_path = log.NewPath();
   log.WriteMissedNotice(session_path, nexttime);
-  context_.job.end_status.WriteJobEndStatus(kMissedCode);
+  context_.job.end_status.WriteJobEndStatus(JobEnd::kMissedRun);
 }
 
 void MissedSchedules::EndDisabledJob(Closeup& closeup) {

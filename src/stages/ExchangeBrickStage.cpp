@@ -15,7 +15,6 @@ using std::chrono::milliseconds;
 constexpr std::string_view kKeyword = "OxExchBrick";
 constexpr std::string_view kTool = "OxExchBrick.exe";
 constexpr std::string_view kToolLogName = "OxExchBrick";
-constexpr std::string_view kRetValue = "400";
 constexpr std::string_view kDumpFolder = "OxExchBrickBkset";
 constexpr std::string_view kOwnFolder = "EXCHANGEBRICKTEMP\\";
 
@@ -41,7 +40,7 @@ Leave ExchangeBrickStage::Run(JobState& state) {
   if (state.run.EXCHBRICK.empty()) return LeaveWithoutFolder();
   Begin();
   const std::string folder = SettleFolder();
-  support_.WriteEntryKeys(kRetValue);
+  support_.WriteEntryKeys(engine_results::kPreparingExchangeBrick);
   const bool has_mailboxes = ReadMailboxes();
   if (!support_.CanWriteTo(folder)) return LeaveUnwritable();
   if (has_mailboxes) {

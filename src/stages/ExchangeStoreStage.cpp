@@ -15,7 +15,6 @@ constexpr std::string_view kKeyword = "OxExchangeServerBkset";
 constexpr std::string_view kTool32 = "TolmeraProfExchBkp.exe";
 constexpr std::string_view kTool64 = "TolmeraProf64ExchBkp.exe";
 constexpr double kVersionOfTool64 = 2007;
-constexpr std::string_view kRetValue = "300";
 
 constexpr std::string_view kGroupsFile = "TmpExchangeBackupSet.txt";
 constexpr std::string_view kStatusFile = "ExchBackupStatus.txt";
@@ -116,7 +115,7 @@ void ExchangeStoreStage::SettleFolder() {
 
 std::vector<std::string> ExchangeStoreStage::ReadGroups() {
   Trace& trace = job_.services.trace;
-  support_.WriteEntryKeys(kRetValue);
+  support_.WriteEntryKeys(engine_results::kPreparingExchangeStore);
   std::vector<std::string> groups = TakeExchangeFields(support_, kKeyword);
   trace.User(" Started Backup of Exchange Server files");
   support_.Remove(UserFile(kToolTraceFile));

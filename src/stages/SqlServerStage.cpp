@@ -11,7 +11,6 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::string_view kLabel = " SQL Server ";
-constexpr std::string_view kRetValue = "100";
 constexpr milliseconds kStart{2000};
 constexpr milliseconds kElevatedPass{3000};
 constexpr std::chrono::minutes kSilence{10};
@@ -28,7 +27,7 @@ Leave SqlServerStage::Run(JobState& state) {
   support_.SetLabel(kLabel);
   support_.SleepAndPump(kStart);
   support_.Notify("Started the backup of the MS SQL Server database files...");
-  support_.WriteEntryKeys(kRetValue);
+  support_.WriteEntryKeys(engine_results::kPreparingSqlServer);
   const bool is_elevated_hosts_work = job_.services.helpers.IsVista();
   std::vector<std::string> fields;
   if (!is_elevated_hosts_work) fields = ReadFields();

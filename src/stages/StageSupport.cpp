@@ -52,9 +52,9 @@ void StageSupport::Begin() {
   life_.Begin();
 }
 
-void StageSupport::WriteEntryKeys(std::string_view ret_value) {
+void StageSupport::WriteEntryKeys(EngineResult result) {
   job_.keys.WriteStatus("1");
-  job_.keys.Write("RetValue", ret_value);
+  job_.keys.Write("RetValue", result.Text());
 }
 
 void StageSupport::Notify(std::string_view text) { job_.services.trace.User("  " + std::string{text}); }
@@ -172,7 +172,7 @@ std::string StageSupport::TotalTimeLine(TotalTime kind) const {
 JobCode StageSupport::EndFailed(JobCode code) {
   job_.keys.WriteStatus("3");
   job_.keys.Write("DLLStatus", "3");
-  job_.end_status.WriteJobEndStatus(1);
+  job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job_.state.run.items.clear();
   return code;
 }

@@ -41,7 +41,7 @@ class StageSupport {
   void SetLabel(std::string_view label) { job_.state.run.kind_word = label; }
 
   // Status "1" and the stage's own RetValue.
-  void WriteEntryKeys(std::string_view ret_value);
+  void WriteEntryKeys(EngineResult result);
 
   // Tells whoever follows the job what it is doing now: a line of the user's trace.
   void Notify(std::string_view text);

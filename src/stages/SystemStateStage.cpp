@@ -49,7 +49,7 @@ bool HoldsBytes(Folders& folders, const std::string& folder) {
 Leave SystemStateStage::Run(JobState& state) {
   support_.Begin();
   support_.SetLabel(" System State ");
-  support_.WriteEntryKeys("200");
+  support_.WriteEntryKeys(engine_results::kPreparingSystemState);
   sysStatePath_ = FindFolder();
   support_.MakeFolder(sysStatePath_);
   Announce();

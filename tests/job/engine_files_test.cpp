@@ -11,11 +11,6 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(ParameterText, PutsTheArgumentBetweenBracketsAsItStands) {
-  EXPECT_EQ(EngineCommands::ParameterText(24, ""), " 24<>");
-  EXPECT_EQ(EngineCommands::ParameterText(16, "C:\\a b\\Temp\\1"), " 16<C:\\a b\\Temp\\1>");
-}
-
 TEST(TempFolder, IsNamedByAStampWhoseTailRepeatsMinuteAndSecondWithoutZeros) {
   JobHouse house;
   house.machine.SetNow(ToLocalTime({2026, 11, 14, 9, 5, 7}));

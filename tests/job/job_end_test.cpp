@@ -56,7 +56,7 @@ class StatusWindowTest : public testing::TestWithParam<WindowCase>, protected Jo
 };
 
 TEST_P(StatusWindowTest, OpensForTheDefaultUsersJob) {
-  job.end_status.WriteJobEndStatus(GetParam().code);
+  job.end_status.WriteJobEndStatus(EngineResult{GetParam().code});
   EXPECT_EQ(Status("StatusWindow"), GetParam().window) << GetParam().story;
   EXPECT_EQ(Status("StatusMessageIndicaton"), GetParam().code == -432 ? "2" : "1") << GetParam().story;
 }

@@ -59,8 +59,8 @@ class ReportingHouse : public testing::Test {
   WebSecurity security_;
   WebDavControl web_{machine_.machine(), transfer_, options_, security_};
   HttpFunctions http_{machine_.machine(), installation_, web_, trace_};
-  NotificationMail mail_{machine_.machine(), installation_, store_, helpers_, trace_,
-                         log_extract_,       http_,         values_};
+  NotificationMail mail_{machine_.machine(), installation_, store_,  helpers_, trace_,
+                         log_extract_,       http_,         values_, "-414"};
 };
 
 }  // namespace ondura

@@ -21,9 +21,10 @@ constexpr auto kEngineDelay = 30s;
 void RunEngine(ProgramRun& run) {
   run.After(kEngineDelay, [&run] {
     rehearsal::Client client(run.machine().outside(), kInstall);
-    const auto command = rehearsal::ParseEngineCommand(run.parameters());
-    const bool done = client.Load() && command && rehearsal::RunEngineCommand(client, *command);
-    run.Exit(done ? 0 : 1);
+    const auto call = ParseEngineCall(run.parameters());
+    if (!client.Load() || !call) return run.Exit(1);
+    rehearsal::RunEngineCommand(client, *call);
+    run.Exit(0);
   });
 }
 
