@@ -6,13 +6,14 @@
 #include "OpenedMachine.h"
 #include "SelectionList.h"
 #include "commands.h"
+#include "profile/user_defaults.h"
 #include "text/text.h"
 
 namespace ondura {
 
 namespace {
 
-constexpr std::string_view kSelected = "atbkupfolderlist.txt";
+constexpr std::string_view kSelected = kSelectionListFile;
 constexpr std::string_view kExcludedFolders = "atbkupExcludelist.txt";
 constexpr std::string_view kExcludedFiles = "atbkupExcludeFilePath.txt";
 constexpr std::string_view kEveryDrive = "My Computer";

@@ -1,4 +1,5 @@
 #include "user_status.h"
+#include "reporting/Progress.h"
 
 #include <algorithm>
 #include <array>
@@ -75,10 +76,10 @@ std::string FirstLine(const OpenedMachine& opened, std::string_view file) {
 }
 
 void ReadProgress(const OpenedMachine& opened, UserStatus& status) {
-  const std::string file = opened.installation().UserFile("BackupProgress.ini");
+  const std::string file = opened.installation().UserFile(kBackupProgressFile);
   if (!opened.machine().files.Exists(file)) return;
   for (const auto& figure : kFigures) {
-    const std::string value = opened.machine().profiles.ReadString({file, "BackupProgressInfo", figure});
+    const std::string value = opened.machine().profiles.ReadString({file, kBackupProgressSection, figure});
     if (!value.empty()) status.progress.emplace_back(figure, value);
   }
 }

@@ -1,13 +1,17 @@
 #include "rehearsal/common/LocalDatabase.h"
 
+#include "engine/engine_files.h"
+
 namespace ondura::rehearsal {
 
 LocalDatabase::LocalDatabase(Client& client)
-    : client_(client), folder_(client.installation().UserFile("LDB")), path_(folder_ + "\\OnduraLDB.Ond") {}
+    : client_(client),
+      folder_(client.installation().UserFile(engine_files::kDatabaseFolder)),
+      path_(folder_ + "\\" + std::string{engine_files::kDatabase}) {}
 
 bool LocalDatabase::Build(Vault& vault) {
-  NoteSelection("atbkupfolderlist.txt", "atbkupfolderlistRealTime.txt");
-  NoteSelection("AutoFileSelection.txt", "AutoFileSelectionRealTime.txt");
+  NoteSelection(engine_files::kSelectionList, engine_files::kDatabaseSelection);
+  NoteSelection(engine_files::kAutomaticSelection, engine_files::kDatabaseAutomaticSelection);
   return Save(vault.States());
 }
 

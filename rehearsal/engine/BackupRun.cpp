@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/engine_files.h"
 #include "rehearsal/engine/CompareList.h"
 #include "rehearsal/engine/selection_walk.h"
 #include "text/text.h"
@@ -57,8 +58,8 @@ EngineResult BackupRun::Run() {
   } else {
     RunByCompareList();
   }
-  WriteNames("ToBackup.txt", changed_paths_);
-  WriteNames("noToBackup.txt", in_sync_paths_);
+  WriteNames(engine_files::kSent, changed_paths_);
+  WriteNames(engine_files::kInSync, in_sync_paths_);
   const EngineResult result = ResultOfRun();
   report_.Close(result, figures_);
   progress_.End();

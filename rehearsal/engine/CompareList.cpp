@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "engine/engine_files.h"
 #include "text/text.h"
 #include "text/utf16.h"
 #include "util/date_text.h"
@@ -121,7 +122,7 @@ CompareList::Look CompareList::ReadKeys() {
 // The job traces at least once a minute, also while it walks a folder that adds no line.
 bool CompareList::JobTracedWithin(std::chrono::seconds limit) const {
   const Machine& machine = client_.machine();
-  const auto traced = machine.files.Modified(client_.installation().UserFile("ScheduleTraceFile.txt"));
+  const auto traced = machine.files.Modified(client_.installation().UserFile(engine_files::kJobTrace));
   return traced && machine.clock.Now() - *traced <= limit;
 }
 
@@ -133,7 +134,7 @@ CompareList::Progress CompareList::ProgressOf(int number, const Look& look) cons
 }
 
 std::string CompareList::PathOf(int number) const {
-  return client_.installation().UserFile("TempCom\\CompareListInput") + std::to_string(number) + ".txt";
+  return client_.installation().UserFile(engine_files::CompareListPart(number));
 }
 
 }  // namespace ondura::rehearsal

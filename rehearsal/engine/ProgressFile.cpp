@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/engine_files.h"
 #include "text/text.h"
 
 namespace ondura::rehearsal {
@@ -22,7 +23,7 @@ std::string KilobyteText(std::uint64_t bytes) { return std::to_string((bytes + 1
 
 ProgressFile::ProgressFile(Client& client)
     : client_(client),
-      path_(client.installation().UserFile("BackupProgress.ini")),
+      path_(client.installation().UserFile(engine_files::kProgress)),
       start_(client.machine().clock.Now()) {}
 
 void ProgressFile::Begin(const TransferFigures& total) {
@@ -62,7 +63,7 @@ void ProgressFile::ShowFigures(const TransferFigures& done) {
 void ProgressFile::End() { Write("BackupInProgress", "0"); }
 
 void ProgressFile::Write(std::string_view key, std::string_view value) {
-  client_.machine().profiles.WriteString({path_, "BackupProgressInfo", key}, value);
+  client_.machine().profiles.WriteString({path_, kBackupProgressSection, key}, value);
 }
 
 }  // namespace ondura::rehearsal

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "engine/engine_files.h"
 #include "engine/engine_results.h"
 #include "rehearsal/common/LocalDatabase.h"
 #include "rehearsal/common/Vault.h"
@@ -27,8 +28,8 @@ EngineResult PortNumber(Client& client, const Account& account) {
   if (port.empty()) port = client.installation().DefaultPort;
   if (port.empty()) return engine_results::kNoPortInformation;
   const std::string text = port + std::string{kLineEnd} + account.server + std::string{kLineEnd};
-  const bool written =
-      client.text_files().Write(client.installation().UserFile("DLLOutput1.txt"), text, Encoding::kCodePage);
+  const bool written = client.text_files().Write(client.installation().UserFile(engine_files::kPortOutput),
+                                                 text, Encoding::kCodePage);
   return written ? engine_results::kDone : engine_results::kNoPortInformation;
 }
 

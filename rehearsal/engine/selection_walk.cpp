@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "engine/engine_files.h"
 #include "text/text.h"
 
 namespace ondura::rehearsal {
@@ -22,8 +23,8 @@ Selection::Selection(Client& client) : client_(client) {
 }
 
 void Selection::LoadItems() {
-  const auto lines = client_.text_files().ReadLines(client_.installation().UserFile("atbkupfolderlist.txt"),
-                                                    Encoding::kUtf16);
+  const auto lines = client_.text_files().ReadLines(
+      client_.installation().UserFile(engine_files::kSelectionList), Encoding::kUtf16);
   if (!lines) return;
   for (const std::string& line : *lines) {
     const std::string item{Trim(line)};
@@ -38,7 +39,7 @@ void Selection::LoadItems() {
 }
 
 void Selection::LoadEndings() {
-  const std::string path = client_.installation().UserFile("AutoFileSelection.txt");
+  const std::string path = client_.installation().UserFile(engine_files::kAutomaticSelection);
   const auto lines = client_.text_files().ReadLines(path, Encoding::kCodePage);
   if (!lines || lines->empty() || lines->front().find('1') == std::string::npos) return;
   by_ending_ = true;

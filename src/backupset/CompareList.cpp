@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 
+#include "engine/engine_files.h"
 #include "text/separators.h"
 #include "text/text.h"
 
@@ -12,9 +13,7 @@ namespace ondura {
 namespace {
 
 constexpr std::string_view kOldInput = "CompareListInput.txt";
-constexpr std::string_view kPartsFolder = "TempCom";
 constexpr std::string_view kSkippedFiles = "SkippedFiles.txt";
-constexpr std::string_view kAutomaticSelection = "AutoFileSelection.txt";
 constexpr std::string_view kStatusSection = "BackupStatus";
 
 constexpr std::size_t kLongestPathUnits = 256;
@@ -60,12 +59,12 @@ CompareList::CompareList(const Machine& machine, const Installation& installatio
 
 void CompareList::RemoveOldInput() {
   machine_.files.Remove(installation_.UserFile(kOldInput), Removal::kForce);
-  machine_.folders.Remove(installation_.UserFile(kPartsFolder), Removal::kForce);
+  machine_.folders.Remove(installation_.UserFile(engine_files::kCompareListFolder), Removal::kForce);
 }
 
 BuildStart CompareList::Begin() {
   RemoveOldInput();
-  machine_.folders.Make(installation_.UserFile(kPartsFolder));
+  machine_.folders.Make(installation_.UserFile(engine_files::kCompareListFolder));
   stamps_.SetMode(PresentDateMode(machine_.locale, machine_.clock.Now()));
   part_ = 1;
   files_ = skipped_ = 0;
@@ -83,7 +82,7 @@ BuildStart CompareList::Begin() {
 }
 
 bool CompareList::HasAutomaticSelection() {
-  const std::string path = installation_.UserFile(kAutomaticSelection);
+  const std::string path = installation_.UserFile(engine_files::kAutomaticSelection);
   if (!machine_.files.Exists(path)) return false;
   endings_ = text_files_.ReadLines(path, Encoding::kCodePage).value_or(std::vector<std::string>{});
   // The first line is a flag for the user interface.
@@ -247,9 +246,7 @@ bool CompareList::MustStop() {
 }
 
 void CompareList::OpenPart() {
-  std::string name{kPartsFolder};
-  name.append("\\CompareListInput").append(std::to_string(part_)).append(".txt");
-  list_.Open(installation_.UserFile(name));
+  list_.Open(installation_.UserFile(engine_files::CompareListPart(part_)));
   CheckList();
 }
 
@@ -268,7 +265,7 @@ void CompareList::CheckList() {
   if (failed_ || !list_.failed()) return;
   failed_ = true;
   trace_.User("  The compare list can't be written. Free some space and look at the rights of : " +
-              installation_.UserFile(kPartsFolder));
+              installation_.UserFile(engine_files::kCompareListFolder));
 }
 
 }  // namespace ondura

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "engine/engine_command.h"
+#include "engine/engine_files.h"
 #include "engine/scanner_command.h"
 #include "profile/file_digest.h"
 #include "text/text.h"
@@ -11,12 +12,9 @@ namespace ondura {
 
 namespace {
 
-constexpr std::string_view kStatusSection = "BackupStatus";
+using namespace engine_files;
 
-constexpr std::string_view kSelectionList = "\\atbkupfolderlist.txt";
-constexpr std::string_view kRealTimeList = "atbkupfolderlistRealTime.txt";
-constexpr std::string_view kRealTimeAutomatic = "AutoFileSelectionRealTime.txt";
-constexpr std::string_view kDatabase = "OnduraLDB.Ond";
+constexpr std::string_view kStatusSection = "BackupStatus";
 
 constexpr std::string_view kSignOfLife = "  Waiting for the local database";
 constexpr std::string_view kAbortedInForeignScan = "User aborted scheduled backup Scan is going on";
@@ -146,21 +144,21 @@ void LocalDatabase::EndScanner() {
 // The digests are there for whoever reads the trace; the lists are rebuilt whether they differ or not.
 void LocalDatabase::TraceDigests() {
   const std::string folder = installation_.UserFolder();
-  const std::string selected = FileMd5Hex(machine_, folder + std::string{kSelectionList});
-  const std::string scanned = FileMd5Hex(machine_, folder + "\\" + std::string{kRealTimeList});
+  const std::string selected = FileMd5Hex(machine_, folder + "\\" + std::string{kSelectionList});
+  const std::string scanned = FileMd5Hex(machine_, folder + "\\" + std::string{kDatabaseSelection});
   trace_.User(" atbkupchksum : " + selected);
   trace_.User(" Realtimechksum : " + scanned);
 }
 
 void LocalDatabase::DeleteLDBFiles(std::string_view user) {
   const std::string folder = installation_.FolderOf(user) + "\\";
-  const std::string database = folder + "LDB\\" + std::string{kDatabase};
+  const std::string database = folder + std::string{kDatabaseFolder} + "\\" + std::string{kDatabase};
   machine_.clock.Sleep(kBeforeDelete);
-  RemoveIfThere(folder + std::string{kRealTimeList});
-  RemoveIfThere(folder + std::string{kRealTimeAutomatic});
+  RemoveIfThere(folder + std::string{kDatabaseSelection});
+  RemoveIfThere(folder + std::string{kDatabaseAutomaticSelection});
   RemoveIfThere(database);
-  RetryList(folder, kRealTimeList);
-  RetryList(folder, kRealTimeAutomatic);
+  RetryList(folder, kDatabaseSelection);
+  RetryList(folder, kDatabaseAutomaticSelection);
   RetryDatabase(database);
 }
 

@@ -1,13 +1,14 @@
 #include "backupset/Selection.h"
 
+#include "engine/engine_files.h"
 #include "text/text.h"
 
 namespace ondura {
 
 namespace {
 
-constexpr std::string_view kSelectionList = "atbkupfolderlist.txt";
-constexpr std::string_view kAutomaticSelection = "AutoFileSelection.txt";
+using engine_files::kAutomaticSelection;
+using engine_files::kSelectionList;
 constexpr std::string_view kTotalDisplaySize = "TotalDisplaySize.txt";
 
 double NumberAt(const std::vector<std::string>& lines, std::size_t at) {

@@ -1,6 +1,7 @@
 #include "backupset/SizeCalculation.h"
 
 #include "backupset/drive_sizes.h"
+#include "engine/engine_files.h"
 #include "text/text.h"
 #include "text/utf16.h"
 
@@ -8,7 +9,6 @@ namespace ondura {
 
 namespace {
 
-constexpr std::string_view kSelectionList = "atbkupfolderlist.txt";
 constexpr std::string_view kOutput = "OutputSize.txt";
 constexpr std::string_view kAllDrives = "My Computer";
 constexpr std::string_view kWithoutSize = "Root\\";
@@ -44,8 +44,9 @@ SizeOutcome SizeCalculation::CalculateTotalSize(const SizeJob& job) {
   exclusions_.Load();
   totals_ = {};
   output_.clear();
-  const auto lines = text_files_.ReadLines(installation_.UserFile(kSelectionList), Encoding::kUtf16)
-                         .value_or(std::vector<std::string>{});
+  const auto lines =
+      text_files_.ReadLines(installation_.UserFile(engine_files::kSelectionList), Encoding::kUtf16)
+          .value_or(std::vector<std::string>{});
   FolderNames names;
   for (std::size_t done = 0; done < lines.size();) {
     AddLine(lines[done++], names);

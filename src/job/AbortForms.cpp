@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "engine/engine_files.h"
 #include "job/job_texts.h"
 #include "schedule/schedule_record.h"
 #include "text/text.h"
@@ -46,7 +47,7 @@ JobCode AbortForms::LeaveFromWalk(WalkPlace place) {
   const JobCode code =
       LeaveTransfer(place == WalkPlace::kWithinFolder ? AbortLog::kFurtherLine : AbortLog::kFurtherBlock);
   job_.temp_folder.DeleteTempFolder();
-  job_.services.machine.files.Remove(job_.services.installation.UserFile("MappedDriveInput.txt"),
+  job_.services.machine.files.Remove(job_.services.installation.UserFile(engine_files::kMappedDrives),
                                      Removal::kPlain);
   return code;
 }

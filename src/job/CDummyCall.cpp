@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "engine/engine_command.h"
+#include "engine/engine_files.h"
 #include "util/TextFiles.h"
 #include "util/clsIPResolve.h"
 #include "util/waits.h"
@@ -42,12 +43,14 @@ double CDummyCall::DoDummycall(std::string_view sExeName) {
 
 EngineFileResult CDummyCall::ResdDLLOutputFile() {
   TextFiles text_files(services_.machine.files, services_.machine.code_page);
-  EngineFileResult result = ReadEngineResultFile(text_files, GetTempFolderPath() + "\\DLLOutput.txt");
+  EngineFileResult result =
+      ReadEngineResultFile(text_files, GetTempFolderPath() + "\\" + std::string{engine_files::kOutput});
   if (result.bResult) {
     result.strDescrip.reset();
     return result;
   }
-  result = ReadEngineResultFile(text_files, GetTempFolderPath() + "\\DLLOutputInfo.txt");
+  result =
+      ReadEngineResultFile(text_files, GetTempFolderPath() + "\\" + std::string{engine_files::kOutputInfo});
   result.bResult = false;
   return result;
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "engine/engine_files.h"
 #include "engine/engine_results.h"
 #include "job/Quota.h"
 #include "job/failure_texts.h"
@@ -168,8 +169,8 @@ Leave Connection::FailPort(EngineResult result) {
 void Connection::TakeEngineAnswer() {
   JobRun& run = job_.state.run;
   TextFiles text_files(job_.services.machine.files, job_.services.machine.code_page);
-  const auto lines =
-      text_files.ReadLines(job_.services.installation.UserFile("DLLOutput1.txt"), Encoding::kCodePage);
+  const auto lines = text_files.ReadLines(job_.services.installation.UserFile(engine_files::kPortOutput),
+                                          Encoding::kCodePage);
   if (!lines) return;
   if (!lines->empty()) run.port = lines->at(0);
   if (lines->size() > 1) run.serverip = lines->at(1);

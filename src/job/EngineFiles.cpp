@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "engine/engine_files.h"
 #include "profile/LightCiphers.h"
 #include "text/text.h"
 
@@ -28,7 +29,7 @@ EngineFiles::EngineFiles(JobContext& job)
 void EngineFiles::WriteDLLInputFileTempFd(const EngineFileProxy& proxy, std::string_view AsciiRandom) {
   const JobRun& run = job_.state.run;
   LightCiphers ciphers(job_.services.machine.code_page, job_.services.machine.pump);
-  const std::string path = job_.temp_folder.GetTempFolderPath() + "\\DLLInput.txt";
+  const std::string path = job_.temp_folder.GetTempFolderPath() + "\\" + std::string{engine_files::kInput};
   job_.services.machine.files.Remove(path, Removal::kPlain);
   const std::vector<std::string> lines{run.serverip,
                                        run.port,
@@ -46,11 +47,11 @@ void EngineFiles::WriteDLLInputFileTempFd(const EngineFileProxy& proxy, std::str
 }
 
 EngineFileResult EngineFiles::ResdDLLOutputFileTempFd() {
-  return ReadResult(job_.temp_folder.GetTempFolderPath() + "\\DLLOutput.txt");
+  return ReadResult(job_.temp_folder.GetTempFolderPath() + "\\" + std::string{engine_files::kOutput});
 }
 
 EngineFileResult EngineFiles::ResdDLLOutputFile() {
-  return ReadResult(job_.services.installation.UserFile("DLLOutput.txt"));
+  return ReadResult(job_.services.installation.UserFile(engine_files::kOutput));
 }
 
 EngineFileResult EngineFiles::ReadResult(const std::string& path) {

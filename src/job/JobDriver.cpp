@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "engine/engine_files.h"
 #include "engine/engine_results.h"
 #include "job/Quota.h"
 #include "job/job_texts.h"
@@ -127,7 +128,7 @@ void JobDriver::ResetProgressFiles() {
   TextFiles(services.machine.files, services.machine.code_page)
       .Write(services.installation.UserFile("scheduleInfo.txt"), "0;0;0 KB;0 KB;0;00:00:00\r\n",
              Encoding::kCodePage);
-  const std::string trace_file = services.installation.UserFile("TraceFile.txt");
+  const std::string trace_file = services.installation.UserFile(engine_files::kEngineTrace);
   if (services.machine.files.Size(trace_file).value_or(0) > kEngineTraceCapBytes) {
     services.machine.files.Remove(trace_file, Removal::kForce);
   }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <initializer_list>
 
+#include "engine/engine_files.h"
 #include "text/text.h"
 
 namespace ondura {
@@ -31,8 +32,8 @@ void RemoteCall::CallDummy() {
   job_.state.run.start_time = services.machine.clock.Now();
   job_.engine.RunRemote();
   services.trace.User("  Finished API_REMOTE  " + job_.engine.ReadResult().Text());
-  services.machine.files.Remove(services.installation.UserFile("DLLInput.txt"), Removal::kPlain);
-  services.machine.files.Remove(services.installation.UserFile("DLLOutput.txt"), Removal::kPlain);
+  services.machine.files.Remove(services.installation.UserFile(engine_files::kInput), Removal::kPlain);
+  services.machine.files.Remove(services.installation.UserFile(engine_files::kOutput), Removal::kPlain);
   services.trace.User("  Dummy call success");
 }
 
@@ -54,7 +55,8 @@ void RemoteCall::ReadSettings() {
 }
 
 void RemoteCall::DeleteEngineFiles() {
-  for (const char* name : {"DLLOutput.txt", "DLLInput.txt", "DLLOutputInfo.txt"}) {
+  for (const std::string_view name :
+       {engine_files::kOutput, engine_files::kInput, engine_files::kOutputInfo}) {
     job_.services.machine.files.Remove(job_.services.installation.UserFile(name), Removal::kPlain);
   }
 }

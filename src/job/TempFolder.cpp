@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 
+#include "engine/engine_files.h"
 #include "util/date_text.h"
 
 namespace ondura {
@@ -22,8 +23,9 @@ void TempFolder::DeleteTempFolder() {
 }
 
 void TempFolder::DeleteInputOutFilesInTempFd() {
-  for (const char* name : {"DLLOutput.txt", "DLLOutput1.txt", "DLLInput.txt", "DLLOutputInfo.txt"}) {
-    machine_.files.Remove(path_ + "\\" + name, Removal::kPlain);
+  using namespace engine_files;
+  for (const std::string_view name : {kOutput, kPortOutput, kInput, kOutputInfo}) {
+    machine_.files.Remove(path_ + "\\" + std::string{name}, Removal::kPlain);
   }
 }
 

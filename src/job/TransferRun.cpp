@@ -4,6 +4,7 @@
 #include <chrono>
 #include <initializer_list>
 
+#include "engine/engine_files.h"
 #include "engine/engine_results.h"
 #include "job/failure_texts.h"
 #include "job/job_texts.h"
@@ -60,7 +61,8 @@ void TransferRun::LaunchDatabaseManager() {
   Options& trace = services.trace.plain();
   trace.WriteTrace("Launching OnduraSDBManager.exe ");
   // The blanks inside the quotes are the manager's own form.
-  const std::string parameters = "\" " + services.installation.UserFolder() + "\\LDB\\ \"";
+  const std::string parameters = "\" " + services.installation.UserFolder() + "\\" +
+                                 std::string{engine_files::kDatabaseFolder} + "\\ \"";
   const std::string path = services.installation.ExeLocation + std::string{kDatabaseManager};
   run.database_manager.emplace(
       services.machine.processes,
@@ -245,12 +247,13 @@ void TransferRun::WriteSkippedCount() {
 }
 
 void TransferRun::RewriteExcludedFiles() {
-  for (const char* name : {"ToBackup.txt", "noToBackup.txt", "CompareListTrace.txt", "ExcludedFiles.txt"}) {
+  using namespace engine_files;
+  for (const std::string_view name : {kSent, kInSync, kCompareListTrace, kExcluded}) {
     job_.services.machine.files.Remove(Path(name), Removal::kPlain);
   }
   std::string lines;
   for (const std::string& path : exclusions_.Applied()) lines.append(path).append(kLineEnd);
-  text_files_.Write(Path("ExcludedFiles.txt"), lines, Encoding::kUtf16);
+  text_files_.Write(Path(engine_files::kExcluded), lines, Encoding::kUtf16);
 }
 
 void TransferRun::CleanUpAfterEngine() {
@@ -263,7 +266,7 @@ void TransferRun::CleanUpAfterEngine() {
     services.machine.folders.Remove(dump_folder, Removal::kForce);
   }
   services.transfer.Trf_WriteUserNameRegistryProfile("Excluded", "0");
-  services.machine.files.Remove(Path("ExcludedFiles.txt"), Removal::kPlain);
+  services.machine.files.Remove(Path(engine_files::kExcluded), Removal::kPlain);
   exclusions_.Clear();
 }
 
@@ -288,8 +291,8 @@ EngineResult TransferRun::ReadEndResult() {
   const JobServices& services = job_.services;
   const EngineResult result = job_.engine.ReadResult();
   FindSessionFile();
-  services.machine.files.Remove(Path("DLLInput.txt"), Removal::kPlain);
-  services.machine.files.Remove(Path("DLLOutput.txt"), Removal::kPlain);
+  services.machine.files.Remove(Path(engine_files::kInput), Removal::kPlain);
+  services.machine.files.Remove(Path(engine_files::kOutput), Removal::kPlain);
   if (engine_results::IsConnectionTrouble(result)) services.machine.clock.Sleep(kAfterLostConnection);
   if (result == engine_results::kEndedAbnormally) {
     services.trace.User("  Backup engine abnormally terminated:  " + std::to_string(abnormal_ends_));
@@ -299,7 +302,9 @@ EngineResult TransferRun::ReadEndResult() {
   abort_.RemoveShadowTempFolder();
   for (const std::string& folder :
        {services.installation.UserFolder(), job_.temp_folder.GetTempFolderPath()}) {
-    if (!folder.empty()) services.machine.files.Remove(folder + "\\MappedDriveInput.txt", Removal::kPlain);
+    if (!folder.empty())
+      services.machine.files.Remove(folder + "\\" + std::string{engine_files::kMappedDrives},
+                                    Removal::kPlain);
   }
   job_.state.run.engine_status =
       static_cast<std::int64_t>(std::clamp(result.number, -kLargestResult, kLargestResult));

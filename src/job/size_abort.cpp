@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "engine/engine_files.h"
 #include "job/job_texts.h"
 
 namespace ondura {
@@ -19,7 +20,7 @@ void LeaveSizeCalculation(JobContext& job) {
   run.cancelled = true;
   job.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job.temp_folder.DeleteTempFolder();
-  services.machine.files.Remove(services.installation.UserFile("MappedDriveInput.txt"), Removal::kPlain);
+  services.machine.files.Remove(services.installation.UserFile(engine_files::kMappedDrives), Removal::kPlain);
   services.helpers.IsProcessRunningByModule(services.installation.ClientExe, Kill::kYes);
 }
 

@@ -1,5 +1,6 @@
 // The branches of the transfer's result: each turns one answer of the engine into the job's outcome.
 
+#include "engine/engine_files.h"
 #include "engine/engine_results.h"
 #include "job/TransferRun.h"
 #include "job/job_texts.h"
@@ -134,7 +135,7 @@ void TransferRun::TakeOther(EngineResult result) {
 }
 
 std::string TransferRun::SelectionText() {
-  const auto size = job_.services.machine.files.Size(Path("atbkupfolderlist.txt"));
+  const auto size = job_.services.machine.files.Size(Path(engine_files::kSelectionList));
   return std::string{size.value_or(0) > 0 ? job_texts::kNothingChanged : job_texts::kNothingSelected};
 }
 

@@ -8,7 +8,7 @@ namespace ondura {
 namespace {
 
 constexpr std::array<std::string_view, 7> kDefaultFiles{
-    "scheduleData.txt",        "atbkupfolderlist.txt",  "atbkupExcludeFile.txt", "atbkupExcludeFilePath.txt",
+    "scheduleData.txt",        kSelectionListFile,      "atbkupExcludeFile.txt", "atbkupExcludeFilePath.txt",
     "atbkupExcludeFolder.txt", "atbkupExcludelist.txt", "SimpleAutoPath.ini"};
 
 }  // namespace

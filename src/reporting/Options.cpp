@@ -4,17 +4,16 @@ namespace ondura {
 
 namespace {
 
-constexpr std::string_view kTraceFile = "ScheduleTraceFile.txt";
 constexpr std::string_view kServiceTraceFile = "ScheduleTraceFileService.txt";
 
 }  // namespace
 
 void Options::WriteTrace(std::string_view TraceMsg) {
-  WriteUnicodeLine(installation_.UserFile(kTraceFile), TraceMsg);
+  WriteUnicodeLine(installation_.UserFile(kScheduleTraceFile), TraceMsg);
 }
 
 void Options::WriteTraceMain(std::string_view TraceMsg) {
-  WriteUnicodeLine(installation_.DataFile(kTraceFile), TraceMsg);
+  WriteUnicodeLine(installation_.DataFile(kScheduleTraceFile), TraceMsg);
 }
 
 void Options::WriteTraceFile(std::string_view TraceMsg) { WriteTrace(TraceMsg); }

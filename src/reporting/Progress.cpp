@@ -16,25 +16,24 @@ struct RestValue {
 };
 
 constexpr std::string_view kWindow = "ProgWnd";
-constexpr std::string_view kBackup = "BackupProgressInfo";
 constexpr std::string_view kRestore = "RestoreProgressInfo";
 
 // The file at rest, in the order in which it is written. Most keys of the restore section end in a blank.
 constexpr std::array kAtRest{
     RestValue{kWindow, "VALUE", "0"},
     RestValue{kWindow, "Job", ""},
-    RestValue{kBackup, "BackupInProgress", "0"},
-    RestValue{kBackup, "Percentage", ""},
-    RestValue{kBackup, "FileName", ""},
-    RestValue{kBackup, "Backedup Files", ""},
-    RestValue{kBackup, "Total Progress", ""},
-    RestValue{kBackup, "Time Elapsed", ""},
-    RestValue{kBackup, "Est Time", ""},
-    RestValue{kBackup, "Tans Rate", ""},
-    RestValue{kBackup, "FilePath", ""},
-    RestValue{kBackup, "FilePer", ""},
-    RestValue{kBackup, "FilePath Dual", ""},
-    RestValue{kBackup, "FilePer Dual", ""},
+    RestValue{kBackupProgressSection, "BackupInProgress", "0"},
+    RestValue{kBackupProgressSection, "Percentage", ""},
+    RestValue{kBackupProgressSection, "FileName", ""},
+    RestValue{kBackupProgressSection, "Backedup Files", ""},
+    RestValue{kBackupProgressSection, "Total Progress", ""},
+    RestValue{kBackupProgressSection, "Time Elapsed", ""},
+    RestValue{kBackupProgressSection, "Est Time", ""},
+    RestValue{kBackupProgressSection, "Tans Rate", ""},
+    RestValue{kBackupProgressSection, "FilePath", ""},
+    RestValue{kBackupProgressSection, "FilePer", ""},
+    RestValue{kBackupProgressSection, "FilePath Dual", ""},
+    RestValue{kBackupProgressSection, "FilePer Dual", ""},
     RestValue{kRestore, "RestoreInProgress ", "0"},
     RestValue{kRestore, "Percentage ", ""},
     RestValue{kRestore, "FileName ", ""},
@@ -82,7 +81,7 @@ bool Progress::EndProgress() {
 
 void Progress::WriteTransferOver() {
   Write(kWindow, "VALUE", "0");
-  Write(kBackup, "BackupInProgress", "0");
+  Write(kBackupProgressSection, "BackupInProgress", "0");
 }
 
 void Progress::WriteWindowStatusReset() { Write(kWindow, "Status", "0"); }
@@ -98,7 +97,7 @@ std::string Progress::GetProperSizeValue(double nBytes) {
 }
 
 void Progress::Write(std::string_view section, std::string_view key, std::string_view value) {
-  const std::string file = installation_.UserFile("BackupProgress.ini");
+  const std::string file = installation_.UserFile(kBackupProgressFile);
   machine_.profiles.WriteString({.file = file, .section = section, .key = key}, value);
 }
 

@@ -10,6 +10,9 @@ namespace ondura {
 
 class Transfer;
 
+inline constexpr std::string_view kBackupProgressFile = "BackupProgress.ini";
+inline constexpr std::string_view kBackupProgressSection = "BackupProgressInfo";
+
 // BackupProgress.ini, which the engine fills and the tray shows, and the flags of the progress display.
 class Progress {
  public:

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "profile/user_list.h"
+#include "reporting/Options.h"
 #include "schedule/schedule_header.h"
 #include "service/StartUp.h"
 #include "text/text.h"
@@ -20,7 +21,6 @@ constexpr milliseconds kAfterJob{5000};
 constexpr double kUnitsAhead = 2;
 // kNoOccurrenceKey as a number.
 constexpr double kLatestKey = 300012121503;
-constexpr std::string_view kTraceFile = "ScheduleTraceFile.txt";
 
 // A later key never comes due, and neither does one that is no number.
 bool CanComeDue(const std::string& key) {
@@ -123,7 +123,7 @@ void DispatchPass::LookAtEngine() {
 void DispatchPass::OpenPass() {
   Installation& installation = context_.installation();
   installation.CurrentUser = context_.store().ReadDefaultUser("Default User name");
-  CapTrace(installation.DataFile(kTraceFile));
+  CapTrace(installation.DataFile(kScheduleTraceFile));
   TraceDefaultUser(" sUserPath: Default User name: ");
   Options& trace = context_.trace().plain();
   trace.WriteTraceMain("writing here");
@@ -167,7 +167,7 @@ void DispatchPass::ScanUsers(const std::vector<std::string>& users) {
 
 void DispatchPass::OfferUser(const std::string& user) {
   context_.trace().plain().WriteTraceMain("Processing user:  " + user);
-  CapTrace(context_.installation().UserFile(kTraceFile));
+  CapTrace(context_.installation().UserFile(kScheduleTraceFile));
   if (user.empty()) return;
   const std::string disabled = context_.transfer().Trf_ReadUserProfile("ScheduleDisable");
   if (!disabled.empty() && disabled != "FALSE") {

@@ -3,7 +3,9 @@
 #include <chrono>
 #include <initializer_list>
 
+#include "engine/engine_files.h"
 #include "engine/engine_results.h"
+#include "reporting/Options.h"
 #include "schedule/schedule_header.h"
 #include "text/text.h"
 #include "util/cls_ExitWindows.h"
@@ -64,7 +66,7 @@ void JobBracket::PrepareRecord() {
     context_.mail_values.ScheduledTimeText = schedule.schvTemp.nexttime;
   }
   context_.services().scheduler.SetDayFlags(schedule.schvTemp.daymask);
-  const std::string trace_file = context_.installation().UserFile("ScheduleTraceFile.txt");
+  const std::string trace_file = context_.installation().UserFile(kScheduleTraceFile);
   if (files.Size(trace_file).value_or(0) > kJobTraceCapBytes) files.Remove(trace_file, Removal::kPlain);
   context_.machine().folders.Make(context_.installation().UserFile("logs"));
   context_.trace().User("  Scheduler Recordno : " + schedule.schvTemp.recordno);
@@ -218,7 +220,8 @@ void JobBracket::ReleaseHelpers() {
 
 void JobBracket::CloseUp() {
   context_.trace().User("  Set back schedule text as 0");
-  for (const char* name : {"DLLOutput.txt", "DLLInput.txt", "DLLOutputInfo.txt"}) {
+  for (const std::string_view name :
+       {engine_files::kOutput, engine_files::kInput, engine_files::kOutputInfo}) {
     context_.machine().files.Remove(context_.installation().UserFile(name), Removal::kPlain);
   }
   TraceStatus();

@@ -1,6 +1,7 @@
 #include "service/StartUp.h"
 
 #include "profile/user_list.h"
+#include "reporting/Options.h"
 #include "schedule/schedule_header.h"
 #include "text/text.h"
 
@@ -80,7 +81,7 @@ void StartUp::const_InitUserdata(std::string_view user) {
 }
 
 void StartUp::CapMainTrace() {
-  const std::string path = context_.installation().DataFile("ScheduleTraceFile.txt");
+  const std::string path = context_.installation().DataFile(kScheduleTraceFile);
   Files& files = context_.machine().files;
   if (files.Size(path).value_or(0) > kTraceCapBytes) files.Remove(path, Removal::kPlain);
 }

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <string>
 
+#include "reporting/Options.h"
+
 namespace ondura {
 
 namespace {
@@ -37,7 +39,8 @@ bool StartedFlag::OtherHostIsBetweenEngineRuns() {
   if (is_own_) return false;
   const std::string user = job_.services.transfer.Trf_ReadUserNameProfile("Scheduled");
   if (user.empty()) return false;
-  const std::string trace_file = job_.services.installation.FolderOf(user) + "\\ScheduleTraceFile.txt";
+  const std::string trace_file =
+      job_.services.installation.FolderOf(user) + "\\" + std::string{kScheduleTraceFile};
   const auto written = job_.services.machine.files.Modified(trace_file);
   const LocalTime now = job_.services.machine.clock.Now();
   return written && *written <= now && now - *written <= kSignOfLife;
