@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "engine/status_word.h"
 #include "util/date_text.h"
 
 namespace ondura {
@@ -70,7 +71,7 @@ bool EngineGuard::IsRunning(ProcessId id) {
 // A job in its transfer looks at one key and elsewhere at the other.
 void EngineGuard::AskForAbort() {
   transfer_.Trf_WriteUserProfileDefault(kSection, "Cancel", "1");
-  transfer_.Trf_WriteUserProfileDefault(kSection, "Status", "5");
+  transfer_.Trf_WriteUserProfileDefault(kSection, "Status", TextOf(StatusWord::kStopAsked));
   if (watched_->asked) return;
   Say(watched_->id == 0
           ? "the backup engine could not be started, and its job was stopped"

@@ -8,6 +8,7 @@
 #include "OpenedMachine.h"
 #include "ValueWriter.h"
 #include "commands.h"
+#include "engine/status_word.h"
 #include "profile/user_defaults.h"
 #include "secret_input.h"
 #include "text/text.h"
@@ -113,7 +114,7 @@ void AddUser(const Globals& globals, const UserPlan& plan) {
   writer.Write("encpasswordnew", passwords.encryption);
   writer.Write("serverip", plan.server);
   writer.Write("port", plan.port);
-  writer.Write("Status", "0");
+  writer.Write("Status", TextOf(StatusWord::kIdle));
   if (users.size() == 1) writer.Write("Default User name", plan.name);
   WriteUserList(opened, users);
   std::cout << "Added " << plan.name << ". Next: ondura select " << plan.name << " PATH\n";

@@ -1,5 +1,4 @@
 #include "user_status.h"
-#include "reporting/Progress.h"
 
 #include <algorithm>
 #include <array>
@@ -7,6 +6,8 @@
 
 #include "HostNotes.h"
 #include "ScheduleFile.h"
+#include "engine/status_word.h"
+#include "reporting/Progress.h"
 #include "result_words.h"
 #include "schedule/record_dates.h"
 #include "schedule_plan.h"
@@ -20,17 +21,18 @@ namespace {
 constexpr std::chrono::days kFarAhead{32};
 
 struct StateWords {
-  std::string_view status;  // of the profile
+  StatusWord status;
   std::string_view state;
   std::string_view words;
 };
 
 constexpr std::array kStates = {
-    StateWords{"1", "interrupted", "a job began and was cut off; the service clears this when it starts"},
-    StateWords{"2", "interactive", "an interactive backup is running"},
-    StateWords{"3", "idle", "idle; the last job failed or was stopped"},
-    StateWords{"5", "stopping", "a stop has been asked for"},
-    StateWords{"10", "idle", "idle; the last job was stopped at its cut-off time"},
+    StateWords{StatusWord::kStarting, "interrupted",
+               "a job began and was cut off; the service clears this when it starts"},
+    StateWords{StatusWord::kInteractive, "interactive", "an interactive backup is running"},
+    StateWords{StatusWord::kFailed, "idle", "idle; the last job failed or was stopped"},
+    StateWords{StatusWord::kStopAsked, "stopping", "a stop has been asked for"},
+    StateWords{StatusWord::kCutOff, "idle", "idle; the last job was stopped at its cut-off time"},
 };
 
 constexpr std::array<std::string_view, 9> kFigures = {"Percentage",     "FileName",     "Backedup Files",
@@ -39,11 +41,12 @@ constexpr std::array<std::string_view, 9> kFigures = {"Percentage",     "FileNam
 
 void ReadState(const OpenedMachine& opened, const ScheduleFile& schedule, UserStatus& status) {
   const ProfileKeys& keys = opened.keys();
-  const std::string kept = keys.Read("Status");
-  const auto found = std::ranges::find(kStates, kept, &StateWords::status);
+  const auto kept = StatusWordOf(keys.Read("Status"));
+  const auto found =
+      std::ranges::find(kStates, kept, [](const StateWords& row) { return std::optional{row.status}; });
   status.state = found == kStates.end() ? "idle" : found->state;
   status.words = found == kStates.end() ? "idle" : found->words;
-  if ((schedule.IsRunning() || opened.IsServed()) && kept != "5") {
+  if ((schedule.IsRunning() || opened.IsServed()) && kept != StatusWord::kStopAsked) {
     status.state = "running";
     status.words = schedule.IsRunning() ? "a " + KindWord(schedule.HeaderWord()) + " backup is running"
                                         : "a scheduled backup is running";

@@ -1,5 +1,7 @@
 #include "rehearsal/engine/StopRequests.h"
 
+#include "engine/status_word.h"
+
 namespace ondura::rehearsal {
 
 StopRequests::StopRequests(Client& client)
@@ -9,7 +11,7 @@ StopRequests::StopRequests(Client& client)
 
 StopRequest StopRequests::Check() {
   if (seen_ == StopRequest::kNone && profile_->MayHaveChanged()) {
-    if (client_.ReadStatus("Status") == "10") seen_ = StopRequest::kHardStop;
+    if (StatusWordOf(client_.ReadStatus("Status")) == StatusWord::kCutOff) seen_ = StopRequest::kHardStop;
     if (client_.ReadStatus("Cancel") == "1") seen_ = StopRequest::kCancel;
   }
   return seen_;

@@ -5,6 +5,7 @@
 #include "engine/engine_command.h"
 #include "engine/engine_files.h"
 #include "engine/scanner_command.h"
+#include "engine/status_word.h"
 #include "profile/file_digest.h"
 #include "text/text.h"
 
@@ -229,7 +230,7 @@ bool LocalDatabase::IsmutexInProgress(std::string_view name, bool release) {
 
 bool LocalDatabase::UserAborts() {
   life_.Show();
-  return profile_.ReadProfileValue(kStatusSection, "Status") == "5";
+  return StatusWordOf(profile_.ReadProfileValue(kStatusSection, "Status")) == StatusWord::kStopAsked;
 }
 
 std::string LocalDatabase::RealTimeValue(std::string_view key) const {

@@ -1,5 +1,6 @@
 #include "backupset/StopCheck.h"
 
+#include "engine/status_word.h"
 #include "profile/profile_paths.h"
 
 namespace ondura {
@@ -11,7 +12,9 @@ bool StatusStopCheck::IsAborted() {
     watched_user_ = installation_.CurrentUser;
     watch_ = machine_.watches.Watch(UserProfilePath(installation_, watched_user_));
   }
-  if (watch_->MayHaveChanged()) aborted_ = profile_.ReadProfileValue("BackupStatus", "Status") == "5";
+  if (watch_->MayHaveChanged()) {
+    aborted_ = StatusWordOf(profile_.ReadProfileValue("BackupStatus", "Status")) == StatusWord::kStopAsked;
+  }
   return aborted_;
 }
 

@@ -70,7 +70,7 @@ void AbortForms::RecordFailure(std::string_view text) {
   run.result_text = text;
   const std::string session_path = job_.services.session_log.NewPath();
   job_.services.session_log.WriteBlock(session_path, text, SessionWrite::kAppend);
-  job_.keys.WriteStatus("3");
+  job_.keys.WriteStatus(StatusWord::kFailed);
   job_.keys.MarkEndedByMessage();
   run.session_path = session_path;
 }
@@ -125,7 +125,7 @@ void AbortForms::MarkAborted() {
   JobRun& run = job_.state.run;
   run.result_text = job_texts::kUserAbort;
   run.cancelled = true;
-  job_.keys.WriteStatus("3");
+  job_.keys.WriteStatus(StatusWord::kFailed);
   job_.keys.Write("DLLStatus", "3");
 }
 

@@ -59,8 +59,8 @@ EngineFileResult EngineFiles::ReadResult(const std::string& path) {
 }
 
 bool EngineFiles::ReadScheduleStatusFile() {
-  const std::string status = job_.keys.Read("Status");
-  return status == "1" || status == "2";
+  const auto status = StatusWordOf(job_.keys.Read("Status"));
+  return status == StatusWord::kStarting || status == StatusWord::kInteractive;
 }
 
 void EngineFiles::CallIPPORTCheckFull() { job_.state.run.port = job_.services.installation.DefaultPort; }

@@ -110,7 +110,7 @@ Leave JobDriver::RunStage() {
   if (Stage* stage = job_.services.stages.ForRecord(recordno)) return stage->Run(job_.state);
   run.kind_word = " ";
   job_.keys.Write("RetValue", engine_results::kNone.Text());
-  job_.keys.WriteStatus("1");
+  job_.keys.WriteStatus(StatusWord::kStarting);
   return std::nullopt;
 }
 
@@ -119,7 +119,7 @@ void JobDriver::BeginConnection() {
   job_.services.machine.clock.Sleep(kBeforeConnection);
   job_.services.machine.pump.Pump();
   job_.services.trace.User("  Sch_IPAddress : " + job_.state.run.serverip);
-  job_.keys.WriteStatus("1");
+  job_.keys.WriteStatus(StatusWord::kStarting);
   connection_.SettleAddress();
 }
 
@@ -233,7 +233,7 @@ JobCode JobDriver::WrapUp(EngineResult result) {
   TestQuota(result);
   job_.end_status.WriteJobEndStatus(result);
   const std::string dll_status = job_.keys.Read("DLLStatus");
-  if (Trim(dll_status) == "3") job_.keys.WriteStatus("-414");
+  if (Trim(dll_status) == "3") job_.keys.WriteResult(engine_results::kCancelled);
   services.trace.User("                     *****Exit Cont_SchBackup = " +
                       std::to_string(job_.state.run.code) + " retval = " + result.Text());
   // Status after a job always shows the engine's last result, also over the one just written.

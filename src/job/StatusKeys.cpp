@@ -17,8 +17,6 @@ void StatusKeys::Write(std::string_view key, std::string_view value) {
 
 std::string StatusKeys::Read(std::string_view key) { return store_.ReadProfileValue(kSection, key); }
 
-void StatusKeys::WriteResult(EngineResult result) { WriteStatus(result.Text()); }
-
 void StatusKeys::AddFailureDay() {
   const double days = ParseNumber(Read("BackupFailureDays")).value_or(0);
   Write("BackupFailureDays", NumberText(days + 1));
@@ -27,7 +25,7 @@ void StatusKeys::AddFailureDay() {
 void StatusKeys::StampEnd() { Write("SchEndTime", FormatDate(kStampPicture, clock_.Now())); }
 
 void StatusKeys::WriteKilled() {
-  WriteStatus("0");
+  WriteStatus(StatusWord::kIdle);
   Write("ProgStatus", "0");
   Write("Cancel", "0");
 }

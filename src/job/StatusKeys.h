@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "engine/engine_results.h"
+#include "engine/status_word.h"
 #include "platform/Clock.h"
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
@@ -21,8 +22,8 @@ class StatusKeys {
   std::string Read(std::string_view key);
 
   // Status in its two sorts: a word of the job and a result of the engine.
-  void WriteStatus(std::string_view value) { Write("Status", value); }
-  void WriteResult(EngineResult result);
+  void WriteStatus(StatusWord word) { Write("Status", TextOf(word)); }
+  void WriteResult(EngineResult result) { Write("Status", result.Text()); }
 
   // The job ended by a message.
   void MarkEndedByMessage() { Write("DllStatus", "3"); }
@@ -37,7 +38,7 @@ class StatusKeys {
   void WriteKilled();
 
   // True when the user interface asks for an abort.
-  bool CheckAborted() { return Read("Status") == "5"; }
+  bool CheckAborted() { return StatusWordOf(Read("Status")) == StatusWord::kStopAsked; }
 
  private:
   Transfer& transfer_;

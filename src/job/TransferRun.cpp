@@ -273,7 +273,7 @@ void TransferRun::CleanUpAfterEngine() {
 JobCode TransferRun::WrapUpHardStop() {
   JobRun& run = job_.state.run;
   job_.keys.ClearFailureDays();
-  job_.keys.WriteStatus("402");
+  job_.keys.WriteResult(engine_results::kDone);
   job_.temp_folder.DeleteTempFolder();
   run.result_text = job_texts::kHardStopResult;
   job_.services.trace.User(std::string{job_texts::kHardStopTrace} + run.session_path);

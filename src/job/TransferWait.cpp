@@ -79,13 +79,13 @@ void TransferWait::TestHardStop() {
 void TransferWait::StopHard(std::string_view trace_text) {
   hardStopped_ = true;
   job_.services.trace.plain().WriteTrace(trace_text);
-  job_.keys.WriteStatus("10");
+  job_.keys.WriteStatus(StatusWord::kCutOff);
   ++hardStopPasses_;
 }
 
 void TransferWait::EndByHardStop() {
   abort_.EndProgramsById();
-  job_.keys.WriteStatus("0");
+  job_.keys.WriteStatus(StatusWord::kIdle);
   job_.keys.Write("ProgStatus", "0");
   killed_ = true;
 }

@@ -13,7 +13,7 @@ void LeaveSizeCalculation(JobContext& job) {
   services.trace.plain().WriteTrace("ScheduleCancelled 1");
   services.trace.plain().WriteTrace("Aborted...");
   run.result_text = job_texts::kUserAbort;
-  job.keys.WriteStatus("3");
+  job.keys.WriteStatus(StatusWord::kFailed);
   run.session_path = services.session_log.NewPath();
   services.trace.User(" " + run.result_text + run.session_path);
   services.session_log.WriteTimedMessage(run.session_path, run.result_text, SessionWrite::kAppend);

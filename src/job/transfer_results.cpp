@@ -108,7 +108,7 @@ JobCode TransferRun::EndOfRow(EngineResult result, std::string_view trace_text, 
 
 void TransferRun::TakeDone() {
   job_.state.run.code = kJobOrdinaryEnd;
-  job_.keys.WriteStatus("402");
+  job_.keys.WriteResult(engine_results::kDone);
   job_.keys.ClearFailureDays();
 }
 

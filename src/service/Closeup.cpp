@@ -17,7 +17,7 @@ constexpr std::string_view kRunsOnce = "4";
 void Closeup::Closeupoperation() {
   DBaction& schedule = context_.schedule_file();
   Scheduler& scheduler = context_.services().scheduler;
-  context_.job.keys.WriteStatus("4");
+  context_.job.keys.WriteStatus(StatusWord::kClosedUp);
   context_.trace().User(" 4 : " + schedule.schvTemp.nexttime);
   std::optional<MachineLock> lock;
   lock.emplace(context_.machine().mutexes, MachineLock::kPatienceOfAHost);

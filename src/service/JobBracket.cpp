@@ -102,10 +102,11 @@ bool JobBracket::HeldBack() {
       context_.services().helpers.FindEngineProcessId(context_.installation().ClientExe).has_value();
   if (context_.transfer().Trf_ReadUserNameProfile("RTBackup") == "1") {
     HoldForContinuousBackup();
-  } else if (context_.store().ReadUserProfileValue(Trim(interactive), "BackupStatus", "Status") == "2") {
+  } else if (StatusWordOf(context_.store().ReadUserProfileValue(Trim(interactive), "BackupStatus",
+                                                                "Status")) == StatusWord::kInteractive) {
     HoldForInteractiveBackup(engine_runs);
   } else {
-    context_.job.keys.WriteStatus("0");
+    context_.job.keys.WriteStatus(StatusWord::kIdle);
   }
   return !state.RunJob;
 }
@@ -113,7 +114,7 @@ bool JobBracket::HeldBack() {
 void JobBracket::HoldForContinuousBackup() {
   context_.state.WaitingForInteractive = true;
   context_.trace().plain().WriteTrace("Pause the CDP backup till scheduled backup completes.");
-  context_.job.keys.WriteStatus("5");
+  context_.job.keys.WriteStatus(StatusWord::kStopAsked);
   context_.machine().clock.Sleep(kBeforePause);
   context_.machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kPause);
   context_.machine().clock.Sleep(kAfterPause);
@@ -134,7 +135,7 @@ void JobBracket::HoldForInteractiveBackup(bool engine_runs) {
   context_.trace().User(" Backup engine not running and IntBackup flag set");
   if (++state.IntBackupPasses <= kIntBackupPassesGranted) return;
   context_.trace().User(" IntBackup flag reset");
-  context_.job.keys.WriteStatus("0");
+  context_.job.keys.WriteStatus(StatusWord::kIdle);
   state.IntBackupPasses = 0;
 }
 
@@ -153,7 +154,7 @@ bool JobBracket::PauseContinuousBackup() {
     AddToPauses(1);
     if (transfer.Trf_ReadUserNameProfile("RTBackup") == "1") {
       context_.trace().plain().WriteTrace("[2]Pause the CDP backup till scheduled backup completes.");
-      context_.job.keys.WriteStatus("5");
+      context_.job.keys.WriteStatus(StatusWord::kStopAsked);
       context_.machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kPause);
     }
     transfer.Trf_WriteUserNameProfile("RTBackup", "0");

@@ -25,7 +25,8 @@ bool MissedSchedules::WasHeldBack() {
   const std::string interactive = context_.transfer().Trf_ReadUserNameProfile("Interactive");
   if (context_.state.WaitingForInteractive) return true;
   return Trim(interactive) == context_.installation().CurrentUser &&
-         context_.store().ReadUserProfileValue(Trim(interactive), "BackupStatus", "Status") == "2";
+         StatusWordOf(context_.store().ReadUserProfileValue(Trim(interactive), "BackupStatus", "Status")) ==
+             StatusWord::kInteractive;
 }
 
 void MissedSchedules::MoveRecordOn() {
@@ -58,7 +59,7 @@ void MissedSchedules::Report() {
     context_.trace().User("  E-mail id : " + address);
     WriteNotice();
   }
-  context_.job.keys.WriteStatus("4");
+  context_.job.keys.WriteStatus(StatusWord::kClosedUp);
 }
 
 void MissedSchedules::WriteNotice() {

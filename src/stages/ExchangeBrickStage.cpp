@@ -169,7 +169,7 @@ void ExchangeBrickStage::WaitForTool(StartedProgram& tool) {
 }
 
 void ExchangeBrickStage::Stop() {
-  job_.keys.WriteStatus("3");
+  job_.keys.WriteStatus(StatusWord::kFailed);
   cancelled_ = true;
   support_.EndProgram(kTool);
   StopExchangeDump(job_, support_, StatusFile());

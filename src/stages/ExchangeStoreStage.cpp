@@ -158,7 +158,7 @@ void ExchangeStoreStage::WaitForTool(ProcessWatch& tool) {
   do {
     support_.SleepAndPump(kToolPause);
     if (support_.StopAsked()) {
-      job_.keys.WriteStatus("3");
+      job_.keys.WriteStatus(StatusWord::kFailed);
       cancelled_ = true;
       StopExchangeDump(job_, support_, UserFile(kStatusFile));
       return;

@@ -53,7 +53,7 @@ void StageSupport::Begin() {
 }
 
 void StageSupport::WriteEntryKeys(EngineResult result) {
-  job_.keys.WriteStatus("1");
+  job_.keys.WriteStatus(StatusWord::kStarting);
   job_.keys.Write("RetValue", result.Text());
 }
 
@@ -170,7 +170,7 @@ std::string StageSupport::TotalTimeLine(TotalTime kind) const {
 }
 
 JobCode StageSupport::EndFailed(JobCode code) {
-  job_.keys.WriteStatus("3");
+  job_.keys.WriteStatus(StatusWord::kFailed);
   job_.keys.Write("DLLStatus", "3");
   job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job_.state.run.items.clear();

@@ -96,10 +96,10 @@ void SystemStateStage::Dump() {
 Leave SystemStateStage::LeaveWhenStopped(JobState& state) {
   if (support_.StopAsked()) {
     job_.services.progress.ClearProgressEnded();
-    job_.keys.WriteStatus("0");
+    job_.keys.WriteStatus(StatusWord::kIdle);
   }
   if (!support_.StopAsked()) return std::nullopt;
-  job_.keys.WriteStatus("3");
+  job_.keys.WriteStatus(StatusWord::kFailed);
   job_.services.trace.User(" User aborted the System State Backup");
   WriteStageLog(kAborted, kStageError);
   state.run.result_text = kAbortedResult;
