@@ -8,6 +8,7 @@
 #include "bench/statistics.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/profile_paths.h"
+#include "schedule/job_kind.h"
 #include "schedule/schedule_record.h"
 #include "service/Component.h"
 #include "service/Controller.h"
@@ -49,7 +50,7 @@ void WriteSharedState(const BenchMachine& bench) {
 
 void WriteUsers(const BenchMachine& bench, std::size_t users) {
   ScheduleRecord record;
-  record.recordno = "1";
+  record.recordno = CodeOf(JobKind::kFiles);
   record.nexttime = "01-01-2099 00:00:00";
   record.sortkey = "209901010000";
   record.repeatkind = "6";

@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include "schedule/job_kind.h"
 #include "schedule/rewrite.h"
+#include "schedule/schedule_header.h"
 #include "text/text.h"
 #include "util/TextFiles.h"
 
@@ -37,7 +39,7 @@ ScheduleFile::ScheduleFile(const Machine& machine, std::string path)
   }
 }
 
-bool ScheduleFile::IsRunning() const { return header_.size() == 1 && header_ >= "1" && header_ <= "5"; }
+bool ScheduleFile::IsRunning() const { return JobKindOf(header_).has_value(); }
 
 std::vector<ScheduleRecord> ScheduleFile::Records() const {
   std::vector<ScheduleRecord> records;
@@ -56,7 +58,7 @@ void ScheduleFile::Remove(std::size_t index) {
 
 bool ScheduleFile::Save() const {
   if (lines_.empty()) return !machine_.files.Exists(path_) || machine_.files.Remove(path_, Removal::kPlain);
-  std::string bytes = std::string{"0"}.append(kLineEnd);
+  std::string bytes = std::string{kIdleWord}.append(kLineEnd);
   for (const auto& line : lines_) bytes.append(line).append(kLineEnd);
   return RewriteOrPutBack(machine_.files, path_, bytes);
 }

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Failure.h"
+#include "schedule/job_kind.h"
 #include "schedule/record_dates.h"
 #include "start_time.h"
 #include "text/text.h"
@@ -20,8 +21,6 @@ struct Word {
   std::string_view code;
 };
 
-constexpr std::array kKinds = {Word{"files", "1"}, Word{"sql", "2"}, Word{"system-state", "3"},
-                               Word{"exchange", "4"}, Word{"mailbox", "5"}};
 constexpr std::array kMailTimes = {Word{"never", "1"}, Word{"failure", "2"}, Word{"always", "3"}};
 constexpr std::array<std::string_view, 7> kDays = {"sun", "mon", "tue", "wed", "thu", "fri", "sat"};
 
@@ -35,19 +34,19 @@ constexpr std::string_view kNoDay = "0000000";
   throw Failure(Exit::kUsage, option + ": '" + value + "' means nothing here; " + advice);
 }
 
-template <std::size_t kCount>
-std::string CodeOf(const std::array<Word, kCount>& words, const std::string& option,
+template <typename Row, std::size_t kCount>
+std::string CodeOf(const std::array<Row, kCount>& words, const std::string& option,
                    const std::string& value) {
-  const auto found = std::ranges::find(words, value, &Word::word);
+  const auto found = std::ranges::find(words, value, &Row::word);
   if (found != words.end()) return std::string{found->code};
   std::string all;
-  for (const Word& word : words) all += (all.empty() ? "" : ", ") + std::string{word.word};
+  for (const Row& word : words) all += (all.empty() ? "" : ", ") + std::string{word.word};
   Refuse(option, value, "use one of " + all);
 }
 
-template <std::size_t kCount>
-std::string WordOf(const std::array<Word, kCount>& words, const std::string& code) {
-  const auto found = std::ranges::find(words, code, &Word::code);
+template <typename Row, std::size_t kCount>
+std::string WordOf(const std::array<Row, kCount>& words, const std::string& code) {
+  const auto found = std::ranges::find(words, code, &Row::code);
   return found == words.end() ? code : std::string{found->word};
 }
 
@@ -111,7 +110,7 @@ void SetMail(ScheduleRecord& record, const SchedulePlan& plan) {
 
 ScheduleRecord RecordOf(const SchedulePlan& plan, LocalTime now) {
   ScheduleRecord record;
-  record.recordno = CodeOf(kKinds, "--kind", plan.kind);
+  record.recordno = CodeOf(kJobKinds, "--kind", plan.kind);
   SetRepeat(record, plan.repeat);
   SetMail(record, plan);
   LocalTime time = TimeOf(plan, now);
@@ -131,7 +130,7 @@ ScheduleRecord RecordOf(const SchedulePlan& plan, LocalTime now) {
   return record;
 }
 
-std::string KindWord(const std::string& recordno) { return WordOf(kKinds, recordno); }
+std::string KindWord(const std::string& recordno) { return WordOf(kJobKinds, recordno); }
 
 std::string RepeatWord(const ScheduleRecord& record) {
   if (record.repeatkind == kOnce) return "once";

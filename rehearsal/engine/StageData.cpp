@@ -1,5 +1,7 @@
 #include "rehearsal/engine/StageData.h"
 
+#include "schedule/job_kind.h"
+#include "schedule/schedule_record.h"
 #include "text/text.h"
 
 namespace ondura::rehearsal {
@@ -29,13 +31,20 @@ std::vector<Candidate> StageData::Files() {
 }
 
 std::string StageData::Folder() const {
-  const std::string schedule_file = client_.installation().UserFile("scheduleData.txt");
-  const std::string kind = client_.machine().files.ReadHead(schedule_file, 1).value_or("");
-  if (kind == "2") return client_.transfer().Trf_ReadUserProfile("SQLTEMP");
-  if (kind == "3") return SystemStateFolder();
-  if (kind == "4") return client_.transfer().Trf_ReadUserProfile("APIEXCHANGE");
-  if (kind == "5") {
-    return WithBackslash(client_.transfer().Trf_ReadUserProfile("EXCHBRICK")) + "OxExchBrickBkset";
+  const std::string schedule_file = client_.installation().UserFile(kScheduleFileName);
+  const auto kind = JobKindOf(client_.machine().files.ReadHead(schedule_file, 1).value_or(""));
+  if (!kind) return "";
+  switch (*kind) {
+    case JobKind::kFiles:
+      break;
+    case JobKind::kSqlServer:
+      return client_.transfer().Trf_ReadUserProfile("SQLTEMP");
+    case JobKind::kSystemState:
+      return SystemStateFolder();
+    case JobKind::kExchangeStore:
+      return client_.transfer().Trf_ReadUserProfile("APIEXCHANGE");
+    case JobKind::kExchangeBrick:
+      return WithBackslash(client_.transfer().Trf_ReadUserProfile("EXCHBRICK")) + "OxExchBrickBkset";
   }
   return "";
 }

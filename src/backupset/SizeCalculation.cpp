@@ -19,10 +19,6 @@ constexpr std::size_t kLinesBetweenPauses = 11;
 constexpr std::size_t kDriveUnits = 2;  // "C:"
 constexpr std::size_t kRootUnits = 3;   // "C:\"
 
-bool IsStage(std::string_view recordno) {
-  return recordno == "2" || recordno == "3" || recordno == "4" || recordno == "5";
-}
-
 }  // namespace
 
 SizeCalculation::SizeCalculation(const Machine& machine, const Installation& installation,
@@ -37,7 +33,7 @@ SizeCalculation::SizeCalculation(const Machine& machine, const Installation& ins
       exclusions_(machine, installation, walk_) {}
 
 SizeOutcome SizeCalculation::CalculateTotalSize(const SizeJob& job) {
-  if (IsStage(job.recordno)) {
+  if (job.kind && job.kind != JobKind::kFiles) {
     MeasureStage(job.base_path);
     return SizeOutcome::kDone;
   }

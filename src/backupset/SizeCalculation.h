@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,7 @@
 #include "backupset/StopCheck.h"
 #include "platform/machine.h"
 #include "profile/Installation.h"
+#include "schedule/job_kind.h"
 #include "util/SystemHelpers.h"
 #include "util/TextFiles.h"
 
@@ -16,8 +18,8 @@ namespace ondura {
 
 // The job whose backup set is measured.
 struct SizeJob {
-  std::string_view recordno;   // "2" to "5": a stage, whose dumps are the whole backup set
-  std::string_view base_path;  // the folder of the stage's dumps
+  std::optional<JobKind> kind;  // with a stage its dumps are the whole backup set
+  std::string_view base_path;   // the folder of the stage's dumps
 };
 
 // kStopped: a stop was asked for and no output was written; ending the job is the caller's.

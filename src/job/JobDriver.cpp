@@ -107,7 +107,7 @@ Leave JobDriver::RunStage() {
   job_.services.progress.MarkProgressRunning();
   job_.services.trace.plain().WriteTrace("Cont_SchBackup : Sch_SQLTEMP :: " + run.Sch_SQLTEMP);
   job_.services.trace.plain().WriteTrace("Cont_SchBackup : schvTemp.recordno :: " + recordno);
-  if (Stage* stage = job_.services.stages.ForRecord(recordno)) return stage->Run(job_.state);
+  if (Stage* stage = job_.services.stages.ForKind(JobKindOf(recordno))) return stage->Run(job_.state);
   run.kind_word = " ";
   job_.keys.Write("RetValue", engine_results::kNone.Text());
   job_.keys.WriteStatus(StatusWord::kStarting);
@@ -150,7 +150,7 @@ Leave JobDriver::EndAtSupportMarker() {
 void JobDriver::TakeStageItems() {
   JobRun& run = job_.state.run;
   run.items.clear();
-  Stage* stage = job_.services.stages.ForRecord(job_.services.schedule_file.schvTemp.recordno);
+  Stage* stage = job_.services.stages.ForKind(JobKindOf(job_.services.schedule_file.schvTemp.recordno));
   if (stage == nullptr) return;
   run.items = stage->Items(job_.state);
   if (run.items.empty()) job_.services.trace.User(stage->NoItemsTrace());

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "backupset/Selection.h"
 #include "job/job_state.h"
+#include "schedule/job_kind.h"
 
 namespace ondura {
 
@@ -29,8 +31,8 @@ class Stages {
  public:
   virtual ~Stages() = default;
 
-  // The stage of a record number, or null for a file job.
-  virtual Stage* ForRecord(std::string_view recordno) = 0;
+  // Null for a file job and for a kind that nobody knows.
+  virtual Stage* ForKind(std::optional<JobKind> kind) = 0;
 };
 
 }  // namespace ondura

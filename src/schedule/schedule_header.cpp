@@ -1,5 +1,6 @@
 #include "schedule/schedule_header.h"
 
+#include "schedule/job_kind.h"
 #include "util/TextFiles.h"
 
 namespace ondura {
@@ -19,8 +20,7 @@ std::optional<std::string> ReadHeaderWord(Files& files, std::string_view path) {
 }
 
 std::string_view HeaderWordOf(std::string_view recordno) {
-  const bool is_known = recordno.size() == 1 && recordno.front() >= '0' && recordno.front() <= '5';
-  return is_known ? recordno : "1";
+  return recordno == kIdleWord || JobKindOf(recordno) ? recordno : CodeOf(JobKind::kFiles);
 }
 
 bool WriteHeaderWord(Files& files, std::string_view path, std::string_view word) {
@@ -33,8 +33,7 @@ bool WriteHeaderWord(Files& files, std::string_view path, std::string_view word)
 
 bool ResetStaleHeader(Files& files, std::string_view path) {
   const auto first = files.ReadHead(path, 1);
-  if (!first || first->empty() || first->front() < '1' || first->front() > '5') return false;
-  return WriteHeaderWord(files, path, "0");
+  return first && JobKindOf(*first) && WriteHeaderWord(files, path, kIdleWord);
 }
 
 }  // namespace ondura

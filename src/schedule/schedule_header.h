@@ -8,6 +8,8 @@
 
 namespace ondura {
 
+inline constexpr std::string_view kIdleWord = "0";
+
 // The first line of a schedule file is its header word: "0" while it is idle, the number of the running
 // job's record otherwise. It is the meeting place with the user interface and is changed in place, so that
 // the records behind it are never touched.
@@ -16,14 +18,15 @@ namespace ondura {
 std::optional<std::string> ReadHeaderWord(Files& files, std::string_view path);
 
 // The word of a record number, or of the idle "0". It is always one byte long, as a longer one would eat into
-// the first record: any other kind is a file job, "1".
+// the first record: any other kind is a file job.
 std::string_view HeaderWordOf(std::string_view recordno);
 
 // Overwrites the header line with `word`, one byte. False when the file is missing, which stays so, when it
 // is not writable, and when its first line has no room for a word alone, as where a record is in its place.
 bool WriteHeaderWord(Files& files, std::string_view path, std::string_view word);
 
-// Turns a first byte of "1" to "5", left by a job that was cut off, back to the idle word. True when it did.
+// Turns a first byte that is the code of a kind, left by a job that was cut off, back to the idle word. True
+// when it did.
 bool ResetStaleHeader(Files& files, std::string_view path);
 
 }  // namespace ondura

@@ -18,7 +18,7 @@ inline constexpr std::string_view kScheduleFileName = "scheduleData.txt";
 // One kind of scheduled job of one user, with its next occurrence. All fields are text as it stands in
 // the file; a field that a line lacks is empty.
 struct ScheduleRecord {
-  std::string recordno;    // kind of job: "1" files, "2" SQL Server, "3" System State, "4" and "5" Exchange
+  std::string recordno;    // code of the job's kind (job_kind.h)
   std::string schname;     // carried, never looked at
   std::string nexttime;    // next occurrence as date and time; blank: dropped at the next rewrite
   std::string schedtime;   // the scheduled time as shown to people

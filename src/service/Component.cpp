@@ -13,10 +13,10 @@ namespace ondura {
 // Members are made in this order, lowest first.
 struct Component::Parts {
   explicit Parts(const Machine& ports) : machine(ports) {
-    stages.Register("2", sql_server);
-    stages.Register("3", system_state_stage);
-    stages.Register("4", exchange_store);
-    stages.Register("5", exchange_brick);
+    stages.Register(JobKind::kSqlServer, sql_server);
+    stages.Register(JobKind::kSystemState, system_state_stage);
+    stages.Register(JobKind::kExchangeStore, exchange_store);
+    stages.Register(JobKind::kExchangeBrick, exchange_brick);
   }
 
   Machine machine;

@@ -21,7 +21,8 @@ std::int16_t Controller::CheckLDBStatus() {
 }
 
 void Controller::CalculateTotalSize() {
-  const SizeJob job{services().schedule_file.schvTemp.recordno, parts_.context.job.state.run.dump_folder};
+  const SizeJob job{JobKindOf(services().schedule_file.schvTemp.recordno),
+                    parts_.context.job.state.run.dump_folder};
   if (parts_.sizes.CalculateTotalSize(job) == SizeOutcome::kStopped) LeaveSizeCalculation(parts_.context.job);
 }
 

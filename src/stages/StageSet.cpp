@@ -2,12 +2,11 @@
 
 namespace ondura {
 
-void StageSet::Register(std::string_view recordno, Stage& stage) {
-  stages_.insert_or_assign(std::string{recordno}, &stage);
-}
+void StageSet::Register(JobKind kind, Stage& stage) { stages_.insert_or_assign(kind, &stage); }
 
-Stage* StageSet::ForRecord(std::string_view recordno) {
-  const auto found = stages_.find(recordno);
+Stage* StageSet::ForKind(std::optional<JobKind> kind) {
+  if (!kind) return nullptr;
+  const auto found = stages_.find(*kind);
   return found == stages_.end() ? nullptr : found->second;
 }
 

@@ -1,23 +1,22 @@
 #pragma once
 
 #include <map>
-#include <string>
-#include <string_view>
+#include <optional>
 
 #include "job/Stage.h"
 
 namespace ondura {
 
-// The stages of the component by the record number of their jobs.
+// The stages of the component by the kind of their jobs.
 class StageSet : public Stages {
  public:
   // The stage outlives the set.
-  void Register(std::string_view recordno, Stage& stage);
+  void Register(JobKind kind, Stage& stage);
 
-  Stage* ForRecord(std::string_view recordno) override;
+  Stage* ForKind(std::optional<JobKind> kind) override;
 
  private:
-  std::map<std::string, Stage*, std::less<>> stages_;
+  std::map<JobKind, Stage*> stages_;
 };
 
 }  // namespace ondura

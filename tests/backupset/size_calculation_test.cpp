@@ -139,7 +139,7 @@ TEST(CalculateTotalSize, MeasuresTheDumpsOfAStageAlone) {
     Sizes house;
     house.PutLists("E:\\dd", "");
     house.machine.disk().SetRefusing("E:\\d\\s\\t", true);
-    house.Calculate({recordno, "E:\\d"});
+    house.Calculate({JobKindOf(recordno), "E:\\d"});
     const bool is_stage = recordno > "1";
     EXPECT_EQ(house.List("TotalDisplaySize.txt"), is_stage ? "30\r\n2\r\n" : "7\r\n1\r\n");
     EXPECT_EQ(house.List("OutputSize.txt") == "(no file)", is_stage);

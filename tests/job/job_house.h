@@ -46,7 +46,7 @@ struct JobHouse {
     int closed = 0;
   };
   struct NoStages : Stages {
-    Stage* ForRecord(std::string_view) override { return stage; }
+    Stage* ForKind(std::optional<JobKind>) override { return stage; }
     Stage* stage = nullptr;
   };
 
