@@ -29,14 +29,6 @@ class BenchMachine {
   }
 
   [[nodiscard]] const Machine& machine() const { return owner_->machine(); }
-  // The same machine under another clock.
-  [[nodiscard]] Machine MachineWith(Clock& clock) const {
-    const Machine& m = machine();
-    return {
-        clock,       m.pump,   m.files,   m.folders,           m.watches,  m.drives, m.profiles, m.registry,
-        m.processes, m.system, m.locale,  m.code_page,         m.internet, m.crypto, m.services, m.desktop,
-        m.power,     m.names,  m.mutexes, m.continuous_backup, m.web};
-  }
   [[nodiscard]] const Installation& installation() const { return installation_; }
 
   // Where the user's folder lies on the host.

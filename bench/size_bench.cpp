@@ -91,7 +91,7 @@ std::string Totals(const std::filesystem::path& root) {
 std::chrono::milliseconds Calculate(const std::filesystem::path& root) {
   const BenchMachine bench{root};
   PauseCounter clock{bench.machine().clock};
-  const Machine machine = bench.MachineWith(clock);
+  const Machine machine = With(bench.machine(), clock);
   Options options{machine, bench.installation()};
   SystemHelpers helpers{machine, options};
   const bool stop_flag = false;

@@ -5,18 +5,6 @@
 
 namespace ondura {
 
-namespace {
-
-Machine WithPorts(const Machine& machine, Clock& clock, Processes& processes) {
-  return {clock,           machine.pump,      machine.files,    machine.folders, machine.watches,
-          machine.drives,  machine.profiles,  machine.registry, processes,       machine.system,
-          machine.locale,  machine.code_page, machine.internet, machine.crypto,  machine.services,
-          machine.desktop, machine.power,     machine.names,    machine.mutexes, machine.continuous_backup,
-          machine.web};
-}
-
-}  // namespace
-
 LocalTime GuardedClock::Now() {
   const LocalTime shown = ForwardingClock::Now();
   const auto at = std::chrono::steady_clock::now();
@@ -57,7 +45,7 @@ ProcessWait GuardedProcesses::Wait(ProcessHandle handle, std::chrono::millisecon
 GuardedMachine::GuardedMachine(const Machine& machine)
     : clock_(machine.clock, guard_),
       processes_(machine.processes, guard_),
-      machine_(WithPorts(machine, clock_, processes_)) {}
+      machine_(With(With(machine, clock_), processes_)) {}
 
 void GuardedMachine::Attach(EngineGuard& guard, std::string engine) {
   guard_ = &guard;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 #include "platform/Clock.h"
 #include "platform/CodePage.h"
 #include "platform/ContinuousBackup.h"
@@ -49,5 +51,43 @@ struct Machine {
   ContinuousBackup& continuous_backup;
   WebRequests& web;
 };
+
+// `port` if it is a port of the type `Own`, else `own`.
+template <typename Own, typename Port>
+Own& ReplacedBy(Port& port, Own& own) {
+  if constexpr (std::is_base_of_v<Own, Port>) {
+    return port;
+  } else {
+    return own;
+  }
+}
+
+// `machine` with `port` in place of its own port of that type. `port` has to live as long as the result.
+template <typename Port>
+Machine With(const Machine& machine, Port& port) {
+  return {
+      .clock = ReplacedBy(port, machine.clock),
+      .pump = ReplacedBy(port, machine.pump),
+      .files = ReplacedBy(port, machine.files),
+      .folders = ReplacedBy(port, machine.folders),
+      .watches = ReplacedBy(port, machine.watches),
+      .drives = ReplacedBy(port, machine.drives),
+      .profiles = ReplacedBy(port, machine.profiles),
+      .registry = ReplacedBy(port, machine.registry),
+      .processes = ReplacedBy(port, machine.processes),
+      .system = ReplacedBy(port, machine.system),
+      .locale = ReplacedBy(port, machine.locale),
+      .code_page = ReplacedBy(port, machine.code_page),
+      .internet = ReplacedBy(port, machine.internet),
+      .crypto = ReplacedBy(port, machine.crypto),
+      .services = ReplacedBy(port, machine.services),
+      .desktop = ReplacedBy(port, machine.desktop),
+      .power = ReplacedBy(port, machine.power),
+      .names = ReplacedBy(port, machine.names),
+      .mutexes = ReplacedBy(port, machine.mutexes),
+      .continuous_backup = ReplacedBy(port, machine.continuous_backup),
+      .web = ReplacedBy(port, machine.web),
+  };
+}
 
 }  // namespace ondura

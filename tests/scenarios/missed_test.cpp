@@ -274,12 +274,7 @@ class DisabledTest : public testing::TestWithParam<DisabledCase> {
   const Machine& plain_ = house_.machine.machine();
   ActsBehindTheScan locale_{plain_.locale,
                             [this] { house_.WriteAccount("ScheduleDisable", GetParam().value); }};
-  Component component_{Machine{plain_.clock,     plain_.pump,   plain_.files,    plain_.folders,
-                               plain_.watches,   plain_.drives, plain_.profiles, plain_.registry,
-                               plain_.processes, plain_.system, locale_,         plain_.code_page,
-                               plain_.internet,  plain_.crypto, plain_.services, plain_.desktop,
-                               plain_.power,     plain_.names,  plain_.mutexes,  plain_.continuous_backup,
-                               plain_.web}};
+  Component component_{With(plain_, locale_)};
 };
 
 TEST_P(DisabledTest, ClosesTheOccurrenceOfAUserWhoSwitchesOffBehindTheScan) {

@@ -21,12 +21,6 @@ class FastClock : public ForwardingClock {
   static constexpr int kSpeed = 10;
 };
 
-Machine WithClock(const Machine& m, Clock& clock) {
-  return {clock,       m.pump,   m.files,   m.folders,           m.watches,  m.drives, m.profiles, m.registry,
-          m.processes, m.system, m.locale,  m.code_page,         m.internet, m.crypto, m.services, m.desktop,
-          m.power,     m.names,  m.mutexes, m.continuous_backup, m.web};
-}
-
 }  // namespace
 
 int PlayOnMachine(const std::vector<std::string>& arguments) {
@@ -37,7 +31,7 @@ int PlayOnMachine(const std::vector<std::string>& arguments) {
     outside.files.Copy(arguments[1], kEngine);
     outside.files.Copy(arguments[2], kDatabaseManager);
   };
-  const Stage stage{outside, WithClock(outside, clock), put_programs};
+  const Stage stage{outside, With(outside, clock), put_programs};
   const std::string action = arguments.size() == 3 ? arguments[0] : "";
   if (action == "play") {
     std::cout << Play(stage);

@@ -67,9 +67,28 @@ class MachineInFolder : public PosixMachine {
   std::unique_ptr<ContinuousBackup> continuous_backup_;
 
   Machine machine_{
-      *clock_,     *pump_,   *files_,   *folders_,           *watches_,  *drives_, *profiles_, *registry_,
-      *processes_, *system_, *locale_,  settings_.code_page, *internet_, crypto_,  *services_, *desktop_,
-      *power_,     *names_,  *mutexes_, *continuous_backup_, *web_};
+      .clock = *clock_,
+      .pump = *pump_,
+      .files = *files_,
+      .folders = *folders_,
+      .watches = *watches_,
+      .drives = *drives_,
+      .profiles = *profiles_,
+      .registry = *registry_,
+      .processes = *processes_,
+      .system = *system_,
+      .locale = *locale_,
+      .code_page = settings_.code_page,
+      .internet = *internet_,
+      .crypto = crypto_,
+      .services = *services_,
+      .desktop = *desktop_,
+      .power = *power_,
+      .names = *names_,
+      .mutexes = *mutexes_,
+      .continuous_backup = *continuous_backup_,
+      .web = *web_,
+  };
 };
 
 // The root without links and dots, as the host shows it for running programs. Empty where there is none.

@@ -66,15 +66,52 @@ struct SimulatedMachine::Parts {
   RecordingNamedMutexes recording_mutexes{own_mutexes, gate};
   RecordingContinuousBackup recording_continuous_backup{continuous_backup, gate};
 
-  Machine outside{clock,     pump,   files,   folders,           watches,  drives, profiles, registry,
-                  processes, system, locale,  code_page,         internet, crypto, services, desktop,
-                  power,     names,  mutexes, continuous_backup, web};
-  Machine machine{recording_clock,     recording_pump,   recording_files,    recording_folders,
-                  recording_watches,   recording_drives, recording_profiles, recording_registry,
-                  recording_processes, recording_system, recording_locale,   code_page,
-                  recording_internet,  recording_crypto, recording_services, recording_desktop,
-                  recording_power,     recording_names,  recording_mutexes,  recording_continuous_backup,
-                  recording_web};
+  Machine outside{
+      .clock = clock,
+      .pump = pump,
+      .files = files,
+      .folders = folders,
+      .watches = watches,
+      .drives = drives,
+      .profiles = profiles,
+      .registry = registry,
+      .processes = processes,
+      .system = system,
+      .locale = locale,
+      .code_page = code_page,
+      .internet = internet,
+      .crypto = crypto,
+      .services = services,
+      .desktop = desktop,
+      .power = power,
+      .names = names,
+      .mutexes = mutexes,
+      .continuous_backup = continuous_backup,
+      .web = web,
+  };
+  Machine machine{
+      .clock = recording_clock,
+      .pump = recording_pump,
+      .files = recording_files,
+      .folders = recording_folders,
+      .watches = recording_watches,
+      .drives = recording_drives,
+      .profiles = recording_profiles,
+      .registry = recording_registry,
+      .processes = recording_processes,
+      .system = recording_system,
+      .locale = recording_locale,
+      .code_page = code_page,
+      .internet = recording_internet,
+      .crypto = recording_crypto,
+      .services = recording_services,
+      .desktop = recording_desktop,
+      .power = recording_power,
+      .names = recording_names,
+      .mutexes = recording_mutexes,
+      .continuous_backup = recording_continuous_backup,
+      .web = recording_web,
+  };
 };
 
 SimulatedMachine::SimulatedMachine(LocalTime start) : parts_(std::make_unique<Parts>(*this, start)) {}
