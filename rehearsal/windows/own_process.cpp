@@ -1,11 +1,10 @@
 #include "rehearsal/common/own_process.h"
 
-#include <windows.h>
-// The headers below need what <windows.h> declares.
+#include "machines/win32/handles.h"
+// The headers below need what the header above declares.
 #include <shellapi.h>
 #include <tlhelp32.h>
 
-#include <type_traits>
 #include <vector>
 
 #include "text/text.h"
@@ -13,13 +12,6 @@
 namespace ondura::rehearsal {
 
 namespace {
-
-struct HandleCloser {
-  void operator()(HANDLE handle) const {
-    if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
-  }
-};
-using UniqueHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
 
 DWORD ParentId() {
   const UniqueHandle snapshot{CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0)};
@@ -35,7 +27,9 @@ DWORD ParentId() {
 // An id may be given to another process once its owner has ended, so the process is held open.
 class Parent : public HostProcess {
  public:
-  bool IsThere() override { return process_ && WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT; }
+  bool IsThere() override {
+    return process_.valid() && WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT;
+  }
 
  private:
   const UniqueHandle process_{OpenProcess(SYNCHRONIZE, FALSE, ParentId())};

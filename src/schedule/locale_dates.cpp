@@ -1,10 +1,10 @@
 #include "schedule/locale_dates.h"
 
-#include <array>
 #include <optional>
 #include <vector>
 
 #include "text/text.h"
+#include "util/locale_picture.h"
 
 namespace ondura {
 
@@ -15,8 +15,7 @@ constexpr std::size_t kMostTokens = 16;
 // Where a format names the half of the day: behind hour, minute, second and their separators.
 constexpr std::size_t kHalfToken = 6;
 
-constexpr std::array<std::string_view, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+constexpr std::size_t kShortName = 3;
 
 enum class Blank { kInWord, kSeparates };
 
@@ -53,7 +52,8 @@ std::string_view Positions(std::string_view text, std::size_t first, std::size_t
 
 std::string_view MonthName(std::string_view text) {
   const auto number = ParseInteger(Positions(text, 1, 2)).value_or(0);
-  return number >= 1 && number <= 12 ? kMonths[static_cast<std::size_t>(number - 1)] : std::string_view{};
+  if (number < 1 || number > 12) return {};
+  return kMonthNames[static_cast<std::size_t>(number - 1)].substr(0, kShortName);
 }
 
 std::string_view DateField(const std::string& token, std::string_view text) {

@@ -11,9 +11,6 @@ namespace ondura {
 
 namespace {
 
-constexpr std::array<std::string_view, 12> kMonths{"January",   "February", "March",    "April",
-                                                   "May",       "June",     "July",     "August",
-                                                   "September", "October",  "November", "December"};
 constexpr std::array<std::string_view, 7> kWeekdays{"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                     "Thursday", "Friday", "Saturday"};
 constexpr std::array<std::string_view, 2> kHalves{"AM", "PM"};
@@ -79,7 +76,7 @@ std::string WriteItem(const Item& item, const TimeFields& fields) {
     case 'd':
       return NameOrNumber(item, fields.day, kWeekdays[static_cast<std::size_t>(WeekdayOf(fields))]);
     case 'M':
-      return NameOrNumber(item, fields.month, kMonths[static_cast<std::size_t>(fields.month - 1)]);
+      return NameOrNumber(item, fields.month, kMonthNames[static_cast<std::size_t>(fields.month - 1)]);
     case 'y':
       return item.count <= 2 ? Padded(fields.year % 100, width) : Padded(fields.year, 4);
     case 'h':
@@ -130,7 +127,7 @@ std::size_t NameLength(const Item& item) { return item.count == 3 ? 3 : std::str
 
 bool TakeMonth(const Item& item, std::string_view& text, int& month) {
   if (item.count <= 2) return TakeDigits(text, 2, month);
-  const auto index = TakeName(text, kMonths, NameLength(item));
+  const auto index = TakeName(text, kMonthNames, NameLength(item));
   month = index.value_or(-1) + 1;
   return index.has_value();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -7,6 +8,10 @@
 #include "platform/local_time.h"
 
 namespace ondura {
+
+inline constexpr std::array<std::string_view, 12> kMonthNames{
+    "January", "February", "March",     "April",   "May",      "June",
+    "July",    "August",   "September", "October", "November", "December"};
 
 // A locale's pictures: "d", "dd", "ddd" and "dddd" (names of the day), "M" to "MMMM", "y" to "yyyy"; "h",
 // "H", "m", "s" with one or two letters, "t" and "tt" for the half of the day. Text between single quotes
