@@ -13,8 +13,8 @@ class MappedDrives {
  public:
   MappedDrives(Drives& drives, const Transfer& transfer) : drives_(drives), transfer_(transfer) {}
 
-  // The drives that the job uses: texts that begin with a drive, each followed by a text of its own. Empty
-  // as long as nobody fills it.
+  // The drives that the job uses: texts that begin with a drive, each followed by a text of its own. The
+  // list that the check goes through; no routine of the component fills it.
   std::vector<std::string>& drive_list() { return drive_list_; }
 
   // True keeps the compare list from being built: the service is in charge and one of the drives is a

@@ -151,9 +151,7 @@ void JobDriver::TakeStageItems() {
   JobRun& run = job_.state.run;
   run.items.clear();
   Stage* stage = job_.services.stages.ForKind(JobKindOf(job_.services.schedule_file.schvTemp.recordno));
-  if (stage == nullptr) return;
-  run.items = stage->Items(job_.state);
-  if (run.items.empty()) job_.services.trace.User(stage->NoItemsTrace());
+  if (stage != nullptr) run.items = stage->Items(job_.state);
 }
 
 void JobDriver::CheckServiceRunning() {

@@ -27,7 +27,7 @@ class JobEndStatus {
   void WriteJobEndStatus(JobEnd end);
   void WriteJobEndStatus(EngineResult result) { WriteJobEndStatus(JobEndOf(result)); }
 
-  // The end of a job by a message of its own.
+  // The end of a job by a message of its own: a routine of the system that no step calls at present.
   enum class Target { kStatusFile, kErrorFile };
   void WriteJobMessage(std::string_view text, Target target, std::int16_t indicator);
 

@@ -19,12 +19,9 @@ class Stage {
   // Makes the dump. A stage that fails has written its session log and keys, and says the code to leave with.
   virtual Leave Run(JobState& state) = 0;
 
-  // The items that the dump adds to the job's list; also sets the job's dump folder. Empty where the dump
-  // left nothing: that is traced and the job goes on.
+  // The items that the dump adds to the job's list; also sets the job's dump folder. A stage whose dump left
+  // nothing traces that and names its folder all the same.
   virtual std::vector<SelectedItem> Items(JobState& state) = 0;
-
-  // The trace for an empty list.
-  virtual std::string_view NoItemsTrace() const = 0;
 };
 
 class Stages {

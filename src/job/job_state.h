@@ -59,10 +59,11 @@ struct JobRun {
   std::string new_password_text;   // for the box that a wrong password shows
 
   Account account;
-  ProxyProfile proxy;
+  ProxyProfile proxy;  // read on every job; the engine reads the profile itself
   std::string serverip;
   std::string port;
-  std::optional<LocalTime> start_time;  // before each launch of the engine
+  // Required times of the job that nothing reads: before each launch of the engine, and after the transfer.
+  std::optional<LocalTime> start_time;
   std::optional<LocalTime> end_time;
 
   std::string Sch_SQLTEMP;
@@ -91,7 +92,7 @@ struct JobMemory {
   std::string temp_folder_path;
   // The product's own service was running when it was last asked for.
   bool ServiceRunningFlag = false;
-  // The server's ports of the older interface.
+  // The list that Trf_WritePORTNumbers fills, of the older interface; no routine reads it.
   std::vector<std::string> ports;
 };
 

@@ -26,7 +26,7 @@ struct Installation {
   std::string DomainName;
 
   // Derived by SetProductNames.
-  std::string RegistryRoot;
+  std::string RegistryRoot;  // part of the product's names; no routine reads it
   std::string ProfileIniName;
   std::string BackgroundExe;
   std::string TrayExe;

@@ -51,9 +51,8 @@ class Transfer {
   // The current user's profile, any section; -10 for a missing key, 0 for a number beyond 16 bits.
   [[nodiscard]] std::int16_t Trf_ReadOutputValue(std::string_view sSection, std::string_view param) const;
 
-  // Sets the object's number to 1.
+  // Sets the object's number to 1: an operation that callers from outside know. Nothing reads the number.
   void setLindex() { lindex_ = 1; }
-  [[nodiscard]] std::int32_t lindex() const { return lindex_; }
 
  private:
   [[nodiscard]] std::string UserProfile() const;

@@ -29,19 +29,20 @@ struct ServiceState {
   // A due job was held back for interactive or continuous backup; keeps its occurrence alive.
   bool WaitingForInteractive = false;
   std::int16_t IntBackupPasses = 0;
-  // The tick that called the pass was the service's.
+  // The tick that called the pass was the service's: a field of Controller that the ticks keep.
   bool CalledFromService = false;
 
-  // The user's label in mail.
+  // The user's label in mail: a field of Controller that each pass sets.
   std::string UserNameLabel;
 
   // Of the present pass.
   bool RunJob = false;
   std::int16_t LoadResult = 0;
   std::optional<LocalTime> BackupStartTime;
+  // The shared collection of target files: traced and emptied before a job. Nothing fills it.
   std::vector<std::string> TargetFileMap;
 
-  // The switch for secure connections of the web layer.
+  // The switch for secure connections of the web layer, which Cont_login reads. Nothing sets it.
   bool secure = false;
 };
 

@@ -60,10 +60,6 @@ std::vector<SelectedItem> ExchangeBrickStage::Items(JobState& state) {
   return {{item, ItemKind::kFolder}};
 }
 
-std::string_view ExchangeBrickStage::NoItemsTrace() const {
-  return " : There is no Exchange Server database available ";
-}
-
 void ExchangeBrickStage::WriteExchBrickProfile(std::string_view sKey, std::string_view sValue) {
   const std::string file = UserFile("OxExchBrick.ini");
   if (job_.services.machine.profiles.WriteString({file, "Tolmera", sKey}, sValue)) return;

@@ -21,7 +21,6 @@ class ExchangeBrickStage : public Stage {
 
   Leave Run(JobState& state) override;
   std::vector<SelectedItem> Items(JobState& state) override;
-  std::string_view NoItemsTrace() const override;
 
   // A setting in the tool's ini file. A write that fails is traced and lost.
   void WriteExchBrickProfile(std::string_view sKey, std::string_view sValue);

@@ -77,10 +77,6 @@ std::vector<SelectedItem> ExchangeStoreStage::Items(JobState& state) {
   return {{folder(), ItemKind::kFolder}};
 }
 
-std::string_view ExchangeStoreStage::NoItemsTrace() const {
-  return " : There is no Exchange Server database available ";
-}
-
 void ExchangeStoreStage::WriteExchangeBackupSet(std::string_view sLine) {
   text_files_.Append(UserFile(kGroupsFile), std::string{sLine}.append(kLineEnd), Encoding::kUtf16,
                      IfMissing::kCreate);

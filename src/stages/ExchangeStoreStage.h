@@ -21,7 +21,6 @@ class ExchangeStoreStage : public Stage {
 
   Leave Run(JobState& state) override;
   std::vector<SelectedItem> Items(JobState& state) override;
-  std::string_view NoItemsTrace() const override;
 
   // Appends a storage group to the list that the tool reads.
   void WriteExchangeBackupSet(std::string_view sLine);

@@ -11,6 +11,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::string_view kLabel = " SQL Server ";
+constexpr std::string_view kNoDatabase = " : There is no SQL Server database available ";
 constexpr milliseconds kStart{2000};
 constexpr milliseconds kElevatedPass{3000};
 constexpr std::chrono::minutes kSilence{10};
@@ -143,14 +144,10 @@ std::vector<SelectedItem> SqlServerStage::Items(JobState& state) {
       TraceDump(path);
       items.push_back({path, ItemKind::kFile});
     }
-    if (items.empty()) job_.services.trace.User(NoItemsTrace());
+    if (items.empty()) job_.services.trace.User(kNoDatabase);
   }
   if (items.empty()) items.push_back({folder, ItemKind::kFolder});
   return items;
-}
-
-std::string_view SqlServerStage::NoItemsTrace() const {
-  return " : There is no SQL Server database available ";
 }
 
 void SqlServerStage::TraceDump(const std::string& path) {

@@ -25,8 +25,6 @@ class SqlServerStage : public Stage {
   // The folder where the elevated host has dumped, or each dump, also one that is missing. Never empty.
   std::vector<SelectedItem> Items(JobState& state) override;
 
-  std::string_view NoItemsTrace() const override;
-
  private:
   JobCode RefuseWithoutFolder();
   JobCode RefuseWithoutAccess();

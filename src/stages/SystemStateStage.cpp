@@ -122,6 +122,4 @@ std::vector<SelectedItem> SystemStateStage::Items(JobState& state) {
   return {{folder + "\\" + std::string{kBackupFile}, ItemKind::kFile}};
 }
 
-std::string_view SystemStateStage::NoItemsTrace() const { return kNoFiles; }
-
 }  // namespace ondura

@@ -19,7 +19,6 @@ class SystemStateStage : public Stage {
 
   Leave Run(JobState& state) override;
   std::vector<SelectedItem> Items(JobState& state) override;
-  std::string_view NoItemsTrace() const override;
 
  private:
   std::string FindFolder();

@@ -67,7 +67,8 @@ class clsSystemState {
   void KeepLog(const std::string& log_path, std::string_view text, const std::string& copy);
 
   bool CheckForErrorString(std::string_view& stream, std::string_view os_version);
-  // The rest of an open text, or its next line, and nothing at its end.
+  // The rest of an open text, or its next line, and nothing at its end. No routine takes single lines, but
+  // the operation is the class's.
   static std::string_view ReadStreamAll(std::string_view& stream);
   static std::string_view ReadStreamLine(std::string_view& stream);
 
