@@ -66,9 +66,8 @@ struct Component::Parts {
   Connection connection{job, abort};
   EngineFiles engine_files{job};
   RemoteCall remote_call{job, connection};
-  ServiceContext context{job,          driver,       configuration,    backup_set,
-                         shadow_copy,  sql_elevated, exchange_store,   exchange_brick,
-                         web_security, mail_values,  StartedFlag{job}, {}};
+  ServiceContext context{job,          driver,       configuration, backup_set,       shadow_copy,
+                         sql_elevated, web_security, mail_values,   StartedFlag{job}, {}};
   StartUp start_up{context};
   Closeup closeup{context};
   MissedSchedules missed{context};
@@ -77,7 +76,8 @@ struct Component::Parts {
   DispatchPass pass{context, bracket, missed};
   HostTick tick{context, pass};
   Controller controller{{context, start_up, tick, pass, bracket, closeup, engine_files, remote_call,
-                         reset_date, selection, sizes, network_paths, log_extract, notification}};
+                         reset_date, selection, sizes, network_paths, log_extract, notification,
+                         exchange_store, exchange_brick}};
 };
 
 Component::Component(const Machine& machine) : parts_(std::make_unique<Parts>(machine)) {}

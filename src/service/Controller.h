@@ -17,6 +17,8 @@
 #include "service/JobBracket.h"
 #include "service/ServiceContext.h"
 #include "service/StartUp.h"
+#include "stages/ExchangeBrickStage.h"
+#include "stages/ExchangeStoreStage.h"
 
 namespace ondura {
 
@@ -36,6 +38,8 @@ struct ControllerParts {
   NetworkPaths& network_paths;
   LogExtract& log_extract;
   NotificationMail& notification;
+  ExchangeStoreStage& exchange_store;
+  ExchangeBrickStage& exchange_brick;
 };
 
 // The component as its hosts see it. Every operation hands on to the class that does the work; failures are
@@ -82,17 +86,13 @@ class Controller {
   void Cont_LaunchSQlAdminProcess() { parts_.context.sql_elevated.Cont_LaunchSQlAdminProcess(); }
 
   // Exchange storage groups and mailboxes.
-  void WriteExchangeBackupSet(std::string_view sLine) {
-    parts_.context.exchange_store.WriteExchangeBackupSet(sLine);
-  }
-  std::int32_t FindStorageGroupCount() { return parts_.context.exchange_store.FindStorageGroupCount(); }
+  void WriteExchangeBackupSet(std::string_view sLine) { parts_.exchange_store.WriteExchangeBackupSet(sLine); }
+  std::int32_t FindStorageGroupCount() { return parts_.exchange_store.FindStorageGroupCount(); }
   void WriteExchBrickProfile(std::string_view sKey, std::string_view sValue) {
-    parts_.context.exchange_brick.WriteExchBrickProfile(sKey, sValue);
+    parts_.exchange_brick.WriteExchBrickProfile(sKey, sValue);
   }
-  std::string ReadFirstBit(std::string_view sPath) {
-    return parts_.context.exchange_brick.ReadFirstBit(sPath);
-  }
-  void CheckForExchBrickCancel(int nMode) { parts_.context.exchange_brick.CheckForExchBrickCancel(nMode); }
+  std::string ReadFirstBit(std::string_view sPath) { return parts_.exchange_brick.ReadFirstBit(sPath); }
+  void CheckForExchBrickCancel(int nMode) { parts_.exchange_brick.CheckForExchBrickCancel(nMode); }
 
   // The engine's local database.
   std::int16_t CheckLDBStatus();

@@ -13,8 +13,6 @@
 #include "reporting/mail_values.h"
 #include "schedule/BackupSetStore.h"
 #include "service/StartedFlag.h"
-#include "stages/ExchangeBrickStage.h"
-#include "stages/ExchangeStoreStage.h"
 #include "stages/ShadowCopy.h"
 #include "stages/SqlElevated.h"
 
@@ -54,8 +52,6 @@ struct ServiceContext {
   BackupSetStore& backup_set;
   ShadowCopy& shadow_copy;
   SqlElevated& sql_elevated;
-  ExchangeStoreStage& exchange_store;
-  ExchangeBrickStage& exchange_brick;
   WebSecurity& web_security;
   MailValues& mail_values;
   StartedFlag started;
