@@ -20,6 +20,11 @@ struct JobContext {
   JobContext(const JobContext&) = delete;
   JobContext& operator=(const JobContext&) = delete;
 
+  // Short names for what nearly every step needs.
+  [[nodiscard]] Machine& machine() { return services.machine; }
+  [[nodiscard]] Installation& installation() const { return services.installation; }
+  [[nodiscard]] Trace& trace() const { return services.trace; }
+
   JobServices services;
   JobState state;
   StatusKeys keys;
