@@ -40,15 +40,14 @@ JobCode AbortForms::LeaveAfterInput(std::string_view trace_text) {
 }
 
 JobCode AbortForms::LeaveFromWalk(WalkPlace place) {
-  Options& trace = job_.services.trace.plain();
+  Options& trace = job_.trace().plain();
   trace.WriteTrace("ScheduleCancelled 1");
   trace.WriteTrace("Aborted...");
   job_.keys.Write("RetValue", job_.state.run.last_result.Text());
   const JobCode code =
       LeaveTransfer(place == WalkPlace::kWithinFolder ? AbortLog::kFurtherLine : AbortLog::kFurtherBlock);
   job_.temp_folder.DeleteTempFolder();
-  job_.services.machine.files.Remove(job_.services.installation.UserFile(engine_files::kMappedDrives),
-                                     Removal::kPlain);
+  job_.machine().files.Remove(job_.installation().UserFile(engine_files::kMappedDrives), Removal::kPlain);
   return code;
 }
 
@@ -91,13 +90,13 @@ JobCode AbortForms::LeaveWithoutPort() {
 }
 
 JobCode AbortForms::LeaveWithoutSchedule(EngineResult result) {
-  job_.services.machine.files.Remove(job_.services.installation.UserFile(kScheduleFileName), Removal::kPlain);
+  job_.machine().files.Remove(job_.installation().UserFile(kScheduleFileName), Removal::kPlain);
   job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   return static_cast<JobCode>(result.number);
 }
 
 void AbortForms::EndPrograms() {
-  job_.services.helpers.IsProcessRunningByModule(job_.services.installation.ClientExe, Kill::kYes);
+  job_.services.helpers.IsProcessRunningByModule(job_.installation().ClientExe, Kill::kYes);
   EndDatabaseManager();
 }
 
@@ -112,13 +111,13 @@ void AbortForms::EndDatabaseManager() {
 
 void AbortForms::RemoveShadowTempFolder() {
   const std::string& folder = job_.state.run.shadow_temp_folder;
-  if (!folder.empty()) job_.services.machine.folders.Remove(folder, Removal::kForce);
+  if (!folder.empty()) job_.machine().folders.Remove(folder, Removal::kForce);
 }
 
 void AbortForms::TraceAbort(std::string_view trace_text) {
   if (trace_text.empty()) return;
-  job_.services.trace.plain().WriteTrace(trace_text);
-  job_.services.trace.plain().WriteTraceMain(trace_text);
+  job_.trace().plain().WriteTrace(trace_text);
+  job_.trace().plain().WriteTraceMain(trace_text);
 }
 
 void AbortForms::MarkAborted() {
@@ -133,7 +132,7 @@ void AbortForms::WriteAbortLog(AbortLog log) {
   JobRun& run = job_.state.run;
   SessionLog& session_log = job_.services.session_log;
   const std::string session_path = session_log.NewPath();
-  job_.services.trace.User(" You have aborted the scheduled backup job" + session_path);
+  job_.trace().User(" You have aborted the scheduled backup job" + session_path);
   if (log == AbortLog::kFurtherLine) {
     session_log.WriteTimedMessage(session_path, job_texts::kUserAbort, SessionWrite::kAppend);
   } else {

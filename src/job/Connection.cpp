@@ -53,8 +53,8 @@ void Connection::ReadAccount() {
   job_.state.run.serverip = transfer.Trf_ReadUserProfile("serverip");
   account.random = transfer.Trf_ReadUserProfile("random");
   if (account.random.empty()) {
-    account.random = job_.services.store.ReadSharedRegistryValue(
-        job_.services.installation.ProductInstallationName + " client system random number");
+    account.random = job_.services.store.ReadSharedRegistryValue(job_.installation().ProductInstallationName +
+                                                                 " client system random number");
   }
 }
 
@@ -97,12 +97,12 @@ Leave Connection::DiscoverPort() {
   if (engine_results::EndsJobBeforeTransfer(result)) return FailPort(result);
   TakeEngineAnswer();
   if (auto leave = RequireAddress()) return leave;
-  Options& trace = job_.services.trace.plain();
+  Options& trace = job_.trace().plain();
   trace.WriteTrace("Checking aborted after port info");
   trace.WriteTraceMain("Checking aborted after port info");
   if (auto leave = abort_.TestForAbort(job_texts::kAbortedPort)) return leave;
-  job_.services.trace.User("  IP : " + job_.state.run.serverip);
-  job_.services.trace.User("  Port : " + job_.state.run.port);
+  job_.trace().User("  IP : " + job_.state.run.serverip);
+  job_.trace().User("  Port : " + job_.state.run.port);
   return std::nullopt;
 }
 
@@ -142,8 +142,8 @@ Leave Connection::AskForPort(EngineResult& result) {
 }
 
 void Connection::TakeFallbackAddress() {
-  job_.state.run.port = job_.services.installation.DefaultPort;
-  job_.state.run.serverip = job_.services.installation.AlternateServerAddress;
+  job_.state.run.port = job_.installation().DefaultPort;
+  job_.state.run.serverip = job_.installation().AlternateServerAddress;
   StoreAddress();
 }
 
@@ -161,22 +161,21 @@ Leave Connection::FailPort(EngineResult result) {
   if (engine_results::EndsSchedule(result)) return abort_.LeaveWithoutSchedule(result);
   if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
   if (result == engine_results::kWrongPassword) job_.services.transfer.Trf_WriteUserProfile("password", "");
-  return abort_.LeaveFailed(
-      FailureText(result, job_texts::kUnableToPerform, job_.services.installation.ProductName),
-      JobEndOf(result));
+  return abort_.LeaveFailed(FailureText(result, job_texts::kUnableToPerform, job_.installation().ProductName),
+                            JobEndOf(result));
 }
 
 void Connection::TakeEngineAnswer() {
   JobRun& run = job_.state.run;
-  TextFiles text_files(job_.services.machine.files, job_.services.machine.code_page);
-  const auto lines = text_files.ReadLines(job_.services.installation.UserFile(engine_files::kPortOutput),
-                                          Encoding::kCodePage);
+  TextFiles text_files(job_.machine().files, job_.machine().code_page);
+  const auto lines =
+      text_files.ReadLines(job_.installation().UserFile(engine_files::kPortOutput), Encoding::kCodePage);
   if (!lines) return;
   if (!lines->empty()) run.port = lines->at(0);
   if (lines->size() > 1) run.serverip = lines->at(1);
   StoreAddress();
-  job_.services.trace.User("  Sch_IPAddress (New) :  " + run.serverip);
-  job_.services.trace.User("  OutgoingPort (New) : " + run.port);
+  job_.trace().User("  Sch_IPAddress (New) :  " + run.serverip);
+  job_.trace().User("  OutgoingPort (New) : " + run.port);
 }
 
 Leave Connection::RequireAddress() {
@@ -185,7 +184,7 @@ Leave Connection::RequireAddress() {
   run.serverip = job_.services.transfer.Trf_ReadUserProfile("serverip");
   run.port = job_.services.transfer.Trf_ReadUserProfile("port");
   if (!run.serverip.empty()) return std::nullopt;
-  job_.services.trace.User("  No port information recieved from server.");
+  job_.trace().User("  No port information recieved from server.");
   const JobCode code = abort_.LeaveWithoutPort();
   job_.temp_folder.DeleteTempFolder();
   job_.keys.AddFailureDay();
@@ -196,7 +195,7 @@ Leave Connection::StopOverQuota() {
   const Quota quota = ReadQuotaOutputFile(job_.services.store);
   if (!quota.IsExceeded()) return std::nullopt;
   JobRun& run = job_.state.run;
-  Options& trace = job_.services.trace.plain();
+  Options& trace = job_.trace().plain();
   trace.WriteTrace("User's quota is exceeding so not calling backup command");
   trace.WriteTrace(QuotaTrace(quota));
   abort_.EndPrograms();

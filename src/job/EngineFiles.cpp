@@ -24,13 +24,13 @@ std::optional<std::int32_t> ToInt32(std::string_view text) {
 }  // namespace
 
 EngineFiles::EngineFiles(JobContext& job)
-    : job_(job), text_files_(job.services.machine.files, job.services.machine.code_page) {}
+    : job_(job), text_files_(job.machine().files, job.machine().code_page) {}
 
 void EngineFiles::WriteDLLInputFileTempFd(const EngineFileProxy& proxy, std::string_view AsciiRandom) {
   const JobRun& run = job_.state.run;
-  LightCiphers ciphers(job_.services.machine.code_page, job_.services.machine.pump);
+  LightCiphers ciphers(job_.machine().code_page, job_.machine().pump);
   const std::string path = job_.temp_folder.GetTempFolderPath() + "\\" + std::string{engine_files::kInput};
-  job_.services.machine.files.Remove(path, Removal::kPlain);
+  job_.machine().files.Remove(path, Removal::kPlain);
   const std::vector<std::string> lines{run.serverip,
                                        run.port,
                                        ciphers.ShiftEncodePlain(run.account.user_name),
@@ -51,7 +51,7 @@ EngineFileResult EngineFiles::ResdDLLOutputFileTempFd() {
 }
 
 EngineFileResult EngineFiles::ResdDLLOutputFile() {
-  return ReadResult(job_.services.installation.UserFile(engine_files::kOutput));
+  return ReadResult(job_.installation().UserFile(engine_files::kOutput));
 }
 
 EngineFileResult EngineFiles::ReadResult(const std::string& path) {
@@ -63,7 +63,7 @@ bool EngineFiles::ReadScheduleStatusFile() {
   return status == StatusWord::kStarting || status == StatusWord::kInteractive;
 }
 
-void EngineFiles::CallIPPORTCheckFull() { job_.state.run.port = job_.services.installation.DefaultPort; }
+void EngineFiles::CallIPPORTCheckFull() { job_.state.run.port = job_.installation().DefaultPort; }
 
 void EngineFiles::Trf_WritePORTNumbers(std::int32_t nCount) {
   std::vector<std::string>& ports = job_.state.memory.ports;

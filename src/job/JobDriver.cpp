@@ -93,7 +93,7 @@ void JobDriver::ReadProfile() {
 Leave JobDriver::RefuseWithoutEncryptionPassword() {
   JobRun& run = job_.state.run;
   if (run.account.encryption_password != kNoEncryptionPassword) return std::nullopt;
-  job_.services.trace.User(" NOENC. So could not backup ");
+  job_.trace().User(" NOENC. So could not backup ");
   run.result_text = job_texts::kBadEncryptionPassword;
   run.session_path = job_.services.session_log.NewPath();
   job_.services.session_log.WriteMessage(run.session_path, run.result_text, SessionWrite::kAppend);
@@ -105,8 +105,8 @@ Leave JobDriver::RunStage() {
   JobRun& run = job_.state.run;
   const std::string& recordno = job_.services.schedule_file.schvTemp.recordno;
   job_.services.progress.MarkProgressRunning();
-  job_.services.trace.plain().WriteTrace("Cont_SchBackup : Sch_SQLTEMP :: " + run.Sch_SQLTEMP);
-  job_.services.trace.plain().WriteTrace("Cont_SchBackup : schvTemp.recordno :: " + recordno);
+  job_.trace().plain().WriteTrace("Cont_SchBackup : Sch_SQLTEMP :: " + run.Sch_SQLTEMP);
+  job_.trace().plain().WriteTrace("Cont_SchBackup : schvTemp.recordno :: " + recordno);
   if (Stage* stage = job_.services.stages.ForKind(JobKindOf(recordno))) return stage->Run(job_.state);
   run.kind_word = " ";
   job_.keys.Write("RetValue", engine_results::kNone.Text());
@@ -115,10 +115,10 @@ Leave JobDriver::RunStage() {
 }
 
 void JobDriver::BeginConnection() {
-  job_.services.machine.clock.Sleep(kBeforeConnection);
-  job_.services.machine.clock.Sleep(kBeforeConnection);
-  job_.services.machine.pump.Pump();
-  job_.services.trace.User("  Sch_IPAddress : " + job_.state.run.serverip);
+  job_.machine().clock.Sleep(kBeforeConnection);
+  job_.machine().clock.Sleep(kBeforeConnection);
+  job_.machine().pump.Pump();
+  job_.trace().User("  Sch_IPAddress : " + job_.state.run.serverip);
   job_.keys.WriteStatus(StatusWord::kStarting);
   connection_.SettleAddress();
 }
@@ -202,8 +202,8 @@ JobCode JobDriver::Transfer() {
   }
   if (outcome.result == engine_results::kRunAgain) {
     was_refused_a_run_ = true;
-    job_.services.trace.User("  The engine keeps asking for another run; stopped after " +
-                             std::to_string(kMostNestedRuns) + " nested runs.");
+    job_.trace().User("  The engine keeps asking for another run; stopped after " +
+                      std::to_string(kMostNestedRuns) + " nested runs.");
   }
   return WrapUp(outcome.result);
 }
@@ -245,7 +245,7 @@ EngineResult JobDriver::RefreshQuota(EngineResult result) {
   constexpr int kMostTries = 5;
   for (int tries = 0; tries < kMostTries; ++tries) {
     job_.temp_folder.DeleteTempFolder();
-    job_.temp_folder.CreateTempFolder(job_.services.installation.CurrentUser, "G");
+    job_.temp_folder.CreateTempFolder(job_.installation().CurrentUser, "G");
     job_.engine.RunTotalSize();
     result = job_.engine.ReadResult();
     if (result == engine_results::kDone) break;

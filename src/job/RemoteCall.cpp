@@ -49,15 +49,15 @@ void RemoteCall::ReadSettings() {
   JobRun& run = job_.state.run;
   connection_.ReadAccount();
   run.port = job_.services.transfer.Trf_ReadUserProfile("port");
-  if (run.port.empty()) run.port = job_.services.installation.DefaultPort;
-  if (run.serverip != "localhost") run.serverip = job_.services.installation.DefaultServerAddress;
+  if (run.port.empty()) run.port = job_.installation().DefaultPort;
+  if (run.serverip != "localhost") run.serverip = job_.installation().DefaultServerAddress;
   connection_.ReadProxy();
 }
 
 void RemoteCall::DeleteEngineFiles() {
   for (const std::string_view name :
        {engine_files::kOutput, engine_files::kInput, engine_files::kOutputInfo}) {
-    job_.services.machine.files.Remove(job_.services.installation.UserFile(name), Removal::kPlain);
+    job_.machine().files.Remove(job_.installation().UserFile(name), Removal::kPlain);
   }
 }
 

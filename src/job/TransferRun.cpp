@@ -28,12 +28,12 @@ constexpr milliseconds kAfterLostConnection{2000};
 TransferRun::TransferRun(JobContext& job, AbortForms& abort)
     : job_(job),
       abort_(abort),
-      text_files_(job.services.machine.files, job.services.machine.code_page),
-      selection_(job.services.machine, job.services.installation, job.services.helpers, job.services.trace),
-      exclusions_(job.services.machine, job.services.installation, job.services.transfer),
+      text_files_(job.machine().files, job.machine().code_page),
+      selection_(job.machine(), job.installation(), job.services.helpers, job.trace()),
+      exclusions_(job.machine(), job.installation(), job.services.transfer),
       stop_(job.services),
-      compare_list_(job.services.machine, job.services.installation, job.services.transfer, exclusions_,
-                    job.services.mapped_drives, stop_, job.services.trace) {}
+      compare_list_(job.machine(), job.installation(), job.services.transfer, exclusions_,
+                    job.services.mapped_drives, stop_, job.trace()) {}
 
 bool TransferRun::UsesLocalDatabase() {
   const std::string method = job_.services.transfer.Trf_ReadUserNameDBProfile("DB");
@@ -50,7 +50,7 @@ Leave TransferRun::StartLocalDatabase() {
   LaunchDatabaseManager();
   if (job_.engine.RunServerList() == WaitOutcome::kStopped) return abort_.LeaveAborted(job_texts::kAborted28);
   const EngineResult result = job_.engine.ReadResult();
-  job_.services.trace.User("  Returun value from 28 cmd : " + result.Text());
+  job_.trace().User("  Returun value from 28 cmd : " + result.Text());
   if (engine_results::EndsJobBeforeTransfer(result)) return FailServerList(result);
   return std::nullopt;
 }
@@ -95,8 +95,8 @@ Leave TransferRun::FailServerList(EngineResult result) {
 
 TransferRun::Outcome TransferRun::Run(Rerun rerun) {
   const auto leave = [](JobCode code) { return Outcome{Next::kLeave, code, {}}; };
-  job_.services.trace.User(" [CALLING] API_ENTRY() ");
-  job_.state.run.start_time = job_.services.machine.clock.Now();
+  job_.trace().User(" [CALLING] API_ENTRY() ");
+  job_.state.run.start_time = job_.machine().clock.Now();
   abnormal_ends_ = 0;
   SettleShadowTempFolder();
   ResetInputKeys();
@@ -107,7 +107,7 @@ TransferRun::Outcome TransferRun::Run(Rerun rerun) {
   if (use_compare_list) {
     if (const auto code = PrepareInput()) return leave(*code);
   }
-  job_.services.trace.plain().WriteTrace(
+  job_.trace().plain().WriteTrace(
       "Cheking user has aborted scheduled backup (After preparing CompareList Input)");
   if (abort_.AbortAsked()) return leave(abort_.LeaveAfterInput(job_texts::kAbortedInput));
   const std::string dll_status = job_.keys.Read("DLLStatus");
@@ -122,7 +122,7 @@ TransferRun::Outcome TransferRun::Run(Rerun rerun) {
   if (result == engine_results::kRunAgain && rerun == Rerun::kGranted) {
     return {Next::kRunAgain, job_.state.run.code, result};
   }
-  job_.state.run.end_time = job_.services.machine.clock.Now();
+  job_.state.run.end_time = job_.machine().clock.Now();
   return BranchOnResult(result);
 }
 
@@ -143,7 +143,7 @@ void TransferRun::ResetInputKeys() {
 }
 
 Leave TransferRun::ChooseMethod(bool& use_compare_list) {
-  Options& trace = job_.services.trace.plain();
+  Options& trace = job_.trace().plain();
   const auto trace_method = [&](std::string_view label) {
     trace.WriteTrace(std::string{label} + job_.services.transfer.Trf_ReadUserNameDBProfile("DB"));
   };
@@ -172,19 +172,19 @@ Leave TransferRun::StartEngine() {
   if (!run.engine) return FailUnclearedResult();
   compare_list_.RemoveOldInput();
   run.lClsClientPID = job_.services.helpers.WhatsMyProcessID(run.engine->handle());
-  job_.services.trace.plain().WriteTrace("lClsClientPID : " + std::to_string(run.lClsClientPID));
+  job_.trace().plain().WriteTrace("lClsClientPID : " + std::to_string(run.lClsClientPID));
   return std::nullopt;
 }
 
 JobCode TransferRun::FailUnclearedResult() {
-  job_.services.trace.User("  RetValue could not be cleared, so the engine was not started");
+  job_.trace().User("  RetValue could not be cleared, so the engine was not started");
   job_.keys.AddFailureDay();
   job_.end_status.WriteBackupFailed();
   return abort_.LeaveFailed(job_texts::kCannotClearResult, JobEnd::kOrdinary);
 }
 
 Leave TransferRun::PrepareInput() {
-  job_.services.trace.User(" DB Failed so preparing comparelistinput for backup ");
+  job_.trace().User(" DB Failed so preparing comparelistinput for backup ");
   stop_.Begin();
   if (compare_list_.Begin() == BuildStart::kReady) {
     if (auto code = WalkItems()) return code;
@@ -192,7 +192,7 @@ Leave TransferRun::PrepareInput() {
   }
   if (compare_list_.failed()) return FailInput();
   for (const SelectedItem& item : job_.state.run.items) {
-    job_.services.trace.User("  Selected path :  " + item.path);
+    job_.trace().User("  Selected path :  " + item.path);
   }
   job_.state.run.items.clear();
   return WriteInputKeys() ? std::nullopt : Leave{FailInput()};
@@ -230,14 +230,14 @@ JobCode TransferRun::FailInput() {
 
 // On a full disk the word that the list is complete does not come through, and the engine waits for it.
 bool TransferRun::WriteInputKeys() {
-  const DisplaySize total = TotalDisplaySize(job_.services.machine, job_.services.installation).Read();
+  const DisplaySize total = TotalDisplaySize(job_.machine(), job_.installation()).Read();
   job_.keys.Write("CompareListCount", total.size_bytes < kLargeTotalBytes ? "0" : "2");
   const std::string parts = std::to_string(compare_list_.parts());
   job_.keys.Write("StatusCheckCount", parts);
   job_.state.run.skipped_count = compare_list_.skipped();
   WriteSkippedCount();
   if (job_.keys.Read("StatusCheckCount") == parts) return true;
-  job_.services.trace.User("  The compare list can't be announced. ");
+  job_.trace().User("  The compare list can't be announced. ");
   return false;
 }
 
@@ -249,7 +249,7 @@ void TransferRun::WriteSkippedCount() {
 void TransferRun::RewriteExcludedFiles() {
   using namespace engine_files;
   for (const std::string_view name : {kSent, kInSync, kCompareListTrace, kExcluded}) {
-    job_.services.machine.files.Remove(Path(name), Removal::kPlain);
+    job_.machine().files.Remove(Path(name), Removal::kPlain);
   }
   std::string lines;
   for (const std::string& path : exclusions_.Applied()) lines.append(path).append(kLineEnd);
@@ -276,7 +276,7 @@ JobCode TransferRun::WrapUpHardStop() {
   job_.keys.WriteResult(engine_results::kDone);
   job_.temp_folder.DeleteTempFolder();
   run.result_text = job_texts::kHardStopResult;
-  job_.services.trace.User(std::string{job_texts::kHardStopTrace} + run.session_path);
+  job_.trace().User(std::string{job_texts::kHardStopTrace} + run.session_path);
   FindSessionFile();
   job_.keys.StampEnd();
   job_.keys.Write("StatusMessageIndicaton", "1");

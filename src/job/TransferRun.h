@@ -100,7 +100,7 @@ class TransferRun {
   void TakeOther(EngineResult result);
   std::string SelectionText();
   void FindSessionFile();
-  std::string Path(std::string_view name) const { return job_.services.installation.UserFile(name); }
+  std::string Path(std::string_view name) const { return job_.installation().UserFile(name); }
 
   JobContext& job_;
   AbortForms& abort_;

@@ -29,8 +29,8 @@ std::optional<std::string> HourMinuteText(std::string_view date_and_time) {
 
 TransferWait::End TransferWait::Run(ProcessWatch& engine) {
   while (!engine.EndedWithin(kProcessPass)) {
-    job_.services.machine.pump.Pump();
-    job_.services.machine.clock.Sleep(kTransferPause);
+    job_.machine().pump.Pump();
+    job_.machine().clock.Sleep(kTransferPause);
     job_.engine.ShowLife();
     TestCancel();
     TestHardStop();
@@ -42,8 +42,8 @@ TransferWait::End TransferWait::Run(ProcessWatch& engine) {
 
 void TransferWait::TestCancel() {
   if (job_.services.transfer.Trf_ReadOutputValue("BackupStatus", "Cancel") != 1) return;
-  job_.services.machine.pump.Pump();
-  job_.services.machine.clock.Sleep(kTransferPause);
+  job_.machine().pump.Pump();
+  job_.machine().clock.Sleep(kTransferPause);
   if (++cancelPasses_ <= kCancelPassesGranted) return;
   abort_.EndPrograms();
   job_.keys.WriteKilled();
@@ -57,7 +57,7 @@ void TransferWait::TestHardStop() {
   const ProfileStore& store = job_.services.store;
   if (store.ReadSharedRegistryValue("StopSchedule") != "1") return;
   const auto stop = HourMinuteText(store.ReadSharedRegistryValue("StopScheduleTime"));
-  const auto now = HourMinuteText(FormatDate(kStampPicture, job_.services.machine.clock.Now()));
+  const auto now = HourMinuteText(FormatDate(kStampPicture, job_.machine().clock.Now()));
   if (!stop || !now) return;
   if (*now == *stop) {
     StopHard("strEndTime = strCurrentTime Aborting the scheduled backup job hard stop time reached ");
@@ -69,16 +69,16 @@ void TransferWait::TestHardStop() {
   if (!stop_number || !now_number || *now_number <= *stop_number) return;
   if (WithoutLast(*now) != WithoutLast(*stop)) return;
   StopHard("Aborting the scheduled backup job hard stop time reached ");
-  job_.services.trace.plain().WriteTrace("Hard stop value :" + job_.keys.Read("Status"));
+  job_.trace().plain().WriteTrace("Hard stop value :" + job_.keys.Read("Status"));
   if (hardStopPasses_ > kHardStopPassesGranted) {
-    job_.services.trace.plain().WriteTrace("kill exes as hard stop time reached");
+    job_.trace().plain().WriteTrace("kill exes as hard stop time reached");
     EndByHardStop();
   }
 }
 
 void TransferWait::StopHard(std::string_view trace_text) {
   hardStopped_ = true;
-  job_.services.trace.plain().WriteTrace(trace_text);
+  job_.trace().plain().WriteTrace(trace_text);
   job_.keys.WriteStatus(StatusWord::kCutOff);
   ++hardStopPasses_;
 }

@@ -42,10 +42,10 @@ TransferRun::Outcome TransferRun::BranchOnResult(EngineResult result) {
 // A wrong encryption password does not keep its own text: the connection's text replaces it.
 JobCode TransferRun::EndUnconnected(EngineResult result) {
   JobRun& run = job_.state.run;
-  job_.services.trace.User("  Not able to connect. Error No : " + result.Text());
+  job_.trace().User("  Not able to connect. Error No : " + result.Text());
   if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
   if (result == engine_results::kWrongEncryptionPassword) {
-    job_.services.trace.User("  User Encryption password is wrong");
+    job_.trace().User("  User Encryption password is wrong");
   }
   run.extra_mail_text = job_texts::kConnectionReason;
   run.result_text = job_texts::kUnableToPerform;
@@ -60,7 +60,7 @@ JobCode TransferRun::EndUnconnected(EngineResult result) {
 
 // The trace is that of excluded items; the text is the lock's own.
 JobCode TransferRun::EndLocked(EngineResult result) {
-  job_.services.trace.User(std::string{job_texts::kExcludedTrace} + result.Text());
+  job_.trace().User(std::string{job_texts::kExcludedTrace} + result.Text());
   job_.state.run.result_text = job_texts::kLocked;
   job_.keys.MarkEndedByMessage();
   job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
@@ -70,7 +70,7 @@ JobCode TransferRun::EndLocked(EngineResult result) {
 
 JobCode TransferRun::EndRunningElsewhere(EngineResult result) {
   const std::string address = job_.services.store.ReadProfileValue("Server", "MultipleIP");
-  job_.services.trace.User(
+  job_.trace().User(
       "  Backup is in progress from the ip address ( " + address +
       " ) Wait till it is complete to begin the backup on this machine.  Err No = " + result.Text());
   job_.state.run.result_text = ReplaceAll(job_texts::kRunsElsewhere, job_texts::kAddressGap, address);
@@ -97,7 +97,7 @@ JobCode TransferRun::EndNothingNew(EngineResult result) {
 }
 
 JobCode TransferRun::EndOfRow(EngineResult result, std::string_view trace_text, JobCode code) {
-  job_.services.trace.User(trace_text);
+  job_.trace().User(trace_text);
   job_.keys.WriteResult(result);
   if (result != engine_results::kNothingNewForAccount) job_.keys.MarkEndedByMessage();
   job_.end_status.WriteJobEndStatus(result);
@@ -120,7 +120,7 @@ void TransferRun::TakeUpToDate() {
 }
 
 void TransferRun::TakeCancelled(EngineResult result) {
-  job_.services.trace.User(" Scheduled backup canceled");
+  job_.trace().User(" Scheduled backup canceled");
   job_.state.run.code = kJobStopped;
   job_.keys.WriteResult(result);
   job_.state.run.cancelled = true;
@@ -135,7 +135,7 @@ void TransferRun::TakeOther(EngineResult result) {
 }
 
 std::string TransferRun::SelectionText() {
-  const auto size = job_.services.machine.files.Size(Path(engine_files::kSelectionList));
+  const auto size = job_.machine().files.Size(Path(engine_files::kSelectionList));
   return std::string{size.value_or(0) > 0 ? job_texts::kNothingChanged : job_texts::kNothingSelected};
 }
 

@@ -25,7 +25,7 @@ bool StartedFlag::JobIsAlive() { return EngineRuns() || OtherHostIsBetweenEngine
 
 // The other host may run under an account whose processes this one can't open.
 bool StartedFlag::EngineRuns() {
-  return job_.services.helpers.IsProcessInSnapshot(job_.services.installation.ClientExe);
+  return job_.services.helpers.IsProcessInSnapshot(job_.installation().ClientExe);
 }
 
 void StartedFlag::Write(std::string_view value) {
@@ -39,10 +39,9 @@ bool StartedFlag::OtherHostIsBetweenEngineRuns() {
   if (is_own_) return false;
   const std::string user = job_.services.transfer.Trf_ReadUserNameProfile("Scheduled");
   if (user.empty()) return false;
-  const std::string trace_file =
-      job_.services.installation.FolderOf(user) + "\\" + std::string{kScheduleTraceFile};
-  const auto written = job_.services.machine.files.Modified(trace_file);
-  const LocalTime now = job_.services.machine.clock.Now();
+  const std::string trace_file = job_.installation().FolderOf(user) + "\\" + std::string{kScheduleTraceFile};
+  const auto written = job_.machine().files.Modified(trace_file);
+  const LocalTime now = job_.machine().clock.Now();
   return written && *written <= now && now - *written <= kSignOfLife;
 }
 

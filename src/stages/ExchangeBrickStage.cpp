@@ -33,7 +33,7 @@ ExchangeBrickStage::ExchangeBrickStage(JobContext& job, StageSupport& support, E
     : job_(job),
       support_(support),
       error_text_(error_text),
-      text_files_(job.services.machine.files, job.services.machine.code_page) {}
+      text_files_(job.machine().files, job.machine().code_page) {}
 
 Leave ExchangeBrickStage::Run(JobState& state) {
   support_.Begin();
@@ -62,8 +62,8 @@ std::vector<SelectedItem> ExchangeBrickStage::Items(JobState& state) {
 
 void ExchangeBrickStage::WriteExchBrickProfile(std::string_view sKey, std::string_view sValue) {
   const std::string file = UserFile("OxExchBrick.ini");
-  if (job_.services.machine.profiles.WriteString({file, "Tolmera", sKey}, sValue)) return;
-  job_.services.trace.User(" WriteExchBrickProfile could not write " + std::string{sKey});
+  if (job_.machine().profiles.WriteString({file, "Tolmera", sKey}, sValue)) return;
+  job_.trace().User(" WriteExchBrickProfile could not write " + std::string{sKey});
 }
 
 std::string ExchangeBrickStage::ReadFirstBit(std::string_view sPath) { return support_.ReadFirstLine(sPath); }
@@ -96,7 +96,7 @@ void ExchangeBrickStage::MakeLogs() {
   tool_log_ = session_log.NewPath(kToolLogName);
   for (const std::string& log : {main_log_, tool_log_}) {
     AppendTo(log, " ");
-    AppendTo(log, "Username: " + job_.services.installation.CurrentUser);
+    AppendTo(log, "Username: " + job_.installation().CurrentUser);
     AppendTo(log, "Backup Operation: Scheduled");
     AppendTo(log, "Version No: 3.4.1");
   }
@@ -105,8 +105,7 @@ void ExchangeBrickStage::MakeLogs() {
 std::string ExchangeBrickStage::SettleFolder() {
   const std::string& configured = job_.state.run.EXCHBRICK;
   if (Trim(configured).empty()) {
-    return WithBackslash(support_.ShortPath(job_.services.installation.VirtualPath)) +
-           std::string{kOwnFolder};
+    return WithBackslash(support_.ShortPath(job_.installation().VirtualPath)) + std::string{kOwnFolder};
   }
   support_.MakeFolder(configured);
   return WithBackslash(support_.ShortPath(configured));
@@ -121,7 +120,7 @@ bool ExchangeBrickStage::ReadMailboxes() {
 
 void ExchangeBrickStage::Export(const std::string& folder) {
   cancelled_ = false;
-  job_.services.machine.clock.Sleep(kShortPause);
+  job_.machine().clock.Sleep(kShortPause);
   WriteSettings(folder);
   PrepareRun(folder);
   StartedProgram tool = LaunchTool();
@@ -132,7 +131,7 @@ void ExchangeBrickStage::Export(const std::string& folder) {
 void ExchangeBrickStage::WriteSettings(const std::string& folder) {
   const auto write = [this](std::string_view key, std::string_view value) {
     WriteExchBrickProfile(key, value);
-    job_.services.machine.clock.Sleep(kShortPause);
+    job_.machine().clock.Sleep(kShortPause);
   };
   write("EXCHBRICK", folder);
   write("SessionLog", RelativeLogPath(tool_log_));
@@ -141,11 +140,11 @@ void ExchangeBrickStage::WriteSettings(const std::string& folder) {
 
 void ExchangeBrickStage::PrepareRun(const std::string& folder) {
   support_.EndProgram(kTool);
-  job_.services.machine.clock.Sleep(kToolKilled);
+  job_.machine().clock.Sleep(kToolKilled);
   support_.Remove(StatusFile());
   support_.WriteLine(StatusFile(), "1");
   // The tool starts with a clean folder, which it makes itself.
-  job_.services.machine.folders.Remove(WithoutLast(folder), Removal::kForce);
+  job_.machine().folders.Remove(WithoutLast(folder), Removal::kForce);
 }
 
 StartedProgram ExchangeBrickStage::LaunchTool() {
@@ -172,17 +171,17 @@ void ExchangeBrickStage::Stop() {
 }
 
 void ExchangeBrickStage::TakeOverResult(const std::string& folder) {
-  const Machine& machine = job_.services.machine;
+  const Machine& machine = job_.machine();
   machine.clock.Sleep(kToolEnd);
   machine.clock.Sleep(kToolEnd);
   CheckForExchBrickCancel(0);
   if (cancelled_ || failed_ || job_.state.run.cancelled || !machine.folders.Exists(folder)) return;
-  job_.services.trace.plain().WriteTrace(
+  job_.trace().plain().WriteTrace(
       "Content of EnumBackupItemSet after the Exchange Brick-Level Mailbox local backup : " + folder);
 }
 
 JobCode ExchangeBrickStage::LeaveWithoutFolder() {
-  job_.services.trace.User(" Exchange Brick Level Backup Temp path not found ");
+  job_.trace().User(" Exchange Brick Level Backup Temp path not found ");
   return support_.LeaveFailed(
       {" The temporary path used in the Exchange server brick level backup operation was not found",
        "The temporary path used in the Exchange server brick level backup operation was not found",
@@ -191,7 +190,7 @@ JobCode ExchangeBrickStage::LeaveWithoutFolder() {
 }
 
 JobCode ExchangeBrickStage::LeaveUnwritable() {
-  Trace& trace = job_.services.trace;
+  Trace& trace = job_.trace();
   trace.plain().WriteTrace(
       "Unable to continue the Exchange Server BrickLevel Backup operation, please make sure that the "
       "folder/drive exists or the disk is not full or write protected.");
@@ -206,7 +205,7 @@ JobCode ExchangeBrickStage::LeaveUnwritable() {
 }
 
 JobCode ExchangeBrickStage::LeaveCancelled() {
-  Trace& trace = job_.services.trace;
+  Trace& trace = job_.trace();
   trace.User(" User aborted the Exchange Server Brick Level backup");
   trace.User(" The user has aborted the Exchange Server Brick Level backup operation" + main_log_);
   AppendTo(main_log_, "");
@@ -215,7 +214,7 @@ JobCode ExchangeBrickStage::LeaveCancelled() {
 }
 
 JobCode ExchangeBrickStage::LeaveBroken() {
-  Trace& trace = job_.services.trace;
+  Trace& trace = job_.trace();
   trace.User(" User aborted the Exchange Server Brick Level backup");
   const auto lines = text_files_.ReadLines(tool_log_, Encoding::kUtf16).value_or(std::vector<std::string>{});
   const std::string reason = lines.empty() ? std::string{} : lines.back();
@@ -242,7 +241,7 @@ void ExchangeBrickStage::AppendTo(const std::string& log, std::string_view line)
 
 // The tool looks for its logs from the data folder on.
 std::string ExchangeBrickStage::RelativeLogPath(std::string_view log) const {
-  const Installation& installation = job_.services.installation;
+  const Installation& installation = job_.installation();
   return std::string{log.substr(installation.VirtualPath.size())};
 }
 

@@ -50,7 +50,7 @@ class ExchangeBrickStage : public Stage {
   JobCode LeaveBroken();
   JobCode LeaveWith(std::string_view result_text);
 
-  std::string UserFile(std::string_view name) const { return job_.services.installation.UserFile(name); }
+  std::string UserFile(std::string_view name) const { return job_.installation().UserFile(name); }
   std::string StatusFile() const;
   std::string TimedLine(std::string_view text);
   void AppendTo(const std::string& log, std::string_view line);

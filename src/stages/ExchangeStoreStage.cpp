@@ -48,7 +48,7 @@ std::uint64_t SizeOfFolder(Folders& folders, const std::string& folder) {
 }  // namespace
 
 ExchangeStoreStage::ExchangeStoreStage(JobContext& job, StageSupport& support)
-    : job_(job), support_(support), text_files_(job.services.machine.files, job.services.machine.code_page) {}
+    : job_(job), support_(support), text_files_(job.machine().files, job.machine().code_page) {}
 
 Leave ExchangeStoreStage::Run(JobState&) {
   support_.Begin();
@@ -66,7 +66,7 @@ Leave ExchangeStoreStage::Run(JobState&) {
   ReadToolStatus();
   if (cancelled_) return LeaveCancelled();
   if (tool_aborted_) return LeaveToolAborted();
-  job_.services.machine.clock.Sleep(kBeforeConnection);
+  job_.machine().clock.Sleep(kBeforeConnection);
   return std::nullopt;
 }
 
@@ -83,7 +83,7 @@ void ExchangeStoreStage::WriteExchangeBackupSet(std::string_view sLine) {
 }
 
 std::int32_t ExchangeStoreStage::FindStorageGroupCount() {
-  const std::string file = job_.services.installation.DataFile(kResultFile);
+  const std::string file = job_.installation().DataFile(kResultFile);
   std::int32_t count = 0;
   while (
       !job_.services.transfer.Trf_ReadExchangeProfile(kResultSection, "SG" + std::to_string(count + 1), file)
@@ -106,11 +106,11 @@ void ExchangeStoreStage::SettleFolder() {
     support_.MakeFolder(folder());
     folder() = LongFolder(folder());
   }
-  support_.MakeFolder(job_.services.installation.VirtualPath);
+  support_.MakeFolder(job_.installation().VirtualPath);
 }
 
 std::vector<std::string> ExchangeStoreStage::ReadGroups() {
-  Trace& trace = job_.services.trace;
+  Trace& trace = job_.trace();
   support_.WriteEntryKeys(engine_results::kPreparingExchangeStore);
   std::vector<std::string> groups = TakeExchangeFields(support_, kKeyword);
   trace.User(" Started Backup of Exchange Server files");
@@ -145,10 +145,10 @@ ProcessWatch ExchangeStoreStage::LaunchTool() {
 }
 
 void ExchangeStoreStage::WaitForTool(ProcessWatch& tool) {
-  job_.services.machine.clock.Sleep(kToolStart);
+  job_.machine().clock.Sleep(kToolStart);
   if (!tool.WasStarted()) {
     // There is nothing to wait for, and a wait would hold up all users.
-    job_.services.trace.User(" The Exchange backup tool could not be started");
+    job_.trace().User(" The Exchange backup tool could not be started");
     return;
   }
   do {
@@ -163,30 +163,30 @@ void ExchangeStoreStage::WaitForTool(ProcessWatch& tool) {
 }
 
 void ExchangeStoreStage::CopyResult() {
-  Files& files = job_.services.machine.files;
+  Files& files = job_.machine().files;
   const std::string result = WithBackslash(folder()) + std::string{kResultFile};
-  if (!files.Exists(result)) files.Copy(job_.services.installation.DataFile(kResultFile), result);
-  job_.services.machine.clock.Sleep(kToolEnd);
-  job_.services.trace.User(" over");
+  if (!files.Exists(result)) files.Copy(job_.installation().DataFile(kResultFile), result);
+  job_.machine().clock.Sleep(kToolEnd);
+  job_.trace().User(" over");
 }
 
 // The tool may leave others behind that still write. A folder with nothing in it rests at once.
 void ExchangeStoreStage::WaitUntilFolderRests() {
-  Folders& folders = job_.services.machine.folders;
+  Folders& folders = job_.machine().folders;
   std::uint64_t last_bytes = 0;
   std::uint64_t size_bytes = SizeOfFolder(folders, folder());
   while (size_bytes != last_bytes && folders.Exists(folder())) {
     last_bytes = size_bytes;
-    job_.services.machine.clock.Sleep(kFolderRest);
+    job_.machine().clock.Sleep(kFolderRest);
     support_.ShowLife();
     size_bytes = SizeOfFolder(folders, folder());
   }
 }
 
 void ExchangeStoreStage::ReadToolStatus() {
-  Trace& trace = job_.services.trace;
+  Trace& trace = job_.trace();
   trace.User(" Exe not running");
-  const auto state = job_.services.machine.files.ReadHead(UserFile(kStatusFile), 1);
+  const auto state = job_.machine().files.ReadHead(UserFile(kStatusFile), 1);
   if (state == "2") {
     trace.User(" Operation cancelled by user.");
     cancelled_ = true;
@@ -199,7 +199,7 @@ void ExchangeStoreStage::ReadToolStatus() {
 }
 
 JobCode ExchangeStoreStage::LeaveWithoutFolder() {
-  job_.services.trace.User(" Exchange Temp path not found ");
+  job_.trace().User(" Exchange Temp path not found ");
   return support_.LeaveFailed(
       {" The temporary path used in the Exchange server backup operation was not found",
        "The temporary path used in the Exchange server backup operation was not found",
@@ -208,7 +208,7 @@ JobCode ExchangeStoreStage::LeaveWithoutFolder() {
 }
 
 JobCode ExchangeStoreStage::LeaveUnwritable() {
-  job_.services.trace.plain().WriteTrace(
+  job_.trace().plain().WriteTrace(
       "Unable to continue the Exchange Server Backup operation, please make sure that the folder/drive "
       "exists or the disk is not full or write protected.");
   return support_.LeaveFailed(
@@ -221,7 +221,7 @@ JobCode ExchangeStoreStage::LeaveUnwritable() {
 }
 
 JobCode ExchangeStoreStage::LeaveCancelled() {
-  job_.services.trace.User(" User aborted the Exchange Server backup");
+  job_.trace().User(" User aborted the Exchange Server backup");
   return support_.LeaveFailed(
       {" The user has aborted the Exchange Server backup operation",
        "The user has aborted the Exchange Server backup operation", TotalTime::kDifference},
@@ -229,7 +229,7 @@ JobCode ExchangeStoreStage::LeaveCancelled() {
 }
 
 JobCode ExchangeStoreStage::LeaveToolAborted() {
-  job_.services.trace.User(" User aborted the Exchange Server backup");
+  job_.trace().User(" User aborted the Exchange Server backup");
   const std::string reason =
       text_files_.ReadFirstLine(UserFile(kReasonFile), Encoding::kCodePage).value_or("");
   return support_.LeaveFailed({" " + reason, reason, TotalTime::kDifference}, kJobFailed);
@@ -237,7 +237,7 @@ JobCode ExchangeStoreStage::LeaveToolAborted() {
 
 // The long form without a backslash at its end; the text as it stands for a folder that is not there.
 std::string ExchangeStoreStage::LongFolder(std::string_view path) {
-  std::string long_path = job_.services.machine.drives.LongPath(path);
+  std::string long_path = job_.machine().drives.LongPath(path);
   if (long_path.empty()) return std::string{path};
   constexpr std::size_t kLengthOfRoot = 3;
   while (long_path.size() > kLengthOfRoot && long_path.ends_with('\\')) long_path.pop_back();

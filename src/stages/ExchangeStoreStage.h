@@ -45,7 +45,7 @@ class ExchangeStoreStage : public Stage {
   JobCode LeaveToolAborted();
 
   std::string& folder() { return job_.state.run.APIEXCHANGE; }
-  std::string UserFile(std::string_view name) const { return job_.services.installation.UserFile(name); }
+  std::string UserFile(std::string_view name) const { return job_.installation().UserFile(name); }
   std::string LongFolder(std::string_view path);
 
   JobContext& job_;

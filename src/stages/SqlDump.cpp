@@ -38,7 +38,7 @@ SqlDump::SqlDump(JobContext& job, StageSupport& support, BackupSetStore& backup_
     : job_(job),
       support_(support),
       backup_set_(backup_set),
-      text_files_(job.services.machine.files, job.services.machine.code_page) {}
+      text_files_(job.machine().files, job.machine().code_page) {}
 
 bool SqlDump::BackupToDisk(std::string_view database) {
   const Run run = Prepare(database);
@@ -47,10 +47,10 @@ bool SqlDump::BackupToDisk(std::string_view database) {
   Announce(run, database);
   StartedProgram tool = Launch(run);
   support_.WaitUntilGone(tool, kToolPause);
-  job_.services.machine.clock.Sleep(kAfterTool);
+  job_.machine().clock.Sleep(kAfterTool);
   WriteToolStatus(sql_names::kIdle);
   AddToBackupSet(run);
-  if (job_.services.machine.files.Exists(DumpPath(run.folder, run.database))) {
+  if (job_.machine().files.Exists(DumpPath(run.folder, run.database))) {
     LogLine(OutcomeText("Successfully completed the backup of database '", database, run.folder));
   }
   LogErrors();
@@ -58,7 +58,7 @@ bool SqlDump::BackupToDisk(std::string_view database) {
 }
 
 SqlDump::Run SqlDump::Prepare(std::string_view database) {
-  const Installation& installation = job_.services.installation;
+  const Installation& installation = job_.installation();
   Run run;
   run.database = "[" + std::string{database} + "]";
   run.user = ReadSetting("SqlUN", kNoText);
@@ -82,7 +82,7 @@ std::string SqlDump::ReadSetting(std::string_view key, std::string_view fallback
 }
 
 void SqlDump::WriteToolStatus(std::string_view word) {
-  const std::string folder = job_.services.installation.DataFile(sql_names::kStatusFolder);
+  const std::string folder = job_.installation().DataFile(sql_names::kStatusFolder);
   support_.WriteLine(folder + "\\" + std::string{sql_names::kStatusFile}, word);
 }
 
@@ -98,9 +98,9 @@ void SqlDump::Announce(const Run& run, std::string_view database) {
   const std::string arguments = "1 " + Quoted(run.server) + " " + Quoted(run.database) + " " + run.user +
                                 " " + run.password + " " + Quoted(run.folder) + " " +
                                 Quoted(run.status_folder);
-  job_.services.trace.User(" SQL Cmdline : " + tool + arguments + " " +
-                           Join({kToolFiles.begin(), kToolFiles.end()}, " "));
-  job_.services.trace.plain().WriteTrace(started);
+  job_.trace().User(" SQL Cmdline : " + tool + arguments + " " +
+                    Join({kToolFiles.begin(), kToolFiles.end()}, " "));
+  job_.trace().plain().WriteTrace(started);
 }
 
 StartedProgram SqlDump::Launch(const Run& run) {
@@ -117,16 +117,16 @@ StartedProgram SqlDump::Launch(const Run& run) {
 void SqlDump::AddToBackupSet(const Run& run) {
   const std::string path = DumpPath(run.long_folder, run.database);
   if (job_.services.helpers.IsVistaFamily()) {
-    text_files_.Append(job_.services.installation.DataFile(sql_names::kDumpList),
-                       path + std::string{kLineEnd}, Encoding::kCodePage, IfMissing::kCreate);
+    text_files_.Append(job_.installation().DataFile(sql_names::kDumpList), path + std::string{kLineEnd},
+                       Encoding::kCodePage, IfMissing::kCreate);
   }
   backup_set_.BackupSetLines.push_back(path);
 }
 
 // An error file without text says that something went wrong as well.
 void SqlDump::LogErrors() {
-  const std::string path = job_.services.installation.UserFile(sql_names::kErrorFile);
-  if (!job_.services.machine.files.Exists(path)) return;
+  const std::string path = job_.installation().UserFile(sql_names::kErrorFile);
+  if (!job_.machine().files.Exists(path)) return;
   const std::string text = text_files_.Read(path, Encoding::kCodePage).value_or("");
   std::string line = "Error while local backup of database :   ";
   if (!Trim(text).empty()) line.append(kLineEnd).append(text);
@@ -135,7 +135,7 @@ void SqlDump::LogErrors() {
 
 // Every line of the dump has this one severity, also that of an error.
 void SqlDump::LogLine(std::string_view text) {
-  WriteStageLogLine(job_.services.machine, job_.services.installation.UserFile(sql_names::kStageLog), text,
+  WriteStageLogLine(job_.machine(), job_.installation().UserFile(sql_names::kStageLog), text,
                     kStageInformation);
 }
 

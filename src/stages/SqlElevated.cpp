@@ -30,13 +30,13 @@ void SqlElevated::ClearLaunchFlags() {
 
 void SqlElevated::Cont_LaunchAdminProcessSQL() {
   if (g_bLaunchVistaSQL) return;
-  job_.services.installation.CurrentUser = job_.services.store.ReadDefaultUser("Default User name");
+  job_.installation().CurrentUser = job_.services.store.ReadDefaultUser("Default User name");
   if (!IsAskedFor()) return;
   g_bLaunchVistaSQL = true;
   DumpForJob();
-  job_.services.machine.clock.Sleep(kSettleTime);
+  job_.machine().clock.Sleep(kSettleTime);
   job_.keys.Write(sql_names::kLocalBackup, sql_names::kDumped);
-  Trace& trace = job_.services.trace;
+  Trace& trace = job_.trace();
   trace.User(" Cont_LaunchAdminProcessSQL LocalBackup Value :: " + job_.keys.Read(sql_names::kLocalBackup));
   trace.plain().WriteTrace("[SQL] Backup completed");
   g_bLaunchVistaSQL = false;
@@ -81,7 +81,7 @@ void SqlElevated::DumpDatabases() {
 }
 
 void SqlElevated::TraceFields(const std::vector<std::string>& fields) {
-  Options& trace = job_.services.trace.plain();
+  Options& trace = job_.trace().plain();
   trace.WriteTrace("backv Count: " + std::to_string(backup_set_.BackupSetLines.size()));
   trace.WriteTrace("Count: " + std::to_string(fields.size()));
   for (const std::string& field : fields) trace.WriteTrace("array value: " + field);
@@ -89,19 +89,19 @@ void SqlElevated::TraceFields(const std::vector<std::string>& fields) {
 
 void SqlElevated::Cont_LaunchSQlAdminProcess() {
   if (serves_request_) return;
-  const std::string status_file = job_.services.installation.DataFile(sql_names::kLaunchStatusFile);
+  const std::string status_file = job_.installation().DataFile(sql_names::kLaunchStatusFile);
   if (support_.ReadFirstLine(status_file) != kRequested) return;
   serves_request_ = true;
   Serve();
-  job_.services.machine.clock.Sleep(kSettleTime);
+  job_.machine().clock.Sleep(kSettleTime);
   support_.WriteLine(status_file, kServed);
   serves_request_ = false;
 }
 
 void SqlElevated::Serve() {
-  const std::string command_file = job_.services.installation.DataFile(sql_names::kLaunchCommandFile);
+  const std::string command_file = job_.installation().DataFile(sql_names::kLaunchCommandFile);
   const std::string command = TrimAtTerminator(ReadCommand(command_file));
-  const Machine& machine = job_.services.machine;
+  const Machine& machine = job_.machine();
   StartedProgram tool{
       job_.services.helpers, sql_names::kTool,
       command.empty() ? ProcessWatch{machine.processes, kNoProcess} : support_.StartHidden(command)};
@@ -112,8 +112,8 @@ void SqlElevated::Serve() {
 // What the file says runs with every right on the machine, so whoever lacks these rights may not say it.
 std::string SqlElevated::ReadCommand(const std::string& file) {
   auto command = text_files_.ReadTrusted(file, Encoding::kCodePage);
-  if (!command && job_.services.machine.files.Exists(file)) {
-    job_.services.trace.plain().WriteTraceMain(
+  if (!command && job_.machine().files.Exists(file)) {
+    job_.trace().plain().WriteTraceMain(
         file + " is not obeyed: it has to belong to the system, to the administrators or to the account of " +
         "this program.");
   }
@@ -123,7 +123,7 @@ std::string SqlElevated::ReadCommand(const std::string& file) {
 // The tool learns of the stop from its status file and is not waited for any more.
 bool SqlElevated::StopOrEnd(StartedProgram& tool) {
   if (!support_.StopAsked()) return !tool.IsRunning();
-  const std::string folder = job_.services.installation.DataFile("OxWin\\");
+  const std::string folder = job_.installation().DataFile("OxWin\\");
   support_.WriteLine(folder + std::string{sql_names::kStatusFile}, sql_names::kStop);
   return true;
 }

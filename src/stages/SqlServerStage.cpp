@@ -32,8 +32,8 @@ Leave SqlServerStage::Run(JobState& state) {
   const bool is_elevated_hosts_work = job_.services.helpers.IsVista();
   std::vector<std::string> fields;
   if (!is_elevated_hosts_work) fields = ReadFields();
-  job_.services.trace.User(" Started Backup of SQL Server files");
-  support_.Remove(job_.services.installation.UserFile(sql_names::kStageLog));
+  job_.trace().User(" Started Backup of SQL Server files");
+  support_.Remove(job_.installation().UserFile(sql_names::kStageLog));
   support_.EmptyBackupSet();
   if (!support_.CanWriteTo(folder)) return RefuseWithoutAccess();
   const bool is_done = is_elevated_hosts_work ? WaitForElevatedHost() : DumpDatabases(fields);
@@ -41,7 +41,7 @@ Leave SqlServerStage::Run(JobState& state) {
 }
 
 JobCode SqlServerStage::RefuseWithoutFolder() {
-  job_.services.trace.User(" SQL Temp path not found ");
+  job_.trace().User(" SQL Temp path not found ");
   return support_.LeaveFailed(
       {" The SQL server backup operation has been cancelled since the SQL Temp path could not be found",
        "The SQL server backup operation has been cancelled since the SQL Temp path could not be found.",
@@ -50,7 +50,7 @@ JobCode SqlServerStage::RefuseWithoutFolder() {
 }
 
 JobCode SqlServerStage::RefuseWithoutAccess() {
-  Options& trace = job_.services.trace.plain();
+  Options& trace = job_.trace().plain();
   trace.WriteTrace("Cont_SchBackup :  PERMISSION DENIED :: ");
   trace.WriteTrace(
       "Unable to continue the SQL Server Backup operation, please make sure that the disk is not full or "
@@ -65,14 +65,14 @@ JobCode SqlServerStage::RefuseWithoutAccess() {
 }
 
 JobCode SqlServerStage::LeaveAborted() {
-  job_.services.trace.User(" User aborted the SQL Server backup");
+  job_.trace().User(" User aborted the SQL Server backup");
   return support_.LeaveFailed({" The SQL server backup has been aborted by the user",
                                "The SQL server backup has been aborted by the user", TotalTime::kLabel},
                               kJobFailed);
 }
 
 std::vector<std::string> SqlServerStage::ReadFields() {
-  Options& trace = job_.services.trace.plain();
+  Options& trace = job_.trace().plain();
   trace.WriteTrace("Cont_SchBackup :  OS not vista ");
   std::vector<std::string> fields = support_.ReadBackupSetFields(sql_names::kKeyword);
   trace.WriteTrace("Cont_SchBackup :  nonvista case backv.count :: " +
@@ -83,9 +83,9 @@ std::vector<std::string> SqlServerStage::ReadFields() {
 // The host takes the request from the key and answers there. False when the job is stopped meanwhile. A host
 // that works makes the list of the dumps anew and then runs the tool.
 bool SqlServerStage::WaitForElevatedHost() {
-  const Machine& machine = job_.services.machine;
-  const std::string dump_list = job_.services.installation.DataFile(sql_names::kDumpList);
-  Options& trace = job_.services.trace.plain();
+  const Machine& machine = job_.machine();
+  const std::string dump_list = job_.installation().DataFile(sql_names::kDumpList);
+  Options& trace = job_.trace().plain();
   trace.WriteTrace("came for the vista case: ");
   job_.keys.Write(sql_names::kLocalBackup, sql_names::kAsked);
   trace.WriteTrace("Cont_SchBackup : vista case  LocalBackup :: " + job_.keys.Read(sql_names::kLocalBackup));
@@ -116,17 +116,17 @@ bool SqlServerStage::WaitForElevatedHost() {
 void SqlServerStage::WithdrawRequest() {
   job_.keys.Write(sql_names::kLocalBackup, sql_names::kWithdrawn);
   if (!support_.IsRunning(sql_names::kTool)) return;
-  const std::string folder = job_.services.installation.DataFile(sql_names::kStatusFolder);
+  const std::string folder = job_.installation().DataFile(sql_names::kStatusFolder);
   support_.WriteLine(folder + "\\" + std::string{sql_names::kStatusFile}, sql_names::kStop);
 }
 
 void SqlServerStage::ReportSilence() {
-  job_.services.trace.User("  " + std::string{kNoAnswer});
+  job_.trace().User("  " + std::string{kNoAnswer});
   job_.end_status.WriteStatusText(kNoAnswer);
 }
 
 bool SqlServerStage::DumpDatabases(const std::vector<std::string>& fields) {
-  job_.services.trace.plain().WriteTrace("came for non vista case: ");
+  job_.trace().plain().WriteTrace("came for non vista case: ");
   for (const std::string& field : fields) {
     if (!StageSupport::FieldCounts(field, sql_names::kKeyword)) continue;
     support_.LetToolEnd(sql_names::kTool);
@@ -144,16 +144,16 @@ std::vector<SelectedItem> SqlServerStage::Items(JobState& state) {
       TraceDump(path);
       items.push_back({path, ItemKind::kFile});
     }
-    if (items.empty()) job_.services.trace.User(kNoDatabase);
+    if (items.empty()) job_.trace().User(kNoDatabase);
   }
   if (items.empty()) items.push_back({folder, ItemKind::kFolder});
   return items;
 }
 
 void SqlServerStage::TraceDump(const std::string& path) {
-  job_.services.trace.plain().WriteTrace(path);
-  if (job_.services.machine.files.Exists(path)) return;
-  WriteStageLogLine(job_.services.machine, job_.services.installation.UserFile(sql_names::kStageLog),
+  job_.trace().plain().WriteTrace(path);
+  if (job_.machine().files.Exists(path)) return;
+  WriteStageLogLine(job_.machine(), job_.installation().UserFile(sql_names::kStageLog),
                     "Backup failed. Couldn't find the file name = " + std::string{Trim(path)}, kStageError);
 }
 

@@ -44,11 +44,11 @@ CommandLine SplitProgram(Files& files, std::string_view line) {
 StageSupport::StageSupport(JobContext& job, BackupSetStore& backup_set)
     : job_(job),
       backup_set_(backup_set),
-      text_files_(job.services.machine.files, job.services.machine.code_page),
-      life_(job.services.trace, job.services.machine.clock, kSignOfLife) {}
+      text_files_(job.machine().files, job.machine().code_page),
+      life_(job.trace(), job.machine().clock, kSignOfLife) {}
 
 void StageSupport::Begin() {
-  started_ = job_.services.machine.clock.Now();
+  started_ = job_.machine().clock.Now();
   life_.Begin();
 }
 
@@ -57,11 +57,11 @@ void StageSupport::WriteEntryKeys(EngineResult result) {
   job_.keys.Write("RetValue", result.Text());
 }
 
-void StageSupport::Notify(std::string_view text) { job_.services.trace.User("  " + std::string{text}); }
+void StageSupport::Notify(std::string_view text) { job_.trace().User("  " + std::string{text}); }
 
 void StageSupport::SleepAndPump(milliseconds pause) {
-  job_.services.machine.clock.Sleep(pause);
-  job_.services.machine.pump.Pump();
+  job_.machine().clock.Sleep(pause);
+  job_.machine().pump.Pump();
   ShowLife();
 }
 
@@ -86,17 +86,17 @@ bool StageSupport::FieldCounts(std::string_view field, std::string_view keyword)
 void StageSupport::EmptyBackupSet() { BackupSetStore::ClearCollection(backup_set_.BackupSetLines); }
 
 bool StageSupport::MakeFolder(std::string_view path) {
-  Folders& folders = job_.services.machine.folders;
+  Folders& folders = job_.machine().folders;
   return folders.Exists(path) || folders.Make(path);
 }
 
 std::string StageSupport::ShortPath(std::string_view path) {
-  std::string short_path = job_.services.machine.drives.ShortPath(path);
+  std::string short_path = job_.machine().drives.ShortPath(path);
   return short_path.empty() ? std::string{path} : short_path;
 }
 
 bool StageSupport::CanWriteTo(std::string_view folder) {
-  const Machine& machine = job_.services.machine;
+  const Machine& machine = job_.machine();
   const std::string path = std::string{folder}.append(kTestFile);
   const bool is_made = machine.files.Write(path, "", IfPresent::kReplace);
   machine.clock.Sleep(kTestFilePause);
@@ -119,7 +119,7 @@ void StageSupport::WaitUntilGone(StartedProgram& program, milliseconds pause) {
 void StageSupport::LetToolEnd(std::string_view program) {
   life_.Begin();
   while (IsRunning(program)) {
-    job_.services.machine.pump.Pump();
+    job_.machine().pump.Pump();
     ShowLife();
   }
 }
@@ -129,11 +129,11 @@ void StageSupport::EndProgram(std::string_view program) {
 }
 
 ProcessWatch StageSupport::StartHidden(std::string_view command_line) {
-  Processes& processes = job_.services.machine.processes;
-  const CommandLine command = SplitProgram(job_.services.machine.files, Trim(command_line));
+  Processes& processes = job_.machine().processes;
+  const CommandLine command = SplitProgram(job_.machine().files, Trim(command_line));
   return {processes, processes.Launch({.file = command.program,
                                        .parameters = command.parameters,
-                                       .folder = job_.services.installation.WorkingFolder(),
+                                       .folder = job_.installation().WorkingFolder(),
                                        .show_mode = 0})};
 }
 
@@ -147,16 +147,14 @@ std::string StageSupport::ReadFirstLine(std::string_view path) {
   return std::string{Trim(text_files_.ReadFirstLine(path, Encoding::kCodePage).value_or(""))};
 }
 
-void StageSupport::Remove(std::string_view path) {
-  job_.services.machine.files.Remove(path, Removal::kForce);
-}
+void StageSupport::Remove(std::string_view path) { job_.machine().files.Remove(path, Removal::kForce); }
 
 void StageSupport::RecordFailure(const StageFailure& failure) {
   JobRun& run = job_.state.run;
   SessionLog& session_log = job_.services.session_log;
   run.result_text = failure.result_text;
   run.session_path = session_log.NewPath();
-  job_.services.trace.User(failure.log_trace + run.session_path);
+  job_.trace().User(failure.log_trace + run.session_path);
   session_log.WriteBlock(run.session_path, failure.result_text, SessionWrite::kAppend);
   if (failure.total_time != TotalTime::kNone) {
     session_log.AppendText(run.session_path, TotalTimeLine(failure.total_time));
@@ -165,7 +163,7 @@ void StageSupport::RecordFailure(const StageFailure& failure) {
 
 std::string StageSupport::TotalTimeLine(TotalTime kind) const {
   const std::string rest =
-      kind == TotalTime::kLabel ? "        : " : TimeDiffString(started_, job_.services.machine.clock.Now());
+      kind == TotalTime::kLabel ? "        : " : TimeDiffString(started_, job_.machine().clock.Now());
   return std::string{kTotalTimeLabel}.append(rest).append(kLineEnd);
 }
 

@@ -63,19 +63,19 @@ std::string SystemStateStage::FindFolder() {
   for (const std::string& field : support_.ReadBackupSetFields(kKeyword)) {
     if (StageSupport::FieldCounts(field, kKeyword)) path = Trim(field);
   }
-  return path.empty() || path == "\\" ? job_.services.installation.DataFile("SYSSTATETEMP") : path;
+  return path.empty() || path == "\\" ? job_.installation().DataFile("SYSSTATETEMP") : path;
 }
 
 void SystemStateStage::Announce() {
   support_.SleepAndPump(kBeforeStart);
   support_.Notify("Started the system state backup to this directory - '" + sysStatePath_ + "'");
-  job_.services.trace.User(" Started Backup of System state backup " + sysStatePath_);
-  support_.Remove(job_.services.installation.UserFile("STBTraceFile.txt"));
+  job_.trace().User(" Started Backup of System state backup " + sysStatePath_);
+  support_.Remove(job_.installation().UserFile("STBTraceFile.txt"));
   support_.EmptyBackupSet();
 }
 
 JobCode SystemStateStage::LeaveWithoutAccess() {
-  job_.services.trace.User(" " + std::string{kNoAccess});
+  job_.trace().User(" " + std::string{kNoAccess});
   WriteStageLog(kNoAccess, kStageError);
   support_.RecordFailure(
       {.log_trace = std::string{kNoAccessTrace}, .result_text = std::string{kNoAccessResult}});
@@ -87,7 +87,7 @@ JobCode SystemStateStage::LeaveWithoutAccess() {
 // own one stands in the stage's log; the transfer takes place in either case.
 void SystemStateStage::Dump() {
   if (support_.IsRunning(kTool)) return;
-  job_.services.trace.User(" Started system state backup to '" + sysStatePath_ + " ' ");
+  job_.trace().User(" Started system state backup to '" + sysStatePath_ + " ' ");
   system_state_.LaunchNtbackup(sysStatePath_);
 }
 
@@ -100,7 +100,7 @@ Leave SystemStateStage::LeaveWhenStopped(JobState& state) {
   }
   if (!support_.StopAsked()) return std::nullopt;
   job_.keys.WriteStatus(StatusWord::kFailed);
-  job_.services.trace.User(" User aborted the System State Backup");
+  job_.trace().User(" User aborted the System State Backup");
   WriteStageLog(kAborted, kStageError);
   state.run.result_text = kAbortedResult;
   state.run.session_path = job_.services.session_log.NewPath();
@@ -109,16 +109,15 @@ Leave SystemStateStage::LeaveWhenStopped(JobState& state) {
 }
 
 void SystemStateStage::WriteStageLog(std::string_view text, int kind) {
-  WriteStageLogLine(job_.services.machine, job_.services.installation.UserFile("STBTraceFile.txt"), text,
-                    kind);
+  WriteStageLogLine(job_.machine(), job_.installation().UserFile("STBTraceFile.txt"), text, kind);
 }
 
 std::vector<SelectedItem> SystemStateStage::Items(JobState& state) {
-  Trace& trace = job_.services.trace;
+  Trace& trace = job_.trace();
   trace.User("  sysStatePath = " + sysStatePath_);
   const std::string folder = WithoutBackslash(sysStatePath_);
   state.run.dump_folder = folder;
-  if (!HoldsBytes(job_.services.machine.folders, folder)) trace.User(kNoFiles);
+  if (!HoldsBytes(job_.machine().folders, folder)) trace.User(kNoFiles);
   return {{folder + "\\" + std::string{kBackupFile}, ItemKind::kFile}};
 }
 

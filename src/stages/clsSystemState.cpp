@@ -50,15 +50,15 @@ std::string OldName(const SystemVersion& version) {
 }  // namespace
 
 clsSystemState::clsSystemState(JobContext& job, StageSupport& support)
-    : job_(job), support_(support), text_files_(job.services.machine.files, job.services.machine.code_page) {}
+    : job_(job), support_(support), text_files_(job.machine().files, job.machine().code_page) {}
 
 std::string clsSystemState::GetOsVersion() {
-  const SystemVersion version = job_.services.machine.system.Version();
+  const SystemVersion version = job_.machine().system.Version();
   return version.platform_id == kNtPlatform ? NtName(version) : OldName(version);
 }
 
 std::string clsSystemState::PidPath(PidFile nKind) const {
-  return job_.services.installation.UserFile(nKind == PidFile::kBackup ? "ABUPIDFile.dat" : "NTBPIDFile.dat");
+  return job_.installation().UserFile(nKind == PidFile::kBackup ? "ABUPIDFile.dat" : "NTBPIDFile.dat");
 }
 
 void clsSystemState::CreatePIDFile(std::string_view sPID, PidFile nKind) {
@@ -66,7 +66,7 @@ void clsSystemState::CreatePIDFile(std::string_view sPID, PidFile nKind) {
 }
 
 void clsSystemState::DeletePIDFile(PidFile nKind) {
-  job_.services.machine.files.Remove(PidPath(nKind), Removal::kPlain);
+  job_.machine().files.Remove(PidPath(nKind), Removal::kPlain);
 }
 
 std::string clsSystemState::GetPID(PidFile nKind) {
@@ -75,7 +75,7 @@ std::string clsSystemState::GetPID(PidFile nKind) {
 }
 
 bool clsSystemState::ShellClose(ProcessId nPID) {
-  Processes& processes = job_.services.machine.processes;
+  Processes& processes = job_.machine().processes;
   const ProcessWatch process(processes, processes.OpenById(nPID, ProcessAccess::kTerminate));
   return process.WasStarted() && processes.Terminate(process.handle(), 0);
 }
@@ -93,10 +93,10 @@ std::string clsSystemState::StringEndFolder(std::string_view sText, std::string_
   return std::string{sText};
 }
 
-std::string clsSystemState::GetCompName() { return job_.services.machine.system.ComputerName(); }
+std::string clsSystemState::GetCompName() { return job_.machine().system.ComputerName(); }
 
 bool clsSystemState::LaunchNtbackup(std::string_view sPath) {
-  const Machine& machine = job_.services.machine;
+  const Machine& machine = job_.machine();
   support_.MakeFolder(sPath);
   const std::string backup_file = WithBackslash(support_.ShortPath(sPath)).append(kBackupFile);
   const std::string job_name =
@@ -132,12 +132,12 @@ void clsSystemState::WriteVerdict(std::string_view sPath, const std::string& bac
         is_named ? std::string{sPath} : backup_file.substr(0, backup_file.size() - name_bytes);
     text = "Successfully Completed system state backup to '" + WithBackslash(folder) + "'.";
   }
-  WriteStageLogLine(job_.services.machine, job_.services.installation.UserFile("STBTraceFile.txt"), text,
+  WriteStageLogLine(job_.machine(), job_.installation().UserFile("STBTraceFile.txt"), text,
                     kStageInformation);
 }
 
 bool clsSystemState::CheckIfBackupComplete(ProcessId nPID) {
-  const Machine& machine = job_.services.machine;
+  const Machine& machine = job_.machine();
   TraceLine("Enter CheckIfBackupComplete");
   const ProcessWatch tool(machine.processes,
                           machine.processes.OpenById(nPID, ProcessAccess::kQueryAndTerminate));
@@ -145,7 +145,7 @@ bool clsSystemState::CheckIfBackupComplete(ProcessId nPID) {
   TraceLine("System state data backup is in progress");
   // The host's end of progress does not stop the tool; the job takes note of it later.
   const bool host_stop = false;
-  StatusStopCheck stop(machine, job_.services.installation, host_stop);
+  StatusStopCheck stop(machine, job_.installation(), host_stop);
   bool completed = true;
   while (completed && exit_code == kStillActive) {
     HideWindows();
@@ -165,7 +165,7 @@ bool clsSystemState::CheckIfBackupComplete(ProcessId nPID) {
 
 // The tool shows both windows however it was started, and shows them again.
 void clsSystemState::HideWindows() {
-  Desktop& desktop = job_.services.machine.desktop;
+  Desktop& desktop = job_.machine().desktop;
   for (const std::string_view title : {kProgressTitle, kSelectionTitle}) {
     const WindowHandle window = desktop.FindTopWindow(kDialogClass, title);
     if (window != 0) desktop.Show(window, WindowShow::kHide);
@@ -180,7 +180,7 @@ bool clsSystemState::IsNtbackup(ProcessId id) {
 
 void clsSystemState::StopTool(ProcessId nPID, ProcessHandle handle) {
   ShellClose(nPID);
-  job_.services.machine.clock.Sleep(kBetweenCloses);
+  job_.machine().clock.Sleep(kBetweenCloses);
   // The number of the handle stands in the place of an id, which may be anybody's.
   if (IsNtbackup(static_cast<ProcessId>(handle))) ShellClose(static_cast<ProcessId>(handle));
   TraceLine("Sent close message to ntBackup exe");

@@ -74,7 +74,7 @@ class clsSystemState {
 
   std::string ReadDefaultFormat(std::string_view path);
   std::string PidPath(PidFile nKind) const;
-  void TraceLine(std::string_view text) { job_.services.trace.plain().WriteTrace(text); }
+  void TraceLine(std::string_view text) { job_.trace().plain().WriteTrace(text); }
 
   JobContext& job_;
   StageSupport& support_;

@@ -33,7 +33,7 @@ std::string_view AnswerText(bool answer) { return answer ? "True" : "False"; }
 }  // namespace
 
 std::int32_t clsSystemState::QueryValueEx(const RegistryName& name, RegistryValue& vValue) {
-  const auto value = job_.services.machine.registry.Read(name, RegistryAccess::kQueryValue);
+  const auto value = job_.machine().registry.Read(name, RegistryAccess::kQueryValue);
   if (!value) return kMissingValue;
   if (value->type != RegistryType::kText && value->type != RegistryType::kDword) return kOtherType;
   vValue = *value;
@@ -60,8 +60,8 @@ std::string clsSystemState::FindLogFile(std::string_view sJobName) {
 }
 
 std::string clsSystemState::GetLogErrorString(std::string_view sJobName, std::string& sLogPath) {
-  const Machine& machine = job_.services.machine;
-  Trace& trace = job_.services.trace;
+  const Machine& machine = job_.machine();
+  Trace& trace = job_.trace();
   TraceLine("Enter GetLogErrorString");
   trace.User(sLogPath);
   const std::string file = FindLogFile(sJobName);
@@ -74,7 +74,7 @@ std::string clsSystemState::GetLogErrorString(std::string_view sJobName, std::st
     trace.User(" slogfilePath " + log_path);
     if (machine.files.Exists(log_path)) {
       text = ReadDefaultFormat(log_path);
-      const std::string session_folder = job_.services.installation.UserFile("session");
+      const std::string session_folder = job_.installation().UserFile("session");
       support_.MakeFolder(session_folder);
       sLogPath = session_folder + "\\" + std::string{sJobName} + ".txt";
       KeepLog(log_path, text, sLogPath);
@@ -87,12 +87,12 @@ std::string clsSystemState::GetLogErrorString(std::string_view sJobName, std::st
 // The text comes first and the very bytes over it, so that a copy that fails still leaves the text.
 void clsSystemState::KeepLog(const std::string& log_path, std::string_view text, const std::string& copy) {
   text_files_.Write(copy, text, Encoding::kCodePage);
-  job_.services.machine.files.Copy(log_path, copy);
+  job_.machine().files.Copy(log_path, copy);
 }
 
 // A file with a mark is UTF-16, one without is in the system code page.
 std::string clsSystemState::ReadDefaultFormat(std::string_view path) {
-  const Machine& machine = job_.services.machine;
+  const Machine& machine = job_.machine();
   const std::string bytes = machine.files.Read(path).value_or("");
   return bytes.starts_with(kUtf16Mark) ? FromUtf16(bytes) : machine.code_page.ToUtf8(bytes);
 }
@@ -100,7 +100,7 @@ std::string clsSystemState::ReadDefaultFormat(std::string_view path) {
 bool clsSystemState::CheckLogError(std::string_view /*sBackupName*/, std::string_view sLogPath) {
   TraceLine("Enter CheckLogError");
   bool answer = false;
-  if (job_.services.machine.files.Exists(sLogPath)) {
+  if (job_.machine().files.Exists(sLogPath)) {
     const std::string text = ReadDefaultFormat(sLogPath);
     std::string_view stream = text;
     answer = CheckForErrorString(stream, GetOsVersion());
