@@ -6,8 +6,8 @@
 
 #include "backupset/CompareList.h"
 #include "bench/BenchMachine.h"
+#include "bench/TableReporter.h"
 #include "bench/child.h"
-#include "bench/report.h"
 #include "bench/statistics.h"
 
 namespace ondura {

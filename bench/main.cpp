@@ -8,9 +8,9 @@
 #include <exception>
 #include <string>
 
+#include "bench/TableReporter.h"
 #include "bench/child.h"
 #include "bench/compare_list_bench.h"
-#include "bench/report.h"
 #include "bench/service_bench.h"
 #include "bench/size_bench.h"
 #include "bench/small_bench.h"

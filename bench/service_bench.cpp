@@ -3,8 +3,8 @@
 #include <fstream>
 
 #include "bench/BenchMachine.h"
+#include "bench/TableReporter.h"
 #include "bench/child.h"
-#include "bench/report.h"
 #include "bench/statistics.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/profile_paths.h"

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "bench/BenchMachine.h"
-#include "bench/report.h"
+#include "bench/TableReporter.h"
 #include "bench/statistics.h"
 #include "profile/ProfileStore.h"
 #include "reporting/Trace.h"

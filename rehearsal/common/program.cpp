@@ -3,7 +3,7 @@
 #include <exception>
 #include <iostream>
 
-#include "rehearsal/common/child_machine.h"
+#include "rehearsal/common/ProgramMachine.h"
 
 namespace ondura::rehearsal {
 

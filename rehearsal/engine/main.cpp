@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/engine_command.h"
-#include "rehearsal/common/own_process.h"
+#include "rehearsal/common/HostProcess.h"
 #include "rehearsal/common/program.h"
 #include "rehearsal/engine/commands.h"
 #include "text/text.h"

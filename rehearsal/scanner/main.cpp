@@ -5,9 +5,9 @@
 #include <iostream>
 
 #include "engine/scanner_command.h"
+#include "rehearsal/common/HostProcess.h"
 #include "rehearsal/common/LocalDatabase.h"
 #include "rehearsal/common/Vault.h"
-#include "rehearsal/common/own_process.h"
 #include "rehearsal/common/program.h"
 #include "text/text.h"
 

@@ -6,8 +6,8 @@
 
 #include "platform/machine.h"
 #include "profile/Installation.h"
+#include "reporting/ErrorTextSlot.h"
 #include "reporting/Trace.h"
-#include "reporting/error_text.h"
 
 namespace ondura {
 

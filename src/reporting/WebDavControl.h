@@ -6,8 +6,8 @@
 
 #include "platform/machine.h"
 #include "profile/Transfer.h"
+#include "reporting/ErrorTextSlot.h"
 #include "reporting/Options.h"
-#include "reporting/error_text.h"
 
 namespace ondura {
 

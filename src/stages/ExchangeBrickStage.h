@@ -6,7 +6,7 @@
 
 #include "job/JobContext.h"
 #include "job/Stage.h"
-#include "reporting/error_text.h"
+#include "reporting/ErrorTextSlot.h"
 #include "stages/StageSupport.h"
 #include "util/TextFiles.h"
 

@@ -8,10 +8,10 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "TemporaryRoot.h"
 #include "machines/posix/command_line.h"
 #include "machines/posix/host_io.h"
 #include "machines/posix/host_time.h"
-#include "posix_fixture.h"
 
 namespace ondura {
 namespace {

@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <map>
 
+#include "TemporaryRoot.h"
 #include "contract_web.h"
-#include "posix_fixture.h"
 #include "support/NotificationServer.h"
 #include "text/text.h"
 

@@ -3,11 +3,11 @@
 #include <mutex>
 #include <thread>
 
+#include "TemporaryFolder.h"
 #include "contract.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/paths.h"
 #include "machines/win32/windows_api.h"
-#include "win32_fixture.h"
 
 namespace ondura {
 

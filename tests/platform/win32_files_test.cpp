@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 
+#include "TemporaryFolder.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/handles.h"
 #include "machines/win32/paths.h"
 #include "machines/win32/text_edges.h"
-#include "win32_fixture.h"
 
 namespace ondura {
 

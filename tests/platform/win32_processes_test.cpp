@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "TemporaryFolder.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/handles.h"
-#include "win32_fixture.h"
 
 namespace ondura {
 

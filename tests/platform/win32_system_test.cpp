@@ -2,10 +2,10 @@
 
 #include <chrono>
 
+#include "TemporaryFolder.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/paths.h"
 #include "machines/win32/windows_api.h"
-#include "win32_fixture.h"
 
 namespace ondura {
 

@@ -4,11 +4,11 @@
 #include <sstream>
 #include <vector>
 
+#include "TemporaryFolder.h"
 #include "contract_web.h"
 #include "machines/win32/Win32Machine.h"
 #include "support/TrustedAuthority.h"
 #include "text/text.h"
-#include "win32_fixture.h"
 
 namespace ondura {
 

@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-#include "tools/tool_run.h"
+#include "tools/ToolHouse.h"
 
 namespace ondura::testing {
 namespace {

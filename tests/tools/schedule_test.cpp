@@ -1,7 +1,7 @@
 #include "ScheduleFile.h"
 
 #include "machines/simulated/SimulatedMachine.h"
-#include "tools/tool_run.h"
+#include "tools/ToolHouse.h"
 
 namespace ondura::testing {
 namespace {

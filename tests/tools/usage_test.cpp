@@ -1,6 +1,6 @@
 #include <vector>
 
-#include "tools/tool_run.h"
+#include "tools/ToolHouse.h"
 
 namespace ondura::testing {
 namespace {

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tools/tool_run.h"
+#include "tools/ToolHouse.h"
 
 namespace ondura::testing {
 namespace {

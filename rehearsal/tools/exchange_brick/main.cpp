@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "rehearsal/common/ExchangeServer.h"
-#include "rehearsal/common/own_process.h"
+#include "rehearsal/common/HostProcess.h"
 #include "rehearsal/common/program.h"
 #include "text/text.h"
 

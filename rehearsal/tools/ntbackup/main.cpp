@@ -5,10 +5,10 @@
 #include <exception>
 #include <iostream>
 
+#include "rehearsal/common/HostProcess.h"
 #include "rehearsal/common/OwnWindows.h"
+#include "rehearsal/common/ProgramMachine.h"
 #include "rehearsal/common/SystemBackup.h"
-#include "rehearsal/common/child_machine.h"
-#include "rehearsal/common/own_process.h"
 #include "rehearsal/common/program.h"
 #include "text/text.h"
 

@@ -3,7 +3,7 @@
 #include <map>
 #include <utility>
 
-#include "machines/posix/http_exchange.h"
+#include "machines/posix/HttpClient.h"
 #include "machines/posix/ports.h"
 #include "text/text.h"
 

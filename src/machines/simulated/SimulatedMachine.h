@@ -11,7 +11,7 @@
 
 #include "machines/simulated/CallJournal.h"
 #include "machines/simulated/MemoryDisk.h"
-#include "machines/simulated/program.h"
+#include "machines/simulated/ProgramRun.h"
 #include "machines/simulated/surroundings.h"
 #include "platform/machine.h"
 

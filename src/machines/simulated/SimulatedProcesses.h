@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "machines/simulated/MemoryDisk.h"
+#include "machines/simulated/ProgramRun.h"
 #include "machines/simulated/Timeline.h"
-#include "machines/simulated/program.h"
 #include "platform/Processes.h"
 
 namespace ondura {

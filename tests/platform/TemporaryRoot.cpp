@@ -1,4 +1,4 @@
-#include "posix_fixture.h"
+#include "TemporaryRoot.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "win32_fixture.h"
+#include "TemporaryFolder.h"
 
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/paths.h"

@@ -1,4 +1,4 @@
-#include "rehearsal/common/own_process.h"
+#include "rehearsal/common/HostProcess.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "bench/report.h"
+#include "bench/TableReporter.h"
 
 #include <cstdio>
 

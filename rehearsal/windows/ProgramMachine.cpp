@@ -1,4 +1,4 @@
-#include "rehearsal/common/child_machine.h"
+#include "rehearsal/common/ProgramMachine.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "machines/posix/http_exchange.h"
+#include "machines/posix/HttpClient.h"
 
 #include <curl/curl.h>
 #include <openssl/err.h>

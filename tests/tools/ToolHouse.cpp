@@ -1,4 +1,4 @@
-#include "tools/tool_run.h"
+#include "tools/ToolHouse.h"
 
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "rehearsal/common/own_process.h"
+#include "rehearsal/common/HostProcess.h"
 
 #include "machines/win32/handles.h"
 // The headers below need what the header above declares.
