@@ -14,7 +14,7 @@ namespace ondura {
 // Where a key lives: in the profile of one user, or in the state that all users of the machine share.
 enum class KeyStore { kUserProfile, kSharedState };
 
-// How it is kept: as it stands; key and value shifted; the value alone shifted; the value in Base64.
+// How it is kept: as it is; key and value shifted; the value alone shifted; the value in Base64.
 enum class KeyForm { kPlain, kShifted, kShiftedValue, kBase64 };
 
 // kSecret values are never shown.

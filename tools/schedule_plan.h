@@ -22,12 +22,12 @@ struct SchedulePlan {
 // Throws Failure (kUsage) for words that mean nothing.
 ScheduleRecord RecordOf(const SchedulePlan& plan, LocalTime now);
 
-// The words of a record's fields; a field of no known meaning comes back as it stands.
+// The words of a record's fields; a field of no known meaning comes back as it is.
 std::string KindWord(const std::string& recordno);
 std::string RepeatWord(const ScheduleRecord& record);
 std::string MailWord(const ScheduleRecord& record);
 
-// "2026-11-14 12:30" of a key; a key of another form comes back as it stands.
+// "2026-11-14 12:30" of a key; a key of another form comes back as it is.
 std::string TimeWord(const std::string& sortkey);
 
 }  // namespace ondura

@@ -14,13 +14,13 @@ struct MailOptions {
 };
 
 // The options, or the code to leave with at once: 0 after --help and --version, which have been printed, and
-// kExitUsage behind an error text on stderr.
+// kExitUsage after an error text on stderr.
 struct ParsedMailOptions {
   std::optional<MailOptions> options;
   int exit_code = 0;
 };
 
-// `defaults` holds for what is not said. `words` are those behind the program's name.
+// `defaults` holds for what is not said. `words` are those after the program's name.
 ParsedMailOptions ParseMailOptions(std::vector<std::string> words, MailOptions defaults);
 
 }  // namespace ondura

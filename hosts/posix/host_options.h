@@ -17,7 +17,7 @@ struct HostOptions : TickOptions {
 };
 
 // The options, or the code to leave with at once: 0 after --help and --version, which have been printed, and
-// kExitUsage behind an error text on stderr.
+// kExitUsage after an error text on stderr.
 struct ParsedOptions {
   std::optional<HostOptions> options;
   int exit_code = 0;

@@ -7,7 +7,7 @@
 
 namespace ondura {
 
-// The service tells whether its twin is there by the name of a running program of the machine, and a
+// The service says whether its twin is there by the name of a running program of the machine, and a
 // machine's programs are those that lie in its folder. Unless this program is that one already, it is copied
 // to the place that the configuration names and run from there instead, under the same process id.
 //

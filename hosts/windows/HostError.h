@@ -20,7 +20,7 @@ class HostError : public std::runtime_error {
   int exit_code_;
 };
 
-// The platform's text for an error code or HRESULT, with the code behind it.
+// The platform's text for an error code or HRESULT, with the code after it.
 std::string SystemText(unsigned long code);
 
 // `what` and the text of GetLastError.

@@ -9,7 +9,7 @@ namespace ondura {
 // system code page, which may lack characters of a path.
 std::vector<std::string> CommandLineWords();
 
-// What stands behind the program on this process's command line, as it was given.
+// What comes after the program on this process's command line, as it was given.
 std::string CommandLineTail();
 
 // Full path of the running program, its folder with a backslash at the end, and its bare name.

@@ -27,7 +27,7 @@ constexpr const char* kFooter = R"(Examples, as an administrator:
 Exit codes: 0 done or left as asked, 1 failure, 2 bad options, component or configuration missing,
 3 another host of the same kind runs on this machine.)";
 
-// A path behind an option, in quotes; a backslash before the closing quote would escape it.
+// A path after an option, in quotes; a backslash before the closing quote would escape it.
 std::string QuotedFolder(std::string folder) {
   while (folder.size() > 3 && folder.ends_with('\\')) folder.pop_back();
   return '"' + folder + '"';

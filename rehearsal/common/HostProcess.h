@@ -9,7 +9,7 @@ namespace ondura::rehearsal {
 
 // What a program knows of its own process. The build picks the system's file.
 
-// The words behind the program's name, in UTF-8.
+// The words after the program's name, in UTF-8.
 std::vector<std::string> ParameterWords(int count, const char* const* words);
 
 // The same with one blank between them.

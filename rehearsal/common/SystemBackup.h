@@ -19,7 +19,7 @@ struct SystemBackupOrder {
   std::string job_name;
 };
 
-// Nothing for words that don't order a backup of the System State.
+// std::nullopt for words that don't order a backup of the System State.
 std::optional<SystemBackupOrder> ParseSystemBackup(const std::vector<std::string>& words);
 
 enum class SystemBackupOutcome { kVerified, kUnverified, kWithoutLog };

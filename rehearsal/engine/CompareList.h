@@ -15,7 +15,7 @@
 namespace ondura::rehearsal {
 
 // A line of the list: path, size, time, the time an hour later and an hour earlier, separated by "/".
-// Nothing for a line of another form.
+// std::nullopt for a line of another form.
 std::optional<Candidate> ParseCompareLine(std::string_view line);
 
 // The lines of one list file that grows, collected as they come.
@@ -56,7 +56,7 @@ struct CompareListPart {
 
 // Follows the list files CompareListInput<N>.txt that the job writes while the engine runs.
 //
-// The job tells how far it is by two keys that it writes one after the other:
+// The job says how far it is by two keys that it writes one after the other:
 //
 //   CompareListCount   StatusCheckCount
 //   "0"                "0"                 nothing is complete
@@ -70,7 +70,7 @@ class CompareList {
  public:
   explicit CompareList(Client& client) : client_(client) {}
 
-  // The next part, when it is complete. Nothing when `is_over` says so, when the part is announced and
+  // The next part, when it is complete. std::nullopt when `is_over` says so, when the part is announced and
   // missing, or when the job has shown no sign of life for ten minutes: neither in the list and its keys nor
   // in the user's trace.
   std::optional<CompareListPart> NextPart(const std::function<bool()>& is_over);

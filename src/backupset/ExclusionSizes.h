@@ -52,7 +52,7 @@ class ExclusionSizes {
   // Long paths and, parallel to them, sizes as text, in the order of atbkupExcludelist.txt.
   std::vector<std::string> paths_;
   std::vector<std::string> sizes_;
-  std::vector<double> times_;       // how often a path stands in the list, at its first place; else 0
+  std::vector<double> times_;       // how often a path is in the list, at its first place; else 0
   std::vector<std::string> files_;  // those that no excluded folder covers
   PathIndex folder_index_;          // of paths_, each once
   PathIndex file_index_;            // of files_

@@ -103,7 +103,7 @@ void Exclusions::LoadList(std::string_view file_name, ExclusionKind kind, List& 
 }
 
 // Every start of the path that ends in a backslash may be an excluded folder; of several the one that
-// stands first in the list counts, as it does for somebody who walks the list.
+// is first in the list counts, as it does for somebody who walks the list.
 FolderKey Exclusions::Extend(const FolderKey& key, std::string_view path, std::size_t from) const {
   FolderKey extended = key;
   std::string_view rest = path.substr(from);

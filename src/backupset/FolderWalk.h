@@ -36,7 +36,7 @@ class FolderWalk {
   // Size and count in one go: makes no pause and ends at the first folder that can't be listed.
   FolderTotals AddUp(std::string_view root);
 
-  // For a drive that tells no figures of its own: the whole sizes of the folders and files directly below
+  // For a drive that reports no figures of its own: the whole sizes of the folders and files directly below
   // the root.
   double GetMappedDriveSize(std::string_view sRoot);
 

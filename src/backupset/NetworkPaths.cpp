@@ -19,7 +19,7 @@ constexpr std::size_t kTracedField = 1;
 constexpr std::string_view kListPicture = "mm-dd-yyyy HH:MM:SS";
 constexpr std::chrono::hours kShift{1};
 
-// A listing here has no handle to show; what a reader of the trace looks for is the one that is none.
+// A listing here has no handle to show; what a reader of the trace looks for is the invalid one.
 constexpr std::string_view kNoHandle = "-1";
 constexpr std::string_view kSomeHandle = "1";
 

@@ -32,7 +32,7 @@ class SizeCalculation {
   SizeCalculation(const Machine& machine, const Installation& installation, SystemHelpers& helpers,
                   StopCheck& stop);
 
-  // Takes as long as it takes to walk all items, with pauses; asks for a stop behind each of them.
+  // Takes as long as it takes to walk all items, with pauses; asks for a stop after each of them.
   SizeOutcome CalculateTotalSize(const SizeJob& job);
 
  private:

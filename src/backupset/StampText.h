@@ -19,14 +19,14 @@ class StampText {
 
   StampText();
 
-  // `mode` tells which separators the present date has in the system's own form: with 0 and 1 the stamp's
+  // `mode` says which separators the present date has in the system's own form: with 0 and 1 the stamp's
   // date is brought to "-", with 0 and 2 its time to ":".
   void SetMode(std::int16_t mode);
 
   // Whether the time has a stamp, also when moved by an hour: years 100 to 9999.
   static bool IsStampable(LocalTime time);
 
-  // Writes kUnits units; returns the place behind them.
+  // Writes kUnits units; returns the place after them.
   char16_t* Write(LocalTime time, char16_t* into);
 
  private:

@@ -24,7 +24,7 @@ class Utf16ListFile {
   // Writes out what is waiting.
   void Close();
 
-  // Room for a line of at most `units`; Commit tells where it ends.
+  // Room for a line of at most `units`; Commit says where it ends.
   char16_t* Reserve(std::size_t units);
   void Commit(const char16_t* end);
 

@@ -14,7 +14,7 @@ class SharedComponent {
  public:
   SharedComponent();
 
-  // Every use of the component happens behind it.
+  // Every use of the component happens after it.
   CallGate& gate() { return gate_; }
   Component& component() { return *component_; }
 

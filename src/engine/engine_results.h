@@ -10,7 +10,7 @@ namespace ondura {
 struct EngineResult {
   double number = 0;
 
-  // As it stands in the profile and in traces.
+  // As it is in the profile and in traces.
   [[nodiscard]] std::string Text() const { return NumberText(number); }
 
   friend bool operator==(const EngineResult&, const EngineResult&) = default;

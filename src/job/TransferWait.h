@@ -11,7 +11,8 @@
 namespace ondura {
 
 // Hours and minutes of a text "date time", such as "0905" for "01-31-2026 09:05:00". The minutes are cut by
-// the length of the time, so a one-digit hour gives one digit of them. Nothing for a text without a colon.
+// the length of the time, so a one-digit hour gives one digit of them. std::nullopt for a text without a
+// colon.
 std::optional<std::string> HourMinuteText(std::string_view date_and_time);
 
 // The wait for the end of the transfer, with its two ways to end it early: the user's Cancel, which kills

@@ -45,7 +45,7 @@ inline constexpr std::string_view kConnectionReason =
 inline constexpr std::string_view kProxyFailure =
     "Backup Failed. You might be behind a proxy server.  Recheck the proxy ip address/port number or if the "
     "proxy server is enabled to accept connections. You might want to check with your systems administrator.";
-// The product's own name stands in place of kProductWord.
+// The product's own name takes the place of kProductWord.
 inline constexpr std::string_view kDamagedInstallation =
     "Install Ondura again to enable the application to work correctly";
 inline constexpr std::string_view kProductWord = "Ondura";
@@ -63,7 +63,7 @@ inline constexpr std::string_view kSomeFailed = "One or More files could not be 
 inline constexpr std::string_view kListNotWritten =
     "The list of the files to back up could not be written. Free some space on the drive of the data folder "
     "and look at the rights of the user's folder.";
-// The address of the other machine stands in place of kAddressGap.
+// The address of the other machine takes the place of kAddressGap.
 inline constexpr std::string_view kRunsElsewhere =
     "Backup is in progress from the ip address ------  Wait till it is complete to begin the backup on this "
     "machine.";

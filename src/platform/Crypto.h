@@ -24,7 +24,7 @@ enum class CipherDirection { kDecrypt, kEncrypt };
 //
 // On Windows: CryptAcquireContextA, CryptCreateHash, CryptHashData, CryptGetHashParam, CryptDeriveKey,
 // CryptSetKeyParam, CryptEncrypt, CryptDecrypt of the Microsoft Base Cryptographic Provider v1.0, whose RC4
-// keys have 40 bits and a salt of 11 bytes behind them.
+// keys have 40 bits and a salt of 11 bytes after them.
 class Crypto {
  public:
   virtual ~Crypto() = default;
@@ -36,7 +36,7 @@ class Crypto {
 
   virtual std::optional<Md5Digest> Md5(std::string_view bytes) = 0;
 
-  // RC4 under the SHA-1 of the pass phrase; keeps the length. Nothing for provider 0 or a failed call.
+  // RC4 under the SHA-1 of the pass phrase; keeps the length. std::nullopt for provider 0 or a failed call.
   virtual std::optional<std::string> StreamCipher(CryptoProvider provider, const StreamCipherKey& key,
                                                   std::string_view bytes, CipherDirection direction) = 0;
 };

@@ -27,7 +27,7 @@ class Drives {
   // Bytes free for the caller on the drive that holds `path`.
   virtual std::optional<std::uint64_t> FreeBytes(std::string_view path) = 0;
 
-  // How many bytes that drive holds, free or not. Nothing for a drive that is not ready.
+  // How many bytes that drive holds, free or not. std::nullopt for a drive that is not ready.
   virtual std::optional<std::uint64_t> TotalBytes(std::string_view path) = 0;
 
   // The 8.3 form, or empty for a path that does not exist. Where a volume has no short names: the path.

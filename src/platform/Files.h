@@ -53,14 +53,14 @@ class Files {
   virtual std::optional<std::string> ReadAlone(std::string_view path) { return Read(path); }
 
   // The bytes of a file that only those with every right on the machine can have made: its owner is the
-  // account of this process, the system or the group of administrators. Nothing for anybody else's file.
+  // account of this process, the system or the group of administrators. std::nullopt for anybody else's file.
   // Asks the opened file, so that it can't be exchanged in between. On Windows: GetSecurityInfo.
   virtual std::optional<std::string> ReadTrusted(std::string_view path) = 0;
 
   // At most the first `limit_bytes` bytes.
   virtual std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) = 0;
 
-  // At most `limit_bytes` bytes from byte `offset` (from 0) on; fewer at the file's end, none behind it.
+  // At most `limit_bytes` bytes from byte `offset` (from 0) on; fewer at the file's end, none after it.
   virtual std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
                                               std::size_t limit_bytes) = 0;
 
@@ -79,7 +79,7 @@ class Files {
   // Null when the file can't be opened.
   virtual std::unique_ptr<FileWriter> OpenWriter(std::string_view path, IfPresent if_present) = 0;
 
-  // Continues behind the file's last byte. Null when the file can't be opened.
+  // Continues after the file's last byte. Null when the file can't be opened.
   virtual std::unique_ptr<FileWriter> OpenAppender(std::string_view path, IfMissing if_missing) = 0;
 
   virtual bool Remove(std::string_view path, Removal removal) = 0;

@@ -47,7 +47,7 @@ enum class ProgramState { kStartable, kMissing, kRefused };
 
 struct LaunchRequest {
   std::string file;        // full path, or a bare name that the system finds, also without ".exe"
-  std::string parameters;  // handed on as they stand
+  std::string parameters;  // handed on as they are
   std::string folder;      // working folder, without a trailing backslash
   int show_mode = 0;       // 0 hidden, 1 normal, 3 maximised
   std::string verb = "open";
@@ -82,7 +82,7 @@ class Processes {
   // out.
   virtual ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) = 0;
 
-  // GetExitCodeProcess; kStillActive while it runs. Nothing for a bad handle.
+  // GetExitCodeProcess; kStillActive while it runs. std::nullopt for a bad handle.
   virtual std::optional<std::uint32_t> ExitCode(ProcessHandle handle) = 0;
 
   // NtQueryInformationProcess, class 0. 0 for a bad handle.

@@ -36,7 +36,7 @@ class ProfileFiles {
   // the key is missing or its value is empty.
   virtual int ReadInt(const IniKey& key, int fallback) = 0;
 
-  // Replaces or adds the one value; the rest of the file keeps its lines. A value that stands there already
+  // Replaces or adds the one value; the rest of the file keeps its lines. A value that is there already
   // leaves the file untouched. Makes a missing file but no folder. False if it was not written.
   virtual bool WriteString(const IniKey& key, std::string_view value) = 0;
 };

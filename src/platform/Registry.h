@@ -34,7 +34,8 @@ class Registry {
  public:
   virtual ~Registry() = default;
 
-  // The whole value, of any length. Nothing where key or value is missing or may not be opened with `access`.
+  // The whole value, of any length. std::nullopt where key or value is missing or may not be opened with
+  // `access`.
   virtual std::optional<RegistryValue> Read(const RegistryName& name, RegistryAccess access) = 0;
 
   // Makes the key where it is missing. False if it was not written.

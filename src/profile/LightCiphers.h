@@ -21,11 +21,11 @@ class LightCiphers {
   // The same, for the engine's input file.
   [[nodiscard]] std::string ShiftEncodePlain(std::string_view sText) const;
 
-  // Every character code less 2, with a turn of the message pump behind each character. Empty when a
+  // Every character code less 2, with a turn of the message pump after each character. Empty when a
   // character's code is below 2.
   [[nodiscard]] std::string ShiftDecode(std::string_view sText) const;
 
-  // Every character followed by the one of the next code; code 255 has none and stands twice.
+  // Every character followed by the one of the next code; code 255 has none and comes twice.
   [[nodiscard]] std::string PairEncode(std::string_view sText) const;
 
   // The first character of every pair, its code less 2: the clear text of a shifted and paired one. Empty

@@ -27,7 +27,7 @@ class ProductConfiguration {
   // One value in clear text, trimmed; empty where it is missing.
   [[nodiscard]] std::string ReadConfigurationValue(std::string_view sSection, std::string_view sKey) const;
 
-  // A key or a value as it stands in the file.
+  // A key or a value as it is in the file.
   [[nodiscard]] std::string StoredForm(std::string_view text) const;
 
  private:

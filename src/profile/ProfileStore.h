@@ -16,7 +16,7 @@ class ProfileStore {
   ProfileStore(const Machine& machine, const Installation& installation)
       : machine_(machine), installation_(installation), ciphers_(machine.code_page, machine.pump) {}
 
-  // The current user's profile; the plain value as it stands.
+  // The current user's profile; the plain value as it is.
   [[nodiscard]] std::string ReadProfileValue(std::string_view sSection, std::string_view param) const;
 
   // The same from the profile of `sUser`.

@@ -18,7 +18,7 @@ inline std::string SharedStatePath(const Installation& installation) {
   return installation.VirtualPath + "UserName.ini";
 }
 
-// Holds the one value that tells where the data folder is.
+// Holds the one value that says where the data folder is.
 inline std::string InstallPointerPath(const Installation& installation) {
   return installation.ExeLocation + "UserName.ini";
 }

@@ -79,8 +79,8 @@ std::string HttpFunctions::EncodeFormValue(std::string_view sValue) {
   return encoded;
 }
 
-// A call that fails leaves a handle that is none, with which the later ones fail too, and the last of them
-// tells why. The session stays open.
+// A call that fails leaves an invalid handle, with which the later ones fail too, and the last of them
+// says why. The session stays open.
 bool HttpFunctions::PostForm(std::string_view sHost, std::string_view sPath, std::string_view sBody,
                              int /*nMode*/, bool bNoResult) {
   WebRequests& web = machine_.web;

@@ -39,7 +39,7 @@ class LinesFromEnd {
 
   std::string block_;            // the end of what is still to be given
   std::uint64_t block_at_ = 0;   // where the block begins in the file
-  std::size_t search_from_ = 0;  // no line end begins behind this byte of the block
+  std::size_t search_from_ = 0;  // no line end begins after this byte of the block
   bool is_over_ = true;
 };
 

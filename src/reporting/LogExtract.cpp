@@ -91,7 +91,7 @@ std::string LogExtract::TakeLines(LinesFromEnd& lines, const Kind& kind) {
   return Join(taken, "");
 }
 
-// The last line is what stands behind the last line end, and so never a closing line.
+// The last line is what comes after the last line end, and so never a closing line.
 void LogExtract::ExtendSubject(LinesFromEnd& lines, const Kind& kind) {
   const std::int64_t highest = lines.HighestIndex();
   lines.Rewind();

@@ -77,7 +77,7 @@ std::string TextOf(Part part, const MailValues& values) {
   return status + Line("");
 }
 
-// The time behind a short text with the month in front, which a machine that puts the day in front reads
+// The time after a short text with the month in front, which a machine that puts the day in front reads
 // back: where the month would be none the text is taken as it was written. A year of two digits lies between
 // 1930 and 2029.
 LocalTime ReadBackDayFirst(LocalTime time) {
@@ -88,7 +88,7 @@ LocalTime ReadBackDayFirst(LocalTime time) {
   return ToLocalTime(fields);
 }
 
-// A version may stand in the registry as a number, too.
+// A version may be in the registry as a number, too.
 std::string TextOf(const std::optional<RegistryValue>& value) {
   if (!value) return {};
   return value->type == RegistryType::kText ? value->text : std::to_string(value->number);
@@ -152,7 +152,7 @@ std::string NotificationMail::Close() const {
 }
 
 void NotificationMail::SendMailNew(std::string_view Mailto, std::string_view sContent) {
-  // The greeting has no blank behind its first word here.
+  // The greeting has no blank after its first word here.
   std::string body = Line("Dear" + installation_.ProductName + " User (" + installation_.CurrentUser + ") ,");
   body += Line("") + Line("") + Line("Scheduled Time : " + NoticeTime());
   body += Line("") + Line(std::string{sContent}) + Close();

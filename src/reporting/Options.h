@@ -13,7 +13,7 @@ namespace ondura {
 // The bare name of the trace, in a user's folder and in the data folder.
 inline constexpr std::string_view kScheduleTraceFile = "ScheduleTraceFile.txt";
 
-// The trace files. A line is written as it comes, and the file is closed behind it, so that a crash loses
+// The trace files. A line is written as it comes, and the file is closed after it, so that a crash loses
 // nothing and a grown file can be deleted between two lines. A line that can't be written is lost.
 class Options : public TraceSink {
  public:

@@ -58,7 +58,7 @@ constexpr std::array kUnits{
     SizeUnit{1024.0, " KB"},
 };
 
-// The number's text, cut behind the first decimal.
+// The number's text, cut after the first decimal.
 std::string OneDecimal(double number, std::string_view separator) {
   std::string text = NumberText(number);
   const auto point = text.find('.');

@@ -41,22 +41,22 @@ class SessionLog {
   // A blank line, the user and the operation; the lines that every log of a whole job begins with.
   void WriteHead(std::string_view path, SessionWrite how);
 
-  // The head and the message behind the time: four lines.
+  // The head and the message after the time: four lines.
   void WriteBlock(std::string_view path, std::string_view message, SessionWrite how);
 
   // The head and the message without a time, appended: the log of an exceeded quota.
   void WriteQuotaSessionLog(std::string_view path, std::string_view message);
 
-  // One line, the message behind two blanks.
+  // One line, the message after two blanks.
   void WriteMessage(std::string_view path, std::string_view message, SessionWrite how);
 
-  // Two lines, a blank one and the message behind two blanks.
+  // Two lines, a blank one and the message after two blanks.
   void WriteShortMessage(std::string_view path, std::string_view message, SessionWrite how);
 
-  // Two lines, a blank one and the message behind the time.
+  // Two lines, a blank one and the message after the time.
   void WriteTimedMessage(std::string_view path, std::string_view message, SessionWrite how);
 
-  // Further lines behind what stands in the file; `text` brings its line ends with it.
+  // Further lines after what is in the file; `text` brings its line ends with it.
   void AppendText(std::string_view path, std::string_view text);
 
   // The long notice of a missed occurrence, which only goes into a file that is there.

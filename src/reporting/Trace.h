@@ -9,7 +9,7 @@
 
 namespace ondura {
 
-// Trace lines that begin with the present time. The message brings the blanks behind the time with it.
+// Trace lines that begin with the present time. The message brings the blanks after the time with it.
 class Trace {
  public:
   Trace(Options& options, Clock& clock) : options_(options), clock_(clock) {}

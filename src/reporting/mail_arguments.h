@@ -27,8 +27,8 @@ struct MailArguments {
 std::string MailArgumentsText(const MailArguments& arguments);
 
 // The status is an outside tool's text and may hold ";": five fields are taken from the left, the others from
-// the right, and the status is what remains between. Nothing for a text of fewer than ten fields, without an
-// address or a user, or with a result that is not a number.
+// the right, and the status is what remains between. std::nullopt for a text of fewer than ten fields,
+// without an address or a user, or with a result that is not a number.
 std::optional<MailArguments> ParseMailArguments(std::string_view text);
 
 }  // namespace ondura

@@ -22,11 +22,11 @@ struct MailValues {
   std::optional<LocalTime> ScheduledTime;
   // The kind of backup between blanks, such as " SQL Server "; one blank for a plain one.
   std::string StageWord;
-  // What stands under "Possible reason,"; may be empty.
+  // What is under "Possible reason,"; may be empty.
   std::string FailureReason;
   // The subject of the last mail, behind which log extraction puts the closing figures of the run.
   std::string MailSubject;
-  // The scheduled time as text, and the schedule record's own, which stands in where the first is empty.
+  // The scheduled time as text, and the schedule record's own, which is taken where the first is empty.
   std::string ScheduledTimeText;
   std::string ScheduleTimeField;
 };

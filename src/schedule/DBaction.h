@@ -22,11 +22,11 @@ class DBaction {
   DBaction(const Machine& machine, const Installation& installation, Trace& trace)
       : machine_(machine), installation_(installation), trace_(trace) {}
 
-  // RecordCount records from index 0 and one spare element behind them.
+  // RecordCount records from index 0 and one spare element after them.
   std::vector<ScheduleRecord> ScheduleTable = std::vector<ScheduleRecord>(1);
 
   // A file may hold more lines than the count can tell. The table then has the first 32767 records, and
-  // the lines behind them are carried as they stand into the next rewrite.
+  // the lines after them are carried as they are into the next rewrite.
   std::int16_t RecordCount = 0;
 
   // An index into ScheduleTable, or -1.
@@ -53,8 +53,8 @@ class DBaction {
   std::int16_t DB_ReadSchData(std::string_view key);
 
   // True when the file may be read by its header, which is looked at only if `path` is ScheduleFilePath.
-  // Without a key, `lines` takes the lines behind the header (the first 32767 of them). With one, the
-  // result tells whether a line's first field equals it, and `lines` stays.
+  // Without a key, `lines` takes the lines after the header (the first 32767 of them). With one, the
+  // result says whether a line's first field equals it, and `lines` stays.
   bool DB_ReadRecord(std::string_view key, std::string_view path, std::vector<std::string>& lines);
 
   // How many lines stand behind the header line, 32767 at most; 0 if the file is missing.
@@ -67,7 +67,7 @@ class DBaction {
   const Installation& installation_;
   Trace& trace_;
 
-  // The bytes behind the last line that the table holds.
+  // The bytes after the last line that the table holds.
   std::string lines_behind_table_;
 };
 

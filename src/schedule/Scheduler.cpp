@@ -100,7 +100,7 @@ std::string Scheduler::ValidateAddDay(std::string_view date) {
   return next ? DefaultDateText(*next, Locale()) : std::string{date};
 }
 
-// The clock is read again behind the catch-up, because its sleeps may have let the new occurrence pass.
+// The clock is read again after the catch-up, because its sleeps may have let the new occurrence pass.
 MoveOutcome Scheduler::Move(Step step) {
   ScheduleRecord& record = schedule_.schvTemp;
   do {

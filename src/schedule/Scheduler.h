@@ -22,7 +22,7 @@ inline constexpr std::int16_t kDue = 1;
 inline constexpr std::int16_t kMissed = 2;
 
 // What a routine that moves the record has done. A record that can't be moved (its `nexttime` is no date,
-// or its days hold no "1") stands as it stood, and the user's trace has a line about it.
+// or its days hold no "1") is left unchanged, and the user's trace has a line about it.
 enum class MoveOutcome { kMoved, kDoesNotRepeat, kCannotMove };
 
 // How a record is served that was dealt with and is in its file as before: after all others that are due, or
@@ -30,7 +30,7 @@ enum class MoveOutcome { kMoved, kDoesNotRepeat, kCannotMove };
 enum class Standing { kNone, kAfterOthers, kNotAgain };
 
 // Decides whether a record is due and moves a used one on. The moving routines work on `schvTemp` in place:
-// `nexttime` and `sortkey` step forward until they lie in the present minute or behind it.
+// `nexttime` and `sortkey` step forward until they lie in the present minute or after it.
 class Scheduler {
  public:
   Scheduler(const Machine& machine, Trace& trace, const Transfer& transfer, DBaction& schedule)

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kMostTokens = 16;
 
-// Where a format names the half of the day: behind hour, minute, second and their separators.
+// Where a format names the half of the day: after hour, minute, second and their separators.
 constexpr std::size_t kHalfToken = 6;
 
 constexpr std::size_t kShortName = 3;
@@ -24,7 +24,7 @@ bool IsWordCharacter(char character, Blank blank) {
          (character >= 'a' && character <= 'z') || (character == ' ' && blank == Blank::kInWord);
 }
 
-// For the bytes of a character behind its first.
+// For the bytes of a character after its first.
 bool ContinuesCharacter(char character) { return (static_cast<unsigned char>(character) & 0xC0U) == 0x80U; }
 
 // Words and the single separators between them, in turn. A word between two separators is empty. A separator

@@ -23,14 +23,14 @@ constexpr Step CatchUpStep(Step first) { return first == Step::kWeekendDay ? Ste
 struct Occurrence {
   std::string nexttime;
   std::string sortkey;
-  int catch_up_steps = 0;  // how many steps it took behind the first
+  int catch_up_steps = 0;  // how many steps it took after the first
 };
 
-// One step on from `from`. Nothing when no day is on, or behind the year 9999.
+// One step on from `from`. std::nullopt when no day is on, or after the year 9999.
 std::optional<LocalTime> Stepped(LocalTime from, Step step, const DayFlagTexts& days);
 
 // The record's next occurrence: its `nexttime` moved by one step, and on while its key lies before that of
-// `now`. Nothing when the record can't be moved.
+// `now`. std::nullopt when the record can't be moved.
 std::optional<Occurrence> NextOccurrence(const ScheduleRecord& record, Step step, const DayFlagTexts& days,
                                          LocalTime now, const LocaleFacts& locale);
 

@@ -12,9 +12,9 @@ inline constexpr std::string_view kIdleWord = "0";
 
 // The first line of a schedule file is its header word: "0" while it is idle, the number of the running
 // job's record otherwise. It is the meeting place with the user interface and is changed in place, so that
-// the records behind it are never touched.
+// the records after it are never touched.
 
-// The word as it stands, not trimmed; empty for an empty file. Nothing when the file can't be read.
+// The word as it is, not trimmed; empty for an empty file. std::nullopt when the file can't be read.
 std::optional<std::string> ReadHeaderWord(Files& files, std::string_view path);
 
 // The word of a record number, or of the idle "0". It is always one byte long, as a longer one would eat into

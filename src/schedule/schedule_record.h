@@ -15,7 +15,7 @@ inline constexpr std::string_view kNoOccurrenceKey = "300012121503";
 // The bare name of a user's schedule file.
 inline constexpr std::string_view kScheduleFileName = "scheduleData.txt";
 
-// One kind of scheduled job of one user, with its next occurrence. All fields are text as it stands in
+// One kind of scheduled job of one user, with its next occurrence. All fields are text as it is in
 // the file; a field that a line lacks is empty.
 struct ScheduleRecord {
   std::string recordno;    // code of the job's kind (job_kind.h)
@@ -34,7 +34,7 @@ struct ScheduleRecord {
   friend bool operator==(const ScheduleRecord&, const ScheduleRecord&) = default;
 };
 
-// The record of a line. The twelfth field is whatever stands behind the eleventh separator.
+// The record of a line. The twelfth field is whatever follows the eleventh separator.
 ScheduleRecord RecordOfLine(std::string_view line);
 
 // The line of a record, without a line end.

@@ -20,7 +20,7 @@ class DispatchPass {
   // A call that comes in while a pass is running returns at once.
   void Cont_startschBackup();
 
-  // One job on the shared state as it stands, under the same guard: a call that comes in while a pass or a
+  // One job on the shared state as it is, under the same guard: a call that comes in while a pass or a
   // job is running does nothing, and says so with kJobStopped.
   JobCode Cont_SchBackup();
 

@@ -22,7 +22,7 @@ class HostTick {
 
   ServiceContext& context_;
   DispatchPass& pass_;
-  // As they stood when the tick began.
+  // As they were when the tick began.
   std::string standard_;
   std::string started_;
   std::string standby_backup_;

@@ -137,7 +137,7 @@ ProcessWatch ExchangeStoreStage::LaunchTool() {
   const auto version = ParseNumber(services.transfer.Trf_ReadUserProfile("ExchVersion"));
   const std::string data_folder = WithBackslash(LongFolder(services.installation.VirtualPath));
   const std::string tool = data_folder + std::string{version == kVersionOfTool64 ? kTool64 : kTool32};
-  // The tool takes its folder directly behind the digit.
+  // The tool takes its folder directly after the digit.
   const std::string parameters = " 1" + folder();
   const ProcessHandle handle = services.helpers.LaunchHidden(tool, parameters, WithoutLast(data_folder), 0);
   services.trace.plain().WriteTrace("\"" + tool + "\"" + parameters);
@@ -235,7 +235,7 @@ JobCode ExchangeStoreStage::LeaveToolAborted() {
   return support_.LeaveFailed({" " + reason, reason, TotalTime::kDifference}, kJobFailed);
 }
 
-// The long form without a backslash at its end; the text as it stands for a folder that is not there.
+// The long form without a backslash at its end; the text as it is for a folder that is not there.
 std::string ExchangeStoreStage::LongFolder(std::string_view path) {
   std::string long_path = job_.machine().drives.LongPath(path);
   if (long_path.empty()) return std::string{path};

@@ -15,7 +15,7 @@
 
 namespace ondura {
 
-// The last line of a failed stage's session log, behind the block of four lines.
+// The last line of a failed stage's session log, after the block of four lines.
 enum class TotalTime {
   kNone,        // no such line
   kLabel,       // the label and a colon alone
@@ -53,7 +53,7 @@ class StageSupport {
   void ShowLife() { life_.Show(); }
 
   // Reads the backup set and gives the fields of the stage's line: the line that begins with the keyword,
-  // of several the last, split at ";". Empty where there is none. FieldCounts tells which of the fields
+  // of several the last, split at ";". Empty where there is none. FieldCounts says which of the fields
   // stand for data.
   std::vector<std::string> ReadBackupSetFields(std::string_view keyword);
   // The same for the lines as they are in memory.
@@ -67,7 +67,7 @@ class StageSupport {
   // Makes the folder unless it is there; false when there is none afterwards.
   bool MakeFolder(std::string_view path);
 
-  // The 8.3 form; the text as it stands for a path that does not exist.
+  // The 8.3 form; the text as it is for a path that does not exist.
   std::string ShortPath(std::string_view path);
 
   // Makes and deletes a test file whose name follows the folder's text with nothing between them: without a

@@ -181,7 +181,7 @@ bool clsSystemState::IsNtbackup(ProcessId id) {
 void clsSystemState::StopTool(ProcessId nPID, ProcessHandle handle) {
   ShellClose(nPID);
   job_.machine().clock.Sleep(kBetweenCloses);
-  // The number of the handle stands in the place of an id, which may be anybody's.
+  // The number of the handle takes the place of an id, which may be anybody's.
   if (IsNtbackup(static_cast<ProcessId>(handle))) ShellClose(static_cast<ProcessId>(handle));
   TraceLine("Sent close message to ntBackup exe");
   DeletePIDFile(PidFile::kNtbackup);

@@ -36,7 +36,7 @@ class clsSystemState {
   // proves success; what the tool returns does not count. False too when the user stopped it.
   bool LaunchNtbackup(std::string_view sPath);
 
-  // What stands behind the last separator, letter case ignored; the whole text without one.
+  // What comes after the last separator, letter case ignored; the whole text without one.
   static std::string StringEndFolder(std::string_view sText, std::string_view sSeparator);
 
   // Finds the tool's log of this job, copies it into the user's session folder and puts the copy's path into

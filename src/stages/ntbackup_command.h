@@ -8,7 +8,7 @@ namespace ondura {
 // How much the tool writes into its log.
 enum class NtbackupLog { kSummary, kFull, kNone };
 
-// The choices of the tool's command line. A job takes them as they stand here.
+// The choices of the tool's command line. A job takes them as they are here.
 struct NtbackupChoices {
   bool verify = true;
   NtbackupLog log = NtbackupLog::kSummary;

@@ -16,7 +16,7 @@ class Tokenizer {
   // Splits the text anew and starts again at its first part.
   void setSeparator(std::string_view sSeparator);
 
-  // The next part; the empty text behind the last one.
+  // The next part; the empty text after the last one.
   std::string nextToken();
 
  private:

@@ -235,7 +235,7 @@ bool SystemHelpers::CheckForWriteAccessPermission(std::string_view sFolder) {
 std::string SystemHelpers::Stamp() { return FormatDate(kStampPicture, machine_.clock.Now()); }
 
 std::string SystemTimeText(LocalTime time) {
-  // A colon can't stand in a file name.
+  // A colon can't be in a file name.
   return ReplaceAll(FormatDate(kStampPicture, time), ":", "-");
 }
 

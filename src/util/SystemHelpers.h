@@ -36,7 +36,7 @@ class SystemHelpers {
   // window leaves it. False for id 0, and when the process was not there or may not be ended.
   bool ProcessTerminate(ProcessId& lProcessID, WindowHandle lHwndWindow);
 
-  // The id behind a handle; 0 for a handle that is none.
+  // The id behind a handle; 0 for an invalid handle.
   ProcessId WhatsMyProcessID(ProcessHandle hProcess);
 
   // True when a running program has this file name, without regard to letter case; a name with a folder
@@ -82,8 +82,8 @@ class SystemHelpers {
 
   void SetProcessBelowNormal() { machine_.processes.LowerOwnPriority(); }
 
-  // A text, number or byte. One backslash at the start of the key is dropped. Nothing for a missing value
-  // and for every other type.
+  // A text, number or byte. One backslash at the start of the key is dropped. std::nullopt for a missing
+  // value and for every other type.
   std::optional<RegistryValue> ReadRegistryValue(RegistryRoot hRoot, std::string_view sKey,
                                                  std::string_view sValueName);
 
@@ -104,7 +104,7 @@ class SystemHelpers {
   // A text of the user's locale by its number (LocaleInfo.h); empty when there is none.
   std::string GetLocaleString(int lLocaleNum) { return machine_.locale.Text(lLocaleNum); }
 
-  // The present time as it stands in file names.
+  // The present time as it is in file names.
   std::string GetSystemTime();
 
   // Makes and removes a test file in the folder, whose text ends in a backslash. True in every case: all

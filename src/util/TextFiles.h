@@ -12,7 +12,7 @@ namespace ondura {
 
 inline constexpr std::string_view kLineEnd = "\r\n";
 
-// kUtf16 is little endian behind a byte-order mark.
+// kUtf16 is little endian after a byte-order mark.
 enum class Encoding { kCodePage, kUtf16 };
 
 // Text files as the scripting file-system object reads and writes them. Line ends are part of what is
@@ -21,7 +21,7 @@ class TextFiles {
  public:
   TextFiles(Files& files, CodePage& code_page) : files_(files), code_page_(code_page) {}
 
-  // The whole text. Nothing when the file can't be read.
+  // The whole text. std::nullopt when the file can't be read.
   std::optional<std::string> Read(std::string_view path, Encoding encoding);
 
   // The whole text of a file that only those with every right on the machine can have made; nothing
@@ -31,7 +31,7 @@ class TextFiles {
   // Nothing too for a file of more than two million lines.
   std::optional<std::vector<std::string>> ReadLines(std::string_view path, Encoding encoding);
 
-  // The first line, read without the rest of the file. Nothing when the file can't be read; empty for an
+  // The first line, read without the rest of the file. std::nullopt when the file can't be read; empty for an
   // empty file.
   std::optional<std::string> ReadFirstLine(std::string_view path, Encoding encoding);
 

@@ -27,7 +27,7 @@ class cBase64 {
   // 0 for a count outside 0 to 31.
   [[nodiscard]] static std::uint8_t RShiftByte(std::uint8_t bValue, int nBits);
 
-  // Nothing for an exponent outside 0 to 31.
+  // std::nullopt for an exponent outside 0 to 31.
   [[nodiscard]] static std::optional<std::uint32_t> Power2(int nExponent);
 
  private:

@@ -19,7 +19,8 @@ bool IsDayFirst(const LocaleFacts& locale);
 bool IsDayFirst(std::string_view date_format);
 
 // The time of a text that has its date as "MM-dd-yyyy", or in the machine's own form. The time of day may be
-// missing, or stand in a common form in place of the machine's own. Nothing for a text that is no such date.
+// missing, or stand in a common form in place of the machine's own. std::nullopt for a text that is no such
+// date.
 std::optional<LocalTime> ReadFixedForm(std::string_view text, const LocaleFacts& locale);
 std::optional<LocalTime> ReadOwnForm(std::string_view text, const LocaleFacts& locale);
 

@@ -111,7 +111,7 @@ bool TakeYear(std::string_view& text, std::size_t count, int& year) {
   return true;
 }
 
-// Reads one of the names, cut to `length`, and tells which.
+// Reads one of the names, cut to `length`, and says which.
 std::optional<int> TakeName(std::string_view& text, std::span<const std::string_view> names,
                             std::size_t length) {
   for (std::size_t i = 0; i < names.size(); ++i) {

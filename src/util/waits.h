@@ -41,7 +41,7 @@ using StopTest = std::function<bool()>;
 // Until the process ends: listen for a pass, pump messages, sleep `pause` (0 for none).
 void WaitUntilEnded(const Machine& machine, ProcessWatch& watch, std::chrono::milliseconds pause);
 
-// The same, with a stop test behind each pause that leaves the process running.
+// The same, with a stop test after each pause that leaves the process running.
 WaitOutcome WaitUntilEndedOrStopped(const Machine& machine, ProcessWatch& watch,
                                     std::chrono::milliseconds pause, const StopTest& stop);
 
@@ -49,7 +49,7 @@ WaitOutcome WaitUntilEndedOrStopped(const Machine& machine, ProcessWatch& watch,
 WaitOutcome WaitUntilEndedOrStoppedIfStarted(const Machine& machine, ProcessWatch& watch,
                                              std::chrono::milliseconds pause, const StopTest& stop);
 
-// Sleeps `pause` and pumps messages, again and again, until `done` holds behind one of these.
+// Sleeps `pause` and pumps messages, again and again, until `done` holds after one of these.
 void SleepAndPumpUntil(const Machine& machine, std::chrono::milliseconds pause,
                        const std::function<bool()>& done);
 

@@ -34,7 +34,7 @@ struct BackupSetHouse {
     machine.PutFile(UserFile(name), std::string{kUtf16Mark} + ToUtf16(text));
   }
 
-  // The text behind the byte-order mark; a file without one, or none, says so.
+  // The text after the byte-order mark; a file without one, or none, says so.
   std::string List(std::string_view name) {
     const auto bytes = machine.FileBytes(UserFile(name));
     if (!bytes) return "(no file)";

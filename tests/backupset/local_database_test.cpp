@@ -50,7 +50,7 @@ struct CheckCase {
   const char* scan;
   const char* owner;
   const char* interactive;
-  std::string traces;   // behind the two status lines
+  std::string traces;   // after the two status lines
   std::string started;  // all that was
   int waited_ms;
 };

@@ -217,7 +217,7 @@ struct LongPathCase {
   const char* story;
   const char* path;
   const char* long_path;
-  const char* rebuilt;  // where the machine can't tell the long form
+  const char* rebuilt;  // where the machine can't know the long form
 };
 
 constexpr LongPathCase kLongPathCases[] = {

@@ -171,7 +171,7 @@ TEST_F(ArgumentsTest, AFailedConversionIsOneCodeToALateBoundCaller) {
   EXPECT_EQ(call(L"power2", huge), DISP_E_TYPEMISMATCH) << "names have no letter case";
 }
 
-// Whatever the work behind a method throws, the caller gets a code.
+// Whatever the work after a method throws, the caller gets a code.
 TEST(ExceptionTest, NoneCrossesTheEdge) {
   using Row = std::tuple<std::function<void()>, HRESULT, const wchar_t*>;
   const Row rows[] = {

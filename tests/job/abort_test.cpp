@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The session log is made anew, gets a further block, or a further line behind a blank one.
+// The session log is made anew, gets a further block, or a further line after a blank one.
 enum class Log { kNew, kBlock, kLine };
 
 struct AbortCase {

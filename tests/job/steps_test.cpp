@@ -231,7 +231,7 @@ TEST(TransferTest, EachResultKeepsOrRemovesWhatItsRowSays) {
     house.PutText("Session\\Scheduled of the engine.txt", "x");
     EXPECT_EQ(house.Run(), code) << result;
     EXPECT_EQ(house.Status("BackupFailureDays"), days) << result;
-    // 4 s before the connection, 24 for 3.3, 51 for 2.6 and a second behind each.
+    // 4 s before the connection, 24 for 3.3, 51 for 2.6 and a second after each.
     EXPECT_EQ(house.machine.Elapsed(), 4s + 3300ms + 1300ms + 1300ms + 1s + pause) << result;
     EXPECT_EQ(house.ports.folders.Exists(house.job.temp_folder.GetTempFolderPath()), temp_stays) << result;
     EXPECT_EQ(house.job.state.run.extra_mail_text, reason) << result;

@@ -30,7 +30,7 @@ TEST_F(LogExtractTest, TheSubjectGetsTheFiguresOfTheLastClosingLine) {
     const auto lines = [](std::size_t count) { return Join(std::vector<std::string>(count, "x\n"), ""); };
     return lines(before) + "Backup Completed [1]\n" + lines(after);
   };
-  // What is put behind the subject where every line is taken and where the summary is.
+  // What is put after the subject where every line is taken and where the summary is.
   for (const auto& [story, lines, every_line, summary] : std::vector<std::array<std::string, 4>>{
            {"the last of two runs", "Backup Completed [1]\nBackup Completed     [2] [3]\n", "[2] [3]",
             "[2] [3]"},

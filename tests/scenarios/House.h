@@ -74,7 +74,7 @@ class House {
 
   // The fields of the last mail, as the mail helper got them; empty without one.
   std::vector<std::string> LastMail();
-  // Status right behind the job, before the close-up overwrites it.
+  // Status right after the job, before the close-up overwrites it.
   std::string StatusAfterJob();
 
   std::string user = "ann";

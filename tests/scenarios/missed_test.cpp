@@ -1,4 +1,4 @@
-// Occurrences that pass unnoticed, and jobs whose user has switched scheduling off: what stands in the
+// Occurrences that pass unnoticed, and jobs whose user has switched scheduling off: what is in the
 // schedule file, the session files, the traces and the keys after each of several passes.
 
 #include "platform/forwarding.h"

@@ -24,7 +24,7 @@ class ExchangeHouse : public DueHouse {
 
   JobRun& run() { return Service().context().job.state.run; }
 
-  // What the mail tells: it is sent behind the job and is the only one to carry its code.
+  // What the mail tells: it is sent after the job and is the only one to carry its code.
   std::string Code() { return LastMail().at(2); }
 
   // The bare name of a path in the folder Session.

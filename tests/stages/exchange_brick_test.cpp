@@ -88,7 +88,7 @@ struct FailureCase {
   std::string story;
   Given given;
   std::string result_text, trace;
-  std::string main_log, tool_log;  // behind the head
+  std::string main_log, tool_log;  // after the head
   bool session_cancelled;
 };
 
@@ -189,7 +189,7 @@ TEST(ExchangeBrickStory, TheHostsEndOfProgressDoesNotStopTheTool) {
   EXPECT_TRUE(house.TraceHas("Content of EnumBackupItemSet after the Exchange"));
 }
 
-// Of three blanks the profile gives one: what stands between quotation marks in its shifted form.
+// Of three blanks the profile gives one: what is between quotation marks in its shifted form.
 TEST(ExchangeBrickStory, BlanksExportToTheOwnFolderButHandOverAnother) {
   BrickHouse house;
   house.WriteAccount("EXCHBRICK", "   ");

@@ -62,7 +62,7 @@ TEST(GrowingListTest, IsReadOnceAndForAsLongAsTheJobLives) {
     }
     EXPECT_EQ(files, row.files) << row.story;
     EXPECT_LT(house.machine.Elapsed(), row.job_traces ? 26min : 11min) << row.story;
-    // Two looks before and behind each growth, and one at the whole to make sure.
+    // Two looks before and after each growth, and one at the whole to make sure.
     const std::size_t reads = house.machine.CallsMatching("Files.ReadPart " + house.UserPath(name)).size();
     EXPECT_LE(reads, row.first.ends_with("/") ? 10000U : 9U) << row.story;
   }

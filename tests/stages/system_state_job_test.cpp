@@ -196,7 +196,7 @@ TEST(SystemStateJob, TheHostsEndOfProgressDuringTheDumpIsTakenNoteOfAndForgotten
   EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
 }
 
-// Asks for the abort right behind the first look at Status that the stage takes after its dump.
+// Asks for the abort right after the first look at Status that the stage takes after its dump.
 class StopBetweenTheTests : public ForwardingProfileFiles {
  public:
   using ForwardingProfileFiles::ForwardingProfileFiles;

@@ -1,5 +1,5 @@
 // The tool of the rehearsal machine that dumps Exchange storage groups. Its one argument is "1" and, directly
-// behind it, the folder for the dump.
+// after it, the folder for the dump.
 
 #include <iostream>
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kBaseProvider = "Microsoft Base Cryptographic Provider v1.0";
 
-// The Base Provider takes 40 bits of the hash and puts the salt behind them.
+// The Base Provider takes 40 bits of the hash and puts the salt after them.
 constexpr std::size_t kKeyBytes = 5;
 constexpr std::size_t kSaltBytes = 11;
 

@@ -17,7 +17,7 @@ class CodePageTable : public CodePage {
   // Windows-1252.
   CodePageTable();
 
-  // The page of that Windows number: 1250, 1251 or 1252. Nothing for any other.
+  // The page of that Windows number: 1250, 1251 or 1252. std::nullopt for any other.
   static std::optional<CodePageTable> ForNumber(int number);
 
   std::string FromUtf8(std::string_view text) override;

@@ -26,8 +26,8 @@ class IniText {
   // the next Set.
   [[nodiscard]] std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
 
-  // Puts `value` in the place of the old one, or behind the last key of its section, or under a new section
-  // at the end. All other lines stay. False when the value stood there already.
+  // Puts `value` in the place of the old one, or after the last key of its section, or under a new section
+  // at the end. All other lines stay. False when the value was there already.
   bool Set(std::string_view section, std::string_view key, std::string_view value);
 
   [[nodiscard]] const std::string& bytes() const { return bytes_; }

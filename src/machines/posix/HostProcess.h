@@ -29,7 +29,7 @@ class HostProcess {
   // False when `limit` of real time passed first.
   bool WaitForEnd(std::chrono::nanoseconds limit);
 
-  // Its exit code once it has ended. For a process that this one did not start the host tells none: 0.
+  // Its exit code once it has ended. For a process that this one did not start the host reports none: 0.
   [[nodiscard]] std::uint32_t exit_code() const { return exit_code_; }
 
   // False when it has ended already or may not be ended.
@@ -46,12 +46,12 @@ class HostProcess {
   std::optional<std::uint32_t> forced_code_;
 };
 
-// The file that the process runs; also after the file was replaced or deleted. Nothing for a process that
-// has ended or may not be looked into.
+// The file that the process runs; also after the file was replaced or deleted. std::nullopt for a process
+// that has ended or may not be looked into.
 std::optional<std::string> ExecutableOf(pid_t id);
 
 // The name that the process was started by, which needs no right to look into it but is whatever its starter
-// said. Nothing for a process that has ended.
+// said. std::nullopt for a process that has ended.
 std::optional<std::string> CommandOf(pid_t id);
 
 }  // namespace ondura

@@ -100,7 +100,7 @@ std::uint32_t Translated(CURLcode code, long verified) {
   }
 }
 
-// Empty where the host can't stand in a URL.
+// Empty where a URL can't hold the host.
 Url UrlOf(const OutgoingRequest& request) {
   Url url{curl_url()};
   const std::string port = std::to_string(request.port);

@@ -49,7 +49,7 @@ struct HttpOutcome {
   std::optional<IncomingHead> head;  // there without an error
 };
 
-// Exchanges over HTTP and TLS 1.2 or newer, each on a connection of its own that is closed behind it. A
+// Exchanges over HTTP and TLS 1.2 or newer, each on a connection of its own that is closed after it. A
 // server's certificate has to name its host and come from an authority that the host's OpenSSL trusts, or one
 // of those added here. Neither the environment's proxies nor redirects are followed.
 class HttpClient {

@@ -18,7 +18,7 @@ class IniStore {
  public:
   explicit IniStore(const CodePageTable& code_page) : code_page_(code_page) {}
 
-  // Null when the file is missing or can't be read; LastError tells which. A link is followed within
+  // Null when the file is missing or can't be read; LastError says which. A link is followed within
   // `folder` alone, here and in Save.
   std::shared_ptr<const IniText> Load(const std::string& host_path, const std::string& folder);
 

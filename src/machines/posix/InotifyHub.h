@@ -27,7 +27,7 @@ class InotifyHub {
   InotifyHub(const InotifyHub&) = delete;
   InotifyHub& operator=(const InotifyHub&) = delete;
 
-  // False when notices can't be had for the folder: it is not there, or its file system tells nothing about
+  // False when notices can't be had for the folder: it is not there, or its file system reports nothing about
   // what other machines write.
   bool Add(const std::string& host_folder, Target& target);
 

@@ -57,7 +57,7 @@ class PathMap {
   // The folder of the drive that the path names; empty for a path that names none.
   [[nodiscard]] std::string DriveFolderOf(std::string_view path) const;
 
-  // The path of something in the root folder. Nothing for what lies elsewhere.
+  // The path of something in the root folder. std::nullopt for what lies elsewhere.
   [[nodiscard]] std::optional<std::string> UnderRoot(std::string_view host_path) const;
 
   // The machine's form of a host path on the drive that `path` names.

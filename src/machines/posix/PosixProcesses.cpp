@@ -88,7 +88,7 @@ class PosixProcesses : public Processes {
     const auto file = FindExecutable(request);
     const auto folder = FindFolder(request.folder);
     if (!file || !folder) return kNoProcess;
-    // Beside where it is, the program learns its parameters as they stood before they were split: on Windows
+    // Beside where it is, the program learns its parameters as they were before they were split: on Windows
     // too a program can have both.
     const auto id = Spawn({*file,
                            SplitCommandLine(request.parameters),

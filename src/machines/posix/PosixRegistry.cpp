@@ -12,7 +12,7 @@ constexpr std::string_view kNumber = "dword:";
 constexpr std::string_view kBinary = "binary:";
 constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
-// What the ini form can't hold as it stands: its own signs, line ends and blanks at the ends. A percent
+// What the ini form can't hold as it is: its own signs, line ends and blanks at the ends. A percent
 // sign and two hexadecimal digits stand for such a byte.
 bool NeedsEscape(char c) {
   return static_cast<unsigned char>(c) <= 0x20 ||
@@ -57,7 +57,7 @@ std::string SectionOf(const RegistryName& name) {
   return std::string{root} + "\\" + Escaped(key);
 }
 
-// The unnamed value of a key stands under "@".
+// The unnamed value of a key is under "@".
 std::string KeyOf(const RegistryName& name) { return name.value.empty() ? "@" : Escaped(name.value); }
 
 std::optional<std::uint32_t> NumberOf(std::string_view digits) {

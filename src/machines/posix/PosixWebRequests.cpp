@@ -63,7 +63,7 @@ std::string ProxyFor(std::string_view scheme, std::string_view proxies) {
   return {};
 }
 
-// A path that can stand in a request's first line.
+// A path that a request's first line can hold.
 std::string TargetOf(std::string_view object) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string target = object.starts_with('/') ? "" : "/";

@@ -60,18 +60,18 @@ class HostPlace {
 // Never waits for the other end of a pipe and is not handed on to started programs.
 Fd OpenHost(const std::string& path, int flags, mode_t mode = kNewFileMode);
 
-// The rest of the file, up to `limit_bytes`. Nothing for a failure and for what is no regular file.
+// The rest of the file, up to `limit_bytes`. std::nullopt for a failure and for what is no regular file.
 std::optional<std::string> ReadRest(const Fd& file, std::size_t limit_bytes);
 
 bool WriteAll(const Fd& file, std::string_view bytes);
 
-// Nothing where there is nothing. Links are followed.
+// std::nullopt where there is nothing. Links are followed.
 std::optional<struct stat> StatHost(const std::string& path);
 
 // The same for a link itself.
 std::optional<struct stat> StatLink(const std::string& path);
 
-// Where an open file really is, without links. Empty where the host does not tell.
+// Where an open file really is, without links. Empty where the host does not say.
 std::string RealPathOf(const Fd& file);
 
 // Whether an open file is in `folder` or below, wherever a link to it may be.
@@ -103,7 +103,7 @@ bool IsFresh(const FileStamp& stamp);
 // A name in a folder as the host lists it.
 struct HostEntry {
   const char* name = nullptr;  // valid during the visit
-  unsigned char type = 0;      // DT_REG and so on; DT_UNKNOWN where the file system does not tell
+  unsigned char type = 0;      // DT_REG and so on; DT_UNKNOWN where the file system does not say
 };
 
 // Shows every name but "." and ".." until the visitor answers false. False when the folder can't be read.

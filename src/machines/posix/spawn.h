@@ -12,14 +12,14 @@ namespace ondura {
 
 struct SpawnRequest {
   std::string file;                      // host path of the executable
-  std::vector<std::string> arguments;    // behind the program's name
+  std::vector<std::string> arguments;    // after the program's name
   std::string folder;                    // host path; empty for the present one
   std::vector<std::string> environment;  // "NAME=value", in the place of what has the same name
   Lifetime lifetime = Lifetime::kOutlivesStarter;
 };
 
 // Starts a program in a session of its own, so that keys pressed at the host's terminal do not reach it, and
-// without the host's streams: nobody reads what a hidden program prints. Nothing when it could not be
+// without the host's streams: nobody reads what a hidden program prints. std::nullopt when it could not be
 // started.
 std::optional<pid_t> Spawn(const SpawnRequest& request);
 

@@ -9,7 +9,7 @@ namespace ondura {
 struct StartedProgram {
   std::string root;        // the machine's folder on the host
   int speed = 1;           // every wait is divided by it
-  std::string parameters;  // as they stood before they were split into arguments
+  std::string parameters;  // as they were before they were split into arguments
 };
 
 // From the environment: ONDURA_ROOT, ONDURA_SPEED and ONDURA_PARAMETERS.

@@ -8,7 +8,7 @@ namespace ondura {
 namespace {
 
 constexpr std::uint64_t kRoomyDrive = 100'000'000'000;
-// The last character that a folded path can hold; behind it the subtree of a folder ends.
+// The last character that a folded path can hold; after it the subtree of a folder ends.
 constexpr char kBehindAll = '\xFF';
 
 std::string Folded(std::string_view clean_path) { return ToLower(clean_path); }

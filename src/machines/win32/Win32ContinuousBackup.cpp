@@ -15,7 +15,7 @@ using PostStatus = void(WINAPI*)(LONG state);
 using ValidateVersion = void(WINAPI*)();
 
 // The folder, with its backslash, of a module of this process; null is the program itself. Empty where the
-// system does not tell.
+// system does not say.
 std::wstring FolderOf(HMODULE module) {
   std::wstring path(kLongestPath, L'\0');
   const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));

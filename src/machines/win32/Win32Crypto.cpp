@@ -14,7 +14,7 @@ namespace ondura {
 
 namespace {
 
-// What the base provider takes behind a key of 40 bits.
+// What the base provider takes after a key of 40 bits.
 constexpr std::size_t kSaltBytes = 11;
 
 struct ProviderHandle {

@@ -53,7 +53,7 @@ std::vector<DWORD> ProcessIds() {
   return ids;
 }
 
-// Nothing for a process that may not be looked into, or that has not come as far as its first module.
+// std::nullopt for a process that may not be looked into, or that has not come as far as its first module.
 std::optional<ProcessEntry> LookInto(DWORD id) {
   const UniqueHandle process{OpenProcess(static_cast<DWORD>(ProcessAccess::kQueryAndRead), FALSE, id)};
   std::array<HMODULE, kModuleTableEntries> modules{};

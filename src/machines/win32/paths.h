@@ -21,7 +21,7 @@ bool HasWildcard(std::wstring_view path);
 // What a search finds in a folder, as far as it decides whether it is a folder to walk.
 struct FoundFolder {
   unsigned long attributes = 0;
-  unsigned long reparse_tag = 0;   // 0 where the system does not tell
+  unsigned long reparse_tag = 0;   // 0 where the system does not say
   bool is_volume_mounted = false;  // of a mount point: a volume of its own is there
 };
 
