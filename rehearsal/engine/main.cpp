@@ -18,6 +18,7 @@ int main(int argc, char** argv) {
     const auto call = ParseEngineCall(text);
     if (!call) {
       std::vector<std::string> numbers;
+      numbers.reserve(std::size(kEngineCommands));
       for (const auto command : kEngineCommands) numbers.push_back(NumberOf(command));
       const std::string last = numbers.back();
       numbers.pop_back();
