@@ -62,9 +62,16 @@ Own& ReplacedBy(Port& port, Own& own) {
   }
 }
 
+template <typename Port, typename... Ports>
+inline constexpr bool kIsOneOf = (std::is_base_of_v<Ports, Port> || ...);
+
 // `machine` with `port` in place of its own port of that type. `port` has to live as long as the result.
 template <typename Port>
 Machine With(const Machine& machine, Port& port) {
+  static_assert(kIsOneOf<Port, Clock, MessagePump, Files, Folders, FileWatches, Drives, ProfileFiles,
+                         Registry, Processes, SystemInfo, LocaleInfo, CodePage, Internet, Crypto, Services,
+                         Desktop, Power, NameResolution, NamedMutexes, ContinuousBackup, WebRequests>,
+                "only a port can take the place of one");
   return {
       .clock = ReplacedBy(port, machine.clock),
       .pump = ReplacedBy(port, machine.pump),
