@@ -170,14 +170,14 @@ class ZipTest(unittest.TestCase):
     @staticmethod
     def engines():
         """The numbers of the processes of the scenario's engine in this Windows."""
-        found = subprocess.run(["pgrep", "-f", "^C:.Scenario.Install.ScnClsClient.exe"], capture_output=True, text=True,
-                               check=False).stdout.split()
-        return [number for number in found if ZipTest.is_in_this_windows(number)]
+        return [process.name for process in pathlib.Path("/proc").iterdir()
+                if process.name.isdigit() and ZipTest.is_engine(process)]
 
     @staticmethod
-    def is_in_this_windows(number):
+    def is_engine(process):
         try:
-            return f"WINEPREFIX={WINDOWS.folder}/".encode() in pathlib.Path("/proc", number, "environ").read_bytes()
+            return ((process / "cmdline").read_bytes().startswith(b"C:\\Scenario\\Install\\ScnClsClient.exe")
+                    and f"WINEPREFIX={WINDOWS.folder}/".encode() in (process / "environ").read_bytes())
         except OSError:
             return False
 
