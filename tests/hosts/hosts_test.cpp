@@ -79,7 +79,8 @@ TEST_F(HostsTest, AConfigurationCutShortHoldsNoStartUp) {
     const int code = RunService(machine_.machine(), Ticks(1), stop_);
     const std::string words = testing::internal::GetCapturedStderr();
     EXPECT_LT(machine_.Elapsed() - before, std::chrono::minutes{2}) << cut;
-    if (code == 0) continue;
+    // Without its last values the product is one all the same; half a file names none.
+    if (code == 0 && cut > whole.size() / 2) continue;
     EXPECT_EQ(code, kExitUsage) << cut;
     EXPECT_THAT(words, HasSubstr(Path("Configuration.ini"))) << cut;
   }

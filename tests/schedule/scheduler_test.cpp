@@ -93,7 +93,8 @@ struct MoveCase {
   std::string date_format, kind, mask, nexttime, sortkey, want_time, want_key;
 };
 
-void ExpectMove(const MoveCase& row, MoveOutcome outcome, std::size_t trace_lines) {
+// The last line of the trace that it leaves; empty without one.
+std::string ExpectMove(const MoveCase& row, MoveOutcome outcome, std::size_t trace_lines) {
   ScheduleHouse house;
   house.scheduler.DateFormatText = row.date_format;
   house.scheduler.TimeFormatText = "HH:mm:ss";
@@ -105,7 +106,9 @@ void ExpectMove(const MoveCase& row, MoveOutcome outcome, std::size_t trace_line
   EXPECT_EQ(house.scheduler.sch_CheckRepeatAppend(), outcome) << row.nexttime;
   EXPECT_EQ(record.nexttime, row.want_time);
   EXPECT_EQ(record.sortkey, row.want_key);
-  EXPECT_EQ(house.TraceLines().size(), trace_lines);
+  const auto trace = house.TraceLines();
+  EXPECT_EQ(trace.size(), trace_lines);
+  return trace.empty() ? "" : trace.back();
 }
 
 constexpr const char* kUs = "M/d/yyyy";
@@ -132,10 +135,14 @@ TEST(Moving, BringsARepeatingRecordIntoTheFuture) {
 }
 
 TEST(Moving, LeavesARecordThatCantBeMovedAndSaysSoOnce) {
-  for (const auto& [date_format, kind, mask, nexttime] :
-       {std::tuple{kUs, "6", "0", "11-10-2026 6:05:04"}, std::tuple{kUk, "6", "", "10/11/2026 06:05:04"},
-        std::tuple{kUs, "5", "", "some day"}, std::tuple{kUs, "6", kDaily, "12-31-9999 8:00:00"}}) {
-    ExpectMove({date_format, kind, mask, nexttime, "200", nexttime, "200"}, MoveOutcome::kCannotMove, 1);
+  // The trace shows the date in the form that the move begins with.
+  for (const auto& [date_format, kind, mask, nexttime, shown] :
+       {std::tuple{kUs, "6", "0", "11-10-2026 6:05:04", "11-10-2026 6:05:04"},
+        {kUk, "6", "", "10/11/2026 06:05:04", "11-10-2026 06:05:04"},
+        {kUs, "5", "", "some day", "some day"},
+        {kUs, "6", kDaily, "12-31-9999 8:00:00", "12-31-9999 8:00:00"}}) {
+    const MoveCase row{date_format, kind, mask, nexttime, "200", nexttime, "200"};
+    EXPECT_THAT(ExpectMove(row, MoveOutcome::kCannotMove, 1), testing::EndsWith(shown));
     ExpectMove({date_format, "4", mask, nexttime, "200", nexttime, "200"}, MoveOutcome::kDoesNotRepeat, 0);
   }
 }
