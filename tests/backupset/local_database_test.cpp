@@ -53,6 +53,8 @@ struct CheckCase {
   std::string traces;   // after the two status lines
   std::string started;  // all that was
   int waited_ms;
+
+  friend void PrintTo(const CheckCase& row, std::ostream* out) { *out << row.story; }
 };
 
 class CheckLDBStatusTest : public testing::TestWithParam<CheckCase> {};

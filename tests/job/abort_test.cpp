@@ -22,6 +22,8 @@ struct AbortCase {
   Log log = Log::kNew;
   bool ends_programs = true;
   bool in_transfer = false;
+
+  friend void PrintTo(const AbortCase& row, std::ostream* out) { *out << row.story; }
 };
 
 void Abort(RoadHouse& house) { house.SetStatus("Status", "5"); }

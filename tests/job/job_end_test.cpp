@@ -42,6 +42,8 @@ struct WindowCase {
   std::string story, notification, default_user;
   double code;
   std::string window, window_of_message;
+
+  friend void PrintTo(const WindowCase& row, std::ostream* out) { *out << row.story; }
 };
 
 class StatusWindowTest : public testing::TestWithParam<WindowCase>, protected JobHouse {

@@ -207,6 +207,8 @@ TEST(EngineTest, ReportsFilesThatShareAPlaceInTheVaultAndLinksThatLeaveTheDrive)
 
 struct StopCase {
   std::string story, key, value, want, closing;
+
+  friend void PrintTo(const StopCase& row, std::ostream* out) { *out << row.story; }
 };
 
 class StopTest : public testing::TestWithParam<StopCase> {};

@@ -36,6 +36,8 @@ struct ResultCase {
   std::string story;
   int result;
   std::string code, text, status, dll_status, failure_days, sentence, error_file;
+
+  friend void PrintTo(const ResultCase& row, std::ostream* out) { *out << row.story; }
 };
 
 class TransferResultTest : public testing::TestWithParam<ResultCase> {};
@@ -109,6 +111,8 @@ struct EarlyCase {
   std::string code, text, error_file;
   bool clears_password;
   std::size_t engine_runs;
+
+  friend void PrintTo(const EarlyCase& row, std::ostream* out) { *out << row.story; }
 };
 
 class EarlyResultTest : public testing::TestWithParam<EarlyCase> {};

@@ -83,6 +83,8 @@ struct MissedCase {
   int late_by = 330;
   bool has_second_record = false;
   bool is_day_first = false;
+
+  friend void PrintTo(const MissedCase& row, std::ostream* out) { *out << row.story; }
 };
 
 class MissedTest : public testing::TestWithParam<MissedCase> {
@@ -260,6 +262,8 @@ struct DisabledCase {
   std::string story, value, repeatkind;
   std::vector<int> commands;
   std::string nexttime;  // empty: the file is gone
+
+  friend void PrintTo(const DisabledCase& row, std::ostream* out) { *out << row.story; }
 };
 
 class DisabledTest : public testing::TestWithParam<DisabledCase> {

@@ -55,6 +55,8 @@ struct KindCase {
   const char* recordno;
   std::string dump;  // below drive C
   std::string bytes;
+
+  friend void PrintTo(const KindCase& row, std::ostream* out) { *out << "record " << row.recordno; }
 };
 
 class KindTest : public testing::TestWithParam<KindCase> {};
