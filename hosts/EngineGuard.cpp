@@ -14,7 +14,6 @@ using std::chrono::milliseconds;
 // How long a job may take to follow a request before the engine is ended, and between two attempts.
 constexpr milliseconds kGrace{60'000};
 constexpr milliseconds kNever = milliseconds::max();
-constexpr std::string_view kSection = "BackupStatus";
 
 std::string HoursText(milliseconds time) {
   std::ostringstream text;
@@ -33,7 +32,7 @@ EngineGuard::EngineGuard(const Machine& machine, const Installation& installatio
       limit_(limit) {}
 
 void EngineGuard::Watch(ProcessId id) {
-  installation_.CurrentUser = transfer_.Trf_ReadUserNameProfile("Scheduled");
+  installation_.CurrentUser = transfer_.Trf_ReadUserNameProfile(profile_keys::kScheduled);
   // A job runs its engine several times; the note on it stays until the next job.
   if (!watched_) notes_.NoteEngineEnded(installation_.CurrentUser, "");
   const milliseconds due = limit_.count() > 0 ? limit_ : kNever;
@@ -70,8 +69,8 @@ bool EngineGuard::IsRunning(ProcessId id) {
 
 // A job in its transfer looks at one key and elsewhere at the other.
 void EngineGuard::AskForAbort() {
-  transfer_.Trf_WriteUserProfileDefault(kSection, "Cancel", "1");
-  transfer_.Trf_WriteUserProfileDefault(kSection, "Status", TextOf(StatusWord::kStopAsked));
+  transfer_.Trf_WriteUserProfileDefault(profile_keys::kCancel, "1");
+  transfer_.Trf_WriteUserProfileDefault(profile_keys::kStatus, TextOf(StatusWord::kStopAsked));
   if (watched_->asked) return;
   Say(watched_->id == 0
           ? "the backup engine could not be started, and its job was stopped"

@@ -31,7 +31,7 @@ std::unique_ptr<PosixMachine> OpenMachineFolder(const Globals& globals) {
 OpenedMachine::OpenedMachine(const Globals& globals) : owner_(OpenMachineFolder(globals)) {
   installation_.ExeLocation = WithBackslash(globals.install);
   const ProfileStore store(machine(), installation_);
-  const std::string data_folder = store.ReadInstallRegistryValue("VirtualPath");
+  const std::string data_folder = store.ReadInstallRegistryValue(profile_keys::kDataFolder);
   installation_.VirtualPath = data_folder.empty() ? installation_.ExeLocation : WithBackslash(data_folder);
   if (!ProductConfiguration(machine(), installation_).LoadProductConfiguration()) {
     throw Failure(Exit::kUsage, "'" + globals.root + "' holds no configured machine under '" +
@@ -59,8 +59,8 @@ std::unique_ptr<MachineLock> OpenedMachine::LockForChange() const {
 }
 
 bool OpenedMachine::IsServed() const {
-  return keys_->Read("Started") == "1" &&
-         EqualsIgnoringCase(keys_->Read("Scheduled"), installation_.CurrentUser);
+  return keys_->Read(profile_keys::kStarted) == "1" &&
+         EqualsIgnoringCase(keys_->Read(profile_keys::kScheduled), installation_.CurrentUser);
 }
 
 void OpenedMachine::Serve(std::string_view user) {

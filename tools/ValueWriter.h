@@ -14,9 +14,6 @@ class ValueWriter {
 
   void Write(const ProfileKey& key, std::string_view value);
 
-  // The key of that name, which must be one of the table.
-  void Write(std::string_view name, std::string_view value) { Write(*FindProfileKey(name), value); }
-
  private:
   const ProfileKeys& keys_;
 };

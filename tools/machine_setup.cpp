@@ -73,13 +73,14 @@ void WriteDeployment(const Machine& machine, const Installation& installation, c
 // The service starts in charge and idle, so that its first tick does not wait for a twin.
 void WriteSharedState(const Machine& machine, const Installation& installation, const MachinePlan& plan) {
   const std::string file = SharedStatePath(installation);
-  WriteValue(machine, {file, "Registry", "OnduraE client"}, installation.ExeLocation);
+  WriteValue(machine, {file, profile_keys::kInstallFolder.section, profile_keys::kInstallFolder},
+             installation.ExeLocation);
   const std::string random_key = plan.installation_name + " client system random number";
-  if (machine.profiles.ReadString({file, "Registry", random_key}).empty()) {
-    WriteValue(machine, {file, "Registry", random_key}, RandomDigits());
+  if (machine.profiles.ReadString({file, profile_keys::kRegistrySection, random_key}).empty()) {
+    WriteValue(machine, {file, profile_keys::kRegistrySection, random_key}, RandomDigits());
   }
-  WriteValue(machine, {file, "Tolmera", "Standard"}, "0");
-  WriteValue(machine, {file, "Tolmera", "Started"}, "0");
+  WriteValue(machine, {file, profile_keys::kStandard.section, profile_keys::kStandard}, "0");
+  WriteValue(machine, {file, profile_keys::kStarted.section, profile_keys::kStarted}, "0");
   const std::string user_list = installation.DataFile("userlist.ini");
   const bool is_there =
       machine.files.Exists(user_list) ||
@@ -128,7 +129,8 @@ void SetUpMachine(const Globals& globals, const MachinePlan& plan) {
   const Machine& machine = owner->machine();
   MakeFolders(machine, installation.ExeLocation);
   MakeFolders(machine, installation.VirtualPath);
-  WriteValue(machine, {InstallPointerPath(installation), "Registry", "VirtualPath"},
+  WriteValue(machine,
+             {InstallPointerPath(installation), profile_keys::kDataFolder.section, profile_keys::kDataFolder},
              installation.VirtualPath);
   WriteConfiguration(machine, installation, plan);
   WriteDeployment(machine, installation, plan);

@@ -89,7 +89,7 @@ void Print(const OpenedMachine& opened, const UserStatus& status) {
 void ShowStatus(const Globals& globals, const StatusRequest& request) {
   OpenedMachine opened(globals);
   const auto users = request.user.empty() ? opened.Users() : std::vector<std::string>{request.user};
-  const std::string in_charge = opened.keys().Read("Standard") == "1" ? "twin" : "service";
+  const std::string in_charge = opened.keys().Read(profile_keys::kStandard) == "1" ? "twin" : "service";
   const std::string host_waits = HostNotes(opened.machine(), opened.installation()).Waits();
   if (!request.as_json && !host_waits.empty()) std::cout << "host: " << host_waits << "\n";
   if (!request.user.empty()) opened.Serve(request.user);

@@ -109,13 +109,13 @@ void AddUser(const Globals& globals, const UserPlan& plan) {
   opened.ServeNew(plan.name);
   CopyDefaults(opened.machine(), opened.installation(), plan.name);
   ValueWriter writer(opened.keys());
-  writer.Write("username", plan.account.empty() ? plan.name : plan.account);
-  writer.Write("password", passwords.account);
-  writer.Write("encpasswordnew", passwords.encryption);
-  writer.Write("serverip", plan.server);
-  writer.Write("port", plan.port);
-  writer.Write("Status", TextOf(StatusWord::kIdle));
-  if (users.size() == 1) writer.Write("Default User name", plan.name);
+  writer.Write(profile_keys::kUserName, plan.account.empty() ? plan.name : plan.account);
+  writer.Write(profile_keys::kPassword, passwords.account);
+  writer.Write(profile_keys::kEncPasswordNew, passwords.encryption);
+  writer.Write(profile_keys::kServerIp, plan.server);
+  writer.Write(profile_keys::kPort, plan.port);
+  writer.Write(profile_keys::kStatus, TextOf(StatusWord::kIdle));
+  if (users.size() == 1) writer.Write(profile_keys::kDefaultUser, plan.name);
   WriteUserList(opened, users);
   std::cout << "Added " << plan.name << ". Next: ondura select " << plan.name << " PATH\n";
 }

@@ -41,7 +41,7 @@ constexpr std::array<std::string_view, 9> kFigures = {"Percentage",     "FileNam
 
 void ReadState(const OpenedMachine& opened, const ScheduleFile& schedule, UserStatus& status) {
   const ProfileKeys& keys = opened.keys();
-  const auto kept = StatusWordOf(keys.Read("Status"));
+  const auto kept = StatusWordOf(keys.Read(profile_keys::kStatus));
   const auto found =
       std::ranges::find(kStates, kept, [](const StateWords& row) { return std::optional{row.status}; });
   status.state = found == kStates.end() ? "idle" : found->state;
@@ -95,19 +95,20 @@ UserStatus ReadUserStatus(const OpenedMachine& opened) {
   status.user = opened.installation().CurrentUser;
   const ScheduleFile schedule(opened.machine(), opened.installation().UserFile(kScheduleFileName));
   ReadState(opened, schedule, status);
-  status.last_end = keys.Read("SchEndTime");
-  if (const auto result = ParseInteger(keys.Read("RetValue"))) {
+  status.last_end = keys.Read(profile_keys::kSchEndTime);
+  if (const auto result = ParseInteger(keys.Read(profile_keys::kRetValue))) {
     const int code = static_cast<int>(*result);
     status.last_result = JobResult{code, LastResultWords(code, status)};
   }
   status.sentence = Trim(FirstLine(opened, "SchStatus.txt"));
   if (status.sentence.empty()) status.sentence = Trim(FirstLine(opened, "SchStatusError.txt"));
-  status.failures_in_a_row = static_cast<int>(ParseInteger(keys.Read("BackupFailureDays")).value_or(0));
-  const std::string disabled = keys.Read("ScheduleDisable");
+  status.failures_in_a_row =
+      static_cast<int>(ParseInteger(keys.Read(profile_keys::kBackupFailureDays)).value_or(0));
+  const std::string disabled = keys.Read(profile_keys::kScheduleDisable);
   status.is_disabled = !disabled.empty() && disabled != "FALSE";
   status.host = HostNotes(opened.machine(), opened.installation()).EngineEnded(status.user);
   ReadNextRun(schedule, opened.machine().clock.Now(), status);
-  const Quota quota{keys.Read("Used"), keys.Read("Max")};
+  const Quota quota{keys.Read(profile_keys::kQuotaUsed), keys.Read(profile_keys::kQuotaMax)};
   if (!quota.used_bytes.empty() || !quota.max_bytes.empty()) status.quota = quota;
   ReadProgress(opened, status);
   return status;

@@ -18,7 +18,6 @@ namespace ondura {
 namespace {
 
 // Key of the shared state that names the host in charge.
-constexpr const char* kStandard = "Standard";
 
 // The start-up ends silently where the product is not configured, and a host without a product would loop
 // over nothing. The derived names are filled by a good read alone.
@@ -35,9 +34,9 @@ bool IsConfigured(Component& component) {
 class Charge {
  public:
   explicit Charge(Component& component) : component_(component) {
-    component_.transfer().Trf_WriteUserNameProfile(kStandard, "1");
+    component_.transfer().Trf_WriteUserNameProfile(profile_keys::kStandard, "1");
   }
-  ~Charge() { component_.transfer().Trf_WriteUserNameProfile(kStandard, "0"); }
+  ~Charge() { component_.transfer().Trf_WriteUserNameProfile(profile_keys::kStandard, "0"); }
   Charge(const Charge&) = delete;
   Charge& operator=(const Charge&) = delete;
 

@@ -24,7 +24,8 @@ constexpr const char* kMailHelper = "OndruaEStartup.exe";
 std::string TwinPath(const Machine& machine, const HostOptions& options) {
   Installation installation;
   installation.ExeLocation = WithBackslash(options.install);
-  const std::string data_folder = ProfileStore(machine, installation).ReadInstallRegistryValue("VirtualPath");
+  const std::string data_folder =
+      ProfileStore(machine, installation).ReadInstallRegistryValue(profile_keys::kDataFolder);
   installation.VirtualPath =
       Trim(data_folder).empty() ? installation.ExeLocation : WithBackslash(data_folder);
   if (!ProductConfiguration(machine, installation).LoadProductConfiguration()) return {};

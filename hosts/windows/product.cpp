@@ -4,6 +4,7 @@
 #include "machines/win32/Win32Machine.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/ProfileStore.h"
+#include "profile/profile_keys.h"
 #include "profile/profile_paths.h"
 #include "text/text.h"
 
@@ -16,7 +17,7 @@ Installation FoldersOf(const Machine& machine, std::string_view install_folder) 
   Installation installation;
   installation.ExeLocation = WithBackslash(install_folder);
   const std::string data_folder{
-      Trim(ProfileStore(machine, installation).ReadInstallRegistryValue("VirtualPath"))};
+      Trim(ProfileStore(machine, installation).ReadInstallRegistryValue(profile_keys::kDataFolder))};
   installation.VirtualPath = data_folder.empty() ? installation.ExeLocation : WithBackslash(data_folder);
   return installation;
 }
@@ -50,9 +51,10 @@ void PrepareSharedState(std::string_view install_folder) {
   const Installation installation = FoldersOf(owner->machine(), install_folder);
   ProfileFiles& profiles = owner->machine().profiles;
   const std::string file = SharedStatePath(installation);
-  if (!profiles.ReadString({file, "Tolmera", "Standard"}).empty()) return;
-  const bool written = profiles.WriteString({file, "Tolmera", "Standard"}, "0") &&
-                       profiles.WriteString({file, "Tolmera", "Started"}, "0");
+  if (!profiles.ReadString({file, profile_keys::kStandard.section, profile_keys::kStandard}).empty()) return;
+  const bool written =
+      profiles.WriteString({file, profile_keys::kStandard.section, profile_keys::kStandard}, "0") &&
+      profiles.WriteString({file, profile_keys::kStarted.section, profile_keys::kStarted}, "0");
   if (!written) throw HostError("can't write " + file + "; look at the rights of its folder.");
 }
 

@@ -6,6 +6,7 @@
 #include "machines/win32/handles.h"
 #include "machines/win32/text_edges.h"
 #include "machines/win32/windows_api.h"
+#include "profile/profile_keys.h"
 #include "profile/profile_paths.h"
 #include "text/text.h"
 
@@ -48,7 +49,7 @@ void PointToData(const std::string& install_folder, const std::string& data_fold
   installation.ExeLocation = WithBackslash(install_folder);
   const std::string file = InstallPointerPath(installation);
   const auto owner = MakeWin32Machine();
-  const IniKey key{file, "Registry", "VirtualPath"};
+  const IniKey key{file, profile_keys::kDataFolder.section, profile_keys::kDataFolder};
   if (keep && !Trim(owner->machine().profiles.ReadString(key)).empty()) return;
   const std::string data = WithBackslash(FullPath(data_folder));
   if (FromSystem(ToSystem(data)) != data) {

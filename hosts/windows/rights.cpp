@@ -24,7 +24,8 @@ constexpr const wchar_t* kFolderRights = L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;B
 // Only what the folder hands down.
 constexpr const wchar_t* kFileRights = L"O:BAD:";
 
-constexpr DWORD kMayChange = FILE_GENERIC_READ | FILE_GENERIC_WRITE | FILE_GENERIC_EXECUTE | DELETE;
+constexpr DWORD kMayChange = FILE_GENERIC_READ | FILE_GENERIC_WRITE | FILE_GENERIC_EXECUTE |
+                             DELETE;  // NOLINT(misc-redundant-expression)
 
 struct LocalMemory {
   void operator()(void* memory) const { LocalFree(memory); }

@@ -8,6 +8,7 @@
 #include "TickReport.h"
 #include "machines/win32/Win32Machine.h"
 #include "product.h"
+#include "profile/profile_keys.h"
 #include "tick_loop.h"
 
 namespace ondura {
@@ -15,7 +16,7 @@ namespace ondura {
 namespace {
 
 void WriteStandard(const ComponentObject& transfer, std::string_view value) {
-  transfer.Call("Trf_WriteUserNameProfile", {"Standard", value});
+  transfer.Call("Trf_WriteUserNameProfile", {profile_keys::kStandard.name, value});
 }
 
 // Ends the twin's charge also when it leaves by an error, which then is the one to be told about.

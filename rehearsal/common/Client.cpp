@@ -14,26 +14,26 @@ Client::Client(const Machine& machine, std::string_view install_folder)
 }
 
 bool Client::Load() {
-  const std::string data_folder = store_.ReadInstallRegistryValue("VirtualPath");
+  const std::string data_folder = store_.ReadInstallRegistryValue(profile_keys::kDataFolder);
   installation_.VirtualPath =
       Trim(data_folder).empty() ? installation_.ExeLocation : WithBackslash(Trim(data_folder));
   if (!configuration_.LoadProductConfiguration()) return false;
-  installation_.CurrentUser = Trim(transfer_.Trf_ReadUserNameProfile("Scheduled"));
+  installation_.CurrentUser = Trim(transfer_.Trf_ReadUserNameProfile(profile_keys::kScheduled));
   if (installation_.CurrentUser.empty()) {
-    installation_.CurrentUser = store_.ReadDefaultUser("Default User name");
+    installation_.CurrentUser = store_.ReadDefaultUser(profile_keys::kDefaultUser);
   }
   return true;
 }
 
 Account Client::ReadAccount() {
   Account account;
-  account.name = transfer_.Trf_ReadUserProfile("username");
-  account.password = transfer_.Trf_ReadUserProfile("password");
-  account.encryption_password = transfer_.Trf_ReadUserProfileNew("encpasswordnew");
+  account.name = transfer_.Trf_ReadUserProfile(profile_keys::kUserName);
+  account.password = transfer_.Trf_ReadUserProfile(profile_keys::kPassword);
+  account.encryption_password = transfer_.Trf_ReadUserProfileNew(profile_keys::kEncPasswordNew);
   if (account.encryption_password.empty()) {
-    account.encryption_password = transfer_.Trf_ReadUserProfile("encpassword");
+    account.encryption_password = transfer_.Trf_ReadUserProfile(profile_keys::kEncPassword);
   }
-  account.server = transfer_.Trf_ReadUserProfile("serverip");
+  account.server = transfer_.Trf_ReadUserProfile(profile_keys::kServerIp);
   return account;
 }
 
@@ -41,12 +41,12 @@ std::string Client::VaultFolder() const {
   return installation_.DataFile("Vault\\") + installation_.CurrentUser + "\\";
 }
 
-std::string Client::ReadStatus(std::string_view key) {
-  return std::string{Trim(store_.ReadProfileValue("BackupStatus", key))};
+std::string Client::ReadStatus(const ProfileKey& key) {
+  return std::string{Trim(store_.ReadProfileValue(key))};
 }
 
-void Client::WriteStatus(std::string_view key, std::string_view value) {
-  transfer_.Trf_WriteUserProfileDefault("BackupStatus", key, value);
+void Client::WriteStatus(const ProfileKey& key, std::string_view value) {
+  transfer_.Trf_WriteUserProfileDefault(key, value);
 }
 
 int Client::DeploymentNumber(std::string_view key, int fallback) {

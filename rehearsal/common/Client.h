@@ -43,8 +43,8 @@ class Client {
   std::string VaultFolder() const;
 
   // Keys of section BackupStatus in the user's profile. A missing key reads as empty.
-  std::string ReadStatus(std::string_view key);
-  void WriteStatus(std::string_view key, std::string_view value);
+  std::string ReadStatus(const ProfileKey& key);
+  void WriteStatus(const ProfileKey& key, std::string_view value);
 
   // A number of section Demo in Deployment.ini beside the executables.
   int DeploymentNumber(std::string_view key, int fallback);

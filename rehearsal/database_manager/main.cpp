@@ -19,8 +19,8 @@ constexpr std::chrono::milliseconds kPause{1000};
 constexpr int kLooksWithoutJob = 3;
 
 bool JobRuns(Client& client, const std::string& user) {
-  return Trim(client.transfer().Trf_ReadUserNameProfile("Started")) == "1" &&
-         EqualsIgnoringCase(Trim(client.transfer().Trf_ReadUserNameProfile("Scheduled")), user);
+  return Trim(client.transfer().Trf_ReadUserNameProfile(profile_keys::kStarted)) == "1" &&
+         EqualsIgnoringCase(Trim(client.transfer().Trf_ReadUserNameProfile(profile_keys::kScheduled)), user);
 }
 
 // Nobody ends the manager after a job that went well, so it ends by itself when the job is over. A host

@@ -19,7 +19,7 @@ constexpr std::chrono::milliseconds kPaceStep{500};
 constexpr int kDefaultQuotaMegabytes = 10 * 1024;
 
 bool UsesDatabase(Client& client) {
-  const std::string method{Trim(client.transfer().Trf_ReadUserNameDBProfile("DB"))};
+  const std::string method{Trim(client.transfer().Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase))};
   return method.empty() || method == "1";
 }
 
@@ -98,7 +98,7 @@ void BackupRun::RunByCompareList() {
     more = !part->is_last;
   }
   Transfer(StageFilesLeft());
-  met_exclusion_ = client_.transfer().Trf_ReadUserNameProfileReg("Excluded") == "1";
+  met_exclusion_ = client_.transfer().Trf_ReadUserNameProfileReg(profile_keys::kExcluded) == "1";
 }
 
 std::vector<Candidate> BackupRun::StageFilesLeft() {

@@ -116,7 +116,8 @@ std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>
 }
 
 CompareList::Look CompareList::ReadKeys() {
-  return {client_.ReadStatus("CompareListCount"), client_.ReadStatus("StatusCheckCount")};
+  return {client_.ReadStatus(profile_keys::kCompareListCount),
+          client_.ReadStatus(profile_keys::kStatusCheckCount)};
 }
 
 // The job traces at least once a minute, also while it walks a folder that adds no line.

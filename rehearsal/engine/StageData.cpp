@@ -38,13 +38,14 @@ std::string StageData::Folder() const {
     case JobKind::kFiles:
       break;
     case JobKind::kSqlServer:
-      return client_.transfer().Trf_ReadUserProfile("SQLTEMP");
+      return client_.transfer().Trf_ReadUserProfile(profile_keys::kSqlTemp);
     case JobKind::kSystemState:
       return SystemStateFolder();
     case JobKind::kExchangeStore:
-      return client_.transfer().Trf_ReadUserProfile("APIEXCHANGE");
+      return client_.transfer().Trf_ReadUserProfile(profile_keys::kApiExchange);
     case JobKind::kExchangeBrick:
-      return WithBackslash(client_.transfer().Trf_ReadUserProfile("EXCHBRICK")) + "OxExchBrickBkset";
+      return WithBackslash(client_.transfer().Trf_ReadUserProfile(profile_keys::kExchBrick)) +
+             "OxExchBrickBkset";
   }
   return "";
 }

@@ -11,8 +11,9 @@ StopRequests::StopRequests(Client& client)
 
 StopRequest StopRequests::Check() {
   if (seen_ == StopRequest::kNone && profile_->MayHaveChanged()) {
-    if (StatusWordOf(client_.ReadStatus("Status")) == StatusWord::kCutOff) seen_ = StopRequest::kHardStop;
-    if (client_.ReadStatus("Cancel") == "1") seen_ = StopRequest::kCancel;
+    if (StatusWordOf(client_.ReadStatus(profile_keys::kStatus)) == StatusWord::kCutOff)
+      seen_ = StopRequest::kHardStop;
+    if (client_.ReadStatus(profile_keys::kCancel) == "1") seen_ = StopRequest::kCancel;
   }
   return seen_;
 }

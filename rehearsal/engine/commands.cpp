@@ -18,13 +18,13 @@ namespace {
 EngineResult TotalSize(Client& client, Vault& vault) {
   const std::uint64_t used = vault.UsedBytes();
   const std::uint64_t max = vault.MaxBytes(DefaultQuotaBytes(client));
-  client.transfer().Trf_WriteUserProfileDefault("QuotaStatus", "Used", std::to_string(used));
-  client.transfer().Trf_WriteUserProfileDefault("QuotaStatus", "Max", std::to_string(max));
+  client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaUsed, std::to_string(used));
+  client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaMax, std::to_string(max));
   return used > max ? engine_results::kQuotaUsedUp : engine_results::kDone;
 }
 
 EngineResult PortNumber(Client& client, const Account& account) {
-  std::string port = client.transfer().Trf_ReadUserProfile("port");
+  std::string port = client.transfer().Trf_ReadUserProfile(profile_keys::kPort);
   if (port.empty()) port = client.installation().DefaultPort;
   if (port.empty()) return engine_results::kNoPortInformation;
   const std::string text = port + std::string{kLineEnd} + account.server + std::string{kLineEnd};
@@ -61,12 +61,12 @@ void RunEngineCommand(Client& client, const EngineCall& call) {
   EngineResult result;
   if (const auto rehearsed = vault.RehearsedResult(call.command)) {
     result = {static_cast<double>(*rehearsed)};
-    client.transfer().Trf_WriteUserProfileDefault("Server", "MultipleIP", vault.RehearsedAddress());
+    client.transfer().Trf_WriteUserProfileDefault(profile_keys::kMultipleIp, vault.RehearsedAddress());
   } else {
     result = vault.Enter(account);
     if (result == engine_results::kDone) result = Perform(client, vault, account, call.command);
   }
-  client.WriteStatus("RetValue", result.Text());
+  client.WriteStatus(profile_keys::kRetValue, result.Text());
 }
 
 }  // namespace ondura::rehearsal

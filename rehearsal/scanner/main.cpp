@@ -17,19 +17,19 @@ using namespace ondura;
 using namespace ondura::rehearsal;
 using namespace ondura::scanner_command;
 
-void WriteScanKey(Client& client, std::string_view key, std::string_view value) {
-  client.transfer().Trf_WriteUserProfileDefault("REALTIME", key, value);
+void WriteScanKey(Client& client, const ProfileKey& key, std::string_view value) {
+  client.transfer().Trf_WriteUserProfileDefault(key, value);
 }
 
 void Scan(Client& client, bool reset) {
-  WriteScanKey(client, "ScannerId", std::to_string(OwnProcessId()));
-  WriteScanKey(client, "scanStatus", "1");
+  WriteScanKey(client, profile_keys::kScannerId, std::to_string(OwnProcessId()));
+  WriteScanKey(client, profile_keys::kScanStatus, "1");
   LocalDatabase database(client);
   if (reset) database.Remove();
   client.machine().clock.Sleep(std::chrono::milliseconds{client.DeploymentNumber("MillisecondsPerScan", 0)});
   Vault vault(client.machine(), client.VaultFolder());
   database.Build(vault);
-  WriteScanKey(client, "scanStatus", "0");
+  WriteScanKey(client, profile_keys::kScanStatus, "0");
 }
 
 }  // namespace

@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::string_view kOldInput = "CompareListInput.txt";
 constexpr std::string_view kSkippedFiles = "SkippedFiles.txt";
-constexpr std::string_view kStatusSection = "BackupStatus";
 
 constexpr std::size_t kLongestPathUnits = 256;
 constexpr std::size_t kLongestNumber = 20;
@@ -224,8 +223,8 @@ void CompareList::AddSkipped(std::u16string_view path) {
 void CompareList::StartNextPart() {
   Close();
   if (failed_) return;
-  transfer_.Trf_WriteUserProfileDefault(kStatusSection, "StatusCheckCount", std::to_string(part_));
-  transfer_.Trf_WriteUserProfileDefault(kStatusSection, "CompareListCount", "1");
+  transfer_.Trf_WriteUserProfileDefault(profile_keys::kStatusCheckCount, std::to_string(part_));
+  transfer_.Trf_WriteUserProfileDefault(profile_keys::kCompareListCount, "1");
   // The size goes on growing, so that the displayed total counts a part more than once.
   if (!endings_.empty()) total_.Add({size_bytes_, static_cast<double>(files_)});
   files_ = 0;

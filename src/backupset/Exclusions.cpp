@@ -47,7 +47,7 @@ void Exclusions::Load() {
   Clear();
   LoadList(kExcludedFolders, ExclusionKind::kFolder, folders_);
   LoadList(kExcludedFiles, ExclusionKind::kFile, files_);
-  transfer_.Trf_WriteUserNameRegistryProfile("Excluded", "0");
+  transfer_.Trf_WriteUserNameRegistryProfile(profile_keys::kExcluded, "0");
 }
 
 void Exclusions::Clear() {
@@ -119,7 +119,7 @@ FolderKey Exclusions::Extend(const FolderKey& key, std::string_view path, std::s
 
 std::string_view Exclusions::Hit(const List& list, std::uint32_t entry) {
   if (entry == FolderKey::kNone) return {};
-  if (!hit_written_) transfer_.Trf_WriteUserNameRegistryProfile("Excluded", "1");
+  if (!hit_written_) transfer_.Trf_WriteUserNameRegistryProfile(profile_keys::kExcluded, "1");
   hit_written_ = true;
   return list.entries[entry];
 }

@@ -15,8 +15,6 @@ namespace {
 
 using namespace engine_files;
 
-constexpr std::string_view kStatusSection = "BackupStatus";
-
 constexpr std::string_view kSignOfLife = "  Waiting for the local database";
 constexpr std::string_view kAbortedInForeignScan = "User aborted scheduled backup Scan is going on";
 constexpr std::string_view kAbortedInScan = "User aborted scheduled backup Scan in progress";
@@ -55,19 +53,19 @@ LocalDatabase::LocalDatabase(const Machine& machine, const Installation& install
       life_(trace, machine.clock, kSignOfLife) {}
 
 std::int16_t LocalDatabase::CheckLDBStatus(std::string_view run_folder_text) {
-  const std::string owner = transfer_.Trf_ReadUserNameProfile("Scheduled");
-  const std::string interactive = transfer_.Trf_ReadUserNameProfile("Interactive");
+  const std::string owner = transfer_.Trf_ReadUserNameProfile(profile_keys::kScheduled);
+  const std::string interactive = transfer_.Trf_ReadUserNameProfile(profile_keys::kInteractive);
   life_.Begin();
   const bool changed_hands = !Trim(owner).empty() && !EqualsIgnoringCase(Trim(owner), Trim(interactive));
   if (changed_hands) DeleteLDBFiles(owner);
-  const std::string scan = RealTimeValue("scanStatus");
-  const std::string watcher = RealTimeValue("WatcherStatus");
+  const std::string scan = RealTimeValue(profile_keys::kScanStatus);
+  const std::string watcher = RealTimeValue(profile_keys::kWatcherStatus);
   trace_.plain().WriteTrace("strScannStatus  : " + scan);
   trace_.plain().WriteTrace("strWatcherStatus  : " + watcher);
 
   std::int16_t result = kLocalDatabaseReady;
   if (watcher == "1") {
-    result = RealTimeValue("scanStatus") == "1" ? WaitForScan() : RescanByScanner();
+    result = RealTimeValue(profile_keys::kScanStatus) == "1" ? WaitForScan() : RescanByScanner();
   } else {
     TraceDigests();
     if (changed_hands) {
@@ -83,8 +81,8 @@ std::int16_t LocalDatabase::CheckLDBStatus(std::string_view run_folder_text) {
   }
   if (result != kLocalDatabaseReady) return result;
 
-  transfer_.Trf_WriteUserProfileDefault(kStatusSection, "CompareListCount", "0");
-  transfer_.Trf_WriteUserProfileDefault(kStatusSection, "StatusCheckCount", "1");
+  transfer_.Trf_WriteUserProfileDefault(profile_keys::kCompareListCount, "0");
+  transfer_.Trf_WriteUserProfileDefault(profile_keys::kStatusCheckCount, "1");
   trace_.plain().WriteTrace("LDB Checking is over");
   return kLocalDatabaseReady;
 }
@@ -92,7 +90,7 @@ std::int16_t LocalDatabase::CheckLDBStatus(std::string_view run_folder_text) {
 std::int16_t LocalDatabase::WaitForScan() {
   trace_.User(" WatcherStatus is 1 : Scan is going on,so wait till Scanstatus is 0 ");
   for (;;) {
-    const std::string scan = RealTimeValue("scanStatus");
+    const std::string scan = RealTimeValue(profile_keys::kScanStatus);
     if (scan == "0") trace_.plain().WriteTrace("WatcherStatus is 1 : Scan is over");
     if (scan == "0" || scan.empty()) return kLocalDatabaseReady;
     machine_.clock.Sleep(kPoll);
@@ -230,15 +228,15 @@ bool LocalDatabase::IsmutexInProgress(std::string_view name, bool release) {
 
 bool LocalDatabase::UserAborts() {
   life_.Show();
-  return StatusWordOf(profile_.ReadProfileValue(kStatusSection, "Status")) == StatusWord::kStopAsked;
+  return StatusWordOf(profile_.ReadProfileValue(profile_keys::kStatus)) == StatusWord::kStopAsked;
 }
 
-std::string LocalDatabase::RealTimeValue(std::string_view key) const {
-  return std::string{Trim(profile_.ReadProfileValue("REALTIME", key))};
+std::string LocalDatabase::RealTimeValue(const ProfileKey& key) const {
+  return std::string{Trim(profile_.ReadProfileValue(key))};
 }
 
 std::int64_t LocalDatabase::ScannerNumber() const {
-  return ParseInteger(RealTimeValue("ScannerId")).value_or(0);
+  return ParseInteger(RealTimeValue(profile_keys::kScannerId)).value_or(0);
 }
 
 ProcessHandle LocalDatabase::StartScanner(std::string_view parameters) {

@@ -58,7 +58,7 @@ class LocalDatabase {
   void RetryDatabase(const std::string& path);
   // The end of each pass of a wait.
   bool UserAborts();
-  std::string RealTimeValue(std::string_view key) const;
+  std::string RealTimeValue(const ProfileKey& key) const;
   [[nodiscard]] std::int64_t ScannerNumber() const;
   ProcessHandle StartScanner(std::string_view parameters);
 

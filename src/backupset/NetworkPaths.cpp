@@ -14,7 +14,6 @@ namespace ondura {
 
 namespace {
 
-constexpr std::string_view kCount = "UNCCount";
 constexpr std::size_t kTracedField = 1;
 constexpr std::string_view kListPicture = "mm-dd-yyyy HH:MM:SS";
 constexpr std::chrono::hours kShift{1};
@@ -37,7 +36,7 @@ std::string ListLine(std::string_view folder, const FolderEntry& file) {
 }  // namespace
 
 std::string NetworkPaths::ReadProfilefromRegistryUNCCountSch() const {
-  return store_.ReadProfilefromRegistryWithoutDeCrypt(kCount);
+  return store_.ReadProfilefromRegistryWithoutDeCrypt(profile_keys::kUncCount);
 }
 
 void NetworkPaths::ReadProfilefromRegistryUNCSch() {
@@ -50,7 +49,7 @@ void NetworkPaths::ReadProfilefromRegistryUNCSch() {
 }
 
 void NetworkPaths::ReadUNCListfromRegistryProfile() {
-  SizeTable(store_.ReadSharedRegistryValue(kCount));
+  SizeTable(store_.ReadSharedRegistryValue(profile_keys::kUncCount));
   for (std::size_t row = 0; row < table_.size(); ++row) {
     std::string entry = store_.ReadSharedRegistryValue(EntryName(row));
     if (entry.empty()) entry = store_.ReadSharedRegistryValue(EntryName(row));
@@ -60,7 +59,7 @@ void NetworkPaths::ReadUNCListfromRegistryProfile() {
 }
 
 void NetworkPaths::ReadUNCTable() {
-  const std::string count = store_.ReadSharedRegistryValue(kCount);
+  const std::string count = store_.ReadSharedRegistryValue(profile_keys::kUncCount);
   trace_.User("UNCCount : " + count);
   ReadUNCListfromRegistryProfile();
 }

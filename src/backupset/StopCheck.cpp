@@ -13,7 +13,7 @@ bool StatusStopCheck::IsAborted() {
     watch_ = machine_.watches.Watch(UserProfilePath(installation_, watched_user_));
   }
   if (watch_->MayHaveChanged()) {
-    aborted_ = StatusWordOf(profile_.ReadProfileValue("BackupStatus", "Status")) == StatusWord::kStopAsked;
+    aborted_ = StatusWordOf(profile_.ReadProfileValue(profile_keys::kStatus)) == StatusWord::kStopAsked;
   }
   return aborted_;
 }

@@ -30,6 +30,7 @@ class DispatchObject : public Interface, public ISupportErrorInfo {
   STDMETHODIMP QueryInterface(REFIID id, void** object) override {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
+    // NOLINTNEXTLINE(misc-redundant-expression)
     if (id == __uuidof(IUnknown) || id == __uuidof(IDispatch) || id == __uuidof(Interface)) {
       *object = static_cast<Interface*>(this);
     } else if (id == __uuidof(ISupportErrorInfo)) {

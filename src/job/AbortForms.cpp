@@ -43,7 +43,7 @@ JobCode AbortForms::LeaveFromWalk(WalkPlace place) {
   Options& trace = job_.trace().plain();
   trace.WriteTrace("ScheduleCancelled 1");
   trace.WriteTrace("Aborted...");
-  job_.keys.Write("RetValue", job_.state.run.last_result.Text());
+  job_.keys.Write(profile_keys::kRetValue, job_.state.run.last_result.Text());
   const JobCode code =
       LeaveTransfer(place == WalkPlace::kWithinFolder ? AbortLog::kFurtherLine : AbortLog::kFurtherBlock);
   job_.temp_folder.DeleteTempFolder();
@@ -54,7 +54,7 @@ JobCode AbortForms::LeaveFromWalk(WalkPlace place) {
 JobCode AbortForms::LeaveTransfer(AbortLog log) {
   MarkAborted();
   job_.keys.StampEnd();
-  job_.keys.Write("StatusMessageIndicaton", "1");
+  job_.keys.Write(profile_keys::kStatusMessage, "1");
   WriteAbortLog(log);
   job_.end_status.WriteStatusText(job_texts::kManualCancel);
   job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
@@ -125,7 +125,7 @@ void AbortForms::MarkAborted() {
   run.result_text = job_texts::kUserAbort;
   run.cancelled = true;
   job_.keys.WriteStatus(StatusWord::kFailed);
-  job_.keys.Write("DLLStatus", "3");
+  job_.keys.Write(profile_keys::kDllStatus, run_state::kEndedByMessage);
 }
 
 void AbortForms::WriteAbortLog(AbortLog log) {

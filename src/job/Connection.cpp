@@ -19,7 +19,6 @@ using std::chrono::milliseconds;
 constexpr int kMostTries = 10;
 constexpr int kTriesBeforeFallback = 5;
 constexpr milliseconds kPauseAfterTry{1000};
-constexpr std::string_view kAccountSection = "Tolmera";
 
 bool ReadsAsTrue(std::string_view text) {
   return EqualsIgnoringCase(Trim(text), "true") || ParseNumber(text).value_or(0) != 0;
@@ -31,11 +30,11 @@ void Connection::ReadPort() {
   JobRun& run = job_.state.run;
   const JobServices& services = job_.services;
   services.trace.User("  OutgoingPort : " + services.installation.DefaultPort);
-  run.port = services.transfer.Trf_ReadUserProfile("port");
+  run.port = services.transfer.Trf_ReadUserProfile(profile_keys::kPort);
   if (run.port.empty()) {
     run.port = services.installation.DefaultPort;
-    services.transfer.Trf_WriteUserProfileDefault(kAccountSection, "OutPort", run.port);
-    services.transfer.Trf_WriteUserProfile("port", run.port);
+    services.transfer.Trf_WriteUserProfileDefault(profile_keys::kOutPort, run.port);
+    services.transfer.Trf_WriteUserProfile(profile_keys::kPort, run.port);
   }
   services.trace.User("  OutgoingPort : " + run.port);
   services.trace.User("  Sch_IPAddress : " + run.serverip);
@@ -44,14 +43,14 @@ void Connection::ReadPort() {
 void Connection::ReadAccount() {
   Account& account = job_.state.run.account;
   const Transfer& transfer = job_.services.transfer;
-  account.user_name = transfer.Trf_ReadUserProfile("username");
-  account.password = transfer.Trf_ReadUserProfile("password");
-  account.encryption_password = transfer.Trf_ReadUserProfileNew("encpasswordnew");
+  account.user_name = transfer.Trf_ReadUserProfile(profile_keys::kUserName);
+  account.password = transfer.Trf_ReadUserProfile(profile_keys::kPassword);
+  account.encryption_password = transfer.Trf_ReadUserProfileNew(profile_keys::kEncPasswordNew);
   if (account.encryption_password.empty()) {
-    account.encryption_password = transfer.Trf_ReadUserProfile("encpassword");
+    account.encryption_password = transfer.Trf_ReadUserProfile(profile_keys::kEncPassword);
   }
-  job_.state.run.serverip = transfer.Trf_ReadUserProfile("serverip");
-  account.random = transfer.Trf_ReadUserProfile("random");
+  job_.state.run.serverip = transfer.Trf_ReadUserProfile(profile_keys::kServerIp);
+  account.random = transfer.Trf_ReadUserProfile(profile_keys::kRandom);
   if (account.random.empty()) {
     account.random = job_.services.store.ReadSharedRegistryValue(job_.installation().ProductInstallationName +
                                                                  " client system random number");
@@ -63,8 +62,8 @@ void Connection::SettleAddress() {
   const JobServices& services = job_.services;
   if (run.serverip.empty()) {
     run.serverip = services.installation.DefaultServerAddress;
-    services.transfer.Trf_WriteUserProfileDefault(kAccountSection, "IPAddres", run.serverip);
-    services.transfer.Trf_WriteUserProfile("serverip", run.serverip);
+    services.transfer.Trf_WriteUserProfileDefault(profile_keys::kIpAddress, run.serverip);
+    services.transfer.Trf_WriteUserProfile(profile_keys::kServerIp, run.serverip);
   }
   services.trace.User("  Sch_IPAddress : " + run.serverip);
   services.trace.User("  ini file : " + services.installation.UserFolder() +
@@ -76,19 +75,21 @@ void Connection::SettleAddress() {
 
 void Connection::ReadProxy() {
   ProxyProfile& proxy = job_.state.run.proxy;
-  const auto read = [this](std::string_view key) { return job_.services.transfer.Trf_ReadProxyProfile(key); };
+  const auto read = [this](const ProfileKey& key) {
+    return job_.services.transfer.Trf_ReadProxyProfile(key);
+  };
   proxy = {};
-  proxy.Proxyset = read("Proxyset");
+  proxy.Proxyset = read(profile_keys::kProxySet);
   if (proxy.Proxyset.empty()) proxy.Proxyset = "0";
   if (proxy.Proxyset != "1") return;
-  proxy.proxytypehttp = read("proxytypehttp");
-  proxy.proxytypesocks = read("proxytypesocks");
-  proxy.ProxyName = read("ProxyName");
-  proxy.ProxyPort = read("ProxyPort");
-  proxy.ProxyAuthOn = read("ProxyAuthOn");
+  proxy.proxytypehttp = read(profile_keys::kProxyHttp);
+  proxy.proxytypesocks = read(profile_keys::kProxySocks);
+  proxy.ProxyName = read(profile_keys::kProxyName);
+  proxy.ProxyPort = read(profile_keys::kProxyPort);
+  proxy.ProxyAuthOn = read(profile_keys::kProxyAuthOn);
   if (!ReadsAsTrue(proxy.ProxyAuthOn)) return;
-  proxy.ProxyUser = read("ProxyUser");
-  proxy.ProxyPass = read("ProxyPass");
+  proxy.ProxyUser = read(profile_keys::kProxyUser);
+  proxy.ProxyPass = read(profile_keys::kProxyPassword);
 }
 
 Leave Connection::DiscoverPort() {
@@ -150,17 +151,18 @@ void Connection::TakeFallbackAddress() {
 void Connection::StoreAddress() {
   const JobRun& run = job_.state.run;
   const Transfer& transfer = job_.services.transfer;
-  transfer.Trf_WriteUserProfileDefault(kAccountSection, "IPAddres", run.serverip);
-  transfer.Trf_WriteUserProfileDefault(kAccountSection, "OutPort", run.port);
-  transfer.Trf_WriteUserProfile("serverip", run.serverip);
-  transfer.Trf_WriteUserProfile("port", run.port);
+  transfer.Trf_WriteUserProfileDefault(profile_keys::kIpAddress, run.serverip);
+  transfer.Trf_WriteUserProfileDefault(profile_keys::kOutPort, run.port);
+  transfer.Trf_WriteUserProfile(profile_keys::kServerIp, run.serverip);
+  transfer.Trf_WriteUserProfile(profile_keys::kPort, run.port);
 }
 
 Leave Connection::FailPort(EngineResult result) {
   job_.keys.AddFailureDay();
   if (engine_results::EndsSchedule(result)) return abort_.LeaveWithoutSchedule(result);
   if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
-  if (result == engine_results::kWrongPassword) job_.services.transfer.Trf_WriteUserProfile("password", "");
+  if (result == engine_results::kWrongPassword)
+    job_.services.transfer.Trf_WriteUserProfile(profile_keys::kPassword, "");
   return abort_.LeaveFailed(FailureText(result, job_texts::kUnableToPerform, job_.installation().ProductName),
                             JobEndOf(result));
 }
@@ -181,8 +183,8 @@ void Connection::TakeEngineAnswer() {
 Leave Connection::RequireAddress() {
   JobRun& run = job_.state.run;
   if (!run.serverip.empty()) return std::nullopt;
-  run.serverip = job_.services.transfer.Trf_ReadUserProfile("serverip");
-  run.port = job_.services.transfer.Trf_ReadUserProfile("port");
+  run.serverip = job_.services.transfer.Trf_ReadUserProfile(profile_keys::kServerIp);
+  run.port = job_.services.transfer.Trf_ReadUserProfile(profile_keys::kPort);
   if (!run.serverip.empty()) return std::nullopt;
   job_.trace().User("  No port information recieved from server.");
   const JobCode code = abort_.LeaveWithoutPort();
@@ -200,7 +202,7 @@ Leave Connection::StopOverQuota() {
   trace.WriteTrace(QuotaTrace(quota));
   abort_.EndPrograms();
   job_.keys.StampEnd();
-  job_.keys.Write("StatusMessageIndicaton", "1");
+  job_.keys.Write(profile_keys::kStatusMessage, "1");
   job_.end_status.WriteStatusText(job_texts::kQuotaStop);
   Progress& progress = job_.services.progress;
   run.result_text = "Used Quota: " + progress.GetProperSizeValue(quota.used) +

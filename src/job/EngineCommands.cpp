@@ -56,7 +56,7 @@ std::optional<ProcessWatch> EngineCommands::StartTransfer() {
   services_.trace.User(" CALLING with Cmd 51 ");
   std::string& argument = state_.memory.RunFolderText;
   argument += "\\" + FormatDate(kStampFolderPicture, services_.machine.clock.Now());
-  keys_.Write("RetValue", engine_results::kNone.Text());
+  keys_.Write(profile_keys::kRetValue, engine_results::kNone.Text());
   if (services_.store.ReadLastRetValue() != 0) return std::nullopt;
   return Start(EngineParameters(EngineCommand::kTransfer, argument));
 }

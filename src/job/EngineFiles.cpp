@@ -59,7 +59,7 @@ EngineFileResult EngineFiles::ReadResult(const std::string& path) {
 }
 
 bool EngineFiles::ReadScheduleStatusFile() {
-  const auto status = StatusWordOf(job_.keys.Read("Status"));
+  const auto status = StatusWordOf(job_.keys.Read(profile_keys::kStatus));
   return status == StatusWord::kStarting || status == StatusWord::kInteractive;
 }
 

@@ -62,29 +62,29 @@ void JobDriver::Reset() {
       "Logout from the account (" + services.installation.CurrentUser +
       ") and then login with your new Password and attempt the operation again.";
   job_.end_status.ResetStatusFiles();
-  job_.keys.Write("Paused", "0");
+  job_.keys.Write(profile_keys::kPaused, "0");
   // A request that an earlier job has obeyed is not this one's; one that came since the job began is.
   if (nested_runs_ == 0) {
-    job_.keys.Write("Cancel", "0");
-    job_.keys.Write("ProgStatus", "0");
+    job_.keys.Write(profile_keys::kCancel, "0");
+    job_.keys.Write(profile_keys::kProgStatus, "0");
   }
-  services.transfer.Trf_WriteUserProfileDefault("sj", "LSN", "");
+  services.transfer.Trf_WriteUserProfileDefault(profile_keys::kLsn, "");
   services.trace.plain().WriteTrace(QuotaTrace(ReadQuotaOutputFile(services.store)));
   WriteDriveList();
   services.trace.User("  (5.5.17) Reading configuration data");
 }
 
 void JobDriver::WriteDriveList() {
-  job_.services.transfer.Trf_WriteUserProfileDefault("REALTIME", "DriveList",
+  job_.services.transfer.Trf_WriteUserProfileDefault(profile_keys::kDriveList,
                                                      job_.services.helpers.DriveListText());
 }
 
 void JobDriver::ReadProfile() {
   JobRun& run = job_.state.run;
   const JobServices& services = job_.services;
-  run.Sch_SQLTEMP = services.transfer.Trf_ReadUserProfile("SQLTEMP");
-  run.APIEXCHANGE = services.transfer.Trf_ReadUserProfile("APIEXCHANGE");
-  run.EXCHBRICK = services.transfer.Trf_ReadUserProfile("EXCHBRICK");
+  run.Sch_SQLTEMP = services.transfer.Trf_ReadUserProfile(profile_keys::kSqlTemp);
+  run.APIEXCHANGE = services.transfer.Trf_ReadUserProfile(profile_keys::kApiExchange);
+  run.EXCHBRICK = services.transfer.Trf_ReadUserProfile(profile_keys::kExchBrick);
   connection_.ReadAccount();
   connection_.ReadPort();
   services.machine.files.Remove(services.installation.UserFile("STBTraceFile.txt"), Removal::kPlain);
@@ -109,7 +109,7 @@ Leave JobDriver::RunStage() {
   job_.trace().plain().WriteTrace("Cont_SchBackup : schvTemp.recordno :: " + recordno);
   if (Stage* stage = job_.services.stages.ForKind(JobKindOf(recordno))) return stage->Run(job_.state);
   run.kind_word = " ";
-  job_.keys.Write("RetValue", engine_results::kNone.Text());
+  job_.keys.Write(profile_keys::kRetValue, engine_results::kNone.Text());
   job_.keys.WriteStatus(StatusWord::kStarting);
   return std::nullopt;
 }
@@ -167,18 +167,19 @@ void JobDriver::FallBackWhenSpaceIsShort() {
   const double free_bytes = services.helpers.GetFreeDiskBytes(services.installation.VirtualPath);
   if (free_bytes < kLeastFreeBytes) {
     services.trace.User(" Setting DB to 0 , dblFreeSpace : " + NumberText(free_bytes));
-    services.transfer.Trf_WriteUserNameDBProfile("DB", "0");
+    services.transfer.Trf_WriteUserNameDBProfile(profile_keys::kLocalDatabase, "0");
     trace.WriteTrace("Deleting LDB related files");
     services.local_database.DeleteLDBFiles(services.installation.CurrentUser);
   }
   trace.WriteTrace("Checking DBDllVersion through Realtime ");
   services.machine.continuous_backup.ValidateLocalDBDllVersion();
-  trace.WriteTrace("DB Val : " + services.transfer.Trf_ReadUserNameDBProfile("DB"));
+  trace.WriteTrace("DB Val : " + services.transfer.Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase));
 }
 
 Leave JobDriver::PrepareBackupSet() {
   const JobServices& services = job_.services;
-  if (Trim(services.transfer.Trf_ReadUserNameDBProfile("DB")) == "0") transfer_.ReadBackupSet();
+  if (Trim(services.transfer.Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase)) == "0")
+    transfer_.ReadBackupSet();
   if (auto leave = abort_.TestForAbort(job_texts::kAbortedBefore28)) return leave;
   if (transfer_.UsesLocalDatabase()) {
     if (auto leave = transfer_.StartLocalDatabase()) return leave;
@@ -230,8 +231,8 @@ JobCode JobDriver::WrapUp(EngineResult result) {
   services.trace.User("  Finished API_GET_TOTALSIZE  " + result.Text());
   TestQuota(result);
   job_.end_status.WriteJobEndStatus(result);
-  const std::string dll_status = job_.keys.Read("DLLStatus");
-  if (Trim(dll_status) == "3") job_.keys.WriteResult(engine_results::kCancelled);
+  const std::string dll_status = job_.keys.Read(profile_keys::kDllStatus);
+  if (Trim(dll_status) == run_state::kEndedByMessage) job_.keys.WriteResult(engine_results::kCancelled);
   services.trace.User("                     *****Exit Cont_SchBackup = " +
                       std::to_string(job_.state.run.code) + " retval = " + result.Text());
   // Status after a job always shows the engine's last result, also over the one just written.

@@ -52,7 +52,7 @@ void JobEndStatus::WriteJobEndStatus(JobEnd end) {
   services_.trace.User("  Session File path " + state_.run.session_path);
   keys_.StampEnd();
   WriteStatusWindow(end);
-  keys_.Write("StatusMessageIndicaton", end == JobEnd::kQuotaUsedUp ? "2" : "1");
+  keys_.Write(profile_keys::kStatusMessage, end == JobEnd::kQuotaUsedUp ? "2" : "1");
   WriteSentence(end);
   TraceSessionFile();
 }
@@ -63,10 +63,11 @@ void JobEndStatus::WriteJobMessage(std::string_view text, Target target, std::in
   text_files_.Write(services_.installation.UserFile(to_status ? kStatusFile : kErrorFile), AsLine(text),
                     Encoding::kUtf16);
   keys_.StampEnd();
-  keys_.Write("StatusMessageIndicaton", std::to_string(indicator));
+  keys_.Write(profile_keys::kStatusMessage, std::to_string(indicator));
   state_.run.session_path = services_.session_log.NewPath();
   services_.session_log.WriteHead(state_.run.session_path, SessionWrite::kAppend);
-  if (keys_.Read("DesktopNotification") != "0" && IsDefaultUsersJob()) keys_.Write("StatusWindow", "1");
+  if (keys_.Read(profile_keys::kDesktopNotification) != "0" && IsDefaultUsersJob())
+    keys_.Write(profile_keys::kStatusWindow, "1");
 }
 
 void JobEndStatus::ResetStatusFiles() {
@@ -88,15 +89,15 @@ void JobEndStatus::WriteBackupFailed() {
 }
 
 bool JobEndStatus::IsDefaultUsersJob() {
-  const std::string scheduled = services_.transfer.Trf_ReadUserNameProfile("Scheduled");
-  return Trim(scheduled) == Trim(services_.store.ReadDefaultUser("Default User name"));
+  const std::string scheduled = services_.transfer.Trf_ReadUserNameProfile(profile_keys::kScheduled);
+  return Trim(scheduled) == Trim(services_.store.ReadDefaultUser(profile_keys::kDefaultUser));
 }
 
 void JobEndStatus::WriteStatusWindow(JobEnd end) {
-  if (keys_.Read("DesktopNotification") == "0" && end != JobEnd::kQuotaUsedUp) {
-    keys_.Write("StatusWindow", "0");
+  if (keys_.Read(profile_keys::kDesktopNotification) == "0" && end != JobEnd::kQuotaUsedUp) {
+    keys_.Write(profile_keys::kStatusWindow, "0");
   } else if (IsDefaultUsersJob()) {
-    keys_.Write("StatusWindow", "1");
+    keys_.Write(profile_keys::kStatusWindow, "1");
   }
 }
 
@@ -118,7 +119,7 @@ void JobEndStatus::TraceSessionFile() {
     services_.trace.User("  No Contents in session file");
   }
   if (path.empty()) services_.trace.User("  Session File Path Empty");
-  services_.trace.User("  schvTemp.Desktop = " + keys_.Read("DesktopNotification"));
+  services_.trace.User("  schvTemp.Desktop = " + keys_.Read(profile_keys::kDesktopNotification));
 }
 
 }  // namespace ondura

@@ -7,14 +7,13 @@ namespace ondura {
 namespace {
 
 constexpr double kGigabyte = 1073741824;
-constexpr std::string_view kSection = "QuotaStatus";
 
 }  // namespace
 
 Quota ReadQuotaOutputFile(ProfileStore& store) {
   Quota quota;
-  quota.used = ParseNumber(store.ReadProfileValue(kSection, "Used")).value_or(quota.used);
-  const std::string max = store.ReadProfileValue(kSection, "Max");
+  quota.used = ParseNumber(store.ReadProfileValue(profile_keys::kQuotaUsed)).value_or(quota.used);
+  const std::string max = store.ReadProfileValue(profile_keys::kQuotaMax);
   quota.max = Trim(max) == "1" ? quota.used + kGigabyte : ParseNumber(max).value_or(quota.max);
   return quota;
 }

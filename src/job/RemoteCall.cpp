@@ -48,7 +48,7 @@ void RemoteCall::WaitForLogin() {
 void RemoteCall::ReadSettings() {
   JobRun& run = job_.state.run;
   connection_.ReadAccount();
-  run.port = job_.services.transfer.Trf_ReadUserProfile("port");
+  run.port = job_.services.transfer.Trf_ReadUserProfile(profile_keys::kPort);
   if (run.port.empty()) run.port = job_.installation().DefaultPort;
   if (run.serverip != "localhost") run.serverip = job_.installation().DefaultServerAddress;
   connection_.ReadProxy();

@@ -5,29 +5,23 @@
 
 namespace ondura {
 
-namespace {
-
-constexpr std::string_view kSection = "BackupStatus";
-
-}  // namespace
-
-void StatusKeys::Write(std::string_view key, std::string_view value) {
-  transfer_.Trf_WriteUserProfileDefault(kSection, key, value);
+void StatusKeys::Write(const ProfileKey& key, std::string_view value) {
+  transfer_.Trf_WriteUserProfileDefault(key, value);
 }
 
-std::string StatusKeys::Read(std::string_view key) { return store_.ReadProfileValue(kSection, key); }
+std::string StatusKeys::Read(const ProfileKey& key) { return store_.ReadProfileValue(key); }
 
 void StatusKeys::AddFailureDay() {
-  const double days = ParseNumber(Read("BackupFailureDays")).value_or(0);
-  Write("BackupFailureDays", NumberText(days + 1));
+  const double days = ParseNumber(Read(profile_keys::kBackupFailureDays)).value_or(0);
+  Write(profile_keys::kBackupFailureDays, NumberText(days + 1));
 }
 
-void StatusKeys::StampEnd() { Write("SchEndTime", FormatDate(kStampPicture, clock_.Now())); }
+void StatusKeys::StampEnd() { Write(profile_keys::kSchEndTime, FormatDate(kStampPicture, clock_.Now())); }
 
 void StatusKeys::WriteKilled() {
   WriteStatus(StatusWord::kIdle);
-  Write("ProgStatus", "0");
-  Write("Cancel", "0");
+  Write(profile_keys::kProgStatus, "0");
+  Write(profile_keys::kCancel, "0");
 }
 
 }  // namespace ondura

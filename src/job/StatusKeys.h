@@ -11,25 +11,26 @@
 
 namespace ondura {
 
-// Section BackupStatus of the current user's profile: where the job, the engine and the user interface meet.
+// Keys of section BackupStatus of the current user's profile: where the job, the engine and the user
+// interface meet.
 class StatusKeys {
  public:
   StatusKeys(Transfer& transfer, ProfileStore& store, Clock& clock)
       : transfer_(transfer), store_(store), clock_(clock) {}
 
-  void Write(std::string_view key, std::string_view value);
+  void Write(const ProfileKey& key, std::string_view value);
 
-  std::string Read(std::string_view key);
+  std::string Read(const ProfileKey& key);
 
   // Status in its two sorts: a word of the job and a result of the engine.
-  void WriteStatus(StatusWord word) { Write("Status", TextOf(word)); }
-  void WriteResult(EngineResult result) { Write("Status", result.Text()); }
+  void WriteStatus(StatusWord word) { Write(profile_keys::kStatus, TextOf(word)); }
+  void WriteResult(EngineResult result) { Write(profile_keys::kStatus, result.Text()); }
 
   // The job ended by a message.
-  void MarkEndedByMessage() { Write("DllStatus", "3"); }
+  void MarkEndedByMessage() { Write(profile_keys::kDllStatusSecond, run_state::kEndedByMessage); }
 
   void AddFailureDay();
-  void ClearFailureDays() { Write("BackupFailureDays", "0"); }
+  void ClearFailureDays() { Write(profile_keys::kBackupFailureDays, "0"); }
 
   // SchEndTime := now.
   void StampEnd();
@@ -38,7 +39,7 @@ class StatusKeys {
   void WriteKilled();
 
   // True when the user interface asks for an abort.
-  bool CheckAborted() { return StatusWordOf(Read("Status")) == StatusWord::kStopAsked; }
+  bool CheckAborted() { return StatusWordOf(Read(profile_keys::kStatus)) == StatusWord::kStopAsked; }
 
  private:
   Transfer& transfer_;

@@ -36,7 +36,7 @@ TransferRun::TransferRun(JobContext& job, AbortForms& abort)
                     job.services.mapped_drives, stop_, job.trace()) {}
 
 bool TransferRun::UsesLocalDatabase() {
-  const std::string method = job_.services.transfer.Trf_ReadUserNameDBProfile("DB");
+  const std::string method = job_.services.transfer.Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase);
   return Trim(method) == "1" || Trim(method).empty();
 }
 
@@ -83,7 +83,7 @@ Leave TransferRun::FailServerList(EngineResult result) {
   const bool wrong_password = result == engine_results::kWrongPassword;
   if (result == engine_results::kCannotConnect) job_.end_status.WriteBackupFailed();
   if (wrong_password) {
-    services.transfer.Trf_WriteUserProfile("password", "");
+    services.transfer.Trf_WriteUserProfile(profile_keys::kPassword, "");
     services.machine.desktop.ShowMessage(job_.state.run.new_password_text,
                                          services.installation.ProductName + " failure", MessageIcon::kStop);
   }
@@ -110,8 +110,9 @@ TransferRun::Outcome TransferRun::Run(Rerun rerun) {
   job_.trace().plain().WriteTrace(
       "Cheking user has aborted scheduled backup (After preparing CompareList Input)");
   if (abort_.AbortAsked()) return leave(abort_.LeaveAfterInput(job_texts::kAbortedInput));
-  const std::string dll_status = job_.keys.Read("DLLStatus");
-  if (dll_status == "3" || dll_status.empty() || dll_status == "0") job_.keys.Write("DLLStatus", "4");
+  const std::string dll_status = job_.keys.Read(profile_keys::kDllStatus);
+  if (dll_status == run_state::kEndedByMessage || dll_status.empty() || dll_status == run_state::kNotBegun)
+    job_.keys.Write(profile_keys::kDllStatus, run_state::kTransfer);
   RewriteExcludedFiles();
 
   TransferWait wait(job_, abort_);
@@ -128,7 +129,7 @@ TransferRun::Outcome TransferRun::Run(Rerun rerun) {
 
 void TransferRun::SettleShadowTempFolder() {
   const JobServices& services = job_.services;
-  const std::string base = services.transfer.Trf_ReadUserNameProfile("VSSTEMPPATH");
+  const std::string base = services.transfer.Trf_ReadUserNameProfile(profile_keys::kVssTempPath);
   job_.state.run.shadow_temp_folder =
       (base.empty() ? services.installation.VirtualPath : WithBackslash(base)) + "OxVSSTEMP";
   services.trace.plain().WriteTrace(job_.state.run.shadow_temp_folder);
@@ -136,8 +137,8 @@ void TransferRun::SettleShadowTempFolder() {
 }
 
 void TransferRun::ResetInputKeys() {
-  job_.keys.Write("CompareListCount", "0");
-  job_.keys.Write("StatusCheckCount", "0");
+  job_.keys.Write(profile_keys::kCompareListCount, "0");
+  job_.keys.Write(profile_keys::kStatusCheckCount, "0");
   job_.state.run.skipped_count = 0;
   exclusions_.Load();
 }
@@ -145,7 +146,8 @@ void TransferRun::ResetInputKeys() {
 Leave TransferRun::ChooseMethod(bool& use_compare_list) {
   Options& trace = job_.trace().plain();
   const auto trace_method = [&](std::string_view label) {
-    trace.WriteTrace(std::string{label} + job_.services.transfer.Trf_ReadUserNameDBProfile("DB"));
+    trace.WriteTrace(std::string{label} +
+                     job_.services.transfer.Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase));
   };
   trace_method("DB Val : ");
   if (!UsesLocalDatabase()) {
@@ -156,9 +158,10 @@ Leave TransferRun::ChooseMethod(bool& use_compare_list) {
     const auto ready = job_.services.local_database.CheckLDBStatus(job_.state.memory.RunFolderText);
     if (ready == kLocalDatabaseAborted) return abort_.LeaveAborted("", AbortForms::Programs::kLeaveRunning);
     trace_method("After LDBChecking DB Val : ");
-    use_compare_list = Trim(job_.services.transfer.Trf_ReadUserNameDBProfile("DB")) == "0";
+    use_compare_list =
+        Trim(job_.services.transfer.Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase)) == "0";
     // The check has left the word for a complete list, of which there is nothing yet.
-    if (use_compare_list) job_.keys.Write("StatusCheckCount", "0");
+    if (use_compare_list) job_.keys.Write(profile_keys::kStatusCheckCount, "0");
   }
   // The method may have changed since the selection was due to be read; without it nothing would be backed
   // up.
@@ -231,18 +234,18 @@ JobCode TransferRun::FailInput() {
 // On a full disk the word that the list is complete does not come through, and the engine waits for it.
 bool TransferRun::WriteInputKeys() {
   const DisplaySize total = TotalDisplaySize(job_.machine(), job_.installation()).Read();
-  job_.keys.Write("CompareListCount", total.size_bytes < kLargeTotalBytes ? "0" : "2");
+  job_.keys.Write(profile_keys::kCompareListCount, total.size_bytes < kLargeTotalBytes ? "0" : "2");
   const std::string parts = std::to_string(compare_list_.parts());
-  job_.keys.Write("StatusCheckCount", parts);
+  job_.keys.Write(profile_keys::kStatusCheckCount, parts);
   job_.state.run.skipped_count = compare_list_.skipped();
   WriteSkippedCount();
-  if (job_.keys.Read("StatusCheckCount") == parts) return true;
+  if (job_.keys.Read(profile_keys::kStatusCheckCount) == parts) return true;
   job_.trace().User("  The compare list can't be announced. ");
   return false;
 }
 
 void TransferRun::WriteSkippedCount() {
-  job_.keys.Write("SCount", std::to_string(job_.state.run.skipped_count));
+  job_.keys.Write(profile_keys::kSkippedCount, std::to_string(job_.state.run.skipped_count));
   job_.state.run.skipped_count = 0;
 }
 
@@ -265,7 +268,7 @@ void TransferRun::CleanUpAfterEngine() {
   if (job_.engine.ReadResult() == engine_results::kDone && services.machine.folders.Exists(dump_folder)) {
     services.machine.folders.Remove(dump_folder, Removal::kForce);
   }
-  services.transfer.Trf_WriteUserNameRegistryProfile("Excluded", "0");
+  services.transfer.Trf_WriteUserNameRegistryProfile(profile_keys::kExcluded, "0");
   services.machine.files.Remove(Path(engine_files::kExcluded), Removal::kPlain);
   exclusions_.Clear();
 }
@@ -279,7 +282,7 @@ JobCode TransferRun::WrapUpHardStop() {
   job_.trace().User(std::string{job_texts::kHardStopTrace} + run.session_path);
   FindSessionFile();
   job_.keys.StampEnd();
-  job_.keys.Write("StatusMessageIndicaton", "1");
+  job_.keys.Write(profile_keys::kStatusMessage, "1");
   job_.end_status.WriteStatusText(job_texts::kHardStopStatus);
   job_.end_status.WriteJobEndStatus(JobEnd::kCutOff);
   abort_.RemoveShadowTempFolder();

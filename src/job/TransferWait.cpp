@@ -41,7 +41,7 @@ TransferWait::End TransferWait::Run(ProcessWatch& engine) {
 }
 
 void TransferWait::TestCancel() {
-  if (job_.services.transfer.Trf_ReadOutputValue("BackupStatus", "Cancel") != 1) return;
+  if (job_.services.transfer.Trf_ReadOutputValue(profile_keys::kCancel) != 1) return;
   job_.machine().pump.Pump();
   job_.machine().clock.Sleep(kTransferPause);
   if (++cancelPasses_ <= kCancelPassesGranted) return;
@@ -55,8 +55,8 @@ void TransferWait::TestCancel() {
 // is stopped at its next pass.
 void TransferWait::TestHardStop() {
   const ProfileStore& store = job_.services.store;
-  if (store.ReadSharedRegistryValue("StopSchedule") != "1") return;
-  const auto stop = HourMinuteText(store.ReadSharedRegistryValue("StopScheduleTime"));
+  if (store.ReadSharedRegistryValue(profile_keys::kStopSchedule) != "1") return;
+  const auto stop = HourMinuteText(store.ReadSharedRegistryValue(profile_keys::kStopScheduleTime));
   const auto now = HourMinuteText(FormatDate(kStampPicture, job_.machine().clock.Now()));
   if (!stop || !now) return;
   if (*now == *stop) {
@@ -69,7 +69,7 @@ void TransferWait::TestHardStop() {
   if (!stop_number || !now_number || *now_number <= *stop_number) return;
   if (WithoutLast(*now) != WithoutLast(*stop)) return;
   StopHard("Aborting the scheduled backup job hard stop time reached ");
-  job_.trace().plain().WriteTrace("Hard stop value :" + job_.keys.Read("Status"));
+  job_.trace().plain().WriteTrace("Hard stop value :" + job_.keys.Read(profile_keys::kStatus));
   if (hardStopPasses_ > kHardStopPassesGranted) {
     job_.trace().plain().WriteTrace("kill exes as hard stop time reached");
     EndByHardStop();
@@ -86,7 +86,7 @@ void TransferWait::StopHard(std::string_view trace_text) {
 void TransferWait::EndByHardStop() {
   abort_.EndProgramsById();
   job_.keys.WriteStatus(StatusWord::kIdle);
-  job_.keys.Write("ProgStatus", "0");
+  job_.keys.Write(profile_keys::kProgStatus, "0");
   killed_ = true;
 }
 

@@ -69,7 +69,7 @@ JobCode TransferRun::EndLocked(EngineResult result) {
 }
 
 JobCode TransferRun::EndRunningElsewhere(EngineResult result) {
-  const std::string address = job_.services.store.ReadProfileValue("Server", "MultipleIP");
+  const std::string address = job_.services.store.ReadProfileValue(profile_keys::kMultipleIp);
   job_.trace().User(
       "  Backup is in progress from the ip address ( " + address +
       " ) Wait till it is complete to begin the backup on this machine.  Err No = " + result.Text());
@@ -131,7 +131,7 @@ void TransferRun::TakeCancelled(EngineResult result) {
 void TransferRun::TakeOther(EngineResult result) {
   job_.state.run.code = kJobStopped;
   job_.keys.WriteResult(result);
-  job_.keys.Write("DllStatus", "4");
+  job_.keys.Write(profile_keys::kDllStatusSecond, run_state::kTransfer);
 }
 
 std::string TransferRun::SelectionText() {

@@ -27,7 +27,7 @@ std::string ProfileStore::ReadUserProfileValue(std::string_view sUser, std::stri
 }
 
 double ProfileStore::ReadLastRetValue() const {
-  return ParseNumber(ReadProfileValue("BackupStatus", "RetValue")).value_or(0);
+  return ParseNumber(ReadProfileValue(profile_keys::kRetValue)).value_or(0);
 }
 
 std::string ProfileStore::ReadDefaultUser(std::string_view param) const {
@@ -56,7 +56,7 @@ std::string ProfileStore::ReadRandomNumFromRegistry(std::string_view param) cons
 }
 
 std::string ProfileStore::ReadRegistrySection(std::string_view file, std::string_view param) const {
-  return TrimmedAndCut(machine_.profiles.ReadString({file, "Registry", param}));
+  return TrimmedAndCut(machine_.profiles.ReadString({file, profile_keys::kRegistrySection, param}));
 }
 
 std::string ProfileStore::ReadMachineKey(std::string_view param) const {

@@ -6,6 +6,7 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "profile/LightCiphers.h"
+#include "profile/profile_keys.h"
 
 namespace ondura {
 
@@ -19,9 +20,16 @@ class ProfileStore {
   // The current user's profile; the plain value as it is.
   [[nodiscard]] std::string ReadProfileValue(std::string_view sSection, std::string_view param) const;
 
+  [[nodiscard]] std::string ReadProfileValue(const ProfileKey& key) const {
+    return ReadProfileValue(key.section, key.name);
+  }
+
   // The same from the profile of `sUser`.
   [[nodiscard]] std::string ReadUserProfileValue(std::string_view sUser, std::string_view sSection,
                                                  std::string_view param) const;
+  [[nodiscard]] std::string ReadUserProfileValue(std::string_view sUser, const ProfileKey& key) const {
+    return ReadUserProfileValue(sUser, key.section, key.name);
+  }
 
   // The engine's last result; 0 where there is none or it is no number.
   [[nodiscard]] double ReadLastRetValue() const;

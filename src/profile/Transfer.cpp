@@ -11,10 +11,7 @@ namespace ondura {
 
 namespace {
 
-constexpr std::string_view kMainSection = "Tolmera";
-constexpr std::string_view kProxySection = "Proxy";
-constexpr std::string_view kRegistrySection = "Registry";
-constexpr std::string_view kScanSection = "ScanType";
+using namespace profile_keys;
 
 constexpr int kNoServerValue = -1;
 constexpr int kNoOutputValue = -10;
@@ -77,7 +74,7 @@ std::string Transfer::Trf_ReadExchangeProfile(std::string_view sSection, std::st
 }
 
 std::int16_t Transfer::Trf_ReadServerValues(std::string_view param) const {
-  return ReadNumber("Server", param, kNoServerValue);
+  return ReadNumber(kServerSection, param, kNoServerValue);
 }
 
 std::int16_t Transfer::Trf_ReadOutputValue(std::string_view sSection, std::string_view param) const {

@@ -7,6 +7,7 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "profile/LightCiphers.h"
+#include "profile/profile_keys.h"
 
 namespace ondura {
 
@@ -29,6 +30,9 @@ class Transfer {
   // The current user's profile, any section, plain.
   void Trf_WriteUserProfileDefault(std::string_view sSection, std::string_view param,
                                    std::string_view paramval) const;
+  void Trf_WriteUserProfileDefault(const ProfileKey& key, std::string_view paramval) const {
+    Trf_WriteUserProfileDefault(key.section, key.name, paramval);
+  }
 
   // The shared state, plain: sections "Tolmera", "Registry" and "ScanType".
   [[nodiscard]] std::string Trf_ReadUserNameProfile(std::string_view param) const;
@@ -50,6 +54,9 @@ class Transfer {
 
   // The current user's profile, any section; -10 for a missing key, 0 for a number beyond 16 bits.
   [[nodiscard]] std::int16_t Trf_ReadOutputValue(std::string_view sSection, std::string_view param) const;
+  [[nodiscard]] std::int16_t Trf_ReadOutputValue(const ProfileKey& key) const {
+    return Trf_ReadOutputValue(key.section, key.name);
+  }
 
   // Sets the object's number to 1: an operation that callers from outside know. Nothing reads the number.
   void setLindex() { lindex_ = 1; }

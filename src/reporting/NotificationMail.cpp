@@ -12,7 +12,6 @@ namespace ondura {
 namespace {
 
 constexpr std::string_view kDetailWanted = "1";
-constexpr std::string_view kStoppedStatus = "3";
 constexpr std::string_view kFirstVersion = "3.4.1";
 constexpr std::size_t kRuleLength = 46;
 
@@ -137,9 +136,9 @@ std::string NotificationMail::LogPart(bool has_detail) {
 }
 
 std::string NotificationMail::ResultPart(std::int16_t statback, bool has_detail) const {
-  const bool is_stopped_by_result = store_.ReadProfileValue("BackupStatus", "RetValue") == cancelled_result_;
-  const bool is_stopped =
-      is_stopped_by_result || Trim(store_.ReadProfileValue("BackupStatus", "DLLStatus")) == kStoppedStatus;
+  const bool is_stopped_by_result = store_.ReadProfileValue(profile_keys::kRetValue) == cancelled_result_;
+  const bool is_stopped = is_stopped_by_result || Trim(store_.ReadProfileValue(profile_keys::kDllStatus)) ==
+                                                      run_state::kEndedByMessage;
   const auto found = std::ranges::find(kResults, statback, &ResultRow::statback);
   const ResultRow& row = found != kResults.end() ? *found : kOtherResult;
   if (has_detail) return TextOf(is_stopped ? row.detail_stopped : row.detail, values_);

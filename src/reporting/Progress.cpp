@@ -69,7 +69,7 @@ std::string OneDecimal(double number, std::string_view separator) {
 }  // namespace
 
 void Progress::ResetBackupProgressIni() {
-  transfer_.Trf_WriteUserProfileDefault("BackupStatus", "Paused", "0");
+  transfer_.Trf_WriteUserProfileDefault(profile_keys::kPaused, "0");
   for (const RestValue& rest : kAtRest) Write(rest.section, rest.key, rest.value);
 }
 

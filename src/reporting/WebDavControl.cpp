@@ -25,14 +25,14 @@ bool WebDavControl::hInternetOpen(std::string_view sUserAgent, std::uint32_t dAc
   machine_.web.Close(hInternet);
   ProxyUser = sProxyUser;
   ProxyPass = sProxyPass;
-  if (transfer_.Trf_ReadUserProfile("AutoConnect") == "1") SetAutoConnect();
+  if (transfer_.Trf_ReadUserProfile(profile_keys::kAutoConnect) == "1") SetAutoConnect();
   hInternet = machine_.web.Open({.agent = sUserAgent, .access_type = dAccessType, .proxy_name = sProxyName});
   if (hInternet == kNoInternet) dav_oper_stat_codes(LastError(), "OPEN", 0);
   return hInternet != kNoInternet;
 }
 
 void WebDavControl::SetAutoConnect() {
-  const std::string key = "RemoteAccess\\Profile\\" + transfer_.Trf_ReadUserProfile("ISPName");
+  const std::string key = "RemoteAccess\\Profile\\" + transfer_.Trf_ReadUserProfile(profile_keys::kIspName);
   machine_.registry.Write({.root = RegistryRoot::kLocalMachine, .key = key, .value = "AutoConnect"},
                           {.type = RegistryType::kDword, .text = {}, .number = 1});
   machine_.web.Notify(InternetOption::kSettingsChanged);

@@ -25,7 +25,7 @@ class ResetDate {
   void SetNext();
 
  private:
-  std::int64_t Part(std::string_view key, int todays);
+  std::int64_t Part(const ProfileKey& key, int todays);
 
   Clock& clock_;
   const ProfileStore& store_;

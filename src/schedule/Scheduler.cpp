@@ -58,7 +58,7 @@ void Scheduler::DropFile() {
 
 std::int16_t Scheduler::Judge(std::int16_t index, double late_by) {
   schedule_.SelectedRecord = index;
-  const std::string start_missed = transfer_.Trf_ReadUserNameProfileReg("STARTMISSEDSCH");
+  const std::string start_missed = transfer_.Trf_ReadUserNameProfileReg(profile_keys::kStartMissed);
   trace_.User("  Missed sch Backup option: " + start_missed);
   if (start_missed == "1" || late_by <= kMostLateUnits) return kDue;
   trace_.User("  value : " + NumberText(late_by));

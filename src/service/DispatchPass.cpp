@@ -91,12 +91,13 @@ void DispatchPass::RunPass() {
 void DispatchPass::RestoreInstallFolder() {
   Installation& installation = context_.installation();
   if (!Trim(installation.ExeLocation).empty()) return;
-  installation.ExeLocation = WithBackslash(context_.store().ReadSharedRegistryValue("OnduraE client"));
+  installation.ExeLocation =
+      WithBackslash(context_.store().ReadSharedRegistryValue(profile_keys::kInstallFolder));
 }
 
 void DispatchPass::DeleteHardStopMarker() {
   Installation& installation = context_.installation();
-  installation.CurrentUser = context_.store().ReadDefaultUser("Default User name");
+  installation.CurrentUser = context_.store().ReadDefaultUser(profile_keys::kDefaultUser);
   const std::string marker = installation.UserFile(installation.ProductName + "HardStop.txt");
   Files& files = context_.machine().files;
   if (files.Exists(marker)) files.Remove(marker, Removal::kPlain);
@@ -122,14 +123,14 @@ void DispatchPass::LookAtEngine() {
 
 void DispatchPass::OpenPass() {
   Installation& installation = context_.installation();
-  installation.CurrentUser = context_.store().ReadDefaultUser("Default User name");
+  installation.CurrentUser = context_.store().ReadDefaultUser(profile_keys::kDefaultUser);
   CapTrace(installation.DataFile(kScheduleTraceFile));
   TraceDefaultUser(" sUserPath: Default User name: ");
   Options& trace = context_.trace().plain();
   trace.WriteTraceMain("writing here");
   trace.WriteTraceMain("FileNamePath is " + installation.VirtualPath);
   trace.WriteTraceMain("Exe Location is " + installation.ExeLocation);
-  installation.CurrentUser = context_.transfer().Trf_ReadUserNameProfile("Scheduled");
+  installation.CurrentUser = context_.transfer().Trf_ReadUserNameProfile(profile_keys::kScheduled);
   best_ = {std::string{kNoOccurrenceKey}, installation.CurrentUser, "", false};
   best_of_others_ = best_;
 }
@@ -169,7 +170,7 @@ void DispatchPass::OfferUser(const std::string& user) {
   context_.trace().plain().WriteTraceMain("Processing user:  " + user);
   CapTrace(context_.installation().UserFile(kScheduleTraceFile));
   if (user.empty()) return;
-  const std::string disabled = context_.transfer().Trf_ReadUserProfile("ScheduleDisable");
+  const std::string disabled = context_.transfer().Trf_ReadUserProfile(profile_keys::kScheduleDisable);
   if (!disabled.empty() && disabled != "FALSE") {
     context_.trace().User("  Scheduled Disabled");
     UpkeepWithTrace();
@@ -196,10 +197,10 @@ void DispatchPass::OfferRecord(const std::string& user, const ScheduleRecord& re
 void DispatchPass::PublishBest() {
   context_.installation().CurrentUser = best_.user;
   context_.trace().Main(" Backup in progress for:  " + best_.user);
-  const std::string standby = context_.store().ReadSharedRegistryValue("StandbyBackup");
+  const std::string standby = context_.store().ReadSharedRegistryValue(profile_keys::kStandbyBackup);
   if (!standby.empty() && standby != "1") return;
   context_.trace().Main("  Wakeup time: " + best_.time);
-  context_.transfer().Trf_WriteUserNameRegistryProfile("NextTransfer", best_.time);
+  context_.transfer().Trf_WriteUserNameRegistryProfile(profile_keys::kNextTransfer, best_.time);
 }
 
 bool DispatchPass::IsNear(const std::string& key) {

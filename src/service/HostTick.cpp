@@ -16,19 +16,19 @@ void HostTick::Cont_CheckStandardRunning() {
   // A host whose timer goes on while a job pumps messages comes in here once more.
   if (pass_.IsRunning()) return;
   const Transfer& transfer = context_.transfer();
-  standard_ = transfer.Trf_ReadUserNameProfile("Standard");
-  started_ = transfer.Trf_ReadUserNameProfile("Started");
-  standby_backup_ = context_.store().ReadSharedRegistryValue("StandbyBackup");
+  standard_ = transfer.Trf_ReadUserNameProfile(profile_keys::kStandard);
+  started_ = transfer.Trf_ReadUserNameProfile(profile_keys::kStarted);
+  standby_backup_ = context_.store().ReadSharedRegistryValue(profile_keys::kStandbyBackup);
   context_.trace().Main(" (5.5.17) Calling from first Service exe service.");
   context_.state.CalledFromService = false;
   if (standard_ == "0" && started_ == "0") {
-    if (transfer.Trf_ReadUserNameProfile("Standard") != "1") {
-      transfer.Trf_WriteUserNameProfile("Standard", "0");
+    if (transfer.Trf_ReadUserNameProfile(profile_keys::kStandard) != "1") {
+      transfer.Trf_WriteUserNameProfile(profile_keys::kStandard, "0");
       context_.started.LowerOwn();
       RunPass();
     }
   } else if (standard_ == "0" && started_ == "1") {
-    context_.installation().CurrentUser = transfer.Trf_ReadUserNameProfile("Scheduled");
+    context_.installation().CurrentUser = transfer.Trf_ReadUserNameProfile(profile_keys::kScheduled);
     context_.trace().Main(" Calling from Service exe2.");
     RunPass();
   } else if (TwinIsGone()) {
@@ -51,7 +51,7 @@ bool HostTick::TwinIsGone() {
 }
 
 void HostTick::TakeOver(std::string_view trace_text) {
-  context_.transfer().Trf_WriteUserNameProfile("Standard", "0");
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kStandard, "0");
   context_.trace().Main(trace_text);
 }
 
@@ -65,11 +65,11 @@ void HostTick::RunPass() {
 void HostTick::OpenMonitorAfterTakeOver() {
   const Transfer& transfer = context_.transfer();
   if (!standby_backup_.empty() && standby_backup_ != "1") return;
-  if (transfer.Trf_ReadUserNameProfile("Standard") == standard_) return;
-  if (context_.store().ReadSharedRegistryValue("Tray") == "3") return;
+  if (transfer.Trf_ReadUserNameProfile(profile_keys::kStandard) == standard_) return;
+  if (context_.store().ReadSharedRegistryValue(profile_keys::kTray) == "3") return;
   const Installation& installation = context_.installation();
   if (context_.services().helpers.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
-  transfer.Trf_WriteUserNameRegistryProfile("Tray", "1");
+  transfer.Trf_WriteUserNameRegistryProfile(profile_keys::kTray, "1");
   context_.trace().Main(" launching monitor " + standard_ + " " + started_);
   context_.machine().processes.OpenForUser({.file = installation.ExeLocation + installation.TrayExe,
                                             .parameters = "",

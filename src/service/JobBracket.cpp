@@ -33,7 +33,7 @@ JobBracket::End JobBracket::Run() {
   if (IsDisabled()) return End::kDone;
   context_.services().scheduler.sch_changefiledata(context_.schedule_file().schvTemp.recordno);
   OpenTray();
-  context_.transfer().Trf_WriteUserNameProfile("Scheduled", context_.installation().CurrentUser);
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kScheduled, context_.installation().CurrentUser);
   if (HeldBack()) return End::kDone;
   context_.machine().clock.Sleep(kBeforeJob);
   context_.trace().User("  Set the scheduler text as 1");
@@ -75,7 +75,7 @@ void JobBracket::PrepareRecord() {
 
 // The scan leaves disabled users out; this look catches one who was switched off since.
 bool JobBracket::IsDisabled() {
-  std::string disabled = context_.transfer().Trf_ReadUserProfile("ScheduleDisable");
+  std::string disabled = context_.transfer().Trf_ReadUserProfile(profile_keys::kScheduleDisable);
   if (disabled.empty()) disabled = "FALSE";
   context_.trace().User("  Scheduled Disabled: " + disabled);
   if (disabled != "TRUE") return false;
@@ -84,7 +84,7 @@ bool JobBracket::IsDisabled() {
 }
 
 void JobBracket::OpenTray() {
-  if (context_.transfer().Trf_ReadUserNameProfile("Standard") == "0") return;
+  if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kStandard) == "0") return;
   const Installation& installation = context_.installation();
   if (context_.services().helpers.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
   context_.machine().processes.OpenForUser({.file = installation.ExeLocation + installation.TrayExe,
@@ -96,14 +96,14 @@ void JobBracket::OpenTray() {
 // An interactive or continuous backup of the same user holds the job back to a later pass.
 bool JobBracket::HeldBack() {
   ServiceState& state = context_.state;
-  const std::string interactive = context_.transfer().Trf_ReadUserNameProfile("Interactive");
+  const std::string interactive = context_.transfer().Trf_ReadUserNameProfile(profile_keys::kInteractive);
   if (Trim(interactive) != context_.installation().CurrentUser) return false;
   const bool engine_runs =
       context_.services().helpers.FindEngineProcessId(context_.installation().ClientExe).has_value();
-  if (context_.transfer().Trf_ReadUserNameProfile("RTBackup") == "1") {
+  if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kRtBackup) == "1") {
     HoldForContinuousBackup();
-  } else if (StatusWordOf(context_.store().ReadUserProfileValue(Trim(interactive), "BackupStatus",
-                                                                "Status")) == StatusWord::kInteractive) {
+  } else if (StatusWordOf(context_.store().ReadUserProfileValue(Trim(interactive), profile_keys::kStatus)) ==
+             StatusWord::kInteractive) {
     HoldForInteractiveBackup(engine_runs);
   } else {
     context_.job.keys.WriteStatus(StatusWord::kIdle);
@@ -118,7 +118,7 @@ void JobBracket::HoldForContinuousBackup() {
   context_.machine().clock.Sleep(kBeforePause);
   context_.machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kPause);
   context_.machine().clock.Sleep(kAfterPause);
-  context_.transfer().Trf_WriteUserNameProfile("RTBackup", "0");
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kRtBackup, "0");
   LetGoOfFile();
 }
 
@@ -128,7 +128,7 @@ void JobBracket::HoldForInteractiveBackup(bool engine_runs) {
   state.WaitingForInteractive = true;
   context_.trace().User(" Wait till the interactive backup is complete");
   LetGoOfFile();
-  if (context_.transfer().Trf_ReadUserNameProfile("IntBackup") != "1" || engine_runs) {
+  if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kIntBackup) != "1" || engine_runs) {
     state.IntBackupPasses = 0;
     return;
   }
@@ -147,17 +147,17 @@ void JobBracket::LetGoOfFile() {
 
 bool JobBracket::PauseContinuousBackup() {
   const Transfer& transfer = context_.transfer();
-  const std::string real_time = transfer.Trf_ReadUserNameProfile("RealTimeBackup");
-  const std::string owner = transfer.Trf_ReadUserNameProfileReg("CurrentUser");
+  const std::string real_time = transfer.Trf_ReadUserNameProfile(profile_keys::kRealTimeBackup);
+  const std::string owner = transfer.Trf_ReadUserNameProfileReg(profile_keys::kTrayUser);
   const bool is_ours = real_time == "1" && owner == context_.installation().CurrentUser;
   if (is_ours) {
     AddToPauses(1);
-    if (transfer.Trf_ReadUserNameProfile("RTBackup") == "1") {
+    if (transfer.Trf_ReadUserNameProfile(profile_keys::kRtBackup) == "1") {
       context_.trace().plain().WriteTrace("[2]Pause the CDP backup till scheduled backup completes.");
       context_.job.keys.WriteStatus(StatusWord::kStopAsked);
       context_.machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kPause);
     }
-    transfer.Trf_WriteUserNameProfile("RTBackup", "0");
+    transfer.Trf_WriteUserNameProfile(profile_keys::kRtBackup, "0");
     context_.machine().clock.Sleep(kPauseSettles);
   }
   context_.trace().User("  RealTimeBackup = " + real_time + "  ;CurrentUser = " + owner);
@@ -166,14 +166,16 @@ bool JobBracket::PauseContinuousBackup() {
 
 void JobBracket::ResumeContinuousBackup() {
   if (AddToPauses(-1) != 0) return;
-  if (context_.transfer().Trf_ReadUserNameProfile("RealTimeBackup") != "1") return;
+  if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kRealTimeBackup) != "1") return;
   context_.machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kResume);
   context_.machine().clock.Sleep(kAfterPause);
 }
 
 int JobBracket::AddToPauses(int change) {
-  const auto pauses = ParseInt16(context_.transfer().Trf_ReadUserNameProfile("RTBPausedBySch")).value_or(0);
-  context_.transfer().Trf_WriteUserNameProfile("RTBPausedBySch", std::to_string(pauses + change));
+  const auto pauses =
+      ParseInt16(context_.transfer().Trf_ReadUserNameProfile(profile_keys::kRtbPausedBySch)).value_or(0);
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kRtbPausedBySch,
+                                               std::to_string(pauses + change));
   return pauses + change;
 }
 
@@ -201,14 +203,14 @@ void JobBracket::TraceTargetFiles() {
 JobCode JobBracket::RunJob() {
   context_.started.Raise();
   context_.services().progress.ClearProgressEnded();
-  context_.job.keys.Write("Paused", "0");
+  context_.job.keys.Write(profile_keys::kPaused, "0");
   context_.trace().plain().WriteTrace("Before entering Sch_Bkup, the EXE LOCATION IS " +
                                       context_.installation().ExeLocation);
   return context_.driver.Cont_SchBackup();
 }
 
 void JobBracket::ReleaseHelpers() {
-  context_.job.keys.Write("Paused", "0");
+  context_.job.keys.Write(profile_keys::kPaused, "0");
   context_.shadow_copy.CloseVSS();
   context_.shadow_copy.ResetLaunchStatus();
   context_.trace().plain().WriteTrace("[VSS] OpenFileLaunchStatus reset to 0");
@@ -239,25 +241,27 @@ void JobBracket::FinishPass() {
   context_.trace().User("  Scheduler job completed");
   context_.machine().files.Remove(context_.installation().UserFile("scheduleInfo.txt"), Removal::kPlain);
   context_.state.ScheduleFileBusy = false;
-  if (context_.transfer().Trf_ReadUserProfile("SHUTDOWN") != "1") return;
+  if (context_.transfer().Trf_ReadUserProfile(profile_keys::kShutdown) != "1") return;
   const EngineResult result{context_.store().ReadLastRetValue()};
-  const std::string dll_status = context_.job.keys.Read("DLLStatus");
+  const std::string dll_status = context_.job.keys.Read(profile_keys::kDllStatus);
   // A cancelled job means that somebody is at the machine.
-  if (Trim(dll_status) == "3" && result == engine_results::kCancelled) return;
+  if (Trim(dll_status) == run_state::kEndedByMessage && result == engine_results::kCancelled) return;
   context_.trace().User("  Shuting down windows");
   cls_ExitWindows(context_.machine().processes, context_.machine().power).ExitWindows(kExitPowerOff);
 }
 
-void JobBracket::TraceStatus() { context_.trace().User("  Status : " + context_.job.keys.Read("Status")); }
+void JobBracket::TraceStatus() {
+  context_.trace().User("  Status : " + context_.job.keys.Read(profile_keys::kStatus));
+}
 
 void JobBracket::cont_RestartRealtimeSystem() {
   Options& trace = context_.trace().plain();
   trace.WriteTraceMain("Entered into cont_RestartRealtimeSystem");
-  if (context_.transfer().Trf_ReadUserNameProfile("RealTimeBackup") == "1") {
+  if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kRealTimeBackup) == "1") {
     trace.WriteTraceMain("Continuous Backup system restarted");
     context_.machine().continuous_backup.PostCDPStatusMsg(ContinuousBackupState::kResume);
   }
-  context_.transfer().Trf_WriteUserNameProfile("RTBPausedBySch", "0");
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kRtbPausedBySch, "0");
 }
 
 }  // namespace ondura

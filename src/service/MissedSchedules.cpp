@@ -22,10 +22,10 @@ void MissedSchedules::Decide() {
 }
 
 bool MissedSchedules::WasHeldBack() {
-  const std::string interactive = context_.transfer().Trf_ReadUserNameProfile("Interactive");
+  const std::string interactive = context_.transfer().Trf_ReadUserNameProfile(profile_keys::kInteractive);
   if (context_.state.WaitingForInteractive) return true;
   return Trim(interactive) == context_.installation().CurrentUser &&
-         StatusWordOf(context_.store().ReadUserProfileValue(Trim(interactive), "BackupStatus", "Status")) ==
+         StatusWordOf(context_.store().ReadUserProfileValue(Trim(interactive), profile_keys::kStatus)) ==
              StatusWord::kInteractive;
 }
 

@@ -20,7 +20,7 @@ void StartUp::cont_InitialSch(std::string_view path) {
   trace.WriteTraceMain("(S1)Exe location is " + context_.installation().ExeLocation);
   if (!LoadProduct()) return;
   Installation& installation = context_.installation();
-  installation.CurrentUser = context_.store().ReadDefaultUser("Default User name");
+  installation.CurrentUser = context_.store().ReadDefaultUser(profile_keys::kDefaultUser);
   context_.backup_set.BackupSetFilePath = installation.UserFile(kBackupSetFileName);
   ResetState(Reset::kAlways);
   CapMainTrace();
@@ -42,7 +42,7 @@ bool StartUp::ReadInstallation(std::string_view path) {
 void StartUp::SettleFolders(std::string_view path) {
   Installation& installation = context_.installation();
   installation.ExeLocation = WithBackslash(path);
-  const std::string data_folder = context_.store().ReadInstallRegistryValue("VirtualPath");
+  const std::string data_folder = context_.store().ReadInstallRegistryValue(profile_keys::kDataFolder);
   installation.VirtualPath =
       Trim(data_folder).empty() ? installation.ExeLocation : WithBackslash(data_folder);
 }
@@ -59,7 +59,7 @@ void StartUp::ResetState(Reset reset) {
   const bool job_is_alive =
       reset == Reset::kUnlessJobIsAlive && context_.started.IsRaised() && context_.started.JobIsAlive();
   if (!job_is_alive) context_.started.Lower();
-  context_.transfer().Trf_WriteUserNameProfile("Intbackup", "0");
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kIntBackupAtStart, "0");
   context_.state.WaitingForInteractive = false;
   context_.state.IntBackupPasses = 0;
   context_.shadow_copy.ClearLaunchFlag();
@@ -87,7 +87,7 @@ void StartUp::CapMainTrace() {
 }
 
 void StartUp::SetUpPlugin() {
-  const std::string launched = context_.transfer().Trf_ReadUserNameProfile("PluginLaunch");
+  const std::string launched = context_.transfer().Trf_ReadUserNameProfile(profile_keys::kPluginLaunch);
   if (!launched.empty() && launched != "0") return;
   if (context_.services().helpers.IsWow64()) {
     RegisterPlugin64();
@@ -106,7 +106,7 @@ void StartUp::RegisterPlugin64() {
                          .parameters = "",
                          .folder = "",
                          .show_mode = 0});
-  context_.transfer().Trf_WriteUserNameProfile("PluginLaunch", "1");
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kPluginLaunch, "1");
 }
 
 void StartUp::RegisterPlugin() {
@@ -117,7 +117,7 @@ void StartUp::RegisterPlugin() {
                                                                  "regsvr32.exe", "/s " + library,
                                                                  WithoutLast(installation.ExeLocation), 0));
   }
-  context_.transfer().Trf_WriteUserNameProfile("PluginLaunch", "1");
+  context_.transfer().Trf_WriteUserNameProfile(profile_keys::kPluginLaunch, "1");
 }
 
 void StartUp::Cont_login() {

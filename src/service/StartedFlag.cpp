@@ -9,13 +9,14 @@ namespace ondura {
 
 namespace {
 
-constexpr std::string_view kStarted = "Started";
 // A job traces at least this often between two runs of the engine.
 constexpr std::chrono::seconds kSignOfLife{120};
 
 }  // namespace
 
-bool StartedFlag::IsRaised() { return job_.services.transfer.Trf_ReadUserNameProfile(kStarted) == "1"; }
+bool StartedFlag::IsRaised() {
+  return job_.services.transfer.Trf_ReadUserNameProfile(profile_keys::kStarted) == "1";
+}
 
 void StartedFlag::LowerOwn() {
   if (is_own_ || !IsRaised()) Lower();
@@ -29,7 +30,7 @@ bool StartedFlag::EngineRuns() {
 }
 
 void StartedFlag::Write(std::string_view value) {
-  job_.services.transfer.Trf_WriteUserNameProfile(kStarted, value);
+  job_.services.transfer.Trf_WriteUserNameProfile(profile_keys::kStarted, value);
   is_own_ = value == "1";
 }
 
@@ -37,7 +38,7 @@ void StartedFlag::Write(std::string_view value) {
 // it from a job that was cut off is the fresh trace of its user.
 bool StartedFlag::OtherHostIsBetweenEngineRuns() {
   if (is_own_) return false;
-  const std::string user = job_.services.transfer.Trf_ReadUserNameProfile("Scheduled");
+  const std::string user = job_.services.transfer.Trf_ReadUserNameProfile(profile_keys::kScheduled);
   if (user.empty()) return false;
   const std::string trace_file = job_.installation().FolderOf(user) + "\\" + std::string{kScheduleTraceFile};
   const auto written = job_.machine().files.Modified(trace_file);

@@ -62,7 +62,7 @@ std::vector<SelectedItem> ExchangeBrickStage::Items(JobState& state) {
 
 void ExchangeBrickStage::WriteExchBrickProfile(std::string_view sKey, std::string_view sValue) {
   const std::string file = UserFile("OxExchBrick.ini");
-  if (job_.machine().profiles.WriteString({file, "Tolmera", sKey}, sValue)) return;
+  if (job_.machine().profiles.WriteString({file, profile_keys::kMainSection, sKey}, sValue)) return;
   job_.trace().User(" WriteExchBrickProfile could not write " + std::string{sKey});
 }
 
@@ -133,7 +133,7 @@ void ExchangeBrickStage::WriteSettings(const std::string& folder) {
     WriteExchBrickProfile(key, value);
     job_.machine().clock.Sleep(kShortPause);
   };
-  write("EXCHBRICK", folder);
+  write(profile_keys::kExchBrick, folder);
   write("SessionLog", RelativeLogPath(tool_log_));
   write("MainSessionLog", RelativeLogPath(main_log_));
 }

@@ -134,7 +134,7 @@ void ExchangeStoreStage::WriteRunning() {
 
 ProcessWatch ExchangeStoreStage::LaunchTool() {
   const JobServices& services = job_.services;
-  const auto version = ParseNumber(services.transfer.Trf_ReadUserProfile("ExchVersion"));
+  const auto version = ParseNumber(services.transfer.Trf_ReadUserProfile(profile_keys::kExchVersion));
   const std::string data_folder = WithBackslash(LongFolder(services.installation.VirtualPath));
   const std::string tool = data_folder + std::string{version == kVersionOfTool64 ? kTool64 : kTool32};
   // The tool takes its folder directly after the digit.

@@ -61,11 +61,11 @@ SqlDump::Run SqlDump::Prepare(std::string_view database) {
   const Installation& installation = job_.installation();
   Run run;
   run.database = "[" + std::string{database} + "]";
-  run.user = ReadSetting("SqlUN", kNoText);
-  run.password = ReadSetting("SqlPS", kNoText);
-  run.server = job_.services.transfer.Trf_ReadUserProfile("SerNM");
+  run.user = ReadSetting(profile_keys::kSqlUser, kNoText);
+  run.password = ReadSetting(profile_keys::kSqlPassword, kNoText);
+  run.server = job_.services.transfer.Trf_ReadUserProfile(profile_keys::kSqlServer);
   if (Trim(run.server).empty()) run.server = kOwnServer;
-  run.long_folder = ReadSetting("SQLTEMP", installation.DataFile(kDefaultFolder));
+  run.long_folder = ReadSetting(profile_keys::kSqlTemp, installation.DataFile(kDefaultFolder));
   support_.Remove(installation.UserFile(sql_names::kErrorFile));
   support_.MakeFolder(run.long_folder);
   run.folder = support_.ShortPath(run.long_folder);
@@ -76,7 +76,7 @@ SqlDump::Run SqlDump::Prepare(std::string_view database) {
   return run;
 }
 
-std::string SqlDump::ReadSetting(std::string_view key, std::string_view fallback) {
+std::string SqlDump::ReadSetting(const ProfileKey& key, std::string_view fallback) {
   std::string value = job_.services.transfer.Trf_ReadUserProfile(key);
   return value.empty() ? std::string{fallback} : value;
 }

@@ -41,7 +41,7 @@ class SqlDump : public DatabaseDump {
   };
 
   Run Prepare(std::string_view database);
-  std::string ReadSetting(std::string_view key, std::string_view fallback);
+  std::string ReadSetting(const ProfileKey& key, std::string_view fallback);
   void WriteToolStatus(std::string_view word);
   void RemoveNamelessDump(const Run& run);
   void Announce(const Run& run, std::string_view database);

@@ -30,20 +30,21 @@ void SqlElevated::ClearLaunchFlags() {
 
 void SqlElevated::Cont_LaunchAdminProcessSQL() {
   if (g_bLaunchVistaSQL) return;
-  job_.installation().CurrentUser = job_.services.store.ReadDefaultUser("Default User name");
+  job_.installation().CurrentUser = job_.services.store.ReadDefaultUser(profile_keys::kDefaultUser);
   if (!IsAskedFor()) return;
   g_bLaunchVistaSQL = true;
   DumpForJob();
   job_.machine().clock.Sleep(kSettleTime);
-  job_.keys.Write(sql_names::kLocalBackup, sql_names::kDumped);
+  job_.keys.Write(profile_keys::kLocalBackup, sql_names::kDumped);
   Trace& trace = job_.trace();
-  trace.User(" Cont_LaunchAdminProcessSQL LocalBackup Value :: " + job_.keys.Read(sql_names::kLocalBackup));
+  trace.User(" Cont_LaunchAdminProcessSQL LocalBackup Value :: " +
+             job_.keys.Read(profile_keys::kLocalBackup));
   trace.plain().WriteTrace("[SQL] Backup completed");
   g_bLaunchVistaSQL = false;
   trace.User(" Cont_LaunchAdminProcessSQL g_bLaunchVistaSQL :: False");
 }
 
-bool SqlElevated::IsAskedFor() { return job_.keys.Read(sql_names::kLocalBackup) == sql_names::kAsked; }
+bool SqlElevated::IsAskedFor() { return job_.keys.Read(profile_keys::kLocalBackup) == sql_names::kAsked; }
 
 void SqlElevated::DumpForJob() {
   const JobServices& services = job_.services;

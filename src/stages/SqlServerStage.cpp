@@ -87,12 +87,13 @@ bool SqlServerStage::WaitForElevatedHost() {
   const std::string dump_list = job_.installation().DataFile(sql_names::kDumpList);
   Options& trace = job_.trace().plain();
   trace.WriteTrace("came for the vista case: ");
-  job_.keys.Write(sql_names::kLocalBackup, sql_names::kAsked);
-  trace.WriteTrace("Cont_SchBackup : vista case  LocalBackup :: " + job_.keys.Read(sql_names::kLocalBackup));
+  job_.keys.Write(profile_keys::kLocalBackup, sql_names::kAsked);
+  trace.WriteTrace("Cont_SchBackup : vista case  LocalBackup :: " +
+                   job_.keys.Read(profile_keys::kLocalBackup));
   auto listed = machine.files.Modified(dump_list);
   LocalTime last_sign = machine.clock.Now();
   bool is_reported = false;
-  while (job_.keys.Read(sql_names::kLocalBackup) == sql_names::kAsked) {
+  while (job_.keys.Read(profile_keys::kLocalBackup) == sql_names::kAsked) {
     support_.SleepAndPump(kElevatedPass);
     if (support_.StopAsked()) {
       WithdrawRequest();
@@ -114,7 +115,7 @@ bool SqlServerStage::WaitForElevatedHost() {
 
 // A dump that runs is asked to end; the host takes up no other database for a request that is gone.
 void SqlServerStage::WithdrawRequest() {
-  job_.keys.Write(sql_names::kLocalBackup, sql_names::kWithdrawn);
+  job_.keys.Write(profile_keys::kLocalBackup, sql_names::kWithdrawn);
   if (!support_.IsRunning(sql_names::kTool)) return;
   const std::string folder = job_.installation().DataFile(sql_names::kStatusFolder);
   support_.WriteLine(folder + "\\" + std::string{sql_names::kStatusFile}, sql_names::kStop);

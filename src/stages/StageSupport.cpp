@@ -54,7 +54,7 @@ void StageSupport::Begin() {
 
 void StageSupport::WriteEntryKeys(EngineResult result) {
   job_.keys.WriteStatus(StatusWord::kStarting);
-  job_.keys.Write("RetValue", result.Text());
+  job_.keys.Write(profile_keys::kRetValue, result.Text());
 }
 
 void StageSupport::Notify(std::string_view text) { job_.trace().User("  " + std::string{text}); }
@@ -169,7 +169,7 @@ std::string StageSupport::TotalTimeLine(TotalTime kind) const {
 
 JobCode StageSupport::EndFailed(JobCode code) {
   job_.keys.WriteStatus(StatusWord::kFailed);
-  job_.keys.Write("DLLStatus", "3");
+  job_.keys.Write(profile_keys::kDllStatus, run_state::kEndedByMessage);
   job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job_.state.run.items.clear();
   return code;

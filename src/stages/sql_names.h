@@ -22,7 +22,6 @@ inline constexpr std::string_view kLaunchStatusFile = "OxWin\\SqlLaunchStatus.tx
 inline constexpr std::string_view kLaunchCommandFile = "OxWin\\SQlLaunchCmd.txt";
 
 // The key by which the job asks the elevated host for the dumps, and its values.
-inline constexpr std::string_view kLocalBackup = "LocalBackup";
 inline constexpr std::string_view kAsked = "1";
 inline constexpr std::string_view kDumped = "100";
 inline constexpr std::string_view kWithdrawn = "0";

@@ -50,7 +50,7 @@ struct RoadHouse : JobHouse {
   // The engine ends after `delay` with this result and whatever else happens then.
   void Answer(
       ProgramRun& run, int result, std::chrono::milliseconds delay = std::chrono::seconds{2},
-      std::function<void()> act = [] {}) {
+      const std::function<void()>& act = [] {}) {
     run.After(delay, [this, result, act] {
       SetStatus("RetValue", std::to_string(result));
       act();

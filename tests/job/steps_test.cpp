@@ -227,7 +227,7 @@ TEST(TransferTest, EachResultKeepsOrRemovesWhatItsRowSays) {
         Row{-411, kJobOrdinaryEnd, "0", 0s, true, ""}, Row{-77, kJobStopped, "4", 0s, true, ""}}) {
     StepsHouse house;
     house.job.temp_folder.CreateTempFolder("ann", "G");
-    house.OnCommand(51, [&](ProgramRun& run) { house.Answer(run, result); });
+    house.OnCommand(51, [&, answer = result](ProgramRun& run) { house.Answer(run, answer); });
     house.PutText("Session\\Scheduled of the engine.txt", "x");
     EXPECT_EQ(house.Run(), code) << result;
     EXPECT_EQ(house.Status("BackupFailureDays"), days) << result;
@@ -267,7 +267,7 @@ TEST(ServerListTest, AFailureCallsTheStatusRoutineTwiceAndOthersOnce) {
     StepsHouse house;
     house.transfer.Trf_WriteUserNameDBProfile("DB", "1");
     house.machine.PutFile(house.UserFile("scheduleData.txt"), "1\r\nline\r\n");
-    house.OnCommand(28, [&](ProgramRun& run) { house.Answer(run, result); });
+    house.OnCommand(28, [&, answer = result](ProgramRun& run) { house.Answer(run, answer); });
     EXPECT_EQ(house.Run(), result);
     EXPECT_EQ(house.TraceCount("  Session File path "), calls) << result;
     EXPECT_EQ(house.Status("Status"), status) << result;

@@ -6,7 +6,6 @@ namespace ondura {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsSupersetOf;
 
 constexpr const char* kViewLog = "View the log to know the status of the backup job.\r\n";
 constexpr const char* kUnable =

@@ -8,10 +8,7 @@ namespace ondura {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 const std::string kInstall{House::kInstall};
 const std::string kMainTrace = std::string{House::kData} + "ScheduleTraceFile.txt";

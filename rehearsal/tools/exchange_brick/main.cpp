@@ -23,7 +23,7 @@ class MailboxExport {
   void Run() {
     const std::vector<std::string> mailboxes = server_.Names();
     if (mailboxes.empty()) return Abort("There is no mailbox on the server.");
-    std::string folder = WithBackslash(Setting("EXCHBRICK"));
+    std::string folder = WithBackslash(Setting(profile_keys::kExchBrick));
     client_.machine().folders.Make(WithoutLast(folder));
     folder += "OxExchBrickBkset\\";
     client_.machine().folders.Make(WithoutLast(folder));

@@ -87,7 +87,7 @@ std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileData(std::string_view path) {
 }
 
 // The path with its name as the folder spells it, since the file takes the name that it is replaced under.
-std::wstring AsSpelled(std::wstring path) {
+std::wstring AsSpelled(const std::wstring& path) {
   WIN32_FIND_DATAW found{};
   const UniqueFileSearch search{FindFirstFileW(path.c_str(), &found)};
   return search.valid() ? path.substr(0, path.find_last_of(L"\\/") + 1).append(found.cFileName) : path;

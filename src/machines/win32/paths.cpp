@@ -33,7 +33,7 @@ std::wstring WithoutLengthLimit(std::wstring path) {
   return is_network ? std::wstring{kNoLimitNetwork} + full.substr(1) : std::wstring{kNoLimit} + full;
 }
 
-std::wstring WithLengthLimit(std::wstring path) {
+std::wstring WithLengthLimit(const std::wstring& path) {
   if (path.starts_with(kNoLimitNetwork)) return L"\\" + path.substr(kNoLimitNetwork.size());
   return path.starts_with(kNoLimit) ? path.substr(kNoLimit.size()) : path;
 }

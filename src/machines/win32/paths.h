@@ -13,7 +13,7 @@ std::wstring WidePath(std::string_view path);
 std::wstring WithoutLengthLimit(std::wstring path);
 
 // The path as it was before it took the form without a limit.
-std::wstring WithLengthLimit(std::wstring path);
+std::wstring WithLengthLimit(const std::wstring& path);
 
 // A search would take the path for a pattern and answer with another file. No file has such a name.
 bool HasWildcard(std::wstring_view path);
