@@ -92,11 +92,9 @@ std::chrono::milliseconds Calculate(const std::filesystem::path& root) {
   const BenchMachine bench{root};
   PauseCounter clock{bench.machine().clock};
   const Machine machine = With(bench.machine(), clock);
-  Options options{machine, bench.installation()};
-  SystemHelpers helpers{machine, options};
   const bool stop_flag = false;
   StatusStopCheck stop{machine, bench.installation(), stop_flag};
-  SizeCalculation calculation{machine, bench.installation(), helpers, stop};
+  SizeCalculation calculation{machine, bench.installation(), stop};
   if (calculation.CalculateTotalSize({}) == SizeOutcome::kStopped) throw std::runtime_error{"stopped"};
   return clock.waited();
 }

@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "Failure.h"
-#include "profile/ProductConfiguration.h"
-#include "profile/ProfileStore.h"
+#include "profile/installation_folders.h"
 #include "profile/user_list.h"
 #include "text/text.h"
 
@@ -29,11 +28,7 @@ std::unique_ptr<PosixMachine> OpenMachineFolder(const Globals& globals) {
 }
 
 OpenedMachine::OpenedMachine(const Globals& globals) : owner_(OpenMachineFolder(globals)) {
-  installation_.ExeLocation = WithBackslash(globals.install);
-  const ProfileStore store(machine(), installation_);
-  const std::string data_folder = store.ReadInstallRegistryValue(profile_keys::kDataFolder);
-  installation_.VirtualPath = data_folder.empty() ? installation_.ExeLocation : WithBackslash(data_folder);
-  if (!ProductConfiguration(machine(), installation_).LoadProductConfiguration()) {
+  if (!LoadInstallation(machine(), installation_, globals.install)) {
     throw Failure(Exit::kUsage, "'" + globals.root + "' holds no configured machine under '" +
                                     installation_.ExeLocation + "'; make one with: ondura --root '" +
                                     globals.root + "' init");

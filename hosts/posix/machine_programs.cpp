@@ -8,8 +8,7 @@
 #include "machines/posix/HostProcess.h"
 #include "machines/posix/PathMap.h"
 #include "machines/posix/StopSignals.h"
-#include "profile/ProductConfiguration.h"
-#include "profile/ProfileStore.h"
+#include "profile/installation_folders.h"
 #include "text/text.h"
 
 namespace ondura {
@@ -23,12 +22,7 @@ constexpr const char* kMailHelper = "OndruaEStartup.exe";
 // The twin's path as the machine sees it; empty without a product configuration.
 std::string TwinPath(const Machine& machine, const HostOptions& options) {
   Installation installation;
-  installation.ExeLocation = WithBackslash(options.install);
-  const std::string data_folder =
-      ProfileStore(machine, installation).ReadInstallRegistryValue(profile_keys::kDataFolder);
-  installation.VirtualPath =
-      Trim(data_folder).empty() ? installation.ExeLocation : WithBackslash(data_folder);
-  if (!ProductConfiguration(machine, installation).LoadProductConfiguration()) return {};
+  if (!LoadInstallation(machine, installation, options.install)) return {};
   return installation.ExeLocation + installation.BackgroundExe;
 }
 

@@ -2,32 +2,16 @@
 
 #include "HostError.h"
 #include "machines/win32/Win32Machine.h"
-#include "profile/ProductConfiguration.h"
-#include "profile/ProfileStore.h"
+#include "profile/installation_folders.h"
 #include "profile/profile_keys.h"
 #include "profile/profile_paths.h"
-#include "text/text.h"
 
 namespace ondura {
 
-namespace {
-
-// The folders of the component, as its start-up settles them.
-Installation FoldersOf(const Machine& machine, std::string_view install_folder) {
-  Installation installation;
-  installation.ExeLocation = WithBackslash(install_folder);
-  const std::string data_folder{
-      Trim(ProfileStore(machine, installation).ReadInstallRegistryValue(profile_keys::kDataFolder))};
-  installation.VirtualPath = data_folder.empty() ? installation.ExeLocation : WithBackslash(data_folder);
-  return installation;
-}
-
-}  // namespace
-
 Installation ReadInstallation(std::string_view install_folder) {
   const auto owner = MakeWin32Machine();
-  Installation installation = FoldersOf(owner->machine(), install_folder);
-  if (!ProductConfiguration(owner->machine(), installation).LoadProductConfiguration()) {
+  Installation installation;
+  if (!LoadInstallation(owner->machine(), installation, install_folder)) {
     throw HostError("no usable product configuration in " + installation.DataFile("Configuration.ini") +
                         ". Install the product, or name its install folder with --install.",
                     kExitUsage);
@@ -43,12 +27,15 @@ Product ReadProduct(std::string_view install_folder) {
 
 std::string DataFolder(std::string_view install_folder) {
   const auto owner = MakeWin32Machine();
-  return FoldersOf(owner->machine(), install_folder).VirtualPath;
+  Installation installation;
+  SettleFolders(owner->machine(), installation, install_folder);
+  return installation.VirtualPath;
 }
 
 void PrepareSharedState(std::string_view install_folder) {
   const auto owner = MakeWin32Machine();
-  const Installation installation = FoldersOf(owner->machine(), install_folder);
+  Installation installation;
+  SettleFolders(owner->machine(), installation, install_folder);
   ProfileFiles& profiles = owner->machine().profiles;
   const std::string file = SharedStatePath(installation);
   if (!profiles.ReadString({file, profile_keys::kStandard.section, profile_keys::kStandard}).empty()) return;

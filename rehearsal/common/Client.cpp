@@ -1,12 +1,12 @@
 #include "rehearsal/common/Client.h"
 
+#include "profile/installation_folders.h"
 #include "text/text.h"
 
 namespace ondura::rehearsal {
 
 Client::Client(const Machine& machine, std::string_view install_folder)
     : machine_(machine),
-      configuration_(machine_, installation_),
       store_(machine_, installation_),
       transfer_(machine_, installation_),
       text_files_(machine_.files, machine_.code_page) {
@@ -14,10 +14,7 @@ Client::Client(const Machine& machine, std::string_view install_folder)
 }
 
 bool Client::Load() {
-  const std::string data_folder = store_.ReadInstallRegistryValue(profile_keys::kDataFolder);
-  installation_.VirtualPath =
-      Trim(data_folder).empty() ? installation_.ExeLocation : WithBackslash(Trim(data_folder));
-  if (!configuration_.LoadProductConfiguration()) return false;
+  if (!LoadInstallation(machine_, installation_, installation_.ExeLocation)) return false;
   installation_.CurrentUser = Trim(transfer_.Trf_ReadUserNameProfile(profile_keys::kScheduled));
   if (installation_.CurrentUser.empty()) {
     installation_.CurrentUser = store_.ReadDefaultUser(profile_keys::kDefaultUser);

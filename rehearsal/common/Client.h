@@ -5,7 +5,6 @@
 
 #include "platform/machine.h"
 #include "profile/Installation.h"
-#include "profile/ProductConfiguration.h"
 #include "profile/ProfileStore.h"
 #include "profile/Transfer.h"
 #include "util/TextFiles.h"
@@ -52,7 +51,6 @@ class Client {
  private:
   const Machine machine_;
   Installation installation_;
-  ProductConfiguration configuration_;
   ProfileStore store_;
   Transfer transfer_;
   TextFiles text_files_;

@@ -42,13 +42,13 @@ ProcessId IdOf(std::int64_t number) {
 
 LocalDatabase::LocalDatabase(const Machine& machine, const Installation& installation,
                              const Transfer& transfer, const ProfileStore& profile, ResetDate& reset_date,
-                             SystemHelpers& helpers, Trace& trace)
+                             Programs& programs, Trace& trace)
     : machine_(machine),
       installation_(installation),
       transfer_(transfer),
       profile_(profile),
       reset_date_(reset_date),
-      helpers_(helpers),
+      programs_(programs),
       trace_(trace),
       life_(trace, machine.clock, kSignOfLife) {}
 
@@ -109,8 +109,8 @@ std::int16_t LocalDatabase::RescanByScanner() {
 
 std::int16_t LocalDatabase::RebuildByEngine(std::string_view run_folder_text) {
   const std::string command = EngineParameters(EngineCommand::kBuildDatabase, run_folder_text);
-  return WaitForEnd(helpers_.LaunchHidden(installation_.ExeLocation + installation_.ClientExe, command,
-                                          installation_.WorkingFolder(), 0),
+  return WaitForEnd(programs_.LaunchHidden(installation_.ExeLocation + installation_.ClientExe, command,
+                                           installation_.WorkingFolder(), 0),
                     kAbortedInRebuild);
 }
 
@@ -240,8 +240,8 @@ std::int64_t LocalDatabase::ScannerNumber() const {
 }
 
 ProcessHandle LocalDatabase::StartScanner(std::string_view parameters) {
-  return helpers_.LaunchHidden(installation_.ExeLocation + installation_.ExeGroup + "Scan.exe", parameters,
-                               installation_.WorkingFolder(), 0);
+  return programs_.LaunchHidden(installation_.ExeLocation + installation_.ExeGroup + "Scan.exe", parameters,
+                                installation_.WorkingFolder(), 0);
 }
 
 }  // namespace ondura

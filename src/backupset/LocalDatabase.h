@@ -11,7 +11,7 @@
 #include "reporting/LifeSign.h"
 #include "reporting/Trace.h"
 #include "schedule/ResetDate.h"
-#include "util/SystemHelpers.h"
+#include "util/Programs.h"
 #include "util/waits.h"
 
 namespace ondura {
@@ -25,7 +25,7 @@ inline constexpr std::int16_t kLocalDatabaseAborted = 4;
 class LocalDatabase {
  public:
   LocalDatabase(const Machine& machine, const Installation& installation, const Transfer& transfer,
-                const ProfileStore& profile, ResetDate& reset_date, SystemHelpers& helpers, Trace& trace);
+                const ProfileStore& profile, ResetDate& reset_date, Programs& programs, Trace& trace);
 
   // Called before a job takes the database route; may take as long as a scan. `run_folder_text` is the
   // argument of the engine's command 30. kLocalDatabaseAborted when the user asked for the end meanwhile;
@@ -67,7 +67,7 @@ class LocalDatabase {
   const Transfer& transfer_;
   const ProfileStore& profile_;
   ResetDate& reset_date_;
-  SystemHelpers& helpers_;
+  Programs& programs_;
   Trace& trace_;
   LifeSign life_;
   MutexHandle mutex_ = 0;

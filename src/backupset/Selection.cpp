@@ -30,7 +30,7 @@ std::vector<SelectedItem> Selection::ReadItems() {
   trace_.User("  [Backup set]:");
   std::vector<SelectedItem> items;
   if (!lines) return items;
-  FolderNames names;
+  FolderNames names{machine_};
   for (const std::string& line : *lines) AddLine(Trim(line), names, items);
   return items;
 }
@@ -51,7 +51,7 @@ void Selection::AddLine(std::string_view line, FolderNames& names, std::vector<S
 
 void Selection::AddPath(std::string path, FolderNames& names, std::vector<SelectedItem>& items) {
   // The folder test takes the empty path for the current folder, which is not what was selected.
-  const bool is_folder = !path.empty() && helpers_.IsFolderPath(path, names);
+  const bool is_folder = !path.empty() && names.IsFolderPath(path);
   if (is_folder && path.ends_with('\\')) path.pop_back();
   items.push_back({std::move(path), is_folder ? ItemKind::kFolder : ItemKind::kFile});
 }

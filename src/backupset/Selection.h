@@ -6,7 +6,7 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "reporting/Trace.h"
-#include "util/SystemHelpers.h"
+#include "util/FolderNames.h"
 #include "util/TextFiles.h"
 
 namespace ondura {
@@ -24,10 +24,9 @@ struct SelectedItem {
 // The current user's choice of what to back up, as the user interface wrote it.
 class Selection {
  public:
-  Selection(const Machine& machine, const Installation& installation, SystemHelpers& helpers, Trace& trace)
+  Selection(const Machine& machine, const Installation& installation, Trace& trace)
       : machine_(machine),
         installation_(installation),
-        helpers_(helpers),
         trace_(trace),
         text_files_(machine.files, machine.code_page) {}
 
@@ -44,7 +43,6 @@ class Selection {
 
   Machine machine_;
   const Installation& installation_;
-  SystemHelpers& helpers_;
   Trace& trace_;
   TextFiles text_files_;
 };

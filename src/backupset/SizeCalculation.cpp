@@ -21,11 +21,9 @@ constexpr std::size_t kRootUnits = 3;   // "C:\"
 
 }  // namespace
 
-SizeCalculation::SizeCalculation(const Machine& machine, const Installation& installation,
-                                 SystemHelpers& helpers, StopCheck& stop)
+SizeCalculation::SizeCalculation(const Machine& machine, const Installation& installation, StopCheck& stop)
     : machine_(machine),
       installation_(installation),
-      helpers_(helpers),
       stop_(stop),
       text_files_(machine.files, machine.code_page),
       total_file_(machine, installation),
@@ -43,7 +41,7 @@ SizeOutcome SizeCalculation::CalculateTotalSize(const SizeJob& job) {
   const auto lines =
       text_files_.ReadLines(installation_.UserFile(engine_files::kSelectionList), Encoding::kUtf16)
           .value_or(std::vector<std::string>{});
-  FolderNames names;
+  FolderNames names{machine_};
   for (std::size_t done = 0; done < lines.size();) {
     AddLine(lines[done++], names);
     if (done % kLinesBetweenPauses == 0) machine_.clock.Sleep(kPause);
@@ -74,7 +72,7 @@ void SizeCalculation::AddLine(const std::string& line, FolderNames& names) {
 }
 
 bool SizeCalculation::IsFolderLine(std::string_view line, FolderNames& names) {
-  return line.ends_with('\\') || Utf16Length(line) == kDriveUnits || helpers_.IsFolderPath(line, names);
+  return line.ends_with('\\') || Utf16Length(line) == kDriveUnits || names.IsFolderPath(line);
 }
 
 void SizeCalculation::AddAllDrives() {

@@ -11,7 +11,7 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "schedule/job_kind.h"
-#include "util/SystemHelpers.h"
+#include "util/FolderNames.h"
 #include "util/TextFiles.h"
 
 namespace ondura {
@@ -29,8 +29,7 @@ enum class SizeOutcome { kDone, kStopped };
 // the totals and OutputSize.txt with each item and its size. What can't be read counts as 0.
 class SizeCalculation {
  public:
-  SizeCalculation(const Machine& machine, const Installation& installation, SystemHelpers& helpers,
-                  StopCheck& stop);
+  SizeCalculation(const Machine& machine, const Installation& installation, StopCheck& stop);
 
   // Takes as long as it takes to walk all items, with pauses; asks for a stop after each of them.
   SizeOutcome CalculateTotalSize(const SizeJob& job);
@@ -56,7 +55,6 @@ class SizeCalculation {
 
   Machine machine_;
   const Installation& installation_;
-  SystemHelpers& helpers_;
   StopCheck& stop_;
   TextFiles text_files_;
   TotalDisplaySize total_file_;

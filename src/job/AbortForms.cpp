@@ -96,17 +96,17 @@ JobCode AbortForms::LeaveWithoutSchedule(EngineResult result) {
 }
 
 void AbortForms::EndPrograms() {
-  job_.services.helpers.IsProcessRunningByModule(job_.installation().ClientExe, Kill::kYes);
+  job_.services.programs.IsProcessRunningByModule(job_.installation().ClientExe, Kill::kYes);
   EndDatabaseManager();
 }
 
 void AbortForms::EndProgramsById() {
   EndDatabaseManager();
-  job_.services.helpers.ProcessTerminate(job_.state.run.lClsClientPID, kNoWindow);
+  job_.services.programs.ProcessTerminate(job_.state.run.lClsClientPID, kNoWindow);
 }
 
 void AbortForms::EndDatabaseManager() {
-  job_.services.helpers.ProcessTerminate(job_.state.run.lDBManagerPID, kNoWindow);
+  job_.services.programs.ProcessTerminate(job_.state.run.lDBManagerPID, kNoWindow);
 }
 
 void AbortForms::RemoveShadowTempFolder() {

@@ -29,8 +29,8 @@ double CDummyCall::DoDummycall(std::string_view sExeName) {
   CreateTempFolder(kDummyUser, "d");
   const std::string parameters = EngineParameters(EngineCommand::kFirstContact, GetTempFolderPath());
   ProcessWatch engine(machine.processes,
-                      services_.helpers.LaunchHidden(installation.ExeLocation + "\\" + std::string{sExeName},
-                                                     parameters, installation.WorkingFolder(), 0));
+                      services_.programs.LaunchHidden(installation.ExeLocation + "\\" + std::string{sExeName},
+                                                      parameters, installation.WorkingFolder(), 0));
   // Nobody can end the wait for a program that is not there.
   WaitUntilEndedOrStoppedIfStarted(machine, engine, milliseconds{0}, [] { return false; });
   machine.clock.Sleep(milliseconds{1000});

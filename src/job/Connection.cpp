@@ -122,7 +122,7 @@ Leave Connection::AskForPort(EngineResult& result) {
     services.trace.User("  Finished API_GET_PORTNUMBER,Return value from backup engine  " + result.Text());
     if (engine_results::IsConnectionTrouble(result)) {
       ++tries;
-      if (services.helpers.LogConnectionState()) {
+      if (services.facts.LogConnectionState()) {
         services.machine.clock.Sleep(kPauseAfterTry);
         if (tries % kTriesBeforeFallback == 0) TakeFallbackAddress();
       }

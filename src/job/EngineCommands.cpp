@@ -23,8 +23,8 @@ std::string EngineCommands::EnginePath() const {
 
 ProcessWatch EngineCommands::Start(std::string_view parameter_text) {
   life_.Begin();
-  const ProcessHandle handle =
-      services_.helpers.LaunchHidden(EnginePath(), parameter_text, services_.installation.WorkingFolder(), 0);
+  const ProcessHandle handle = services_.programs.LaunchHidden(EnginePath(), parameter_text,
+                                                               services_.installation.WorkingFolder(), 0);
   return {services_.machine.processes, handle};
 }
 

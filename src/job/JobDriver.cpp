@@ -76,7 +76,7 @@ void JobDriver::Reset() {
 
 void JobDriver::WriteDriveList() {
   job_.services.transfer.Trf_WriteUserProfileDefault(profile_keys::kDriveList,
-                                                     job_.services.helpers.DriveListText());
+                                                     job_.services.facts.DriveListText());
 }
 
 void JobDriver::ReadProfile() {
@@ -156,15 +156,15 @@ void JobDriver::TakeStageItems() {
 
 void JobDriver::CheckServiceRunning() {
   const JobServices& services = job_.services;
-  services.helpers.CheckServiceRunning(services.installation.ProductInstallationName + " Service",
-                                       job_.state.memory.ServiceRunningFlag);
+  services.facts.CheckServiceRunning(services.installation.ProductInstallationName + " Service",
+                                     job_.state.memory.ServiceRunningFlag);
 }
 
 // The local database would fill what is left of the drive.
 void JobDriver::FallBackWhenSpaceIsShort() {
   const JobServices& services = job_.services;
   Options& trace = services.trace.plain();
-  const double free_bytes = services.helpers.GetFreeDiskBytes(services.installation.VirtualPath);
+  const double free_bytes = services.facts.GetFreeDiskBytes(services.installation.VirtualPath);
   if (free_bytes < kLeastFreeBytes) {
     services.trace.User(" Setting DB to 0 , dblFreeSpace : " + NumberText(free_bytes));
     services.transfer.Trf_WriteUserNameDBProfile(profile_keys::kLocalDatabase, "0");

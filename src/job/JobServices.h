@@ -13,7 +13,8 @@
 #include "reporting/Trace.h"
 #include "schedule/DBaction.h"
 #include "schedule/Scheduler.h"
-#include "util/SystemHelpers.h"
+#include "util/MachineFacts.h"
+#include "util/Programs.h"
 
 namespace ondura {
 
@@ -24,7 +25,8 @@ struct JobServices {
   Transfer& transfer;
   ProfileStore& store;
   Trace& trace;
-  SystemHelpers& helpers;
+  Programs& programs;
+  MachineFacts& facts;
   DBaction& schedule_file;
   Scheduler& scheduler;
   SessionLog& session_log;

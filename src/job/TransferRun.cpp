@@ -29,7 +29,7 @@ TransferRun::TransferRun(JobContext& job, AbortForms& abort)
     : job_(job),
       abort_(abort),
       text_files_(job.machine().files, job.machine().code_page),
-      selection_(job.machine(), job.installation(), job.services.helpers, job.trace()),
+      selection_(job.machine(), job.installation(), job.trace()),
       exclusions_(job.machine(), job.installation(), job.services.transfer),
       stop_(job.services),
       compare_list_(job.machine(), job.installation(), job.services.transfer, exclusions_,
@@ -66,11 +66,11 @@ void TransferRun::LaunchDatabaseManager() {
   const std::string path = services.installation.ExeLocation + std::string{kDatabaseManager};
   run.database_manager.emplace(
       services.machine.processes,
-      services.helpers.LaunchHidden(path, parameters, services.installation.WorkingFolder(), 0));
+      services.programs.LaunchHidden(path, parameters, services.installation.WorkingFolder(), 0));
   trace.WriteTrace("Calling OnduraSDBManager with cmd : " + parameters);
   trace.WriteTrace("hOnduraSDBManager : " + std::to_string(run.database_manager->handle()));
   services.machine.pump.Pump();
-  run.lDBManagerPID = services.helpers.WhatsMyProcessID(run.database_manager->handle());
+  run.lDBManagerPID = services.programs.WhatsMyProcessID(run.database_manager->handle());
   trace.WriteTrace("lDBManagerPID : " + std::to_string(run.lDBManagerPID));
 }
 
@@ -174,7 +174,7 @@ Leave TransferRun::StartEngine() {
   run.engine = job_.engine.StartTransfer();
   if (!run.engine) return FailUnclearedResult();
   compare_list_.RemoveOldInput();
-  run.lClsClientPID = job_.services.helpers.WhatsMyProcessID(run.engine->handle());
+  run.lClsClientPID = job_.services.programs.WhatsMyProcessID(run.engine->handle());
   job_.trace().plain().WriteTrace("lClsClientPID : " + std::to_string(run.lClsClientPID));
   return std::nullopt;
 }

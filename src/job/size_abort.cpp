@@ -21,7 +21,7 @@ void LeaveSizeCalculation(JobContext& job) {
   job.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job.temp_folder.DeleteTempFolder();
   services.machine.files.Remove(services.installation.UserFile(engine_files::kMappedDrives), Removal::kPlain);
-  services.helpers.IsProcessRunningByModule(services.installation.ClientExe, Kill::kYes);
+  services.programs.IsProcessRunningByModule(services.installation.ClientExe, Kill::kYes);
 }
 
 }  // namespace ondura

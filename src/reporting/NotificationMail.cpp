@@ -117,7 +117,7 @@ void NotificationMail::SendMail(std::string_view Mailto, bool /*Attachlog*/, std
 
 std::string NotificationMail::StatusLine() {
   const std::string key = "software\\Corvane\\" + installation_.ProductInstallationName + "\\Application";
-  std::string version = TextOf(helpers_.ReadRegistryValue(RegistryRoot::kCurrentUser, key, "Version"));
+  std::string version = TextOf(facts_.ReadRegistryValue(RegistryRoot::kCurrentUser, key, "Version"));
   if (Trim(version).empty()) version = kFirstVersion;
   return Line("Scheduled Backup status: (" + installation_.ProductCaption + " Version No " + version + ")");
 }

@@ -12,7 +12,7 @@
 #include "reporting/LogExtract.h"
 #include "reporting/Trace.h"
 #include "reporting/mail_values.h"
-#include "util/SystemHelpers.h"
+#include "util/MachineFacts.h"
 
 namespace ondura {
 
@@ -21,12 +21,12 @@ namespace ondura {
 class NotificationMail {
  public:
   NotificationMail(const Machine& machine, const Installation& installation, const ProfileStore& store,
-                   SystemHelpers& helpers, Trace& trace, LogExtract& log_extract, HttpFunctions& http,
+                   MachineFacts& facts, Trace& trace, LogExtract& log_extract, HttpFunctions& http,
                    MailValues& values, std::string cancelled_result)
       : machine_(machine),
         installation_(installation),
         store_(store),
-        helpers_(helpers),
+        facts_(facts),
         trace_(trace),
         log_extract_(log_extract),
         http_(http),
@@ -53,7 +53,7 @@ class NotificationMail {
   Machine machine_;
   const Installation& installation_;
   const ProfileStore& store_;
-  SystemHelpers& helpers_;
+  MachineFacts& facts_;
   Trace& trace_;
   LogExtract& log_extract_;
   HttpFunctions& http_;

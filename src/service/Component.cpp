@@ -26,7 +26,8 @@ struct Component::Parts {
   Transfer transfer{machine, installation};
   ProfileStore store{machine, installation};
   ProductConfiguration configuration{machine, installation};
-  SystemHelpers helpers{machine, options};
+  MachineFacts facts{machine, options};
+  Programs programs{machine, facts, options};
   SessionLog session_log{machine, installation};
   WebSecurity web_security;
   WebDavControl web{machine, transfer, options, web_security};
@@ -34,24 +35,24 @@ struct Component::Parts {
   MailValues mail_values;
   LogExtract log_extract{machine, installation, mail_values};
   NotificationMail notification{machine, installation, store,
-                                helpers, trace,        log_extract,
+                                facts,   trace,        log_extract,
                                 http,    mail_values,  engine_results::kCancelled.Text()};
   Progress progress{machine, installation, transfer};
   // The end of the display of an earlier job must not stop a calculation outside of any.
   const bool never_ended = false;
   StatusStopCheck size_stop{machine, installation, never_ended};
-  SizeCalculation sizes{machine, installation, helpers, size_stop};
+  SizeCalculation sizes{machine, installation, size_stop};
   DBaction schedule_file{machine, installation, trace};
   Scheduler scheduler{machine, trace, transfer, schedule_file};
   BackupSetStore backup_set{machine, installation, trace};
   ResetDate reset_date{machine.clock, store, transfer};
-  Selection selection{machine, installation, helpers, trace};
+  Selection selection{machine, installation, trace};
   MappedDrives mapped_drives{machine.drives, transfer};
   NetworkPaths network_paths{machine, store, trace};
-  LocalDatabase local_database{machine, installation, transfer, store, reset_date, helpers, trace};
-  ShadowCopy shadow_copy{machine, installation, trace, helpers};
+  LocalDatabase local_database{machine, installation, transfer, store, reset_date, programs, trace};
+  ShadowCopy shadow_copy{machine, installation, trace, facts, programs};
   StageSet stages;
-  JobContext job{{machine, installation, transfer, store, trace, helpers, schedule_file, scheduler,
+  JobContext job{{machine, installation, transfer, store, trace, programs, facts, schedule_file, scheduler,
                   session_log, progress, local_database, mapped_drives, shadow_copy, stages}};
   StageSupport stage_support{job, backup_set};
   SqlDump sql_dump{job, stage_support, backup_set};

@@ -166,14 +166,16 @@ class Controller {
 
   // Processes, machine and names.
   bool ProcessTerminate(ProcessId& lProcessID, WindowHandle lHwndWindow) {
-    return services().helpers.ProcessTerminate(lProcessID, lHwndWindow);
+    return services().programs.ProcessTerminate(lProcessID, lHwndWindow);
   }
-  ProcessId WhatsMyProcessID(ProcessHandle hProcess) { return services().helpers.WhatsMyProcessID(hProcess); }
-  bool IsVista() { return services().helpers.IsVista(); }
-  std::string GetLocaleString(int lLocaleNum) { return services().helpers.GetLocaleString(lLocaleNum); }
-  std::string GetSystemTime() { return services().helpers.GetSystemTime(); }
+  ProcessId WhatsMyProcessID(ProcessHandle hProcess) {
+    return services().programs.WhatsMyProcessID(hProcess);
+  }
+  bool IsVista() { return services().facts.IsVista(); }
+  std::string GetLocaleString(int lLocaleNum) { return services().facts.GetLocaleString(lLocaleNum); }
+  std::string GetSystemTime() { return services().facts.GetSystemTime(); }
   bool CheckForWriteAccessPermission(std::string_view sFolder) {
-    return services().helpers.CheckForWriteAccessPermission(sFolder);
+    return services().facts.CheckForWriteAccessPermission(sFolder);
   }
   std::string GetIPFromHostName(std::string_view sHostName);
   std::string GetHostNameFromIP(std::string_view sIPAddress);

@@ -61,7 +61,7 @@ void DispatchPass::RunPass() {
   RestoreInstallFolder();
   DeleteHardStopMarker();
   LookAtEngine();
-  context_.services().helpers.SetProcessBelowNormal();
+  context_.services().programs.SetProcessBelowNormal();
   if (state.DispatchBusy) return;
   state.DispatchBusy = true;
   OpenPass();
@@ -217,8 +217,8 @@ DispatchPass::PassEnd DispatchPass::ServeBest() {
   const std::string path = context_.installation().UserFile(kScheduleFileName);
   context_.schedule_file().ScheduleFilePath = path;
   context_.backup_set.BackupSetFilePath = context_.installation().UserFile(kBackupSetFileName);
-  scheduler.DateFormatText = context_.services().helpers.GetLocaleString(kLocaleShortDate);
-  scheduler.TimeFormatText = context_.services().helpers.GetLocaleString(kLocaleTimeFormat);
+  scheduler.DateFormatText = context_.services().facts.GetLocaleString(kLocaleShortDate);
+  scheduler.TimeFormatText = context_.services().facts.GetLocaleString(kLocaleTimeFormat);
   const auto key = LoadRecord(path);
   return key ? ServeLoaded(*key) : PassEnd::kNormal;
 }

@@ -43,11 +43,11 @@ void HostTick::Cont_CheckStandardRunning() {
 }
 
 bool HostTick::TwinIsGone() {
-  SystemHelpers& helpers = context_.services().helpers;
+  Programs& programs = context_.services().programs;
   const std::string& twin = context_.installation().BackgroundExe;
-  if (helpers.IsProcessRunningByModule(twin, Kill::kNo)) return false;
+  if (programs.IsProcessRunningByModule(twin, Kill::kNo)) return false;
   context_.machine().clock.Sleep(kBetweenLooks);
-  return !helpers.IsProcessRunningByModule(twin, Kill::kNo);
+  return !programs.IsProcessRunningByModule(twin, Kill::kNo);
 }
 
 void HostTick::TakeOver(std::string_view trace_text) {
@@ -68,7 +68,7 @@ void HostTick::OpenMonitorAfterTakeOver() {
   if (transfer.Trf_ReadUserNameProfile(profile_keys::kStandard) == standard_) return;
   if (context_.store().ReadSharedRegistryValue(profile_keys::kTray) == "3") return;
   const Installation& installation = context_.installation();
-  if (context_.services().helpers.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
+  if (context_.services().programs.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
   transfer.Trf_WriteUserNameRegistryProfile(profile_keys::kTray, "1");
   context_.trace().Main(" launching monitor " + standard_ + " " + started_);
   context_.machine().processes.OpenForUser({.file = installation.ExeLocation + installation.TrayExe,

@@ -86,7 +86,7 @@ bool JobBracket::IsDisabled() {
 void JobBracket::OpenTray() {
   if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kStandard) == "0") return;
   const Installation& installation = context_.installation();
-  if (context_.services().helpers.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
+  if (context_.services().programs.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
   context_.machine().processes.OpenForUser({.file = installation.ExeLocation + installation.TrayExe,
                                             .parameters = "",
                                             .folder = "",
@@ -99,7 +99,7 @@ bool JobBracket::HeldBack() {
   const std::string interactive = context_.transfer().Trf_ReadUserNameProfile(profile_keys::kInteractive);
   if (Trim(interactive) != context_.installation().CurrentUser) return false;
   const bool engine_runs =
-      context_.services().helpers.FindEngineProcessId(context_.installation().ClientExe).has_value();
+      context_.services().programs.FindEngineProcessId(context_.installation().ClientExe).has_value();
   if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kRtBackup) == "1") {
     HoldForContinuousBackup();
   } else if (StatusWordOf(context_.store().ReadUserProfileValue(Trim(interactive), profile_keys::kStatus)) ==
@@ -216,7 +216,7 @@ void JobBracket::ReleaseHelpers() {
   context_.trace().plain().WriteTrace("[VSS] OpenFileLaunchStatus reset to 0");
   context_.shadow_copy.CheckAndCloseVSS();
   JobRun& run = context_.job.state.run;
-  context_.services().helpers.ProcessTerminate(run.lClsClientPID, kNoWindow);
+  context_.services().programs.ProcessTerminate(run.lClsClientPID, kNoWindow);
   run.engine.reset();
   run.database_manager.reset();
 }

@@ -67,10 +67,10 @@ std::string MailLauncher::Arguments(const std::string& address, JobCode result, 
 
 void MailLauncher::Start(const std::string& arguments) {
   const Installation& installation = context_.installation();
-  const ProcessWatch started(
-      context_.machine().processes,
-      context_.services().helpers.LaunchHidden(installation.ExeLocation + std::string{kMailHelper}, arguments,
-                                               installation.VirtualPath, 0, Lifetime::kOutlivesStarter));
+  const ProcessWatch started(context_.machine().processes,
+                             context_.services().programs.LaunchHidden(
+                                 installation.ExeLocation + std::string{kMailHelper}, arguments,
+                                 installation.VirtualPath, 0, Lifetime::kOutlivesStarter));
 }
 
 }  // namespace ondura

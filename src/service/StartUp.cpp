@@ -1,5 +1,7 @@
 #include "service/StartUp.h"
 
+#include "profile/installation_folders.h"
+
 #include "profile/user_list.h"
 #include "reporting/Options.h"
 #include "schedule/schedule_header.h"
@@ -14,7 +16,7 @@ constexpr std::int16_t kPluginProduct = 2;
 }  // namespace
 
 void StartUp::cont_InitialSch(std::string_view path) {
-  SettleFolders(path);
+  SettleFolders(context_.machine(), context_.installation(), path);
   Options& trace = context_.trace().plain();
   trace.WriteTraceMain("(S1)Input files location is " + context_.installation().VirtualPath);
   trace.WriteTraceMain("(S1)Exe location is " + context_.installation().ExeLocation);
@@ -28,23 +30,14 @@ void StartUp::cont_InitialSch(std::string_view path) {
 }
 
 void StartUp::cont_InitialSch_Backgrnd(std::string_view path) {
-  SettleFolders(path);
+  SettleFolders(context_.machine(), context_.installation(), path);
   if (!LoadProduct()) return;
   ResetState(Reset::kUnlessJobIsAlive);
   CapMainTrace();
 }
 
 bool StartUp::ReadInstallation(std::string_view path) {
-  SettleFolders(path);
-  return context_.configuration.LoadProductConfiguration();
-}
-
-void StartUp::SettleFolders(std::string_view path) {
-  Installation& installation = context_.installation();
-  installation.ExeLocation = WithBackslash(path);
-  const std::string data_folder = context_.store().ReadInstallRegistryValue(profile_keys::kDataFolder);
-  installation.VirtualPath =
-      Trim(data_folder).empty() ? installation.ExeLocation : WithBackslash(data_folder);
+  return LoadInstallation(context_.machine(), context_.installation(), path);
 }
 
 bool StartUp::LoadProduct() {
@@ -89,7 +82,7 @@ void StartUp::CapMainTrace() {
 void StartUp::SetUpPlugin() {
   const std::string launched = context_.transfer().Trf_ReadUserNameProfile(profile_keys::kPluginLaunch);
   if (!launched.empty() && launched != "0") return;
-  if (context_.services().helpers.IsWow64()) {
+  if (context_.services().facts.IsWow64()) {
     RegisterPlugin64();
   } else {
     RegisterPlugin();
@@ -113,7 +106,7 @@ void StartUp::RegisterPlugin() {
   const Installation& installation = context_.installation();
   const std::string library = installation.ProductInstallationName + "UI.dll";
   if (context_.machine().files.Exists(installation.ExeLocation + library)) {
-    const ProcessWatch started(context_.machine().processes, context_.services().helpers.LaunchHidden(
+    const ProcessWatch started(context_.machine().processes, context_.services().programs.LaunchHidden(
                                                                  "regsvr32.exe", "/s " + library,
                                                                  WithoutLast(installation.ExeLocation), 0));
   }

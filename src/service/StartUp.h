@@ -28,7 +28,6 @@ class StartUp {
  private:
   enum class Reset { kAlways, kUnlessJobIsAlive };
 
-  void SettleFolders(std::string_view path);
   bool LoadProduct();
   void ResetState(Reset reset);
   void ResetUsers();

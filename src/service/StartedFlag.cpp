@@ -26,7 +26,7 @@ bool StartedFlag::JobIsAlive() { return EngineRuns() || OtherHostIsBetweenEngine
 
 // The other host may run under an account whose processes this one can't open.
 bool StartedFlag::EngineRuns() {
-  return job_.services.helpers.IsProcessInSnapshot(job_.installation().ClientExe);
+  return job_.services.programs.IsProcessInSnapshot(job_.installation().ClientExe);
 }
 
 void StartedFlag::Write(std::string_view value) {

@@ -139,7 +139,7 @@ void ExchangeBrickStage::WriteSettings(const std::string& folder) {
 }
 
 void ExchangeBrickStage::PrepareRun(const std::string& folder) {
-  support_.EndProgram(kTool);
+  job_.services.programs.IsProcessRunningByModule(kTool, Kill::kYes);
   job_.machine().clock.Sleep(kToolKilled);
   support_.Remove(StatusFile());
   support_.WriteLine(StatusFile(), "1");
@@ -151,9 +151,9 @@ StartedProgram ExchangeBrickStage::LaunchTool() {
   const JobServices& services = job_.services;
   const Installation& installation = services.installation;
   const std::string parameters = " 1" + installation.ProductInstallationName + installation.CurrentUser + "2";
-  const ProcessHandle tool = services.helpers.LaunchHidden(installation.DataFile(kTool), parameters,
-                                                           installation.WorkingFolder(), 0);
-  return {job_.services.helpers, kTool, {services.machine.processes, tool}};
+  const ProcessHandle tool = services.programs.LaunchHidden(installation.DataFile(kTool), parameters,
+                                                            installation.WorkingFolder(), 0);
+  return {job_.services.programs, kTool, {services.machine.processes, tool}};
 }
 
 void ExchangeBrickStage::WaitForTool(StartedProgram& tool) {
@@ -166,7 +166,7 @@ void ExchangeBrickStage::WaitForTool(StartedProgram& tool) {
 void ExchangeBrickStage::Stop() {
   job_.keys.WriteStatus(StatusWord::kFailed);
   cancelled_ = true;
-  support_.EndProgram(kTool);
+  job_.services.programs.IsProcessRunningByModule(kTool, Kill::kYes);
   StopExchangeDump(job_, support_, StatusFile());
 }
 
@@ -232,7 +232,7 @@ JobCode ExchangeBrickStage::LeaveWith(std::string_view result_text) {
 std::string ExchangeBrickStage::StatusFile() const { return UserFile("OxExchBrickStatus.txt"); }
 
 std::string ExchangeBrickStage::TimedLine(std::string_view text) {
-  return job_.services.helpers.GetSystemTime().append("  ").append(text);
+  return job_.services.facts.GetSystemTime().append("  ").append(text);
 }
 
 void ExchangeBrickStage::AppendTo(const std::string& log, std::string_view line) {

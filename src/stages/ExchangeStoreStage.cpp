@@ -139,7 +139,7 @@ ProcessWatch ExchangeStoreStage::LaunchTool() {
   const std::string tool = data_folder + std::string{version == kVersionOfTool64 ? kTool64 : kTool32};
   // The tool takes its folder directly after the digit.
   const std::string parameters = " 1" + folder();
-  const ProcessHandle handle = services.helpers.LaunchHidden(tool, parameters, WithoutLast(data_folder), 0);
+  const ProcessHandle handle = services.programs.LaunchHidden(tool, parameters, WithoutLast(data_folder), 0);
   services.trace.plain().WriteTrace("\"" + tool + "\"" + parameters);
   return {services.machine.processes, handle};
 }

@@ -46,7 +46,7 @@ void ShadowCopy::Cont_LaunchAdminProcess() {
       text_files_.ReadFirstLine(installation_.DataFile(kLaunchStatusFile), Encoding::kCodePage);
   if (!request) return;
   g_bLaunchVSS = true;
-  const bool is_64_bit = system_.Is64BitSystem();
+  const bool is_64_bit = facts_.Is64BitSystem();
   if (is_64_bit) trace_.plain().WriteTraceMain("[OS] Vista 64bit");
   if (Trim(*request) == "1") {
     Serve(is_64_bit);
@@ -58,10 +58,10 @@ void ShadowCopy::Serve(bool is_64_bit) {
   const std::string& helper = is_64_bit ? installation_.VssVista64Exe : installation_.VssVista32Exe;
   const std::string command = ReadCommand();
   ProcessHandle process = kNoProcess;
-  if (!command.empty() && !system_.IsProcessRunningByModule(helper, Kill::kNo)) {
+  if (!command.empty() && !programs_.IsProcessRunningByModule(helper, Kill::kNo)) {
     process = LaunchHelper(helper, command);
   }
-  StartedProgram started{system_, helper, {machine_.processes, process}};
+  StartedProgram started{programs_, helper, {machine_.processes, process}};
   machine_.clock.Sleep(kSettleTime);
   if (is_64_bit) {
     WaitForReport();
@@ -83,8 +83,8 @@ std::string ShadowCopy::ReadCommand() {
 
 ProcessHandle ShadowCopy::LaunchHelper(const std::string& helper, const std::string& command) {
   trace_.plain().WriteTrace("launching VSS");
-  const ProcessHandle process = system_.LaunchHidden(installation_.ExeLocation + helper, " " + command,
-                                                     installation_.WorkingFolder(), 0);
+  const ProcessHandle process = programs_.LaunchHidden(installation_.ExeLocation + helper, " " + command,
+                                                       installation_.WorkingFolder(), 0);
   trace_.plain().WriteTraceMain("launched the exe... " + installation_.VirtualPath + helper + " " + command);
   return process;
 }

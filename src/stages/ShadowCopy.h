@@ -8,8 +8,8 @@
 #include "platform/machine.h"
 #include "profile/Installation.h"
 #include "reporting/Trace.h"
+#include "util/Programs.h"
 #include "util/StartedProgram.h"
-#include "util/SystemHelpers.h"
 #include "util/TextFiles.h"
 
 namespace ondura {
@@ -18,11 +18,13 @@ namespace ondura {
 // host serves the request, and the job asks for the end of it.
 class ShadowCopy : public ShadowCopyRelease {
  public:
-  ShadowCopy(const Machine& machine, const Installation& installation, Trace& trace, SystemHelpers& system)
+  ShadowCopy(const Machine& machine, const Installation& installation, Trace& trace, MachineFacts& facts,
+             Programs& programs)
       : machine_(machine),
         installation_(installation),
         trace_(trace),
-        system_(system),
+        facts_(facts),
+        programs_(programs),
         text_files_(machine.files, machine.code_page) {}
 
   // At start-up: no request is being served.
@@ -53,7 +55,8 @@ class ShadowCopy : public ShadowCopyRelease {
   Machine machine_;
   const Installation& installation_;
   Trace& trace_;
-  SystemHelpers& system_;
+  MachineFacts& facts_;
+  Programs& programs_;
   TextFiles text_files_;
   bool g_bLaunchVSS = false;
 };

@@ -109,14 +109,14 @@ StartedProgram SqlDump::Launch(const Run& run) {
                                  Join({kToolFiles.begin(), kToolFiles.end()}, " ");
   const JobServices& services = job_.services;
   const ProcessHandle tool =
-      services.helpers.LaunchHidden(run.tool_folder + std::string{sql_names::kTool} + " ", parameters,
-                                    services.installation.WorkingFolder(), 0);
-  return {job_.services.helpers, sql_names::kTool, {services.machine.processes, tool}};
+      services.programs.LaunchHidden(run.tool_folder + std::string{sql_names::kTool} + " ", parameters,
+                                     services.installation.WorkingFolder(), 0);
+  return {job_.services.programs, sql_names::kTool, {services.machine.processes, tool}};
 }
 
 void SqlDump::AddToBackupSet(const Run& run) {
   const std::string path = DumpPath(run.long_folder, run.database);
-  if (job_.services.helpers.IsVistaFamily()) {
+  if (job_.services.facts.IsVistaFamily()) {
     text_files_.Append(job_.installation().DataFile(sql_names::kDumpList), path + std::string{kLineEnd},
                        Encoding::kCodePage, IfMissing::kCreate);
   }

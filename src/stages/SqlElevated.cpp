@@ -103,9 +103,10 @@ void SqlElevated::Serve() {
   const std::string command_file = job_.installation().DataFile(sql_names::kLaunchCommandFile);
   const std::string command = TrimAtTerminator(ReadCommand(command_file));
   const Machine& machine = job_.machine();
-  StartedProgram tool{
-      job_.services.helpers, sql_names::kTool,
-      command.empty() ? ProcessWatch{machine.processes, kNoProcess} : support_.StartHidden(command)};
+  Programs& programs = job_.services.programs;
+  const ProcessHandle process =
+      command.empty() ? kNoProcess : programs.StartCommandLine(command, job_.installation().WorkingFolder());
+  StartedProgram tool{programs, sql_names::kTool, {machine.processes, process}};
   machine.clock.Sleep(kSettleTime);
   SleepAndPumpUntil(machine, kWatchPass, [&] { return StopOrEnd(tool); });
 }

@@ -29,7 +29,7 @@ Leave SqlServerStage::Run(JobState& state) {
   support_.SleepAndPump(kStart);
   support_.Notify("Started the backup of the MS SQL Server database files...");
   support_.WriteEntryKeys(engine_results::kPreparingSqlServer);
-  const bool is_elevated_hosts_work = job_.services.helpers.IsVista();
+  const bool is_elevated_hosts_work = job_.services.facts.IsVista();
   std::vector<std::string> fields;
   if (!is_elevated_hosts_work) fields = ReadFields();
   job_.trace().User(" Started Backup of SQL Server files");
@@ -101,7 +101,8 @@ bool SqlServerStage::WaitForElevatedHost() {
     }
     const auto listed_now = machine.files.Modified(dump_list);
     const LocalTime now = machine.clock.Now();
-    const bool is_sign = listed_now != listed || now < last_sign || support_.IsRunning(sql_names::kTool);
+    const bool is_sign = listed_now != listed || now < last_sign ||
+                         job_.services.programs.IsProcessRunningByModule(sql_names::kTool, Kill::kNo);
     listed = listed_now;
     if (is_sign) last_sign = now;
     const bool is_silent = now - last_sign >= kSilence;
@@ -116,7 +117,7 @@ bool SqlServerStage::WaitForElevatedHost() {
 // A dump that runs is asked to end; the host takes up no other database for a request that is gone.
 void SqlServerStage::WithdrawRequest() {
   job_.keys.Write(profile_keys::kLocalBackup, sql_names::kWithdrawn);
-  if (!support_.IsRunning(sql_names::kTool)) return;
+  if (!job_.services.programs.IsProcessRunningByModule(sql_names::kTool, Kill::kNo)) return;
   const std::string folder = job_.installation().DataFile(sql_names::kStatusFolder);
   support_.WriteLine(folder + "\\" + std::string{sql_names::kStatusFile}, sql_names::kStop);
 }
@@ -140,7 +141,7 @@ std::vector<SelectedItem> SqlServerStage::Items(JobState& state) {
   const std::string& folder = state.run.Sch_SQLTEMP;
   state.run.dump_folder = folder.ends_with('\\') ? WithoutLast(folder) : std::string_view{folder};
   std::vector<SelectedItem> items;
-  if (!job_.services.helpers.IsVista()) {
+  if (!job_.services.facts.IsVista()) {
     for (const std::string& path : backup_set_.BackupSetLines) {
       TraceDump(path);
       items.push_back({path, ItemKind::kFile});

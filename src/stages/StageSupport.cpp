@@ -14,31 +14,6 @@ constexpr milliseconds kTestFilePause{10};
 constexpr std::string_view kSignOfLife = "  Waiting for the local backup";
 constexpr std::string_view kTotalTimeLabel = "Total Time";
 
-struct CommandLine {
-  std::string program;
-  std::string parameters;
-};
-
-CommandLine CutAt(std::string_view line, std::size_t at) {
-  const std::string_view rest = at < line.size() ? line.substr(at) : std::string_view{};
-  return {std::string{line.substr(0, at)}, std::string{Trim(rest)}};
-}
-
-// The program is what the quotes hold, or else the shortest beginning of the line, up to a blank, that is a
-// file, or else the first word.
-CommandLine SplitProgram(Files& files, std::string_view line) {
-  if (line.starts_with('"')) {
-    const std::size_t quote = line.find('"', 1);
-    CommandLine command = CutAt(line, quote == std::string_view::npos ? quote : quote + 1);
-    command.program = ReplaceAll(command.program, "\"", "");
-    return command;
-  }
-  for (std::size_t at = line.find(' '); at != std::string_view::npos; at = line.find(' ', at + 1)) {
-    if (files.Exists(line.substr(0, at))) return CutAt(line, at);
-  }
-  return CutAt(line, files.Exists(line) ? std::string_view::npos : line.find(' '));
-}
-
 }  // namespace
 
 StageSupport::StageSupport(JobContext& job, BackupSetStore& backup_set)
@@ -105,10 +80,6 @@ bool StageSupport::CanWriteTo(std::string_view folder) {
   return is_made;
 }
 
-bool StageSupport::IsRunning(std::string_view program) {
-  return job_.services.helpers.IsProcessRunningByModule(program, Kill::kNo);
-}
-
 void StageSupport::WaitUntilGone(StartedProgram& program, milliseconds pause) {
   life_.Begin();
   do {
@@ -118,23 +89,10 @@ void StageSupport::WaitUntilGone(StartedProgram& program, milliseconds pause) {
 
 void StageSupport::LetToolEnd(std::string_view program) {
   life_.Begin();
-  while (IsRunning(program)) {
+  while (job_.services.programs.IsProcessRunningByModule(program, Kill::kNo)) {
     job_.machine().pump.Pump();
     ShowLife();
   }
-}
-
-void StageSupport::EndProgram(std::string_view program) {
-  job_.services.helpers.IsProcessRunningByModule(program, Kill::kYes);
-}
-
-ProcessWatch StageSupport::StartHidden(std::string_view command_line) {
-  Processes& processes = job_.machine().processes;
-  const CommandLine command = SplitProgram(job_.machine().files, Trim(command_line));
-  return {processes, processes.Launch({.file = command.program,
-                                       .parameters = command.parameters,
-                                       .folder = job_.installation().WorkingFolder(),
-                                       .show_mode = 0})};
 }
 
 bool StageSupport::StopAsked() { return job_.keys.CheckAborted() || job_.services.progress.ProgressEnded(); }

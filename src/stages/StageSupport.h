@@ -74,18 +74,11 @@ class StageSupport {
   // backslash at its end it is the folder's neighbour. False when the file could not be made.
   bool CanWriteTo(std::string_view folder);
 
-  // A tool is known by the name of its program alone, on the whole machine.
-  bool IsRunning(std::string_view program);
   // Sleeps, pumps messages and looks for the program until it is gone. Looks at least once.
   void WaitUntilGone(StartedProgram& program, std::chrono::milliseconds pause);
   // Another program's run of the tool goes first: looks for it again and again, without a pause, until it
   // is gone.
   void LetToolEnd(std::string_view program);
-  void EndProgram(std::string_view program);
-
-  // Starts a command line hidden, as a shell call does: a program with blanks in its path may stand without
-  // quotes. The watch has no process where nothing was started.
-  ProcessWatch StartHidden(std::string_view command_line);
 
   // The user interface or the host asks for the end of the job.
   bool StopAsked();

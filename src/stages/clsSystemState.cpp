@@ -173,7 +173,7 @@ void clsSystemState::HideWindows() {
 }
 
 bool clsSystemState::IsNtbackup(ProcessId id) {
-  return std::ranges::any_of(job_.services.helpers.ReadProcessTable(), [id](const ProcessEntry& process) {
+  return std::ranges::any_of(job_.services.programs.ReadProcessTable(), [id](const ProcessEntry& process) {
     return process.id == id && EqualsIgnoringCase(process.base_name, kProgram);
   });
 }

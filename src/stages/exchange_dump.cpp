@@ -23,8 +23,8 @@ void StopExchangeDump(JobContext& job, StageSupport& support, std::string_view s
   support.WriteLine(status_file, "2");
   job.services.trace.plain().WriteTrace("ScheduleCancelled 1");
   job.services.trace.plain().WriteTrace("Aborted...");
-  support.EndProgram(job.services.installation.ClientExe);
-  job.services.helpers.ProcessTerminate(job.state.run.lClsClientPID, kNoWindow);
+  job.services.programs.IsProcessRunningByModule(job.services.installation.ClientExe, Kill::kYes);
+  job.services.programs.ProcessTerminate(job.state.run.lClsClientPID, kNoWindow);
   job.state.run.code = kJobStopped;
 }
 

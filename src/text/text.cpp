@@ -131,6 +131,8 @@ std::string ToLower(std::string_view text) { return ChangeLetters(text, Lower); 
 
 char32_t LowerOf(char32_t letter) { return Lower(letter); }
 
+std::string_view FileNameOf(std::string_view path) { return path.substr(path.find_last_of("\\/") + 1); }
+
 bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
   return left == right || ToLower(left) == ToLower(right);
 }

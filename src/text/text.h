@@ -27,6 +27,9 @@ std::string ToLower(std::string_view text);
 // The same for one letter, for comparisons that make no text.
 char32_t LowerOf(char32_t letter);
 
+// The path without its folders, by both kinds of slash.
+std::string_view FileNameOf(std::string_view path);
+
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
 

@@ -3,7 +3,7 @@
 namespace ondura {
 
 bool StartedProgram::IsRunning() {
-  if (system_.IsProcessRunningByModule(name_, Kill::kNo)) {
+  if (programs_.IsProcessRunningByModule(name_, Kill::kNo)) {
     is_to_appear_ = false;
     return true;
   }

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "util/SystemHelpers.h"
+#include "util/Programs.h"
 #include "util/waits.h"
 
 namespace ondura {
@@ -14,13 +14,13 @@ namespace ondura {
 class StartedProgram {
  public:
   // A `process` that was not started leaves the list alone to decide.
-  StartedProgram(SystemHelpers& system, std::string_view name, ProcessWatch process)
-      : system_(system), name_(name), process_(std::move(process)) {}
+  StartedProgram(Programs& programs, std::string_view name, ProcessWatch process)
+      : programs_(programs), name_(name), process_(std::move(process)) {}
 
   bool IsRunning();
 
  private:
-  SystemHelpers& system_;
+  Programs& programs_;
   std::string name_;
   ProcessWatch process_;
   bool is_to_appear_ = true;

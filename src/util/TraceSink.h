@@ -4,7 +4,7 @@
 
 namespace ondura {
 
-// Where the system helpers put their trace lines; the trace writer stands above them.
+// Where Programs and MachineFacts put their trace lines; the trace writer stands above them.
 class TraceSink {
  public:
   virtual ~TraceSink() = default;

@@ -9,7 +9,7 @@
 #include "reporting/Trace.h"
 #include "support/CheckedMachine.h"
 #include "text/utf16.h"
-#include "util/SystemHelpers.h"
+#include "util/Programs.h"
 #include "util/TextFiles.h"
 
 namespace ondura {
@@ -55,7 +55,8 @@ struct BackupSetHouse {
   Installation installation;
   Options options{machine.machine(), installation};
   Trace trace{options, machine.machine().clock};
-  SystemHelpers helpers{machine.machine(), options};
+  MachineFacts facts{machine.machine(), options};
+  Programs programs{machine.machine(), facts, options};
   Transfer transfer{machine.machine(), installation};
   ProfileStore profile{machine.machine(), installation};
   Exclusions exclusions{machine.machine(), installation, transfer};

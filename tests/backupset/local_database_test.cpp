@@ -41,7 +41,7 @@ struct DatabaseHouse : BackupSetHouse {
   }
 
   ResetDate reset_date{machine.machine().clock, profile, transfer};
-  LocalDatabase database{machine.machine(), installation, transfer, profile, reset_date, helpers, trace};
+  LocalDatabase database{machine.machine(), installation, transfer, profile, reset_date, programs, trace};
 };
 
 struct CheckCase {

@@ -36,7 +36,7 @@ TEST(Selection, ReadsTheItemsOfItsList) {
     house.machine.disk().PutDrive("D:\\", DriveKind::kNetwork, 1);
     house.machine.PutFile("C:\\docs\\a.txt", "a");
     house.PutList("atbkupfolderlist.txt", row.list);
-    Selection selection{house.machine.machine(), house.installation, house.helpers, house.trace};
+    Selection selection{house.machine.machine(), house.installation, house.trace};
     EXPECT_EQ(selection.ReadItems(), row.items);
     EXPECT_EQ(house.List("ScheduleTraceFile.txt"), "11-14-2026 12:30:00  [Backup set]:\r\n");
   }
@@ -62,7 +62,7 @@ TEST(Selection, HasBeenMadeWhenEitherFileSaysSo) {
     BackupSetHouse house;
     if (row.automatic) house.machine.PutFile(house.UserFile("AutoFileSelection.txt"), row.automatic);
     if (row.list) house.PutList("atbkupfolderlist.txt", row.list);
-    Selection selection{house.machine.machine(), house.installation, house.helpers, house.trace};
+    Selection selection{house.machine.machine(), house.installation, house.trace};
     EXPECT_EQ(selection.HasBackupSelection(), row.has);
   }
 }

@@ -37,7 +37,7 @@ struct Sizes : BackupSetHouse {
   }
   SizeOutcome Calculate(const SizeJob& job = {}) { return calculation.CalculateTotalSize(job); }
 
-  SizeCalculation calculation{machine.machine(), installation, helpers, stop};
+  SizeCalculation calculation{machine.machine(), installation, stop};
 };
 
 struct SizeCase {

@@ -58,19 +58,20 @@ struct JobHouse {
   Transfer transfer{ports, installation};
   ProfileStore store{ports, installation};
   LightCiphers ciphers{ports.code_page, ports.pump};
-  SystemHelpers helpers{ports, options};
+  MachineFacts facts{ports, options};
+  Programs programs{ports, facts, options};
   SessionLog session_log{ports, installation};
   Progress progress{ports, installation, transfer};
   DBaction schedule_file{ports, installation, trace};
   Scheduler scheduler{ports, trace, transfer, schedule_file};
   ResetDate reset_date{ports.clock, store, transfer};
   MappedDrives mapped_drives{ports.drives, transfer};
-  LocalDatabase local_database{ports, installation, transfer, store, reset_date, helpers, trace};
+  LocalDatabase local_database{ports, installation, transfer, store, reset_date, programs, trace};
   NoShadowCopy shadow_copy;
   NoStages stages;
-  JobServices services{ports,          installation,  transfer,    store,       trace,
-                       helpers,        schedule_file, scheduler,   session_log, progress,
-                       local_database, mapped_drives, shadow_copy, stages};
+  JobServices services{ports,    installation,   transfer,      store,       trace,
+                       programs, facts,          schedule_file, scheduler,   session_log,
+                       progress, local_database, mapped_drives, shadow_copy, stages};
   JobContext job{services};
   AbortForms abort{job};
   Connection connection{job, abort};

@@ -24,10 +24,10 @@ struct WaitHouse : RoadHouse {
   TransferWait::End Wait() {
     auto& run = job.state.run;
     machine.InstallProgram(kManager, [](ProgramRun& manager) { manager.NeverEnds(); });
-    run.database_manager.emplace(ports.processes, helpers.LaunchHidden(kManager, "", "", 0));
-    run.lDBManagerPID = helpers.WhatsMyProcessID(run.database_manager->handle());
+    run.database_manager.emplace(ports.processes, programs.LaunchHidden(kManager, "", "", 0));
+    run.lDBManagerPID = programs.WhatsMyProcessID(run.database_manager->handle());
     run.engine = job.engine.StartTransfer();
-    run.lClsClientPID = helpers.WhatsMyProcessID(run.engine->handle());
+    run.lClsClientPID = programs.WhatsMyProcessID(run.engine->handle());
     return TransferWait(job, abort).Run(*run.engine);
   }
   std::string Keys() { return Status("Status") + " " + Status("ProgStatus") + " " + Status("Cancel"); }

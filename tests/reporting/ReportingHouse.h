@@ -53,13 +53,13 @@ class ReportingHouse : public testing::Test {
   Trace trace_{options_, machine_.machine().clock};
   Transfer transfer_{machine_.machine(), installation_};
   ProfileStore store_{machine_.machine(), installation_};
-  SystemHelpers helpers_{machine_.machine(), options_};
+  MachineFacts facts_{machine_.machine(), options_};
   MailValues values_;
   LogExtract log_extract_{machine_.machine(), installation_, values_};
   WebSecurity security_;
   WebDavControl web_{machine_.machine(), transfer_, options_, security_};
   HttpFunctions http_{machine_.machine(), installation_, web_, trace_};
-  NotificationMail mail_{machine_.machine(), installation_, store_,  helpers_, trace_,
+  NotificationMail mail_{machine_.machine(), installation_, store_,  facts_, trace_,
                          log_extract_,       http_,         values_, "-414"};
 };
 

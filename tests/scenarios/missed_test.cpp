@@ -5,7 +5,7 @@
 #include "scenarios/House.h"
 #include "text/text.h"
 #include "text/utf16.h"
-#include "util/SystemHelpers.h"
+#include "util/MachineFacts.h"
 #include "util/date_text.h"
 
 namespace ondura {

@@ -43,8 +43,9 @@ class ShadowCopyStory : public testing::Test {
   Installation installation_;
   Options options_{machine_.machine(), installation_};
   ondura::Trace trace_{options_, machine_.machine().clock};
-  SystemHelpers system_{machine_.machine(), options_};
-  ShadowCopy shadow_{machine_.machine(), installation_, trace_, system_};
+  MachineFacts facts_{machine_.machine(), options_};
+  Programs programs_{machine_.machine(), facts_, options_};
+  ShadowCopy shadow_{machine_.machine(), installation_, trace_, facts_, programs_};
 };
 
 TEST_F(ShadowCopyStory, ClosingMakesItsFilesAndResettingPassesOverWhatIsNotThere) {

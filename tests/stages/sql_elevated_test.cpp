@@ -139,23 +139,5 @@ TEST(StageSupport, TheWriteTestStandsBesideAFolderWithoutABackslash) {
   EXPECT_EQ(house.machine.FileBytes("C:\\Nowheretmp.mtp"), std::nullopt);
 }
 
-TEST(StageSupport, ACommandLineIsSplitWhereItsProgramEnds) {
-  const std::string tool = "C:\\My Tools\\t.exe";
-  for (const auto& [line, program, parameters] :
-       {std::tuple{"\"" + tool + "\" -a \"b c\"", tool, "-a \"b c\""},
-        {tool + "  -a b", tool, "-a b"},
-        {tool, tool, ""},
-        {" NTBACKUP backup ", "NTBACKUP", "backup"},
-        {"\"open", "open", ""}}) {
-    SqlHouse house;
-    house.machine.PutFile(tool, "");
-    ServiceContext& context = house.Service().context();
-    StageSupport support(context.job, context.backup_set);
-    support.StartHidden(line);
-    EXPECT_EQ(house.machine.Launches().at(0).file, program);
-    EXPECT_EQ(house.machine.Launches().at(0).parameters, parameters);
-  }
-}
-
 }  // namespace
 }  // namespace ondura

@@ -1,8 +1,9 @@
-#include "util/SystemHelpers.h"
+#include "util/Programs.h"
 
 #include <gtest/gtest.h>
 
 #include "support/CheckedMachine.h"
+#include "util/FolderNames.h"
 #include "util/clsIPResolve.h"
 #include "util/cls_ExitWindows.h"
 #include "util/waits.h"
@@ -26,7 +27,8 @@ class SystemTest : public testing::Test {
  protected:
   CheckedMachine machine_;
   TraceLines trace_;
-  SystemHelpers system_{machine_.machine(), trace_};
+  MachineFacts system_{machine_.machine(), trace_};
+  Programs programs_{machine_.machine(), system_, trace_};
 };
 
 TEST_F(SystemTest, ANameMatchesWholeBareAndInAnyLetterCase) {
@@ -38,9 +40,9 @@ TEST_F(SystemTest, ANameMatchesWholeBareAndInAnyLetterCase) {
                                                               {1, "acmeengine.EXE", true, true},
                                                               {3, "AcmeEngine.exe", false, true}}) {
     machine_.surroundings().version.platform_id = platform_id;
-    EXPECT_EQ(system_.IsProcessRunningByPath(name, Kill::kNo), by_path) << name;
-    EXPECT_EQ(system_.FindEngineProcessId(name), by_path ? std::optional{id} : std::nullopt) << name;
-    EXPECT_EQ(system_.IsProcessRunningByModule(name, Kill::kNo), by_module) << name;
+    EXPECT_EQ(programs_.IsProcessRunningByPath(name, Kill::kNo), by_path) << name;
+    EXPECT_EQ(programs_.FindEngineProcessId(name), by_path ? std::optional{id} : std::nullopt) << name;
+    EXPECT_EQ(programs_.IsProcessRunningByModule(name, Kill::kNo), by_module) << name;
   }
   EXPECT_THAT(trace_.main, ElementsAre("Return ture: acmeENGINE.exe", "Return false: ", "Return false: ",
                                        "Return false: ", "Return ture: acmeengine.EXE", "Return false: "));
@@ -52,9 +54,9 @@ TEST_F(SystemTest, EndingByNameSparesNoneOfTheNameNoOtherAndLeaksNoHandle) {
       machine_.PutProcess(path);
     }
     const auto last = machine_.PutProcess("C:\\b\\engine.exe");
-    EXPECT_EQ(system_.FindEngineProcessId("engine.exe"), last);
-    EXPECT_TRUE(by_module ? system_.IsProcessRunningByModule("engine.exe", Kill::kYes)
-                          : system_.IsProcessRunningByPath("engine.exe", Kill::kYes));
+    EXPECT_EQ(programs_.FindEngineProcessId("engine.exe"), last);
+    EXPECT_TRUE(by_module ? programs_.IsProcessRunningByModule("engine.exe", Kill::kYes)
+                          : programs_.IsProcessRunningByPath("engine.exe", Kill::kYes));
     EXPECT_FALSE(machine_.IsRunning("engine.exe"));
     EXPECT_TRUE(machine_.IsRunning("other.exe"));
   }
@@ -66,14 +68,14 @@ TEST_F(SystemTest, TerminationTakesTheProcessOfAWindowAndElseTheId) {
   const auto by_window = machine_.PutProcess("C:\\a\\window.exe");
   machine_.surroundings().windows[77].process = by_window;
   ProcessId id = 0;
-  EXPECT_FALSE(system_.ProcessTerminate(id, 0)) << "neither id nor window";
+  EXPECT_FALSE(programs_.ProcessTerminate(id, 0)) << "neither id nor window";
   EXPECT_THAT(machine_.EnabledPrivileges(), ElementsAre());
   id = by_id;
-  EXPECT_TRUE(system_.ProcessTerminate(id, 77));
+  EXPECT_TRUE(programs_.ProcessTerminate(id, 77));
   EXPECT_EQ(id, by_window);
   id = by_id;
-  EXPECT_TRUE(system_.ProcessTerminate(id, 1)) << "1 is no window, so the id holds";
-  EXPECT_FALSE(system_.ProcessTerminate(id, 1)) << "has ended already";
+  EXPECT_TRUE(programs_.ProcessTerminate(id, 1)) << "1 is no window, so the id holds";
+  EXPECT_FALSE(programs_.ProcessTerminate(id, 1)) << "has ended already";
   EXPECT_THAT(machine_.EnabledPrivileges(), testing::Contains("SeDebugPrivilege"));
   EXPECT_EQ(machine_.OpenHandles(), 0U);
 }
@@ -89,8 +91,23 @@ TEST_F(SystemTest, OnlyTheOneServerVersionIsAskedToElevate) {
                                                 {Version{1, 6, 0, false}, false, "open"}}) {
     machine_.surroundings().version = version;
     EXPECT_EQ(system_.IsVista(), is_vista) << version.major << "." << version.minor;
-    EXPECT_EQ(system_.LaunchHidden("C:\\i\\missing.exe", " 24<>", "C:\\data", 0), kNoProcess);
+    EXPECT_EQ(programs_.LaunchHidden("C:\\i\\missing.exe", " 24<>", "C:\\data", 0), kNoProcess);
     EXPECT_EQ(machine_.Launches().back().verb, verb) << version.major << "." << version.minor;
+  }
+}
+
+TEST_F(SystemTest, ACommandLineIsSplitWhereItsProgramEnds) {
+  const std::string tool = "C:\\My Tools\\t.exe";
+  machine_.PutFile(tool, "");
+  for (const auto& [line, program, parameters] :
+       {std::tuple{"\"" + tool + "\" -a \"b c\"", tool, "-a \"b c\""},
+        {tool + "  -a b", tool, "-a b"},
+        {tool, tool, ""},
+        {" NTBACKUP backup ", "NTBACKUP", "backup"},
+        {"\"open", "open", ""}}) {
+    EXPECT_EQ(programs_.StartCommandLine(line, "C:\\data"), kNoProcess);
+    EXPECT_EQ(machine_.Launches().back().file, program);
+    EXPECT_EQ(machine_.Launches().back().parameters, parameters);
   }
 }
 
@@ -98,7 +115,7 @@ TEST_F(SystemTest, AWaitListensInPassesAndLeavesAStoppedProgramRunning) {
   machine_.InstallProgram("C:\\i\\engine.exe", [](ProgramRun& run) { run.ExitAfter(1s, 0); });
   const auto start = [&] {
     return ProcessWatch{machine_.machine().processes,
-                        system_.LaunchHidden("C:\\i\\engine.exe", "", "C:\\", 0)};
+                        programs_.LaunchHidden("C:\\i\\engine.exe", "", "C:\\", 0)};
   };
   int pumps = 0;
   machine_.OnPump([&] { ++pumps; });
@@ -128,11 +145,11 @@ TEST_F(SystemTest, APathIsAFolderWhenTheFirstMatchOfItsNameIs) {
   machine_.PutFile("C:\\docs\\zeta 1.txt", "x");
   machine_.PutFolder("C:\\docs\\zeta 2");
   for (const char* path : {"", "C:\\", "C:", "C:\\docs", "C:\\docs\\", "C:\\docs\\REPORT", "C:\\docs\\rep"}) {
-    EXPECT_TRUE(system_.IsFolderPath(path)) << path;
+    EXPECT_TRUE(FolderNames(machine_.machine()).IsFolderPath(path)) << path;
   }
   for (const char* path : {"Q:\\", "C:\\docs\\plan.txt", "C:\\docs\\plan.txt\\", "C:\\docs\\zeta",
                            "C:\\docs\\none", "C:\\none\\none", "none"}) {
-    EXPECT_FALSE(system_.IsFolderPath(path)) << path;
+    EXPECT_FALSE(FolderNames(machine_.machine()).IsFolderPath(path)) << path;
   }
 }
 
