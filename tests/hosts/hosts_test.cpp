@@ -227,7 +227,6 @@ TEST(HostOptions, TheCommandLineIsReadOrRefused) {
            {"a period of nothing", {"service", "--root", "r", "--period", "0"}, kExitUsage},
            {"a speed of nothing", {"service", "--root", "r", "--speed", "0"}, kExitUsage},
            {"a negative count", {"service", "--root", "r", "--ticks", "-1"}, kExitUsage},
-           {"a period of nothing", {"service", "--root", "r", "--period", "0"}, kExitUsage},
            {"a negative limit", {"service", "--root", "r", "--engine-limit", "-1"}, kExitUsage},
            {"a period that is no number", {"service", "--root", "r", "--period", "soon"}, kExitUsage}}) {
     testing::internal::CaptureStdout();
