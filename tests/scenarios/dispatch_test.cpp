@@ -118,6 +118,16 @@ TEST(DispatchStory, ARecordThatStandsHidesNoOtherOfItsUser) {
   }
 }
 
+TEST(DispatchStory, ARecordThatStandsHidesNoOtherUser) {
+  DueHouse house;
+  house.AddUser("bob");
+  house.PutSchedule("ann", {With(House::Daily("11-14-2026 9:00:00"), &ScheduleRecord::repeatkind, "4")});
+  house.PutSchedule("bob", {House::Daily()});
+  for (int tick = 0; tick < 2; ++tick) house.Tick();
+  house.user = "bob";
+  EXPECT_EQ(house.NextTime(), House::kTomorrow);
+}
+
 TEST(DispatchStory, AKindOfAnyLengthRunsUnderAHeaderOfOneByte) {
   for (const char* recordno : {"12", "", "7", "ten"}) {
     const ScheduleRecord other = House::Daily("12-24-2026 18:00:00");
