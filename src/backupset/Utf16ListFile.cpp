@@ -15,23 +15,11 @@ static_assert(std::endian::native == std::endian::little, "the block is the file
 
 constexpr std::size_t kRun = 8;
 constexpr std::uint64_t kHighBits = 0x8080808080808080;
-constexpr char32_t kReplacement = 0xFFFD;
 
 bool IsAsciiRun(const char* text) {
   std::uint64_t run = 0;
   std::memcpy(&run, text, kRun);
   return (run & kHighBits) == 0;
-}
-
-char16_t* WriteCharacter(const DecodedCharacter& decoded, char16_t* into) {
-  const char32_t character = decoded.valid ? decoded.character : kReplacement;
-  if (character < 0x10000) {
-    *into++ = static_cast<char16_t>(character);
-    return into;
-  }
-  *into++ = static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
-  *into++ = static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
-  return into;
 }
 
 }  // namespace
@@ -45,7 +33,7 @@ char16_t* WriteUtf16(std::string_view utf8, char16_t* into) {
     }
     if (utf8.empty()) break;
     const DecodedCharacter next = DecodeWtf8(utf8);
-    into = WriteCharacter(next, into);
+    into = WriteUtf16Units(next, into);
     utf8.remove_prefix(next.bytes);
   }
   return into;

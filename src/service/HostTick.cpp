@@ -1,5 +1,7 @@
 #include "service/HostTick.h"
 
+#include "service/tray.h"
+
 #include <chrono>
 
 namespace ondura {
@@ -8,7 +10,6 @@ namespace {
 
 // A twin that is absent at both looks, this far apart, is taken over.
 constexpr std::chrono::milliseconds kBetweenLooks{61000};
-constexpr int kShowMaximised = 3;
 
 }  // namespace
 
@@ -67,14 +68,10 @@ void HostTick::OpenMonitorAfterTakeOver() {
   if (!standby_backup_.empty() && standby_backup_ != "1") return;
   if (transfer.Trf_ReadUserNameProfile(profile_keys::kStandard) == standard_) return;
   if (context_.store().ReadSharedRegistryValue(profile_keys::kTray) == "3") return;
-  const Installation& installation = context_.installation();
-  if (context_.services().programs.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
+  if (TrayRuns(context_)) return;
   transfer.Trf_WriteUserNameRegistryProfile(profile_keys::kTray, "1");
   context_.trace().Main(" launching monitor " + standard_ + " " + started_);
-  context_.machine().processes.OpenForUser({.file = installation.ExeLocation + installation.TrayExe,
-                                            .parameters = "",
-                                            .folder = "",
-                                            .show_mode = kShowMaximised});
+  OpenTray(context_);
 }
 
 }  // namespace ondura

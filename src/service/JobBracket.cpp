@@ -1,5 +1,7 @@
 #include "service/JobBracket.h"
 
+#include "service/tray.h"
+
 #include <chrono>
 #include <initializer_list>
 
@@ -18,7 +20,6 @@ using std::chrono::milliseconds;
 
 constexpr std::uint64_t kJobTraceCapBytes = 100000;
 constexpr std::int16_t kIntBackupPassesGranted = 15;
-constexpr int kShowMaximised = 3;
 constexpr WindowHandle kNoWindow = 1;
 constexpr milliseconds kBeforePause{5000};
 constexpr milliseconds kAfterPause{1000};
@@ -32,7 +33,8 @@ JobBracket::End JobBracket::Run() {
   PrepareRecord();
   if (IsDisabled()) return End::kDone;
   context_.services().scheduler.sch_changefiledata(context_.schedule_file().schvTemp.recordno);
-  OpenTray();
+  const bool is_twin = context_.transfer().Trf_ReadUserNameProfile(profile_keys::kStandard) != "0";
+  if (is_twin && !TrayRuns(context_)) OpenTray(context_);
   context_.transfer().Trf_WriteUserNameProfile(profile_keys::kScheduled, context_.installation().CurrentUser);
   if (HeldBack()) return End::kDone;
   context_.machine().clock.Sleep(kBeforeJob);
@@ -81,16 +83,6 @@ bool JobBracket::IsDisabled() {
   if (disabled != "TRUE") return false;
   missed_.EndDisabledJob(closeup_);
   return true;
-}
-
-void JobBracket::OpenTray() {
-  if (context_.transfer().Trf_ReadUserNameProfile(profile_keys::kStandard) == "0") return;
-  const Installation& installation = context_.installation();
-  if (context_.services().programs.IsProcessRunningByModule(installation.TrayExe, Kill::kNo)) return;
-  context_.machine().processes.OpenForUser({.file = installation.ExeLocation + installation.TrayExe,
-                                            .parameters = "",
-                                            .folder = "",
-                                            .show_mode = kShowMaximised});
 }
 
 // An interactive or continuous backup of the same user holds the job back to a later pass.

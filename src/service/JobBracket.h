@@ -28,7 +28,6 @@ class JobBracket {
  private:
   void PrepareRecord();
   bool IsDisabled();
-  void OpenTray();
   bool HeldBack();
   void HoldForContinuousBackup();
   void HoldForInteractiveBackup(bool engine_runs);

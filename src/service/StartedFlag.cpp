@@ -43,7 +43,8 @@ bool StartedFlag::OtherHostIsBetweenEngineRuns() {
   const std::string trace_file = job_.installation().FolderOf(user) + "\\" + std::string{kScheduleTraceFile};
   const auto written = job_.machine().files.Modified(trace_file);
   const LocalTime now = job_.machine().clock.Now();
-  return written && *written <= now && now - *written <= kSignOfLife;
+  // A file's time may be coarser than the clock, or of before the clock was set back a little.
+  return written && *written - now <= kSignOfLife && now - *written <= kSignOfLife;
 }
 
 }  // namespace ondura

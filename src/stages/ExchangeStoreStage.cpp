@@ -4,6 +4,7 @@
 
 #include "stages/exchange_dump.h"
 #include "text/text.h"
+#include "util/folder_size.h"
 
 namespace ondura {
 
@@ -29,21 +30,6 @@ constexpr milliseconds kToolPause{2};
 constexpr milliseconds kToolEnd{10000};
 constexpr milliseconds kFolderRest{20000};
 constexpr milliseconds kBeforeConnection{10000};
-
-std::uint64_t SizeOfFolder(Folders& folders, const std::string& folder) {
-  std::uint64_t size_bytes = 0;
-  std::vector<std::string> to_do{folder};
-  while (!to_do.empty()) {
-    const std::string here = WithBackslash(to_do.back());
-    to_do.pop_back();
-    folders.List(here, [&](const FolderEntry& entry) {
-      size_bytes += entry.size_bytes;
-      if (entry.is_folder) to_do.push_back(here + std::string{entry.name});
-      return Visit::kContinue;
-    });
-  }
-  return size_bytes;
-}
 
 }  // namespace
 

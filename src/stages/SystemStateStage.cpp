@@ -4,6 +4,7 @@
 
 #include "reporting/stage_log.h"
 #include "text/text.h"
+#include "util/folder_size.h"
 
 namespace ondura {
 
@@ -31,17 +32,6 @@ constexpr std::string_view kNoFiles = " : There is NO System state backup files 
 
 std::string WithoutBackslash(std::string_view folder) {
   return std::string{folder.ends_with('\\') ? WithoutLast(folder) : folder};
-}
-
-// True when any file below the folder has a size.
-bool HoldsBytes(Folders& folders, const std::string& folder) {
-  bool holds = false;
-  folders.List(folder, [&](const FolderEntry& entry) {
-    holds =
-        entry.is_folder ? HoldsBytes(folders, folder + "\\" + std::string{entry.name}) : entry.size_bytes > 0;
-    return holds ? Visit::kStop : Visit::kContinue;
-  });
-  return holds;
 }
 
 }  // namespace
@@ -117,7 +107,7 @@ std::vector<SelectedItem> SystemStateStage::Items(JobState& state) {
   trace.User("  sysStatePath = " + sysStatePath_);
   const std::string folder = WithoutBackslash(sysStatePath_);
   state.run.dump_folder = folder;
-  if (!HoldsBytes(job_.machine().folders, folder)) trace.User(kNoFiles);
+  if (SizeOfFolder(job_.machine().folders, folder) == 0) trace.User(kNoFiles);
   return {{folder + "\\" + std::string{kBackupFile}, ItemKind::kFile}};
 }
 

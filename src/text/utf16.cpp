@@ -1,5 +1,7 @@
 #include "text/utf16.h"
 
+#include <array>
+
 namespace ondura {
 
 namespace {
@@ -79,13 +81,9 @@ void AppendUtf16(std::string& bytes, std::string_view utf8) {
       continue;
     }
     const DecodedCharacter next = DecodeWtf8(utf8.substr(at));
-    const char32_t character = next.valid ? next.character : kReplacement;
-    if (character >= 0x10000) {
-      AppendUnit(bytes, 0xD800 + ((character - 0x10000) >> 10));
-      AppendUnit(bytes, 0xDC00 + ((character - 0x10000) & 0x3FF));
-    } else {
-      AppendUnit(bytes, character);
-    }
+    std::array<char16_t, 2> units{};
+    const char16_t* end = WriteUtf16Units(next, units.data());
+    for (const char16_t* unit = units.data(); unit != end; ++unit) AppendUnit(bytes, *unit);
     at += next.bytes;
   }
 }

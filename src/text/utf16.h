@@ -23,6 +23,19 @@ DecodedCharacter DecodeWtf8(std::string_view text);
 
 void AppendUtf8(std::string& text, char32_t character);
 
+// Writes the one or two units of the character, U+FFFD for one that is not valid. Returns where the next
+// goes.
+inline char16_t* WriteUtf16Units(const DecodedCharacter& decoded, char16_t* into) {
+  const char32_t character = decoded.valid ? decoded.character : U'\uFFFD';
+  if (character < 0x10000) {
+    *into++ = static_cast<char16_t>(character);
+    return into;
+  }
+  *into++ = static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
+  *into++ = static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
+  return into;
+}
+
 // UTF-16 little endian bytes without a mark. A lone surrogate stays one; another byte that is not UTF-8
 // becomes U+FFFD.
 std::string ToUtf16(std::string_view utf8);

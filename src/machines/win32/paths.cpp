@@ -23,6 +23,11 @@ std::wstring FullForm(const std::wstring& path) {
   return full;
 }
 
+bool HasNetworkPrefix(std::wstring_view path) {
+  return path.size() >= kNoLimitNetwork.size() &&
+         _wcsnicmp(path.data(), kNoLimitNetwork.data(), kNoLimitNetwork.size()) == 0;
+}
+
 }  // namespace
 
 std::wstring WithoutLengthLimit(std::wstring path) {
@@ -34,7 +39,7 @@ std::wstring WithoutLengthLimit(std::wstring path) {
 }
 
 std::wstring WithLengthLimit(const std::wstring& path) {
-  if (path.starts_with(kNoLimitNetwork)) return L"\\" + path.substr(kNoLimitNetwork.size());
+  if (HasNetworkPrefix(path)) return L"\\" + path.substr(kNoLimitNetwork.size());
   return path.starts_with(kNoLimit) ? path.substr(kNoLimit.size()) : path;
 }
 
@@ -71,7 +76,7 @@ bool IsFolder(const std::wstring& path) {
 bool IsRoot(const std::wstring& path) {
   const std::wstring full = FullForm(path);
   std::wstring_view rest = full;
-  const bool is_network = !rest.starts_with(kNoLimit) || rest.starts_with(kNoLimitNetwork);
+  const bool is_network = !rest.starts_with(kNoLimit) || HasNetworkPrefix(rest);
   if (rest.starts_with(kNoLimit)) rest.remove_prefix((is_network ? kNoLimitNetwork : kNoLimit).size());
   const std::size_t names_of_root = is_network && full.starts_with(kNetwork) ? 2 : 1;
   std::size_t names = 0;
