@@ -113,9 +113,11 @@ class PosixProcesses : public Processes {
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override {
     CollectEnded();
     auto process = Find(static_cast<pid_t>(id));
-    // The look at the executable comes before the last test: a number that passed to another process
-    // between the two would show as ended.
-    const bool is_ours = process && ModuleOf(process->id()).has_value();
+    // A child is ours whatever it runs by now: a script may have handed over to a program of the host. The
+    // look at the executable comes before the last test: a number that passed to another process between the
+    // two would show as ended.
+    const bool is_ours = process && (std::ranges::find(children_, process) != children_.end() ||
+                                     ModuleOf(process->id()).has_value());
     if (!is_ours || process->HasEnded()) return kNoProcess;
     return Hold(std::move(process), MayTerminate(access));
   }
