@@ -1,6 +1,7 @@
 #include "machines/posix/PathMap.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include "machines/posix/host_names.h"
@@ -39,6 +40,11 @@ void AddPart(std::vector<std::string_view>& names, std::string_view part) {
   }
 }
 
+// What is too deep for the host to name it is not where a link leads.
+bool StaysWithin(const Fd& file, const std::string& folder) {
+  return RealPathOf(file).empty() || IsWithin(file, folder);
+}
+
 std::string ToWindowsForm(char letter, std::string_view host_rest) {
   std::string path{letter};
   path += ":";
@@ -65,7 +71,8 @@ std::optional<PathMap::Parts> PathMap::Split(std::string_view path) const {
   path = WithoutPrefix(path);
   if (path.size() < 2 || path[1] != ':' || DriveLetter(path[0]) == '\0') return std::nullopt;
   if (path.find('\0') != std::string_view::npos) return std::nullopt;
-  Parts parts{DriveFolder(DriveLetter(path[0])), {}};
+  const char letter = DriveLetter(path[0]);
+  Parts parts{DriveFolder(letter), {}, drives_.contains(letter)};
   path.remove_prefix(2);
   while (!path.empty()) {
     std::size_t end = 0;
@@ -143,7 +150,10 @@ Fd PathMap::OpenExisting(std::string_view path, int flags) {
   const auto parts = Split(path);
   if (!parts) return Fd{};
   const auto open = [&](const std::string& host) {
-    return (flags & O_DIRECTORY) != 0 ? OpenHost(host, flags) : OpenWithin(parts->folder, host, flags);
+    Fd file = (flags & O_DIRECTORY) != 0 ? OpenHost(host, flags) : OpenWithin(parts->folder, host, flags);
+    if (!parts->is_mapped || !file.valid() || StaysWithin(file, parts->folder)) return file;
+    errno = EACCES;
+    return Fd{};
   };
   Fd file = open(Joined(*parts, parts->names.size()));
   if (file.valid() || LastError() != HostError::kMissing) return file;

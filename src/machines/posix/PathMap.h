@@ -80,6 +80,7 @@ class PathMap {
   struct Parts {
     std::string folder;  // of the drive
     std::vector<std::string_view> names;
+    bool is_mapped = false;  // its folder is not the machine's own, and others may put links into it
   };
 
   [[nodiscard]] std::optional<Parts> Split(std::string_view path) const;

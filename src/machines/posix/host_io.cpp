@@ -159,7 +159,7 @@ std::string RealPathOf(const Fd& file) {
 
 bool IsWithin(const Fd& file, const std::string& folder) {
   const std::string real_folder = RealPathOf(OpenHost(folder, O_PATH | O_DIRECTORY));
-  return !real_folder.empty() && RealPathOf(file).starts_with(real_folder + "/");
+  return !real_folder.empty() && (RealPathOf(file) + "/").starts_with(real_folder + "/");
 }
 
 Fd OpenWithin(const std::string& folder, const std::string& path, int flags) {
