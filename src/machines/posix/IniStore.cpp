@@ -51,7 +51,11 @@ void IniStore::Remember(const std::string& host_path, Parsed parsed) {
 bool IniStore::Save(const std::string& host_path, const std::string& folder, const IniText& text,
                     const FolderLock& lock) {
   const std::string target = LinkTarget(host_path, folder);
-  return !target.empty() && WriteBeside(target, text.bytes(), lock, OnDisk::kSoon);
+  if (target.empty()) return false;
+  if (WriteBeside(target, text.bytes(), lock, OnDisk::kSoon)) return true;
+  // On a full disk a job still has to take back the result of the one before.
+  const Fd old = OpenHost(target, O_WRONLY | O_NOFOLLOW);
+  return old.valid() && WriteInPlace(old, text.bytes());
 }
 
 }  // namespace ondura

@@ -50,15 +50,6 @@ bool WriteNewFile(const std::string& path, std::string_view bytes, const struct 
   return file.Close() && written;
 }
 
-bool WriteInPlace(const Fd& file, std::string_view bytes, off_t old_size) {
-  const auto size = static_cast<off_t>(bytes.size());
-  if (size > old_size && posix_fallocate(file.get(), old_size, size - old_size) != 0) {
-    [[maybe_unused]] const int restored = ftruncate(file.get(), old_size);
-    return false;
-  }
-  return lseek(file.get(), 0, SEEK_SET) == 0 && WriteAll(file, bytes) && ftruncate(file.get(), size) == 0;
-}
-
 }  // namespace
 
 FolderLock::FolderLock(const std::string& host_file)
@@ -77,6 +68,17 @@ bool WriteBeside(const std::string& target, std::string_view bytes, const Folder
   return false;
 }
 
+bool WriteInPlace(const Fd& file, std::string_view bytes) {
+  struct stat status {};
+  if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  const auto size = static_cast<off_t>(bytes.size());
+  if (size > status.st_size && posix_fallocate(file.get(), status.st_size, size - status.st_size) != 0) {
+    [[maybe_unused]] const int restored = ftruncate(file.get(), status.st_size);
+    return false;
+  }
+  return lseek(file.get(), 0, SEEK_SET) == 0 && WriteAll(file, bytes) && ftruncate(file.get(), size) == 0;
+}
+
 bool ReplaceContent(const Fd& old, std::string_view bytes) {
   struct stat status {};
   if (fstat(old.get(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
@@ -84,7 +86,7 @@ bool ReplaceContent(const Fd& old, std::string_view bytes) {
   const auto there = StatLink(path);
   const bool is_alone = there && there->st_ino == status.st_ino && status.st_nlink == 1;
   if (is_alone && WriteBeside(path, bytes, FolderLock{path}, OnDisk::kFirst)) return true;
-  return WriteInPlace(old, bytes, status.st_size);
+  return WriteInPlace(old, bytes);
 }
 
 }  // namespace ondura

@@ -30,10 +30,13 @@ enum class OnDisk {
 };  // when the bytes have to be there: the system decides, or before the name
 bool WriteBeside(const std::string& target, std::string_view bytes, const FolderLock& lock, OnDisk when);
 
+// Writes over the content of a file in place, with the room that more bytes need set aside first, and cuts it
+// to its length last. For what must be written though the disk has no room for a second file.
+bool WriteInPlace(const Fd& file, std::string_view bytes);
+
 // Replaces the content of a file that is open for writing, by WriteBeside where that can be done. Otherwise
-// (several links, no right to the folder, no room for both) the content is written over in place, with the
-// room that it needs set aside first, and cut to its length last. False leaves the old content, unless the
-// process is killed within that.
+// (several links, no right to the folder, no room for both) by WriteInPlace. False leaves the old content,
+// unless the process is killed within that.
 bool ReplaceContent(const Fd& old, std::string_view bytes);
 
 }  // namespace ondura
