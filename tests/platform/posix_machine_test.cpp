@@ -92,6 +92,21 @@ TEST_F(PosixMachineTest, LinksToFilesOffTheDriveAreShownAsSuchAndOpenNothing) {
   EXPECT_FALSE(std::filesystem::exists(root_.path() / "made"));
 }
 
+TEST_F(PosixMachineTest, NothingIsOpenedBehindALinkToAFolderThatLeadsOffAMappedDrive) {
+  root_.Put("outside/secret", "x");
+  root_.Put("disk/inner/file", "y");
+  root_.Put("machine.ini", "[Drives]\nD=" + (root_.path() / "disk").string() + "\n");
+  std::filesystem::create_directory_symlink(root_.path() / "outside", root_.path() / "disk/out");
+  std::filesystem::create_directory_symlink("inner", root_.path() / "disk/in");
+  const PosixMachineResult made = root_.Make();
+  const Machine& machine = made.owner->machine();
+  EXPECT_FALSE(machine.folders.List(R"(D:\out)", [](const FolderEntry&) { return Visit::kContinue; }));
+  EXPECT_EQ(machine.files.Read(R"(D:\out\secret)"), std::nullopt);
+  EXPECT_FALSE(machine.files.Copy(R"(D:\OUT\secret)", R"(D:\copy)"));
+  EXPECT_TRUE(machine.folders.List("D:\\", [](const FolderEntry&) { return Visit::kContinue; }));
+  EXPECT_THAT(machine.files.Read(R"(D:\in\file)"), Optional(std::string{"y"}));
+}
+
 // A limit on the size of files stands for a full disk: what is beyond it is not written.
 class SizeLimit {
  public:
@@ -267,6 +282,16 @@ TEST_F(PosixMachineTest, ProgramsOutsideOfTheRootAreNeitherShownNorOpened) {
   }
   EXPECT_EQ(machine_.processes.OpenById(static_cast<ProcessId>(getpid()), ProcessAccess::kTerminate),
             kNoProcess);
+}
+
+TEST_F(PosixMachineTest, AChildThatRunsAProgramOfTheHostByNowCanBeOpenedAndEnded) {
+  root_.Put("C/Engine.exe", "#!/bin/sh\nexec sleep 60\n");
+  std::filesystem::permissions(root_.path() / "C/Engine.exe", std::filesystem::perms::owner_all);
+  Processes& processes = machine_.processes;
+  const ProcessHandle handle = processes.Launch({.file = R"(C:\Engine.exe)", .parameters = {}, .folder = {}});
+  const ProcessHandle opened = processes.OpenById(processes.IdOf(handle), ProcessAccess::kQueryAndTerminate);
+  EXPECT_TRUE(processes.Terminate(opened, 0));
+  EXPECT_EQ(processes.Wait(handle, kPatience), ProcessWait::kEnded);
 }
 
 TEST_F(PosixMachineTest, AnotherAccountsProcessIsInTheSnapshotAlone) {
