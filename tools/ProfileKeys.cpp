@@ -36,6 +36,10 @@ std::string ProfileKeys::Read(const ProfileKey& key) const {
   return stored;
 }
 
+bool ProfileKeys::IsStoredInOneLine(const ProfileKey& key, std::string_view value) const {
+  return StoredValue(key, value).find_first_of("\r\n") == std::string::npos;
+}
+
 bool ProfileKeys::Write(const ProfileKey& key, std::string_view value) const {
   return machine_.profiles.WriteString({FileOf(key), key.section, StoredName(key)}, StoredValue(key, value));
 }

@@ -19,6 +19,10 @@ class ProfileKeys {
   // The clear text. Empty for a missing key.
   [[nodiscard]] std::string Read(const ProfileKey& key) const;
 
+  // False for a value whose stored form would break its line: the shift makes line ends of control
+  // characters.
+  [[nodiscard]] bool IsStoredInOneLine(const ProfileKey& key, std::string_view value) const;
+
   // False when the file can't be written.
   [[nodiscard]] bool Write(const ProfileKey& key, std::string_view value) const;
 

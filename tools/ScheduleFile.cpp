@@ -57,6 +57,7 @@ void ScheduleFile::Remove(std::size_t index) {
 }
 
 bool ScheduleFile::Save() const {
+  if (is_unreadable_) return false;
   if (lines_.empty()) return !machine_.files.Exists(path_) || machine_.files.Remove(path_, Removal::kPlain);
   std::string bytes = std::string{kIdleWord}.append(kLineEnd);
   for (const auto& line : lines_) bytes.append(line).append(kLineEnd);

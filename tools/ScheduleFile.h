@@ -38,7 +38,7 @@ class ScheduleFile {
   void Clear() { lines_.clear(); }
 
   // Writes an idle file with all records, or removes the file when there is none. False when it could not,
-  // and the old bytes are put back.
+  // and the old bytes are put back, and for a file that could not be read.
   [[nodiscard]] bool Save() const;
 
  private:

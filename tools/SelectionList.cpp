@@ -19,6 +19,7 @@ bool SamePath(std::string_view left, std::string_view right) {
 SelectionList::SelectionList(const Machine& machine, std::string path)
     : machine_(machine), path_(std::move(path)) {
   const auto lines = TextFiles(machine_.files, machine_.code_page).ReadLines(path_, Encoding::kUtf16);
+  is_unreadable_ = !lines && machine_.files.Exists(path_);
   if (!lines) return;
   for (const auto& line : *lines) {
     if (!Trim(line).empty()) entries_.push_back(line);
@@ -36,6 +37,7 @@ bool SelectionList::Remove(std::string_view entry) {
 }
 
 bool SelectionList::Save() const {
+  if (is_unreadable_) return false;
   if (entries_.empty()) return !machine_.files.Exists(path_) || machine_.files.Remove(path_, Removal::kPlain);
   std::string text;
   for (const auto& entry : entries_) text.append(entry).append(kLineEnd);

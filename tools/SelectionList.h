@@ -24,13 +24,14 @@ class SelectionList {
   bool Remove(std::string_view entry);
 
   // Removes the file when the list is empty: an empty file would count as a selection. False when it could
-  // not be written.
+  // not be written, or not be read before, as its entries would be lost.
   [[nodiscard]] bool Save() const;
 
  private:
   Machine machine_;
   std::string path_;
   std::vector<std::string> entries_;
+  bool is_unreadable_ = false;
 };
 
 }  // namespace ondura

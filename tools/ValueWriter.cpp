@@ -18,6 +18,11 @@ void ValueWriter::Write(const ProfileKey& key, std::string_view value) {
   if (value.find_first_of(kLineBreakers) != std::string_view::npos) {
     throw Failure(Exit::kUsage, "the value of " + name + " must be one line");
   }
+  if (!keys_.IsStoredInOneLine(key, value)) {
+    throw Failure(Exit::kUsage,
+                  "the value of " + name +
+                      " has a control character whose stored form would break its line; leave it out");
+  }
   if (!keys_.Write(key, value)) {
     throw Failure(Exit::kFailed, "can't write " + name + "; look at the rights of the machine's data folder");
   }

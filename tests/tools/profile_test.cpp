@@ -68,7 +68,7 @@ TEST(ToolInit, LeavesTheMachineToItsOwnerAlone) {
   EXPECT_THAT(house.Run("init").err, HasSubstr("0700"));
   struct stat status {};
   for (const std::string name :
-       {"", "/machine.ini", "/C/ProgramData/Ondura/UserName.ini", "/C/ProgramData"}) {
+       {"", "/C", "/machine.ini", "/C/ProgramData/Ondura/UserName.ini", "/C/ProgramData"}) {
     ASSERT_EQ(stat((house.root() + name).c_str(), &status), 0) << name;
     EXPECT_EQ(status.st_mode & 077U, 0U) << name;
   }
@@ -116,9 +116,10 @@ TEST(ToolWarning, ComesWhereAValueIsNotHeldAsGiven) {
            {"blanks at the ends stay", "SerNM", " x ", ""},
            {"a character that has no shifted form", "SerNM", "a\xC3\xBF", "every character"},
            {"percent signs become quotes, which stay", "SerNM", "%x%", ""},
-           {"a plain value in quotes keeps them", "Interactive", "'x'", ""}}) {
+           {"a plain value in quotes keeps them", "Interactive", "'x'", ""},
+           {"a backspace would end its line and is refused", "SerNM", "a\b[x]", "break its line"}}) {
     const ToolResult result = house.Set(key, value);
-    EXPECT_EQ(result.exit, 0) << story;
+    EXPECT_EQ(result.exit, says == "break its line" ? 2 : 0) << story;
     if (says.empty()) {
       EXPECT_EQ(house.Get(key).out, value + "\n") << story;
     }

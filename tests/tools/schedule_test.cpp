@@ -1,4 +1,5 @@
 #include "ScheduleFile.h"
+#include "SelectionList.h"
 
 #include "machines/simulated/SimulatedMachine.h"
 #include "tools/ToolHouse.h"
@@ -107,7 +108,12 @@ TEST(ToolScheduleFile, KeepsEveryRecordWhenItCantBeWrittenAndIsNotMissingWhenItC
   EXPECT_FALSE((ScheduleFile{machine.machine(), path}.IsUnreadable()));
   machine.PutFile(path, bytes);
   machine.journal().Fail("Files.Read ");
-  EXPECT_TRUE((ScheduleFile{machine.machine(), path}.IsUnreadable()));
+  const ScheduleFile unread{machine.machine(), path};
+  EXPECT_TRUE(unread.IsUnreadable());
+  EXPECT_FALSE(unread.Save());
+  machine.journal().Fail("Files.Read ");
+  EXPECT_FALSE((SelectionList{machine.machine(), path}.Save()));
+  EXPECT_EQ(machine.FileBytes(path), bytes);
 }
 
 TEST(ToolScheduleFile, TellsThatATimeInThePastIsLate) {
