@@ -101,6 +101,8 @@ WalkOutcome CompareList::WalkFixedDrives() {
 WalkOutcome CompareList::WalkItem(const SelectedItem& item) {
   if (item.kind == ItemKind::kFolder) return WalkTree(item.path);
   WalkFile(item.path);
+  list_.KeepUp();
+  CheckList();
   if (failed_) return WalkOutcome::kFailed;
   if (!MustStop()) return WalkOutcome::kDone;
   Close();

@@ -38,6 +38,7 @@ TEST(CompareList, WritesPathSizeAndThreeStampsForEachFileBelowTheItem) {
   Build build;
   build.PutFile("C:\\docs\\sub\\b.txt", "");
   build.PutFile("C:\\docs\\Käse 𝄞.txt");
+  build.PutFile("C:\\docs\\t\xED\xA0\x80");  // half of a pair, which Windows allows in a name
   build.machine.disk().SetModified("C:\\docs\\sub\\b.txt", ToLocalTime({2027, 1, 1, 0, 5, 9}));
   build.PutFile("C:\\data\\Acmeann\\CompareListInput.txt");
   build.PutFile("C:\\data\\Acmeann\\TempCom\\CompareListInput7.txt");
@@ -46,12 +47,13 @@ TEST(CompareList, WritesPathSizeAndThreeStampsForEachFileBelowTheItem) {
   EXPECT_EQ(build.Walk("C:\\docs"), WalkOutcome::kDone);
   build.list.Finish();
   EXPECT_EQ(build.List(kFirstPart),
-            "C:\\docs\\Käse 𝄞.txt/5" + std::string{kStamps} +
+            "C:\\docs\\Käse 𝄞.txt/5" + std::string{kStamps} + "C:\\docs\\t\xED\xA0\x80/5" +
+                std::string{kStamps} +
                 "C:\\docs\\sub\\b.txt/0/01-01-2027 00:05:09/01-01-2027 01:05:09/12-31-2026 23:05:09\r\n");
   EXPECT_THAT(build.machine.FilesUnder(build.UserFile("TempCom")), ElementsAre(build.UserFile(kFirstPart)));
   EXPECT_EQ(build.List("CompareListInput.txt"), "(no file)");
   EXPECT_EQ(build.List("SkippedFiles.txt"), "") << "a job that ended early may have left its own";
-  EXPECT_EQ(build.List("TotalDisplaySize.txt"), "0\r\n2\r\n");
+  EXPECT_EQ(build.List("TotalDisplaySize.txt"), "0\r\n3\r\n");
 }
 
 TEST(CompareList, ReadsBreadthFirstAndRepairsABlankBeforeABackslashInTheFolderText) {
@@ -221,6 +223,9 @@ TEST(CompareList, LetsTheEngineReadWhatHasWaitedForASecondThoughNoLineComes) {
   });
   build.Walk("C:\\docs");
   EXPECT_THAT(lines, ElementsAre(1, 1, 2, 2));
+  build.machine.Advance(std::chrono::milliseconds{2000});
+  build.Walk("C:\\docs\\1", ItemKind::kFile);
+  EXPECT_EQ(lines.back(), 4U) << "a file that was chosen alone";
 }
 
 struct FailureCase {
