@@ -1,5 +1,6 @@
 #include "schedule/DBaction.h"
 
+#include "platform/forwarding.h"
 #include "schedule/BackupSetStore.h"
 #include "schedule/ResetDate.h"
 #include "schedule/rewrite.h"
@@ -115,6 +116,24 @@ TEST(ScheduleFile, ARewriteThatFailsOrCantBeLookedAtKeepsTheRecords) {
     EXPECT_EQ(house.machine.FileBytes(house.path), bytes);
     EXPECT_EQ(house.machine.UnfiredFaults(), Lines{});
   }
+}
+
+// A file that can't be replaced is written in place, which a full disk cuts short.
+struct ShortenedWrite : ForwardingFiles {
+  using ForwardingFiles::ForwardingFiles;
+  bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) override {
+    const bool is_first = std::exchange(is_first_, false);
+    return ForwardingFiles::Write(path, is_first ? bytes.substr(0, 1) : bytes, if_present) && !is_first;
+  }
+  bool is_first_ = true;
+};
+
+TEST(ScheduleFile, ARewriteThatIsCutShortIsPutBack) {
+  ScheduleHouse house;
+  house.PutSchedule("0\r\nold");
+  ShortenedWrite files{house.machine.machine().files};
+  EXPECT_FALSE(RewriteOrPutBack(files, house.path, "1\r\nnew"));
+  EXPECT_EQ(house.machine.FileBytes(house.path), "0\r\nold");
 }
 
 TEST(ScheduleFile, TellsItsCallerThatARewriteFailed) {
