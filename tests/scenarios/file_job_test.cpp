@@ -21,6 +21,21 @@ TEST(FileJobStory, ADueOccurrenceRunsOnceAndMovesOn) {
   EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
 }
 
+TEST(FileJobStory, TheHeaderWordWaitsForAToolThatChangesTheSchedule) {
+  constexpr const char* kLock = "Global\\OnduraEService machine files";
+  DueHouse house;
+  std::string word;
+  house.machine.HoldMutex(kLock);
+  // The pass itself waits for five seconds.
+  house.machine.After(std::chrono::seconds{7}, [&] {
+    house.PutSchedule("ann", {House::Daily()});
+    house.machine.LetGoOfMutex(kLock);
+  });
+  house.During(24, [&] { word = house.Bytes("scheduleData.txt").substr(0, 1); });
+  house.Tick();
+  EXPECT_EQ(word, "1") << "the tool has put the word of an idle file back";
+}
+
 TEST(FileJobStory, ADriveThatRunsFullTakesTheLocalDatabaseAway) {
   for (const std::uint64_t free_bytes : {2147483648U, 1073741823U}) {
     DueHouse house;
