@@ -244,6 +244,13 @@ TEST_F(PosixMachineTest, AnIniWriteThatDoesNotFitLeavesTheOldFile) {
   EXPECT_THAT(Names("C:\\"), ElementsAre("User.ini"));
 }
 
+TEST_F(PosixMachineTest, AnIniWriteThatHasNoRoomBesideItsFileGoesIntoIt) {
+  root_.Put("C/User.ini", "[S]\r\nKey=402\r\n");
+  root_.Put("C/" + std::string{kNewContentPrefix} + "User.ini/in the way", "");
+  EXPECT_TRUE(machine_.profiles.WriteString({R"(C:\User.ini)", "S", "Key"}, "0"));
+  EXPECT_EQ(root_.Bytes("C/User.ini"), "[S]\r\nKey=0\r\n");
+}
+
 TEST_F(PosixMachineTest, ChangesOfTwoProcessesToOneIniFileAreBothKept) {
   constexpr int kWrites = 200;
   const pid_t child = fork();
