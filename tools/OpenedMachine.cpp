@@ -37,6 +37,10 @@ OpenedMachine::OpenedMachine(const Globals& globals) : owner_(OpenMachineFolder(
 }
 
 std::vector<std::string> OpenedMachine::Users() const {
+  const std::string file = installation_.DataFile("userlist.ini");
+  if (machine().files.Exists(file) && !machine().files.Read(file)) {
+    throw Failure(Exit::kFailed, "can't read the user list '" + file + "'; look at its rights");
+  }
   std::vector<std::string> names;
   ReadUserList(machine(), installation_.VirtualPath, names);
   std::erase(names, "");
