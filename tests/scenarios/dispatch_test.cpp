@@ -174,7 +174,7 @@ TEST(DispatchStory, WhatTheUserChangesInTheScheduleDuringTheJobStaysAndNothingRu
 TEST(DispatchStory, TheCloseUpWaitsForAnEditButNotForEver) {
   const ScheduleRecord moved = House::Daily(House::kTomorrow);
   const ScheduleRecord added = House::Daily("12-24-2026 18:00:00");
-  for (const auto& [story, delay, left] : {std::tuple{"an edit under way", 7s, FileWith({added, moved})},
+  for (const auto& [story, delay, left] : {std::tuple{"an edit under way", 21s, FileWith({added, moved})},
                                            {"one that stands still", 60s, FileWith({moved})}}) {
     DueHouse house;
     house.During(16, [&] {
