@@ -24,8 +24,8 @@ constexpr const wchar_t* kFolderRights = L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;B
 // Only what the folder hands down.
 constexpr const wchar_t* kFileRights = L"O:BAD:";
 
-constexpr DWORD kMayChange = FILE_GENERIC_READ | FILE_GENERIC_WRITE | FILE_GENERIC_EXECUTE |
-                             DELETE;  // NOLINT(misc-redundant-expression)
+// NOLINTNEXTLINE(misc-redundant-expression)
+constexpr DWORD kMayChange = FILE_GENERIC_READ | FILE_GENERIC_WRITE | FILE_GENERIC_EXECUTE | DELETE;
 
 struct LocalMemory {
   void operator()(void* memory) const { LocalFree(memory); }
@@ -53,6 +53,14 @@ void SetRights(const std::string& path, const wchar_t* text, SECURITY_INFORMATIO
   std::wstring name = WidePath(path);
   const DWORD code = SetNamedSecurityInfoW(name.data(), SE_FILE_OBJECT, what, owner, nullptr, list, nullptr);
   if (code != ERROR_SUCCESS) ThrowRights(path, code);
+}
+
+// The rights would go to the folder that the link leads to.
+void RefuseLink(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(WidePath(path).c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return;
+  throw HostError(path +
+                  " is a link to another folder; remove the link, or name that folder itself with --data.");
 }
 
 // Whoever made a file could change it for ever.
@@ -84,6 +92,7 @@ void SecureDataFolder(const std::string& folder) {
   machine.processes.EnablePrivilege("SeTakeOwnershipPrivilege");
   machine.processes.EnablePrivilege("SeRestorePrivilege");
   for (const std::string& part : {path, path + "\\OxWin"}) {
+    RefuseLink(part);
     if (!machine.folders.Exists(part) && !machine.folders.Make(part)) {
       ThrowLastError("can't make the folder " + part);
     }

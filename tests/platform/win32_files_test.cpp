@@ -91,9 +91,9 @@ TEST_F(Win32FilesTest, NamesThatTheCodePageLacksAreTheirOwnInLongAndShortForm) {
 }
 
 TEST_F(Win32FilesTest, TheRootOfADriveOrShareIsOneHoweverItIsWritten) {
-  for (const wchar_t* root :
-       {LR"(C:\)", LR"(C:\x\..)", LR"(\\?\C:\)", LR"(\\server\share)", LR"(\\server\share\)",
-        LR"(\\server\share\x\..)", LR"(\\?\UNC\server\share)", L"//server/share"}) {
+  for (const wchar_t* root : {LR"(C:\)", LR"(C:\x\..)", LR"(\\?\C:\)", LR"(\\server\share)",
+                              LR"(\\server\share\)", LR"(\\server\share\x\..)", LR"(\\?\UNC\server\share)",
+                              LR"(\\?\unc\server\share)", L"//server/share"}) {
     EXPECT_TRUE(IsRoot(root)) << FromWide(root);
   }
   for (const wchar_t* folder :

@@ -177,9 +177,9 @@ TEST(DispatchStory, TheCloseUpWaitsForAnEditButNotForEver) {
   for (const auto& [story, delay, left] : {std::tuple{"an edit under way", 21s, FileWith({added, moved})},
                                            {"one that stands still", 60s, FileWith({moved})}}) {
     DueHouse house;
-    house.During(16, [&] {
+    house.During(16, [&, after = delay] {
       house.machine.HoldMutex("Global\\OnduraEService machine files");
-      house.machine.After(delay, [&] {
+      house.machine.After(after, [&] {
         house.machine.PutFile(house.UserPath("scheduleData.txt"), FileWith({added, House::Daily()}));
         house.machine.LetGoOfMutex("Global\\OnduraEService machine files");
       });
