@@ -13,7 +13,9 @@ struct Installation {
   std::string ExeLocation;
   std::string VirtualPath;
 
-  // The user being served.
+  // The user being served: the system's own state, which callers from outside read too. A pass sets it for
+  // each user in turn and leaves it at the one that is next; every path and key of a user is made with it at
+  // the moment of use, so that a change between two reads shows in the second.
   std::string CurrentUser;
 
   // Read from Configuration.ini.

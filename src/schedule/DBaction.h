@@ -32,7 +32,8 @@ class DBaction {
   // An index into ScheduleTable, or -1.
   std::int16_t SelectedRecord = -1;
 
-  // A copy of the record being handled.
+  // A copy of the record being handled: a field that callers from outside have too. The moving routines work
+  // on it in place, and the mail is made from it after the record has moved on.
   ScheduleRecord schvTemp;
 
   // The record at SelectedRecord; null where there is none, or no longer.

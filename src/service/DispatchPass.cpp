@@ -140,7 +140,7 @@ void DispatchPass::OpenPass() {
 bool DispatchPass::CleanStaleHeader() {
   const std::string path = context_.installation().UserFile(kScheduleFileName);
   const auto word = ReadHeaderWord(context_.machine().files, path);
-  if (!word || *word == "0") return false;
+  if (!word || *word == kIdleWord) return false;
   return ResetStaleHeader(context_.machine().files, path);
 }
 
@@ -229,7 +229,7 @@ std::optional<std::string> DispatchPass::LoadRecord(const std::string& path) {
   const MachineLock lock(context_.machine().mutexes, MachineLock::kPatienceOfAHost);
   const auto word = ReadHeaderWord(context_.machine().files, path);
   if (!word) return std::nullopt;
-  state.ScheduleFileBusy = Trim(*word) != "0";
+  state.ScheduleFileBusy = Trim(*word) != kIdleWord;
   state.LoadResult = context_.services().scheduler.Sch_Load_ScheduleData();
   const ScheduleRecord* selected = context_.schedule_file().Selected();
   const std::string key = selected ? selected->sortkey : "";

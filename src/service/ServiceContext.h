@@ -33,7 +33,8 @@ struct ServiceState {
   // The user's label in mail: a field of Controller that each pass sets.
   std::string UserNameLabel;
 
-  // Of the present pass.
+  // Of the present pass: whether the chosen user's job may run, and what Sch_Load_ScheduleData answered. The
+  // decision about a missed record changes both between the load and the job.
   bool RunJob = false;
   std::int16_t LoadResult = 0;
   std::optional<LocalTime> BackupStartTime;

@@ -70,7 +70,7 @@ void StartUp::const_InitUserdata(std::string_view user) {
   if (user.empty()) return;
   context_.installation().CurrentUser = user;
   context_.job.keys.WriteStatus(StatusWord::kIdle);
-  WriteHeaderWord(context_.machine().files, context_.installation().UserFile(kScheduleFileName), "0");
+  WriteHeaderWord(context_.machine().files, context_.installation().UserFile(kScheduleFileName), kIdleWord);
 }
 
 void StartUp::CapMainTrace() {
