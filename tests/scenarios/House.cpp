@@ -87,10 +87,14 @@ ScheduleRecord House::Mailing(const std::string& recordno) {
   return record;
 }
 
-void House::PutSchedule(const std::string& name, const std::vector<ScheduleRecord>& records) {
+std::string House::FileOf(const std::vector<ScheduleRecord>& records) {
   std::string text = "0\r\n";
   for (const ScheduleRecord& record : records) text += LineOfRecord(record) + "\r\n";
-  machine.PutFile(std::string{kData} + "Ondura" + name + "\\scheduleData.txt", text);
+  return text;
+}
+
+void House::PutSchedule(const std::string& name, const std::vector<ScheduleRecord>& records) {
+  machine.PutFile(std::string{kData} + "Ondura" + name + "\\scheduleData.txt", FileOf(records));
 }
 
 Component& House::Service() {

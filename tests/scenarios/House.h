@@ -36,6 +36,7 @@ class House {
   void AddUser(const std::string& user);
   // Writes the user's schedule file anew with these record lines.
   void PutSchedule(const std::string& user, const std::vector<ScheduleRecord>& records);
+  static std::string FileOf(const std::vector<ScheduleRecord>& records);
   // A daily file job whose next occurrence is at `nexttime`, and one whose end is always mailed.
   static ScheduleRecord Daily(const std::string& nexttime = kDue);
   static ScheduleRecord Mailing(const std::string& recordno = "1");
