@@ -22,6 +22,15 @@ constexpr const char* kBadPassword =
 constexpr const char* kProxy =
     "Backup Failed. You might be behind a proxy server.  Recheck the proxy ip address/port number or if the "
     "proxy server is enabled to accept connections. You might want to check with your systems administrator.";
+constexpr const char* kAllExcluded =
+    "Please note that the file(s)/folder(s) you have chosen to backup have been excluded from backup in the "
+    "'Backup' pane.";
+constexpr const char* kLocked =
+    "The user data is locked due to a recent aborted session. Please try after a few minutes.";
+constexpr const char* kElsewhere =
+    "Backup is in progress from the ip address 10.1.2.3  Wait till it is complete to begin the backup on "
+    "this "
+    "machine.";
 constexpr const char* kFailed = "Backup has failed.\r\n";
 constexpr const char* kCancelled =
     "All your files/folders could not be backed up as the scheduled job was manually canceled.\r\n";
@@ -33,76 +42,67 @@ struct MailingHouse : DueHouse {
 
 struct ResultCase {
   std::string story;
-  int result;
-  std::string code, text, status, dll_status, failure_days, sentence, error_file;
-
-  friend void PrintTo(const ResultCase& row, std::ostream* out) { *out << row.story; }
+  std::vector<int> results;
+  std::string code, text, dll_status, failure_days;
+  std::string sentence = kViewLog, error_file = "<none>";
+  std::string status = "";  // the result where empty
 };
 
-class TransferResultTest : public testing::TestWithParam<ResultCase> {};
-
-TEST_P(TransferResultTest, EndsTheJobAsItsRowSays) {
-  const ResultCase& row = GetParam();
-  SCOPED_TRACE(row.story);
-  MailingHouse house;
-  house.WriteProfile("BackupStatus", "BackupFailureDays", "4");
-  house.WriteProfile("Server", "MultipleIP", "10.1.2.3");
-  house.OnCommand(51, [&](ProgramRun& run) {
-    if (row.result == 0) return run.Exit(3);
-    house.WriteResult(row.result);
-  });
-  house.Tick();
-  const auto mail = house.LastMail();
-  ASSERT_EQ(mail.size(), 11U);
-  EXPECT_EQ(mail.at(2), row.code);
-  EXPECT_EQ(mail.at(5), row.text);
-  EXPECT_EQ(house.StatusAfterJob(), row.status);
-  EXPECT_EQ(house.Status("DLLStatus"), row.dll_status);
-  EXPECT_EQ(house.Status("BackupFailureDays"), row.failure_days);
-  EXPECT_EQ(house.Text("SchStatus.txt"), row.sentence);
-  EXPECT_EQ(house.Text("SchStatusError.txt"), row.error_file);
-  EXPECT_EQ(house.NextTime(), House::kTomorrow);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Transfer, TransferResultTest,
-    testing::Values(
-        ResultCase{"done", 402, "2", "", "402", "4", "0", kViewLog, "<none>"},
-        ResultCase{"all up to date", 426, "4", kNothingChanged, "426", "3", "0", kViewLog, "<none>"},
-        ResultCase{"the engine died and wrote nothing", 0, "4", "", "0", "4", "4", kViewLog, "<none>"},
-        ResultCase{"the engine ended abnormally", -1, "4", "", "-1", "4", "4", kViewLog, "<none>"},
-        ResultCase{"a wrong account password has no row of its own", -403, "4", "", "-403", "4", "4", "",
+TEST(EngineResultStory, TheResultOfTheTransferEndsTheJobAsItsRowSays) {
+  for (const ResultCase& row :
+       {ResultCase{"done", {402}, "2", "", "4", "0"},
+        ResultCase{"all up to date", {426}, "4", kNothingChanged, "3", "0"},
+        ResultCase{"no result, an abnormal end, an unknown number", {0, -1, -77}, "4", "", "4", "4"},
+        ResultCase{"a wrong account password", {-403}, "4", "", "4", "4", "", kFailed},
+        ResultCase{"no connection, or a wrong encryption password, which loses its own text",
+                   {-404, -405, -504, -12009},
+                   "3",
+                   kUnable,
+                   "3",
+                   "5"},
+        ResultCase{"nothing selected",
+                   {-409},
+                   "4",
+                   "Please select one or more file(s)/folder(s) to backup.",
+                   "3",
+                   "0",
+                   kViewLog,
                    kFailed},
-        ResultCase{"a wrong encryption password loses its own text", -404, "3", kUnable, "-404", "3", "5",
-                   kViewLog, "<none>"},
-        ResultCase{"connection class", -405, "3", kUnable, "-405", "3", "5", kViewLog, "<none>"},
-        ResultCase{"nothing selected", -409, "4", "Please select one or more file(s)/folder(s) to backup.",
-                   "-409", "3", "0", kViewLog, kFailed},
-        ResultCase{"nothing new", -411, "2", kNothingChanged, "-411", "3", "0", kViewLog, "<none>"},
-        ResultCase{"cancelled", -414, "4", "", "-414", "3", "0", kCancelled, "<none>"},
-        ResultCase{"cannot connect", -416, "3", kUnable, "-416", "3", "5", kViewLog, kFailed},
-        ResultCase{"nothing new keeps the engine state", -418, "2", kNothingChanged, "-418", "4", "0",
-                   kViewLog, "<none>"},
-        ResultCase{"cancelled by the server", -424, "4", "", "-424", "3", "0", kCancelled, "<none>"},
-        ResultCase{"nothing new in the selection", -425, "2", kNothingChanged, "-425", "3", "0", kViewLog,
-                   "<none>"},
-        ResultCase{"all excluded", -426, "4",
-                   "Please note that the file(s)/folder(s) you have chosen to backup have been excluded from "
-                   "backup in the 'Backup' pane.",
-                   "-426", "3", "0", kViewLog, "<none>"},
-        ResultCase{"account data locked", -429, "4",
-                   "The user data is locked due to a recent aborted session. Please try after a few minutes.",
-                   "1", "3", "5", kViewLog, "<none>"},
-        ResultCase{
-            "runs on another machine", -434, "4",
-            "Backup is in progress from the ip address 10.1.2.3  Wait till it is complete to begin the "
-            "backup on this machine.",
-            "1", "3", "5", kViewLog, "<none>"},
-        ResultCase{"connection lost", -504, "3", kUnable, "-504", "3", "5", kViewLog, "<none>"},
-        ResultCase{"some files failed", -1001, "4", "One or More files could not be backed up.", "-1001", "3",
-                   "0", kViewLog, kFailed},
-        ResultCase{"proxy failure", -12009, "3", kUnable, "-12009", "3", "5", kViewLog, "<none>"},
-        ResultCase{"a number that nobody knows", -77, "4", "", "-77", "4", "4", kViewLog, "<none>"}));
+        ResultCase{"nothing new", {-411, -425}, "2", kNothingChanged, "3", "0"},
+        ResultCase{"cancelled, or cancelled by the server", {-414, -424}, "4", "", "3", "0", kCancelled},
+        ResultCase{"cannot connect", {-416}, "3", kUnable, "3", "5", kViewLog, kFailed},
+        ResultCase{"nothing new keeps the engine state", {-418}, "2", kNothingChanged, "4", "0"},
+        ResultCase{"all excluded", {-426}, "4", kAllExcluded, "3", "0"},
+        ResultCase{"account data locked", {-429}, "4", kLocked, "3", "5", kViewLog, "<none>", "1"},
+        ResultCase{"runs on another machine", {-434}, "4", kElsewhere, "3", "5", kViewLog, "<none>", "1"},
+        ResultCase{"some files failed",
+                   {-1001},
+                   "4",
+                   "One or More files could not be backed up.",
+                   "3",
+                   "0",
+                   kViewLog,
+                   kFailed}}) {
+    for (const int result : row.results) {
+      SCOPED_TRACE(row.story + " " + std::to_string(result));
+      MailingHouse house;
+      house.WriteProfile("BackupStatus", "BackupFailureDays", "4");
+      house.WriteProfile("Server", "MultipleIP", "10.1.2.3");
+      house.OnCommand(51, [&](ProgramRun& run) { result == 0 ? run.Exit(3) : house.WriteResult(result); });
+      house.Tick();
+      const auto mail = house.LastMail();
+      ASSERT_EQ(mail.size(), 11U);
+      EXPECT_EQ(mail.at(2), row.code);
+      EXPECT_EQ(mail.at(5), row.text);
+      EXPECT_EQ(house.StatusAfterJob(), row.status.empty() ? std::to_string(result) : row.status);
+      EXPECT_EQ(house.Status("DLLStatus"), row.dll_status);
+      EXPECT_EQ(house.Status("BackupFailureDays"), row.failure_days);
+      EXPECT_EQ(house.Text("SchStatus.txt"), row.sentence);
+      EXPECT_EQ(house.Text("SchStatusError.txt"), row.error_file);
+      EXPECT_EQ(house.NextTime(), House::kTomorrow);
+    }
+  }
+}
 
 struct EarlyCase {
   std::string story;
@@ -110,34 +110,11 @@ struct EarlyCase {
   std::string code, text, error_file;
   bool clears_password;
   std::size_t engine_runs;
-
-  friend void PrintTo(const EarlyCase& row, std::ostream* out) { *out << row.story; }
 };
 
-class EarlyResultTest : public testing::TestWithParam<EarlyCase> {};
-
-TEST_P(EarlyResultTest, EndsTheJobBeforeTheTransfer) {
-  const EarlyCase& row = GetParam();
-  SCOPED_TRACE(row.story);
-  MailingHouse house;
-  house.WriteMethod("1");
-  house.Answer(row.command, row.result);
-  house.Tick();
-  EXPECT_EQ(house.Commands().size(), row.engine_runs);
-  const auto mail = house.LastMail();
-  ASSERT_EQ(mail.size(), 11U);
-  EXPECT_EQ(mail.at(2), row.code);
-  EXPECT_EQ(mail.at(5), row.text);
-  EXPECT_EQ(house.Text("SchStatusError.txt"), row.error_file);
-  EXPECT_EQ(house.Status("BackupFailureDays"), "1");
-  EXPECT_EQ(house.Service().transfer().Trf_ReadUserProfile("password").empty(), row.clears_password);
-  EXPECT_EQ(house.SessionFiles().size(), 1U);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Command, EarlyResultTest,
-    testing::Values(
-        EarlyCase{"no connection after ten tries", 24, -416, "3", kUnable, kFailed, false, 10},
+TEST(EngineResultStory, ACommandBeforeTheTransferEndsTheJob) {
+  for (const EarlyCase& row :
+       {EarlyCase{"no connection after ten tries", 24, -416, "3", kUnable, kFailed, false, 10},
         EarlyCase{"proxy failure after ten tries", 24, -12008, "3", kProxy, "<none>", false, 10},
         EarlyCase{"a wrong password is cleared at once", 24, -403, "3", kBadPassword, kFailed, true, 1},
         EarlyCase{"a wrong encryption password", 24, -404, "3", kBadEncryption, "<none>", false, 1},
@@ -147,7 +124,23 @@ INSTANTIATE_TEST_SUITE_P(
         EarlyCase{"no connection passes the engine's result out", 28, -416, "-416",
                   "Connection Failed. Unable to connect to the server. Try later.", kFailed, false, 2},
         EarlyCase{"a wrong password is cleared and shown", 28, -403, "-403", kBadPassword, "<none>", true, 2},
-        EarlyCase{"proxy failure", 28, -12010, "-12010", kProxy, "<none>", false, 2}));
+        EarlyCase{"proxy failure", 28, -12010, "-12010", kProxy, "<none>", false, 2}}) {
+    SCOPED_TRACE(row.story);
+    MailingHouse house;
+    house.WriteMethod("1");
+    house.Answer(row.command, row.result);
+    house.Tick();
+    EXPECT_EQ(house.Commands().size(), row.engine_runs);
+    const auto mail = house.LastMail();
+    ASSERT_EQ(mail.size(), 11U);
+    EXPECT_EQ(mail.at(2), row.code);
+    EXPECT_EQ(mail.at(5), row.text);
+    EXPECT_EQ(house.Text("SchStatusError.txt"), row.error_file);
+    EXPECT_EQ(house.Status("BackupFailureDays"), "1");
+    EXPECT_EQ(house.Service().transfer().Trf_ReadUserProfile("password").empty(), row.clears_password);
+    EXPECT_EQ(house.SessionFiles().size(), 1U);
+  }
+}
 
 TEST(EngineResultStory, AnEndOfTheScheduleRemovesItWithoutCloseUpOrMail) {
   for (const int result : {-507, -514}) {
