@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "job/job_texts.h"
+#include "job/size_abort.h"
 #include "road_house.h"
 
 namespace ondura {
@@ -13,44 +14,57 @@ using namespace std::chrono_literals;
 // The session log is made anew, gets a further block, or a further line after a blank one.
 enum class Log { kNew, kBlock, kLine };
 
+using Arrange = std::function<void(RoadHouse&)>;
+
 struct AbortCase {
   std::string story;
   std::string method;  // key DB
-  std::function<void(RoadHouse&)> arrange;
+  Arrange arrange;
   std::vector<int> commands;
-  std::string trace;
+  std::string_view trace;
   Log log = Log::kNew;
-  bool ends_programs = true;
   bool in_transfer = false;
-
-  friend void PrintTo(const AbortCase& row, std::ostream* out) { *out << row.story; }
+  bool ends_programs = true;
 };
 
 void Abort(RoadHouse& house) { house.SetStatus("Status", "5"); }
 
 // The engine goes on for ever, and the abort is asked for at its start or after `delay`.
-std::function<void(RoadHouse&)> During(int command, std::chrono::milliseconds delay = 1500ms) {
+Arrange During(int command, std::chrono::milliseconds delay = 1500ms, void (*act)(RoadHouse&) = Abort) {
   return [=](RoadHouse& house) {
-    house.OnCommand(command, [&house, delay](ProgramRun& run) {
+    house.OnCommand(command, [&house, delay, act](ProgramRun& run) {
       run.NeverEnds();
-      delay == 0ms ? Abort(house) : run.After(delay, [&house] { Abort(house); });
+      delay == 0ms ? act(house) : run.After(delay, [&house, act] { act(house); });
     });
   };
 }
 
 // The engine ends within the pass that listens for it, so that the next test on the road meets the abort.
-std::function<void(RoadHouse&)> AtEndOf(int command, std::chrono::milliseconds delay, int result = 402) {
+Arrange AtEndOf(int command, std::chrono::milliseconds delay, int result = 402,
+                void (*act)(RoadHouse&) = Abort) {
   return [=](RoadHouse& house) {
-    house.OnCommand(command, [&house, delay, result](ProgramRun& run) {
-      house.Answer(run, result, delay, [&house] { Abort(house); });
+    house.OnCommand(command, [&house, delay, result, act](ProgramRun& run) {
+      house.Answer(run, result, delay, [&house, act] { act(house); });
     });
   };
 }
 
-class AbortTest : public testing::TestWithParam<AbortCase> {};
+void EndByHost(RoadHouse& house) { house.progress.EndProgress(); }
 
-TEST_P(AbortTest, LeavesWhatItsPlaceAsksFor) {
-  const AbortCase& row = GetParam();
+// The local database is given up for want of space.
+void WithoutSpace(RoadHouse& house) {
+  house.machine.disk().SetFreeBytes("C:\\", 1073741823);
+  AtEndOf(24, 2s, 402, [](RoadHouse& late) { late.machine.After(2500ms, [&late] { Abort(late); }); })(house);
+}
+
+Arrange InTransferOf(const char* file, std::string_view text) {
+  return [=](RoadHouse& house) {
+    house.PutText(file, text);
+    During(51, 0ms)(house);
+  };
+}
+
+void ExpectAbort(const AbortCase& row) {
   std::string path;
   // The second time the log's name is known, and a file of that name is there already.
   for (const bool log_is_there : {false, true}) {
@@ -75,7 +89,7 @@ TEST_P(AbortTest, LeavesWhatItsPlaceAsksFor) {
     EXPECT_FALSE(house.Status("SchEndTime").empty());
 
     const bool in_walk = row.trace == "Aborted...";
-    EXPECT_THAT(house.Text("ScheduleTraceFile.txt"), testing::HasSubstr(row.trace + "\r\n"));
+    EXPECT_THAT(house.Text("ScheduleTraceFile.txt"), testing::HasSubstr(std::string{row.trace} + "\r\n"));
     const std::string main_trace = FromUtf16(house.Bytes("C:\\all data\\ScheduleTraceFile.txt"));
     EXPECT_EQ(main_trace.find(row.trace) != std::string::npos, !in_walk) << main_trace;
     EXPECT_TRUE(!row.in_transfer || house.Status("RetValue") == (in_walk ? "402" : "0"));
@@ -95,100 +109,56 @@ TEST_P(AbortTest, LeavesWhatItsPlaceAsksFor) {
   }
 }
 
-const std::string kText28{job_texts::kAborted28};
+TEST(AbortTest, LeavesWhatItsPlaceAsksFor) {
+  using namespace job_texts;
+  const std::vector<int> port{24};
+  const std::vector<int> list{24, 28};
+  const std::vector<int> check{24, 28, 30};
+  const std::vector<int> transfer{24, 51};
+  const std::string_view in_walk = "Aborted...";
+  const auto in_file = InTransferOf("atbkupfolderlist.txt", "C:\\Docs\\a.txt\r\n");
+  const auto in_endings = InTransferOf("AutoFileSelection.txt", "1\r\n.txt\r\n");
+  for (const AbortCase& row : {
+           AbortCase{"command 24 runs", "0", During(24), port, kAborted28},
+           {"between two tries", "0", AtEndOf(24, 1100ms, -405), port, kAborted28},
+           {"after the port number, by the host", "0", AtEndOf(24, 2s, 402, EndByHost), port, kAbortedPort},
+           {"the local database is given up", "0", WithoutSpace, port, kAbortedBefore28},
+           {"command 28 runs", "1", During(28), list, kAborted28},
+           {"command 28 runs, by the host", "1", During(28, 1s, EndByHost), list, kAborted28},
+           {"after the contents", "1", AtEndOf(28, 2100ms), list, kAbortedContents},
+           {"the local database is checked", "1", During(30), check,
+            "User aborted scheduled backup 30 in progress", Log::kNew, false, false},
+           {"before the transfer", "1", AtEndOf(30, 2100ms), check, kAborted28},
+           {"within a folder of the walk", "0", During(51, 0ms), transfer, in_walk, Log::kLine, true},
+           {"after a file of the walk", "0", in_file, transfer, in_walk, Log::kBlock, true},
+           {"in the walk of an automatic selection", "0", in_endings, transfer, in_walk, Log::kLine, true},
+           {"after the input", "1", During(51, 0ms), {24, 28, 30, 51}, kAbortedInput, Log::kBlock, true},
+       }) {
+    SCOPED_TRACE(row.story);
+    ExpectAbort(row);
+  }
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Job, AbortTest,
-    testing::Values(AbortCase{"command 24 runs", "0", During(24), {24}, kText28},
-                    AbortCase{"between two tries", "0", AtEndOf(24, 1100ms, -405), {24}, kText28},
-                    AbortCase{"after the port number, by the host",
-                              "0",
-                              [](RoadHouse& house) {
-                                house.OnCommand(24, [&house](ProgramRun& run) {
-                                  house.Answer(run, 402, 2s, [&house] { house.progress.EndProgress(); });
-                                });
-                              },
-                              {24},
-                              std::string{job_texts::kAbortedPort}},
-                    AbortCase{"the local database is given up for want of space",
-                              "0",
-                              [](RoadHouse& house) {
-                                house.machine.disk().SetFreeBytes("C:\\", 1073741823);
-                                house.OnCommand(24, [&house](ProgramRun& run) {
-                                  house.Answer(run, 402);
-                                  house.machine.After(4500ms, [&house] { Abort(house); });
-                                });
-                              },
-                              {24},
-                              std::string{job_texts::kAbortedBefore28}},
-                    AbortCase{"command 28 runs", "1", During(28), {24, 28}, kText28},
-                    AbortCase{"command 28 runs, by the host",
-                              "1",
-                              [](RoadHouse& house) {
-                                house.OnCommand(28, [&house](ProgramRun& run) {
-                                  run.NeverEnds();
-                                  run.After(1s, [&house] { house.progress.EndProgress(); });
-                                });
-                              },
-                              {24, 28},
-                              kText28},
-                    AbortCase{"after the contents",
-                              "1",
-                              AtEndOf(28, 2100ms),
-                              {24, 28},
-                              std::string{job_texts::kAbortedContents}},
-                    AbortCase{"the local database is checked",
-                              "1",
-                              During(30),
-                              {24, 28, 30},
-                              "User aborted scheduled backup 30 in progress",
-                              Log::kNew,
-                              false},
-                    AbortCase{"before the transfer", "1", AtEndOf(30, 2100ms), {24, 28, 30}, kText28},
-                    AbortCase{"within a folder of the walk",
-                              "0",
-                              During(51, 0ms),
-                              {24, 51},
-                              "Aborted...",
-                              Log::kLine,
-                              true,
-                              true},
-                    AbortCase{"behind a file of the walk",
-                              "0",
-                              [](RoadHouse& house) {
-                                house.PutText("atbkupfolderlist.txt", "C:\\Docs\\a.txt\r\n");
-                                During(51, 0ms)(house);
-                              },
-                              {24, 51},
-                              "Aborted...",
-                              Log::kBlock,
-                              true,
-                              true},
-                    AbortCase{"in the walk of an automatic selection",
-                              "0",
-                              [](RoadHouse& house) {
-                                house.machine.PutFile(house.UserFile("AutoFileSelection.txt"),
-                                                      "1\r\n.txt\r\n");
-                                During(51, 0ms)(house);
-                              },
-                              {24, 51},
-                              "Aborted...",
-                              Log::kLine,
-                              true,
-                              true},
-                    AbortCase{"after the input",
-                              "1",
-                              During(51, 0ms),
-                              {24, 28, 30, 51},
-                              std::string{job_texts::kAbortedInput},
-                              Log::kBlock,
-                              true,
-                              true}),
-    [](const auto& row) {
-      std::string name = row.param.story;
-      std::erase_if(name, [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; });
-      return name;
-    });
+TEST(LeaveSizeCalculation, TellsTheUserEndsTheEngineAndCleansUp) {
+  JobHouse house;
+  house.machine.PutProcess(RoadHouse::kEngine);
+  house.machine.PutFile(house.UserFile("MappedDriveInput.txt"), "x");
+  house.job.temp_folder.CreateTempFolder("ann", "S");
+  LeaveSizeCalculation(house.job);
+  const std::string text = "You have aborted the scheduled backup job that was in progress.";
+  const std::string log = house.UserFile("Session\\Scheduled 11-14-2026 12-30-00.txt");
+  EXPECT_EQ(house.job.state.run.result_text, text);
+  EXPECT_TRUE(house.job.state.run.cancelled);
+  EXPECT_EQ(FromUtf16(house.Bytes(log)), " \r\n11-14-2026 12-30-00  " + text + "\r\n");
+  EXPECT_EQ(house.Status("Status"), "3");
+  EXPECT_TRUE(
+      house.Text("ScheduleTraceFile.txt")
+          .starts_with("ScheduleCancelled 1\r\nAborted...\r\n11-14-2026 12:30:00 " + text + log + "\r\n"));
+  EXPECT_EQ(house.Text("SchStatus.txt"), std::string{job_texts::kManualCancel} + "\r\n");
+  EXPECT_FALSE(house.ports.folders.Exists(house.job.temp_folder.GetTempFolderPath()));
+  EXPECT_EQ(house.Text("MappedDriveInput.txt"), "<none>");
+  EXPECT_FALSE(house.machine.IsRunning("OxClsClient.exe"));
+}
 
 }  // namespace
 }  // namespace ondura
