@@ -38,44 +38,30 @@ TEST(Quota, StartsBelowZeroAndTakesTheMarkerForOneMoreGigabyte) {
   }
 }
 
-struct WindowCase {
-  std::string story, notification, default_user;
-  double code;
-  std::string window, window_of_message;
-
-  friend void PrintTo(const WindowCase& row, std::ostream* out) { *out << row.story; }
-};
-
-class StatusWindowTest : public testing::TestWithParam<WindowCase>, protected JobHouse {
- protected:
-  StatusWindowTest() {
-    transfer.Trf_WriteUserNameProfile("Scheduled", "ann ");
-    transfer.Trf_WriteUserNameRegistryProfile("Default User name",
-                                              ciphers.ShiftEncode(GetParam().default_user));
-    SetProfile("BackupStatus", "DesktopNotification", GetParam().notification);
-    SetProfile("BackupStatus", "StatusWindow", "as it was");
+TEST(StatusWindow, OpensForTheDefaultUsersJobAndForAMessageToo) {
+  using Row = std::tuple<const char*, const char*, const char*, double, const char*, const char*>;
+  for (const auto& [story, notification, default_user, code, window, window_of_message] :
+       {Row{"wanted", "1", "ann", 1, "1", "1"}, Row{"wanted where nothing is said", "", "ann", 402, "1", "1"},
+        Row{"not the default user's", "1", "bob", 1, "as it was", "as it was"},
+        Row{"switched off", "0", "ann", 1, "0", "as it was"},
+        Row{"the quota overrides the switch", "0", "ann", -432, "1", "as it was"},
+        Row{"but for another user", "0", "bob", -432, "as it was", "as it was"}}) {
+    SCOPED_TRACE(story);
+    for (const bool is_message : {false, true}) {
+      JobHouse house;
+      house.transfer.Trf_WriteUserNameProfile("Scheduled", "ann ");
+      house.transfer.Trf_WriteUserNameRegistryProfile("Default User name",
+                                                      house.ciphers.ShiftEncode(default_user));
+      house.SetProfile("BackupStatus", "DesktopNotification", notification);
+      house.SetProfile("BackupStatus", "StatusWindow", "as it was");
+      JobEndStatus& status = house.job.end_status;
+      is_message ? status.WriteJobMessage("text", JobEndStatus::Target::kStatusFile, 1)
+                 : status.WriteJobEndStatus(EngineResult{code});
+      EXPECT_EQ(house.Status("StatusWindow"), is_message ? window_of_message : window);
+      EXPECT_EQ(house.Status("StatusMessageIndicaton"), !is_message && code == -432 ? "2" : "1");
+    }
   }
-};
-
-TEST_P(StatusWindowTest, OpensForTheDefaultUsersJob) {
-  job.end_status.WriteJobEndStatus(EngineResult{GetParam().code});
-  EXPECT_EQ(Status("StatusWindow"), GetParam().window) << GetParam().story;
-  EXPECT_EQ(Status("StatusMessageIndicaton"), GetParam().code == -432 ? "2" : "1") << GetParam().story;
 }
-
-TEST_P(StatusWindowTest, OpensForAMessageToo) {
-  job.end_status.WriteJobMessage("text", JobEndStatus::Target::kStatusFile, 1);
-  EXPECT_EQ(Status("StatusWindow"), GetParam().window_of_message) << GetParam().story;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    JobEnd, StatusWindowTest,
-    testing::Values(WindowCase{"wanted", "1", "ann", 1, "1", "1"},
-                    WindowCase{"wanted where nothing is said", "", "ann", 402, "1", "1"},
-                    WindowCase{"not the default user's", "1", "bob", 1, "as it was", "as it was"},
-                    WindowCase{"switched off", "0", "ann", 1, "0", "as it was"},
-                    WindowCase{"the quota overrides the switch", "0", "ann", -432, "1", "as it was"},
-                    WindowCase{"but for another user", "0", "bob", -432, "as it was", "as it was"}));
 
 TEST(JobMessage, GoesIntoTheFileAskedForAndBeginsALog) {
   for (const bool to_status : {true, false}) {

@@ -90,24 +90,22 @@ TEST(PortWaitTest, GivesUpAfterThreeHundredPasses) {
   EXPECT_EQ(house.machine.Elapsed(), 300 * 1300ms + 1s);
 }
 
+// There is no engine any more once it has answered this command.
+std::function<void(RoadHouse&)> NoEngineAfter(int command) {
+  return [=](RoadHouse& house) {
+    house.OnCommand(command, [&house](ProgramRun& run) {
+      house.Answer(run, 402, 2s, [&house] { house.machine.RemoveProgram(RoadHouse::kEngine); });
+    });
+  };
+}
+
 // A user's trace that is fresh tells the other host that a job without an engine is alive.
 TEST(LifeTest, NoWaitOfAJobIsSilentForTwoMinutes) {
   using Row = std::tuple<const char*, const char*, std::function<void(RoadHouse&)>>;
   for (const auto& [story, method, arrange] :
        {Row{"no engine for 24 and 51", "0",
             [](RoadHouse& house) { house.machine.RemoveProgram(RoadHouse::kEngine); }},
-        Row{"no engine for 28", "1",
-            [](RoadHouse& house) {
-              house.OnCommand(24, [&house](ProgramRun& run) {
-                house.Answer(run, 402, 2s, [&house] { house.machine.RemoveProgram(RoadHouse::kEngine); });
-              });
-            }},
-        Row{"no engine for 16", "0",
-            [](RoadHouse& house) {
-              house.OnCommand(51, [&house](ProgramRun& run) {
-                house.Answer(run, 402, 2s, [&house] { house.machine.RemoveProgram(RoadHouse::kEngine); });
-              });
-            }},
+        Row{"no engine for 28", "1", NoEngineAfter(24)}, Row{"no engine for 16", "0", NoEngineAfter(51)},
         Row{"another program's scan", "1",
             [](RoadHouse& house) {
               house.SetProfile("REALTIME", "WatcherStatus", "1");
