@@ -85,6 +85,8 @@ TEST(ToolScheduleFile, RefusesWhatTheFileOrItsReaderCantTake) {
   EXPECT_THAT(house.Run("schedule add ann --at now --name '\xE5\xB9\xB4'").err, HasSubstr("code page"));
   EXPECT_THAT(house.Run("schedule remove ann 0").err, HasSubstr("1 to 32767"));
   EXPECT_EQ(house.Run("schedule list ann").err, "");
+  EXPECT_THAT(house.Run("schedule add ann --at '2001-01-01 00:00'").err, HasSubstr("in the past"));
+  EXPECT_EQ(house.Run("schedule add ann --at now --kind sql").err, "");
   house.PutForAnn("scheduleData.txt", "0\r\n" + Separated("1|s|x|t|0|u||1|0||4|0") + "\r\n");
   EXPECT_THAT(house.Run("schedule list ann").err, HasSubstr("1 line(s) of the schedule file have no time"));
 }
@@ -114,12 +116,6 @@ TEST(ToolScheduleFile, KeepsEveryRecordWhenItCantBeWrittenAndIsNotMissingWhenItC
   machine.journal().Fail("Files.Read ");
   EXPECT_FALSE((SelectionList{machine.machine(), path}.Save()));
   EXPECT_EQ(machine.FileBytes(path), bytes);
-}
-
-TEST(ToolScheduleFile, TellsThatATimeInThePastIsLate) {
-  const AnnHouse house;
-  EXPECT_THAT(house.Run("schedule add ann --at '2001-01-01 00:00'").err, HasSubstr("in the past"));
-  EXPECT_EQ(house.Run("schedule add ann --at now --kind sql").err, "");
 }
 
 }  // namespace
