@@ -1,7 +1,6 @@
 #include <sys/resource.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "tools/ToolHouse.h"
 
@@ -30,16 +29,13 @@ TEST(ToolSelect, WritesPathsAsTheJobReadsThem) {
       << "an empty file would count as a selection";
 }
 
-TEST(ToolSelect, AddsNothingWhenOneOfThePathsIsMissingOrEndsInABlank) {
+TEST(ToolSelect, AddsNothingWhenAPathIsMissingOrEndsInABlankAndExcludesFilesApart) {
   const AnnHouse house;
-  EXPECT_EQ(house.Run("select ann 'D:\\notes.txt' 'D:\\gone'").exit, 1);
-  std::ofstream{house.root() + "/C/blank "} << "x";
-  EXPECT_EQ(house.Run("select ann 'D:\\notes.txt' 'C:\\blank '").exit, 1) << "whoever reads the list trims";
+  house.Put("C/blank ", "x");
+  for (const char* path : {"D:\\gone", "C:\\blank "}) {  // whoever reads the list trims
+    EXPECT_EQ(house.Run("select ann 'D:\\notes.txt' " + Quoted(path)).exit, 1);
+  }
   EXPECT_EQ(house.Run("select ann --list --json").out, "[]\n");
-}
-
-TEST(ToolExclude, KeepsFoldersAndFilesApart) {
-  const AnnHouse house;
   ASSERT_EQ(house.Run("exclude ann 'D:\\Documents' 'D:\\notes.txt'").exit, 0);
   EXPECT_EQ(house.OfAnn("atbkupExcludelist.txt"), Utf16("D:\\Documents\\\r\n"));
   EXPECT_EQ(house.OfAnn("atbkupExcludeFilePath.txt"), Utf16("D:\\notes.txt\r\n"));
@@ -91,19 +87,18 @@ TEST(ToolStatus, TellsHowTheLastJobEndedAndWhatIsNext) {
                     HasSubstr("\"time\": \"2090-11-14 06:05\""), HasSubstr("\"Percentage\": \"42\"")));
 }
 
-TEST(ToolStatus, SaysWhatCameOfAnEngineWithoutAResult) {
+TEST(ToolStatus, SaysWhatCameOfAnEngineWithoutAResultAndWhatTheHostHasNoted) {
   const AnnHouse house;
-  house.Set("RetValue", "0");
-  EXPECT_THAT(house.Run("status").out, HasSubstr("last job  no result yet (0)\n"));
-  house.Set("Status", "1");
-  EXPECT_THAT(house.Run("status").out, HasSubstr("the job was cut off before it had a result (0)\n"));
-  house.Set("Status", "4");
-  house.Set("SchEndTime", "11-14-2026 12:31:08");
-  EXPECT_THAT(house.Run("status").out, HasSubstr("the engine ended without a result (0), ended 11-14"));
-}
-
-TEST(ToolStatus, ShowsWhatTheHostHasNoted) {
-  const AnnHouse house;
+  for (const auto& [status, end_time, words] :
+       {std::tuple{"0", "", "last job  no result yet (0)\n"},
+        {"1", "", "the job was cut off before it had a result (0)\n"},
+        {"4", "11-14-2026 12:31:08", "the engine ended without a result (0), ended 11-14"}}) {
+    for (const auto& [key, value] :
+         {std::pair{"RetValue", "0"}, {"Status", status}, {"SchEndTime", end_time}}) {
+      house.Set(key, value);
+    }
+    EXPECT_THAT(house.Run("status").out, HasSubstr(words));
+  }
   house.Put("C/ProgramData/Ondura/HostState.ini",
             "[Host]\r\nWaits=No pass: no engine.\r\n[EngineEnded]\r\nann=it ran too long\r\n");
   EXPECT_THAT(house.Run("status").out, AllOf(HasSubstr("host: No pass: no engine.\nann\n"),
