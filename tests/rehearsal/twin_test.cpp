@@ -15,13 +15,17 @@ bool Runs(Rehearsal& house, std::string_view base_name) {
                              [&](const ProcessEntry& entry) { return entry.base_name == base_name; });
 }
 
+bool Awaits(const std::function<bool()>& is_so) {
+  for (int look = 0; look < 400 && !is_so(); ++look)
+    std::this_thread::sleep_for(std::chrono::milliseconds{50});
+  return is_so();
+}
+
 TEST(TwinTest, IsAProgramOfItsMachineUnderTheConfiguredName) {
   Rehearsal house;
   HostProcess twin(house.HostRoot(), "background", "100000");
-  for (int look = 0; look < 200 && !Runs(house, "OnduraBackground.exe"); ++look) {
-    std::this_thread::sleep_for(std::chrono::milliseconds{50});
-  }
-  EXPECT_TRUE(Runs(house, "OnduraBackground.exe")) << "the service would take over from a twin that lives";
+  EXPECT_TRUE(Awaits([&] { return Runs(house, "OnduraBackground.exe"); }))
+      << "the service would take over from a twin that lives";
   EXPECT_EQ(HostProcess(house.HostRoot(), "background", "1").Finish(), 3) << "one twin at a time";
   EXPECT_EQ(twin.Stop(), 0);
   EXPECT_FALSE(Runs(house, "OnduraBackground.exe"));
@@ -37,12 +41,6 @@ TEST(TwinTest, AServiceThatIsKilledLeavesItsPlaceToTheNext) {
     EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 3);
   }
   EXPECT_EQ(HostProcess(house.HostRoot(), "service", "1").Finish(), 0);
-}
-
-bool Awaits(const std::function<bool()>& is_so) {
-  for (int look = 0; look < 400 && !is_so(); ++look)
-    std::this_thread::sleep_for(std::chrono::milliseconds{50});
-  return is_so();
 }
 
 TEST(HostTest, TakesItsEngineAlongWhenItIsKilled) {
