@@ -171,7 +171,6 @@ TEST(CompareListTest, EndsAbnormallyWhereAnAnnouncedPartIsMissing) {
   house.PutLines("atbkupfolderlist.txt", {kDocuments});
   house.PutFile(kDocuments + "one.txt", "1");
   WriteCompareList(house, {kDocuments + "one.txt"});
-  house.SetStatus("CompareListCount", "0");
   house.SetStatus("StatusCheckCount", "2");
   EXPECT_EQ(house.Run(" 51<>"), "-1");
 }
@@ -205,44 +204,34 @@ TEST(EngineTest, ReportsFilesThatShareAPlaceInTheVaultAndLinksThatLeaveTheDrive)
   }
 }
 
-struct StopCase {
-  std::string story, key, value, want, closing;
-
-  friend void PrintTo(const StopCase& row, std::ostream* out) { *out << row.story; }
-};
-
-class StopTest : public testing::TestWithParam<StopCase> {};
-
-TEST_P(StopTest, EndsBetweenTwoFilesAndSaysSo) {
-  Rehearsal house;
-  house.PutFile(std::string{kInstall} + "Deployment.ini", "[Demo]\r\nMillisecondsPerFile=5000\r\n");
-  for (int i = 0; i < 200; ++i) house.PutFile(kDocuments + std::to_string(i) + ".txt", "x");
-  house.PutLines("atbkupfolderlist.txt", {kDocuments});
-  const ProcessHandle engine = house.Start(" 51<>");
-  const std::string progress = house.UserFile("BackupProgress.ini");
-  const IniKey shown{progress, "BackupProgressInfo", "Backedup Files"};
-  for (int i = 0; i < 200 && !house.machine().profiles.ReadString(shown).starts_with("2 of 200"); ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds{20});
+TEST(EngineTest, AStopEndsBetweenTwoFilesAndSaysSo) {
+  for (const auto& [key, value, want, closing] :
+       {std::tuple{"Cancel", "1", "-414", "Backup Canceled"},
+        {"Status", "10", "-424", "Backup ended by the hard stop at the Cut Off time"}}) {
+    Rehearsal house;
+    house.PutFile(std::string{kInstall} + "Deployment.ini", "[Demo]\r\nMillisecondsPerFile=5000\r\n");
+    for (int i = 0; i < 200; ++i) house.PutFile(kDocuments + std::to_string(i) + ".txt", "x");
+    house.PutLines("atbkupfolderlist.txt", {kDocuments});
+    const ProcessHandle engine = house.Start(" 51<>");
+    const std::string progress = house.UserFile("BackupProgress.ini");
+    const IniKey shown{progress, "BackupProgressInfo", "Backedup Files"};
+    for (int i = 0; i < 200 && !house.machine().profiles.ReadString(shown).starts_with("2 of 200"); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds{20});
+    }
+    house.SetStatus(key, value);
+    house.Finish(engine);
+    EXPECT_EQ(house.Result(), want);
+    std::size_t copied = 0;
+    house.machine().folders.List(Rehearsal::VaultFile("C\\Users\\ann\\Documents"), [&](const FolderEntry&) {
+      ++copied;
+      return Visit::kContinue;
+    });
+    EXPECT_THAT(copied, testing::AllOf(testing::Ge(2U), testing::Lt(200U)));
+    EXPECT_EQ(house.SessionLines().back(), closing + std::string{"     [Backed up Files : "} +
+                                               std::to_string(copied) + ", Size : " + std::to_string(copied) +
+                                               " bytes, Failed Files : 0]");
   }
-  house.SetStatus(GetParam().key, GetParam().value);
-  house.Finish(engine);
-  EXPECT_EQ(house.Result(), GetParam().want) << GetParam().story;
-
-  std::size_t copied = 0;
-  house.machine().folders.List(Rehearsal::VaultFile("C\\Users\\ann\\Documents"), [&](const FolderEntry&) {
-    ++copied;
-    return Visit::kContinue;
-  });
-  EXPECT_THAT(copied, testing::AllOf(testing::Ge(2U), testing::Lt(200U)));
-  EXPECT_EQ(house.SessionLines().back(), GetParam().closing + std::string{"     [Backed up Files : "} +
-                                             std::to_string(copied) + ", Size : " + std::to_string(copied) +
-                                             " bytes, Failed Files : 0]");
 }
-
-INSTANTIATE_TEST_SUITE_P(Engine, StopTest,
-                         Values(StopCase{"cancelled by the person", "Cancel", "1", "-414", "Backup Canceled"},
-                                StopCase{"the hour has come", "Status", "10", "-424",
-                                         "Backup ended by the hard stop at the Cut Off time"}));
 
 TEST(ScannerTest, BuildsTheDatabaseThatSparesTheNextRunEverything) {
   for (const char* command : {"29", "5"}) {
