@@ -37,23 +37,18 @@ TEST(FileJobStory, TheHeaderWordWaitsForAToolThatChangesTheSchedule) {
 }
 
 TEST(FileJobStory, ADriveThatRunsFullTakesTheLocalDatabaseAway) {
-  for (const std::uint64_t free_bytes : {2147483648U, 1073741823U}) {
+  for (const bool is_full : {false, true}) {
     DueHouse house;
     house.WriteMethod("1");
-    const std::string database = house.UserPath("LDB\\OnduraLDB.Ond");
-    std::optional<std::string> left;
-    house.machine.PutFile(database, "");
-    house.machine.disk().SetFreeBytes("C:\\", free_bytes);
-    house.During(28, [&] { left = house.machine.FileBytes(database); });
+    house.machine.PutFile(house.UserPath("LDB\\OnduraLDB.Ond"), "");
+    house.machine.disk().SetFreeBytes("C:\\", is_full ? 1073741823 : 2147483648);
+    std::string left = "<none>";
+    house.During(28, [&] { left = house.Bytes("LDB\\OnduraLDB.Ond"); });
     house.Tick();
-    if (free_bytes > 1073741823) {
-      EXPECT_THAT(house.Commands(), ElementsAre(24, 28, 30, 51, 16));
-      EXPECT_EQ(left, "");
-    } else {
-      EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
-      EXPECT_EQ(house.machine.FileBytes(database), std::nullopt);
-      EXPECT_TRUE(house.TraceHas(" Setting DB to 0 , dblFreeSpace : 10737"));
-    }
+    EXPECT_EQ(left, is_full ? "<none>" : "");
+    EXPECT_EQ(house.Commands(), is_full ? std::vector({24, 51, 16}) : std::vector({24, 28, 30, 51, 16}));
+    EXPECT_EQ(house.Bytes("LDB\\OnduraLDB.Ond"), "<none>");
+    EXPECT_EQ(house.TraceHas(" Setting DB to 0 , dblFreeSpace : 10737"), is_full);
   }
 }
 
@@ -87,20 +82,6 @@ TEST(FileJobStory, FiveMillionBytesAreALargeInputAndTheEnginesTraceIsKeptUpToIts
     EXPECT_EQ(house.Status("CompareListCount"), large ? "2" : "0");
     EXPECT_EQ(house.Bytes("TraceFile.txt") == "<none>", large);
     EXPECT_EQ(house.Bytes("MappedDriveInput.txt"), "<none>");
-  }
-}
-
-TEST(FileJobStory, AWrongPasswordIsShownInABoxOnlyForTheServerList) {
-  for (const int command : {24, 28}) {
-    DueHouse house;
-    house.WriteMethod("1");
-    house.Answer(command, -403);
-    house.Tick();
-    const ShownMessage box{
-        "Logout from the account (ann) and then login with your new Password and attempt "
-        "the operation again.",
-        "Ondura failure", MessageIcon::kStop};
-    EXPECT_EQ(house.machine.surroundings().messages, std::vector<ShownMessage>(command == 28 ? 1 : 0, box));
   }
 }
 
@@ -143,29 +124,6 @@ TEST(BracketStory, WindowsEndsWhenItIsAskedForAndNobodyCancelled) {
     EXPECT_EQ(house.machine.surroundings().windows_exits,
               std::vector<std::uint32_t>(static_cast<std::size_t>(exits), 12))
         << shutdown << " " << result;
-  }
-}
-
-using TickCase = std::tuple<std::string, std::string, bool, bool, std::string>;
-
-TEST(BracketStory, TheTickServesWhereTheServiceIsInCharge) {
-  for (const auto& [standard, started, twin_runs, served, trace] :
-       {TickCase{"0", "0", true, true, "Calling from first Service exe service."},
-        TickCase{"0", "1", true, true, " Calling from Service exe2."}, TickCase{"1", "0", true, false, ""},
-        TickCase{"1", "0", false, true, " Calling from Service exe3."},
-        TickCase{"1", "1", false, true, " Calling from Service exe4."},
-        TickCase{"", "", false, true, " Calling from Service exe4."}}) {
-    SCOPED_TRACE(standard + started);
-    DueHouse house;
-    house.Service();
-    house.WriteShared("Standard", standard);
-    house.WriteShared("Started", started);
-    if (twin_runs) house.machine.PutProcess(House::kTwin);
-    house.Tick();
-    EXPECT_EQ(!house.Commands().empty(), served);
-    EXPECT_EQ(house.Shared("Standard"), served ? "0" : "1");
-    const auto bytes = house.machine.FileBytes(std::string{House::kData} + "ScheduleTraceFile.txt");
-    EXPECT_THAT(FromUtf16(bytes.value_or("")), testing::HasSubstr(trace));
   }
 }
 

@@ -62,30 +62,42 @@ TEST(StartUpStory, ThePluginIsSetUpOnceForItsProductAlone) {
   }
 }
 
-struct MonitorCase {
-  std::string story, standard, started, standby, tray;
-  bool tray_runs, opens;
+struct TickCase {
+  std::string story, standard, started;
+  std::string trace;  // of a pass that is made
+  bool opens = false;
+  bool twin_runs = false, tray_runs = false;
+  std::string standby = "1", tray = "";
 };
 
-TEST(TickStory, TheMonitorIsOpenedBehindATakeOverWhereItIsWanted) {
-  for (const MonitorCase& row : {
-           MonitorCase{"the twin is gone", "1", "0", "1", "", false, true},
-           MonitorCase{"in the middle of its job", "1", "1", "", "2", false, true},
-           MonitorCase{"not wanted", "1", "0", "0", "", false, false},
-           MonitorCase{"closed by its user", "1", "0", "1", "3", false, false},
-           MonitorCase{"there already", "1", "0", "1", "", true, false},
-           MonitorCase{"nothing was taken over", "0", "0", "1", "", false, false},
-           MonitorCase{"nor from an own job", "0", "1", "1", "", false, false},
+TEST(TickStory, TheServiceServesWhereItIsInChargeAndOpensTheMonitorWhenItTakesOver) {
+  for (const TickCase& row : {
+           TickCase{"in charge", "0", "0", "Calling from first Service exe service.", false, true},
+           TickCase{"after a job of its own", "0", "1", " Calling from Service exe2.", false, true},
+           TickCase{"the twin is in charge", "1", "0", "", false, true},
+           TickCase{"the twin is gone", "1", "0", " Calling from Service exe3.", true},
+           TickCase{"in the middle of its job", "1", "1", " Calling from Service exe4.", true, false, false,
+                    "1", "2"},
+           TickCase{"nobody was in charge", "", "", " Calling from Service exe4.", true},
+           TickCase{"no monitor wanted", "1", "0", " Calling from Service exe3.", false, false, false, "0"},
+           TickCase{"closed by its user", "1", "0", " Calling from Service exe3.", false, false, false, "1",
+                    "3"},
+           TickCase{"there already", "1", "0", " Calling from Service exe3.", false, false, true},
        }) {
     SCOPED_TRACE(row.story);
-    House house;
+    DueHouse house;
     house.Service();
     house.WriteShared("Standard", row.standard);
     house.WriteShared("Started", row.started);
     house.WriteRegistry("StandbyBackup", row.standby);
     house.WriteRegistry("Tray", row.tray);
+    if (row.twin_runs) house.machine.PutProcess(House::kTwin);
     if (row.tray_runs) house.machine.PutProcess(kTray);
     house.Tick();
+    const bool is_served = !row.trace.empty();
+    EXPECT_EQ(!house.Commands().empty(), is_served);
+    EXPECT_EQ(house.Shared("Standard"), is_served ? "0" : "1");
+    EXPECT_THAT(MainTrace(house), HasSubstr(row.trace));
     const std::vector<std::string> opened(row.opens ? 1 : 0, kTray + "|||3");
     EXPECT_EQ(Started(house.machine.OpenedForUser()), opened);
     EXPECT_EQ(house.machine.ReadIni(std::string{House::kData} + "UserName.ini", "Registry", "Tray"),
@@ -95,27 +107,17 @@ TEST(TickStory, TheMonitorIsOpenedBehindATakeOverWhereItIsWanted) {
   }
 }
 
-TEST(PassStory, TheDefaultUsersHardStopMarkerGoesUnderTheNameOfTheProduct) {
-  House house;
+TEST(PassStory, TheMarkerOfAHardStopAndAMessageBearTheNameOfTheProduct) {
+  DueHouse house(House::Mailing());
   house.Configure("ProductName", "Acme");
-  house.AddUser("ann");
   house.WriteRegistry("Default User name", "cpp");  // "ann" in the shift form
   for (const char* name : {"AcmeHardStop.txt", "OnduraHardStop.txt"}) {
     house.machine.PutFile(house.UserPath(name), "");
   }
+  house.Answer(24, -431);
   house.Tick();
-  EXPECT_EQ(house.Bytes("AcmeHardStop.txt"), "<none>");
-  EXPECT_EQ(house.Bytes("OnduraHardStop.txt"), "");
-}
-
-TEST(PassStory, AMessageNamesTheProductWhateverItIsCalled) {
-  for (const char* product : {"Ondura", "Acme"}) {
-    DueHouse house(House::Mailing());
-    house.Configure("ProductName", product);
-    house.Answer(24, -431);
-    house.Tick();
-    EXPECT_THAT(house.LastMail().at(5), HasSubstr("Install " + std::string{product} + " again"));
-  }
+  EXPECT_EQ(house.Bytes("AcmeHardStop.txt") + house.Bytes("OnduraHardStop.txt"), "<none>");
+  EXPECT_THAT(house.LastMail().at(5), HasSubstr("Install Acme again"));
 }
 
 TEST(PassStory, AnOccurrenceIsConsideredFromTwoKeyUnitsBeforeItsTime) {
