@@ -100,4 +100,9 @@ struct DueHouse : House {
   }
 };
 
+// A job whose end is always mailed, so that code and result text can be read from it.
+struct MailingHouse : DueHouse {
+  MailingHouse() : DueHouse(Mailing()) {}
+};
+
 }  // namespace ondura

@@ -35,11 +35,6 @@ constexpr const char* kFailed = "Backup has failed.\r\n";
 constexpr const char* kCancelled =
     "All your files/folders could not be backed up as the scheduled job was manually canceled.\r\n";
 
-// A job whose end is always mailed, so that code and result text can be read from it.
-struct MailingHouse : DueHouse {
-  MailingHouse() : DueHouse(Mailing()) {}
-};
-
 struct ResultCase {
   std::string story;
   std::vector<int> results;
@@ -139,6 +134,12 @@ TEST(EngineResultStory, ACommandBeforeTheTransferEndsTheJob) {
     EXPECT_EQ(house.Status("BackupFailureDays"), "1");
     EXPECT_EQ(house.Service().transfer().Trf_ReadUserProfile("password").empty(), row.clears_password);
     EXPECT_EQ(house.SessionFiles().size(), 1U);
+    const ShownMessage box{
+        "Logout from the account (ann) and then login with your new Password and attempt the operation "
+        "again.",
+        "Ondura failure", MessageIcon::kStop};
+    const bool is_shown = row.clears_password && row.command == 28;
+    EXPECT_EQ(house.machine.surroundings().messages, std::vector<ShownMessage>(is_shown ? 1 : 0, box));
   }
 }
 
