@@ -19,6 +19,7 @@ TEST(StartTime, MeansTheNextSuchTimeFromTheClockOfTheMachine) {
                                     {"tue 12:30", "2090-11-14 12:30:00"},
                                     {"tue 12:29", "2090-11-21 12:29:00"},
                                     {"Wednesday 00:00", "2090-11-15 00:00:00"},
+                                    {"Friday 00:00", "2090-11-17 00:00:00"},
                                     {"mon 12:30", "2090-11-20 12:30:00"},
                                     {"2092-02-29 01:02", "2092-02-29 01:02:00"}}) {
     EXPECT_EQ(FormatDate("yyyy-mm-dd HH:mm:ss", ParseStartTime(words, now).value_or(LocalTime{})), want)
