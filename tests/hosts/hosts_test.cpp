@@ -10,8 +10,9 @@
 #include "SoleHost.h"
 #include "TickReport.h"
 #include "hosts.h"
-#include "profile/ProductConfiguration.h"
-#include "support/CheckedMachine.h"
+#include "scenarios/House.h"
+#include "text/text.h"
+#include "text/utf16.h"
 #include "tick_loop.h"
 
 namespace ondura {
@@ -19,61 +20,43 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr std::string_view kInstall = R"(C:\Program Files\Ondura\)";
-
-// A machine on which the product is installed; the data folder is the install folder.
 class HostsTest : public testing::Test {
  protected:
-  void Configure() {
-    machine_.InstallProgram(Path("OnduraClsClient.exe"), [](ProgramRun&) {});
-    Installation installation;
-    const ProductConfiguration configuration(machine_.outside(), installation);
-    for (const char* key : {"ProductNumber", "ProductName", "ProductInstallationName", "ExeGroup"}) {
-      const std::string value = std::string_view{key} == "ProductNumber" ? "3" : "Ondura";
-      machine_.WriteIni(Path("Configuration.ini"), "ProductInfo", configuration.StoredForm(key),
-                        configuration.StoredForm(value));
-    }
-  }
-
-  static std::string Path(std::string_view name) { return std::string{kInstall} + std::string{name}; }
-
-  std::string Shared(std::string_view key) { return machine_.ReadIni(Path("UserName.ini"), "Tolmera", key); }
+  static std::string Data(std::string_view name) { return std::string{House::kData} + std::string{name}; }
 
   [[nodiscard]] static HostOptions Ticks(std::uint64_t ticks) {
     HostOptions options;
+    options.install = House::kInstall;
     options.period_seconds = 0.001;
     options.ticks = ticks;
     return options;
   }
 
-  int StoredOccurrencesOf(std::string_view text) {
-    const std::string trace = machine_.FileBytes(Path("ScheduleTraceFile.txt")).value_or("");
-    std::string narrow;
-    for (std::size_t i = 0; i < trace.size(); i += 2) narrow += trace[i];
-    int count = 0;
-    for (auto at = narrow.find(text); at != std::string::npos; at = narrow.find(text, at + 1)) ++count;
-    return count;
+  int TracedPasses() {
+    const std::string trace = FromUtf16(machine_.FileBytes(Data("ScheduleTraceFile.txt")).value_or(""));
+    return static_cast<int>(Split(trace, "Calling from first Service exe service.").size()) - 1;
   }
 
-  CheckedMachine machine_;
+  House house_;
+  CheckedMachine& machine_ = house_.machine;
   StopSignals stop_;
 };
 
 TEST_F(HostsTest, AnUnconfiguredProductEndsAHostInsteadOfLoopingSilently) {
-  machine_.PutFolder(kInstall);
+  machine_.PutFile(Data("Configuration.ini"), "");
+  house_.WriteShared("Standard", "");
   testing::internal::CaptureStderr();
-  EXPECT_EQ(RunService(machine_.machine(), HostOptions{}, stop_), kExitUsage);
-  EXPECT_EQ(RunBackground(machine_.machine(), HostOptions{}, stop_), kExitUsage);
-  EXPECT_EQ(RunElevated(machine_.machine(), HostOptions{}, stop_), kExitUsage);
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(Path("Configuration.ini")));
-  EXPECT_NE(Shared("Standard"), "1") << "a twin that does not run is not in charge";
+  for (const auto run : {RunService, RunBackground, RunElevated}) {
+    EXPECT_EQ(run(machine_.machine(), Ticks(1), stop_), kExitUsage);
+  }
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(Data("Configuration.ini")));
+  EXPECT_NE(house_.Shared("Standard"), "1") << "a twin that does not run is not in charge";
 }
 
 TEST_F(HostsTest, AConfigurationCutShortHoldsNoStartUp) {
-  Configure();
-  const std::string whole = machine_.FileBytes(Path("Configuration.ini")).value();
+  const std::string whole = machine_.FileBytes(Data("Configuration.ini")).value();
   for (std::size_t cut = 0; cut < whole.size(); cut += 3) {
-    machine_.PutFile(Path("Configuration.ini"), whole.substr(0, cut));
+    machine_.PutFile(Data("Configuration.ini"), whole.substr(0, cut));
     const auto before = machine_.Elapsed();
     testing::internal::CaptureStderr();
     const int code = RunService(machine_.machine(), Ticks(1), stop_);
@@ -82,54 +65,48 @@ TEST_F(HostsTest, AConfigurationCutShortHoldsNoStartUp) {
     // Without its last values the product is one all the same; half a file names none.
     if (code == 0 && cut > whole.size() / 2) continue;
     EXPECT_EQ(code, kExitUsage) << cut;
-    EXPECT_THAT(words, HasSubstr(Path("Configuration.ini"))) << cut;
+    EXPECT_THAT(words, HasSubstr(Data("Configuration.ini"))) << cut;
   }
 }
 
 TEST_F(HostsTest, TheServiceTicksAsOftenAsToldAndStaysInCharge) {
-  Configure();
-  machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "0");
   EXPECT_EQ(RunService(machine_.machine(), Ticks(3), stop_), 0);
-  EXPECT_EQ(StoredOccurrencesOf("Calling from first Service exe service."), 3);
-  EXPECT_EQ(Shared("Standard"), "0");
+  EXPECT_EQ(TracedPasses(), 3);
+  EXPECT_EQ(house_.Shared("Standard"), "0");
 }
 
 TEST_F(HostsTest, TheTwinIsInChargeWhileItRunsAndNoLonger) {
-  Configure();
   EXPECT_EQ(RunBackground(machine_.machine(), Ticks(2), stop_), 0);
-  EXPECT_EQ(StoredOccurrencesOf("Calling from first Service exe service."), 0);
+  EXPECT_EQ(TracedPasses(), 0);
   EXPECT_EQ(machine_.CallsMatching("*Write*Standard*").size(), 2U) << "once on entry, once on leaving";
-  EXPECT_EQ(Shared("Standard"), "0");
+  EXPECT_EQ(house_.Shared("Standard"), "0");
 }
 
 TEST_F(HostsTest, TheElevatedHostServesEveryRequestAndIsNeverInCharge) {
-  Configure();
-  machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "0");
-  machine_.PutFile(Path("OxWin\\SqlLaunchStatus.txt"), "1\r\n");
-  machine_.PutFile(Path("OpenFileLaunchStatus.txt"), "1\r\n");
-  machine_.PutFile(Path("VssBackupStatus.txt"), "1");
+  machine_.PutFile(Data("OxWin\\SqlLaunchStatus.txt"), "1\r\n");
+  machine_.PutFile(Data("OpenFileLaunchStatus.txt"), "1\r\n");
+  machine_.PutFile(Data("VssBackupStatus.txt"), "1");
   EXPECT_EQ(RunElevated(machine_.machine(), Ticks(1), stop_), 0);
-  EXPECT_EQ(machine_.FileBytes(Path("OxWin\\SqlLaunchStatus.txt")), "2\r\n");
-  EXPECT_EQ(machine_.FileBytes(Path("OpenFileLaunchStatus.txt")), "2\r\n");
-  EXPECT_EQ(Shared("Standard"), "0");
+  EXPECT_EQ(machine_.FileBytes(Data("OxWin\\SqlLaunchStatus.txt")), "2\r\n");
+  EXPECT_EQ(machine_.FileBytes(Data("OpenFileLaunchStatus.txt")), "2\r\n");
+  EXPECT_EQ(house_.Shared("Standard"), "0");
 }
 
 TEST_F(HostsTest, ASecondHostOfItsKindLeavesBeforeItTouchesAnything) {
-  using HostRun = int (*)(const Machine&, const HostOptions&, const StopSignals&);
-  for (const auto& [kind, run] : {std::pair<std::string, HostRun>{"service", RunService},
+  for (const auto& [kind, run] : {std::pair<std::string, decltype(&RunService)>{"service", RunService},
                                   {"background", RunBackground},
                                   {"elevated", RunElevated}}) {
-    Configure();
-    machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Started", "1");
+    SCOPED_TRACE(kind);
+    house_.WriteShared("Started", "1");
+    house_.WriteShared("Standard", "");
     machine_.HoldMutex("Global\\Ondura " + kind + " host");
     testing::internal::CaptureStderr();
-    EXPECT_EQ(run(machine_.machine(), Ticks(1), stop_), kExitSecondHost) << kind;
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("another " + kind + " host runs")) << kind;
-    EXPECT_EQ(Shared("Started"), "1") << kind << ": the job of the first goes on";
-    EXPECT_NE(Shared("Standard"), "0") << kind << ": the first stays in charge";
+    EXPECT_EQ(run(machine_.machine(), Ticks(1), stop_), kExitSecondHost);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("another " + kind + " host runs"));
+    EXPECT_EQ(house_.Shared("Started"), "1") << "the job of the first goes on";
+    EXPECT_NE(house_.Shared("Standard"), "0") << "the first stays in charge";
     machine_.LetGoOfMutex("Global\\Ondura " + kind + " host");
-    EXPECT_EQ(run(machine_.machine(), Ticks(1), stop_), 0) << kind << ": the first is gone";
-    machine_.WriteIni(Path("UserName.ini"), "Tolmera", "Standard", "");
+    EXPECT_EQ(run(machine_.machine(), Ticks(1), stop_), 0) << "the first is gone";
   }
 }
 
@@ -213,10 +190,7 @@ TEST(TickLoopDeathTest, ASecondRequestLeavesAtOnce) {
 TEST(HostOptions, TheCommandLineIsReadOrRefused) {
   using Case = std::tuple<std::string, std::vector<const char*>, int>;  // -1 where the host runs
   for (auto [story, arguments, exit_code] : std::vector<Case>{
-           {"all options",
-            {"background", "--root", "r", "--install", "D:\\x", "--period", "1.5", "--ticks", "7", "--speed",
-             "9", "--engine-limit", "0"},
-            -1},
+           {"all options", {"service", "--root", "r", "--install", "D:\\x", "--engine-limit", "0"}, -1},
            {"the root alone", {"service", "--root", "r"}, -1},
            {"the third host", {"elevated", "--root", "r"}, -1},
            {"help", {"service", "--help"}, 0},
@@ -241,7 +215,7 @@ TEST(HostOptions, TheCommandLineIsReadOrRefused) {
                                    "1.5",         "--ticks",    "7",      "--speed", "9"};
   const auto options = ParseHostOptions(10, arguments).options.value();
   EXPECT_EQ(options.role, HostRole::kBackground);
-  EXPECT_EQ(options.install, kInstall);
+  EXPECT_EQ(options.install, House::kInstall);
   EXPECT_EQ(options.period_seconds, 1.5);
   EXPECT_EQ(options.ticks, 7U);
   EXPECT_EQ(options.speed, 9);
