@@ -77,11 +77,9 @@ TEST(FileJobStory, FiveMillionBytesAreALargeInputAndTheEnginesTraceIsKeptUpToIts
     DueHouse house;
     house.PutText("TotalDisplaySize.txt", large ? "5000000\r\n" : "4999999\r\n");
     house.machine.PutFile(house.UserPath("TraceFile.txt"), std::string(large ? kCap + 1 : kCap, 't'));
-    house.machine.PutFile(house.UserPath("MappedDriveInput.txt"), "");
     house.Tick();
     EXPECT_EQ(house.Status("CompareListCount"), large ? "2" : "0");
     EXPECT_EQ(house.Bytes("TraceFile.txt") == "<none>", large);
-    EXPECT_EQ(house.Bytes("MappedDriveInput.txt"), "<none>");
   }
 }
 
