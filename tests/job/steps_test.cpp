@@ -216,19 +216,17 @@ TEST(TransferTest, AMethodThatChangesDuringTheCheckBeginsWithAnIncompleteList) {
 }
 
 TEST(TransferTest, EachResultKeepsOrRemovesWhatItsRowSays) {
-  // Result, code, failure days, seconds of the job, whether the temp folder stays, reason for the mail.
-  using Row = std::tuple<int, JobCode, const char*, std::chrono::seconds, bool, std::string_view>;
-  for (const auto& [result, code, days, pause, temp_stays, reason] :
-       {Row{-416, kJobFailed, "5", 2s, false, job_texts::kConnectionReason},
-        Row{-404, kJobFailed, "5", 0s, false, job_texts::kConnectionReason},
-        Row{-429, kJobStopped, "5", 0s, true, ""}, Row{-434, kJobStopped, "5", 0s, true, ""},
-        Row{-411, kJobOrdinaryEnd, "0", 0s, true, ""}, Row{-77, kJobStopped, "4", 0s, true, ""}}) {
+  // Result, code, seconds of the job, whether the temp folder stays, reason for the mail.
+  using Row = std::tuple<int, JobCode, std::chrono::seconds, bool, std::string_view>;
+  for (const auto& [result, code, pause, temp_stays, reason] :
+       {Row{-416, kJobFailed, 2s, false, job_texts::kConnectionReason},
+        Row{-404, kJobFailed, 0s, false, job_texts::kConnectionReason}, Row{-429, kJobStopped, 0s, true, ""},
+        Row{-411, kJobOrdinaryEnd, 0s, true, ""}, Row{-77, kJobStopped, 0s, true, ""}}) {
     StepsHouse house;
     house.job.temp_folder.CreateTempFolder("ann", "G");
     house.OnCommand(51, [&, answer = result](ProgramRun& run) { house.Answer(run, answer); });
     house.PutText("Session\\Scheduled of the engine.txt", "x");
     EXPECT_EQ(house.Run(), code) << result;
-    EXPECT_EQ(house.Status("BackupFailureDays"), days) << result;
     // 4 s before the connection, 24 for 3.3, 51 for 2.6 and a second after each.
     EXPECT_EQ(house.machine.Elapsed(), 4s + 3300ms + 1300ms + 1300ms + 1s + pause) << result;
     EXPECT_EQ(house.ports.folders.Exists(house.job.temp_folder.GetTempFolderPath()), temp_stays) << result;
