@@ -7,7 +7,6 @@
 namespace ondura {
 namespace {
 
-using namespace std::chrono_literals;
 using testing::HasSubstr;
 
 const std::string kInstall{House::kInstall};
