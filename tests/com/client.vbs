@@ -1,5 +1,5 @@
-' A script as a host of the component: makes an installation in a folder, calls every method of every class
-' with arguments that fit and with ones that don't, and lets one scheduled backup run to its end.
+' A script as a host of the component: makes an installation in a folder, calls every method of every class, a few
+' of them with arguments that do not fit, and lets one scheduled backup run to its end.
 '
 '   cscript //nologo client.vbs FOLDER ENGINE
 '
@@ -127,13 +127,10 @@ Sub CallCodec
   Equal "encode", codec.encode("hello"), "aGVsbG8="
   codec.encode codec : Bad "encode", kTypeMismatch
   Equal "Decode", codec.Decode("aGVsbG8="), "hello"
-  codec.Decode Array(1) : Bad "Decode", kTypeMismatch
   Equal "EncodedMessage", codec.EncodedMessage, "aGVsbG8="
   codec.EncodedMessage 1 : Bad "EncodedMessage", kWrongNumberOfArguments
   Equal "DecodedMessage", codec.DecodedMessage, "hello"
-  codec.DecodedMessage 1 : Bad "DecodedMessage", kWrongNumberOfArguments
   Equal "RShiftByte", codec.RShiftByte(200, 3), 25
-  codec.RShiftByte "x", 3 : Bad "RShiftByte", kTypeMismatch
   Equal "Power2", codec.Power2(31), 2147483648
   codec.Power2 "x" : Bad "Power2", kTypeMismatch
   codec.Power2 32 : Bad "Power2 behind its table", kOverflow
@@ -145,48 +142,30 @@ Sub CallTransfer
   transfer.Trf_WriteUserProfile "serverip", "localhost"
   transfer.Trf_WriteUserProfile "port", 11905
   transfer.Trf_WriteUserProfile "username", "ann" : Good "Trf_WriteUserProfile"
-  transfer.Trf_WriteUserProfile transfer, "ann" : Bad "Trf_WriteUserProfile", kTypeMismatch
   text = "username"
   Equal "Trf_ReadUserProfile", transfer.Trf_ReadUserProfile(text), "ann"
-  transfer.Trf_ReadUserProfile transfer : Bad "Trf_ReadUserProfile", kTypeMismatch
   transfer.Trf_WriteUserProfileDefault "Proxy", Shifted("Proxyset"), Shifted("1") : Good "Trf_WriteUserProfileDefault"
-  transfer.Trf_WriteUserProfileDefault "Proxy", transfer, "1" : Bad "Trf_WriteUserProfileDefault", kTypeMismatch
   Equal "Trf_ReadProxyProfile", transfer.Trf_ReadProxyProfile("Proxyset"), "1"
-  transfer.Trf_ReadProxyProfile Array(1) : Bad "Trf_ReadProxyProfile", kTypeMismatch
   transfer.Trf_WriteUserProfileDefault "Tolmera", "encpasswordnew", codec.encode("key")
   Equal "Trf_ReadUserProfileNew", transfer.Trf_ReadUserProfileNew("encpasswordnew"), "key"
-  transfer.Trf_ReadUserProfileNew transfer : Bad "Trf_ReadUserProfileNew", kTypeMismatch
   transfer.Trf_WriteUserNameProfile "Interactive", "ann" : Good "Trf_WriteUserNameProfile"
-  transfer.Trf_WriteUserNameProfile "Interactive", transfer : Bad "Trf_WriteUserNameProfile", kTypeMismatch
   Equal "Trf_ReadUserNameProfile", transfer.Trf_ReadUserNameProfile("Interactive"), "ann"
-  transfer.Trf_ReadUserNameProfile transfer : Bad "Trf_ReadUserNameProfile", kTypeMismatch
   transfer.Trf_WriteUserNameRegistryProfile "StandbyBackup", 0 : Good "Trf_WriteUserNameRegistryProfile"
-  transfer.Trf_WriteUserNameRegistryProfile transfer, 0 : Bad "Trf_WriteUserNameRegistryProfile", kTypeMismatch
   Equal "Trf_ReadUserNameProfileReg", transfer.Trf_ReadUserNameProfileReg("StandbyBackup"), "0"
-  transfer.Trf_ReadUserNameProfileReg transfer : Bad "Trf_ReadUserNameProfileReg", kTypeMismatch
   transfer.Trf_WriteUserNameDBProfile "DB", "0" : Good "Trf_WriteUserNameDBProfile"
-  transfer.Trf_WriteUserNameDBProfile "DB", transfer : Bad "Trf_WriteUserNameDBProfile", kTypeMismatch
   Equal "Trf_ReadUserNameDBProfile", transfer.Trf_ReadUserNameDBProfile("DB"), "0"
-  transfer.Trf_ReadUserNameDBProfile transfer : Bad "Trf_ReadUserNameDBProfile", kTypeMismatch
   Equal "Trf_ReadPluginUserProfile", transfer.Trf_ReadPluginUserProfile("none"), ""
-  transfer.Trf_ReadPluginUserProfile transfer : Bad "Trf_ReadPluginUserProfile", kTypeMismatch
   Equal "Trf_ReadServerValues", transfer.Trf_ReadServerValues("none"), -1
-  transfer.Trf_ReadServerValues transfer : Bad "Trf_ReadServerValues", kTypeMismatch
   Equal "Trf_ReadOutputValue", transfer.Trf_ReadOutputValue("BackupStatus", "none"), -10
-  transfer.Trf_ReadOutputValue "BackupStatus", transfer : Bad "Trf_ReadOutputValue", kTypeMismatch
   transfer.setLindex : Good "setLindex"
 End Sub
 
 Sub CallScheduler
   On Error Resume Next
   Equal "Sch_SortBuildDate", scheduler.Sch_SortBuildDate("11-14-2026 9:05:00"), "202611140905"
-  scheduler.Sch_SortBuildDate scheduler : Bad "Sch_SortBuildDate", kTypeMismatch
   Equal "Sch_Load_ScheduleData", scheduler.Sch_Load_ScheduleData, 0
-  scheduler.Sch_Load_ScheduleData 1 : Bad "Sch_Load_ScheduleData", kWrongNumberOfArguments
   Equal "ValidateAddDay", scheduler.ValidateAddDay("no date"), "no date"
-  scheduler.ValidateAddDay scheduler : Bad "ValidateAddDay", kTypeMismatch
   scheduler.sch_changefiledata "0" : Good "sch_changefiledata"
-  scheduler.sch_changefiledata scheduler : Bad "sch_changefiledata", kTypeMismatch
   scheduler.sch_CheckRepeatAppend : Good "sch_CheckRepeatAppend"
   scheduler.Sch_addhour_list : Good "Sch_addhour_list"
   scheduler.Sch_addDay_list : Good "Sch_addDay_list"
@@ -195,38 +174,27 @@ Sub CallScheduler
   scheduler.Sch_addWeek_list : Good "Sch_addWeek_list"
   scheduler.Sch_addMonth_list : Good "Sch_addMonth_list"
   text = scheduler.ConvertToDate("11-14-2026 9:05:00") : Good "ConvertToDate"
-  scheduler.ConvertToDate scheduler : Bad "ConvertToDate", kTypeMismatch
   text = scheduler.ConvertToTime("11-14-2026 9:05:00") : Good "ConvertToTime"
-  scheduler.ConvertToTime scheduler : Bad "ConvertToTime", kTypeMismatch
 End Sub
 
 Sub CallOptions
   On Error Resume Next
   options.WriteTrace "a line" : Good "WriteTrace"
-  options.WriteTrace options : Bad "WriteTrace", kTypeMismatch
   options.WriteTraceMain "a line" : Good "WriteTraceMain"
-  options.WriteTraceMain options : Bad "WriteTraceMain", kTypeMismatch
   options.WriteTraceFile "a line" : Good "WriteTraceFile"
-  options.WriteTraceFile options : Bad "WriteTraceFile", kTypeMismatch
   options.WriteTraceService "a line" : Good "WriteTraceService"
-  options.WriteTraceService options : Bad "WriteTraceService", kTypeMismatch
   options.Writeintofile home & "\written.txt", "a line" : Good "Writeintofile"
-  options.Writeintofile home & "\written.txt", options : Bad "Writeintofile", kTypeMismatch
   Equal "Writeintofile", ReadText(home & "\written.txt", False), "a line" & vbLf
 End Sub
 
 Sub CallDummyCall
   On Error Resume Next
   Equal "DoDummycall", dummy.DoDummycall("ScrClsClient.exe"), 402
-  dummy.DoDummycall dummy : Bad "DoDummycall", kTypeMismatch
   dummy.CreateTempFolder "ann", "x" : Good "CDummyCall.CreateTempFolder"
-  dummy.CreateTempFolder dummy, "x" : Bad "CDummyCall.CreateTempFolder", kTypeMismatch
   Check "CDummyCall.GetTempFolderPath", fso.FolderExists(dummy.GetTempFolderPath)
-  dummy.GetTempFolderPath 1 : Bad "CDummyCall.GetTempFolderPath", kWrongNumberOfArguments
   WriteText dummy.GetTempFolderPath & "\DLLOutputInfo.txt", "-7" & vbCrLf & "no way" & vbCrLf, False
   dummy.ResdDLLOutputFile list, number, text : Good "CDummyCall.ResdDLLOutputFile"
   Equal "CDummyCall.ResdDLLOutputFile", number & text & list, "-7no way" & False
-  dummy.ResdDLLOutputFile number : Bad "CDummyCall.ResdDLLOutputFile", kWrongNumberOfArguments
   dummy.DeleteInputOutFilesInTempFd : Good "CDummyCall.DeleteInputOutFilesInTempFd"
   dummy.DeleteTempFolder : Good "CDummyCall.DeleteTempFolder"
   Check "CDummyCall.DeleteTempFolder", Not fso.FolderExists(dummy.GetTempFolderPath)
@@ -235,35 +203,24 @@ End Sub
 Sub StartController
   On Error Resume Next
   controller.cont_InitialSch_Backgrnd install : Good "cont_InitialSch_Backgrnd"
-  controller.cont_InitialSch_Backgrnd controller : Bad "cont_InitialSch_Backgrnd", kTypeMismatch
   controller.cont_InitialSch install : Good "cont_InitialSch"
-  controller.cont_InitialSch controller : Bad "cont_InitialSch", kTypeMismatch
   Check "const_InitUserdata", IsEmpty(controller.const_InitUserdata("ann"))
-  controller.const_InitUserdata controller : Bad "const_InitUserdata", kTypeMismatch
   controller.CopyDefaults "ben" : Good "CopyDefaults"
-  controller.CopyDefaults controller : Bad "CopyDefaults", kTypeMismatch
   Check "Cont_login", IsEmpty(controller.Cont_login)
-  controller.Cont_login 1 : Bad "Cont_login", kWrongNumberOfArguments
   controller.SetProductNames : Good "SetProductNames"
   Equal "ReadConfigurationValue", controller.ReadConfigurationValue("ProductInfo", "ExeGroup"), "Scr"
-  controller.ReadConfigurationValue controller, "" : Bad "ReadConfigurationValue", kTypeMismatch
 End Sub
 
 ' Nothing is due yet, and the account has no encryption password.
 Sub CallPasses
   On Error Resume Next
   Check "Cont_startschBackup", IsEmpty(controller.Cont_startschBackup)
-  controller.Cont_startschBackup 1 : Bad "Cont_startschBackup", kWrongNumberOfArguments
   Check "Cont_CheckStandardRunning", IsEmpty(controller.Cont_CheckStandardRunning)
-  controller.Cont_CheckStandardRunning 1 : Bad "Cont_CheckStandardRunning", kWrongNumberOfArguments
   transfer.Trf_WriteUserProfileDefault "Tolmera", "encpasswordnew", codec.encode("NOENC")
   controller.Cont_SchBackup number : Good "Cont_SchBackup"
   Equal "Cont_SchBackup", number, 4
-  controller.Cont_SchBackup : Bad "Cont_SchBackup", kWrongNumberOfArguments
   Check "Closeupoperation", IsEmpty(controller.Closeupoperation)
-  controller.Closeupoperation 1 : Bad "Closeupoperation", kWrongNumberOfArguments
   Check "cont_RestartRealtimeSystem", IsEmpty(controller.cont_RestartRealtimeSystem)
-  controller.cont_RestartRealtimeSystem 1 : Bad "cont_RestartRealtimeSystem", kWrongNumberOfArguments
   controller.CallDummy : Good "CallDummy"
   controller.Cont_LaunchAdminProcess : Good "Cont_LaunchAdminProcess"
   controller.Cont_LaunchAdminProcessSQL : Good "Cont_LaunchAdminProcessSQL"
@@ -275,44 +232,28 @@ End Sub
 Sub CallExchange
   On Error Resume Next
   controller.WriteExchangeBackupSet "first group" : Good "WriteExchangeBackupSet"
-  controller.WriteExchangeBackupSet state : Bad "WriteExchangeBackupSet", kTypeMismatch
   Equal "FindStorageGroupCount", controller.FindStorageGroupCount, 0
-  controller.FindStorageGroupCount 1 : Bad "FindStorageGroupCount", kWrongNumberOfArguments
   controller.WriteExchBrickProfile "Path", "C:\x" : Good "WriteExchBrickProfile"
-  controller.WriteExchBrickProfile state, "" : Bad "WriteExchBrickProfile", kTypeMismatch
   Equal "ReadFirstBit", controller.ReadFirstBit(data & "userlist.ini"), "ann;"
-  controller.ReadFirstBit state : Bad "ReadFirstBit", kTypeMismatch
   controller.CheckForExchBrickCancel 1 : Good "CheckForExchBrickCancel"
-  controller.CheckForExchBrickCancel "x" : Bad "CheckForExchBrickCancel", kTypeMismatch
   Equal "Trf_ReadExchangeProfile", transfer.Trf_ReadExchangeProfile("Tolmera", "Path", user & "OxExchBrick.ini"), "C:\x"
-  transfer.Trf_ReadExchangeProfile state, "", "" : Bad "Trf_ReadExchangeProfile", kTypeMismatch
 End Sub
 
 Sub CallSystemState
   On Error Resume Next
   state.CreatePIDFile "123", 1 : Good "CreatePIDFile"
-  state.CreatePIDFile state, 1 : Bad "CreatePIDFile", kTypeMismatch
   Equal "GetPID", state.GetPID(1), "123"
-  state.GetPID "x" : Bad "GetPID", kTypeMismatch
   state.DeletePIDFile 1 : Good "DeletePIDFile"
-  state.DeletePIDFile "x" : Bad "DeletePIDFile", kTypeMismatch
   Equal "GetPID behind DeletePIDFile", state.GetPID(1), ""
   Equal "StringEndFolder", state.StringEndFolder("a\b\c", "\"), "c"
-  state.StringEndFolder state, "\" : Bad "StringEndFolder", kTypeMismatch
   Equal "ShellClose", state.ShellClose(0), False
-  state.ShellClose "x" : Bad "ShellClose", kTypeMismatch
   Check "GetCompName", Len(state.GetCompName) > 0
-  state.GetCompName 1 : Bad "GetCompName", kWrongNumberOfArguments
   text = state.GetOsVersion : Good "GetOsVersion"
-  state.GetOsVersion 1 : Bad "GetOsVersion", kWrongNumberOfArguments
   text = "as before"
   Equal "GetLogErrorString", state.GetLogErrorString("no such job", text), ""
   Equal "the path of a log that is not there", text, "as before"
-  state.GetLogErrorString state, text : Bad "GetLogErrorString", kTypeMismatch
   Equal "CheckLogError", state.CheckLogError("", install & "none.log"), False
-  state.CheckLogError state, "" : Bad "CheckLogError", kTypeMismatch
   Equal "QueryValueEx", state.QueryValueEx(&H80000002, "Software\None", "None", text), 2
-  state.QueryValueEx "x", "", "", text : Bad "QueryValueEx", kTypeMismatch
   state.LaunchNtbackup state : Bad "LaunchNtbackup", kTypeMismatch
 End Sub
 
@@ -320,92 +261,61 @@ Sub CallSelection
   On Error Resume Next
   controller.DB_ReadBackdataNew data & "userlist.ini", list : Good "DB_ReadBackdataNew"
   Equal "DB_ReadBackdataNew", list(0), "ann;"
-  controller.DB_ReadBackdataNew controller, list : Bad "DB_ReadBackdataNew", kTypeMismatch
   list = Array("C:\a", "c:\A\b", "D:\x")
   controller.RemoveDuplicate list : Good "RemoveDuplicate"
   Equal "RemoveDuplicate", UBound(list) & list(0) & list(1), "1C:\aD:\x"
-  controller.RemoveDuplicate 5 : Bad "RemoveDuplicate", kTypeMismatch
   Check "HasBackupSelection", controller.HasBackupSelection
-  controller.HasBackupSelection 1 : Bad "HasBackupSelection", kWrongNumberOfArguments
   Equal "bCheckDate", VarType(controller.bCheckDate), vbBoolean
-  controller.bCheckDate 1 : Bad "bCheckDate", kWrongNumberOfArguments
   Equal "CheckLDBStatus", controller.CheckLDBStatus, 0
-  controller.CheckLDBStatus 1 : Bad "CheckLDBStatus", kWrongNumberOfArguments
   controller.DeleteLDBFiles "ann" : Good "DeleteLDBFiles"
-  controller.DeleteLDBFiles controller : Bad "DeleteLDBFiles", kTypeMismatch
   controller.VaccumDB : Good "VaccumDB"
   Equal "IsScanInProgress", controller.IsScanInProgress, False
-  controller.IsScanInProgress 1 : Bad "IsScanInProgress", kWrongNumberOfArguments
   Equal "IsmutexInProgress", controller.IsmutexInProgress("a mutex of nobody", False), False
-  controller.IsmutexInProgress "a mutex of nobody", "x" : Bad "IsmutexInProgress", kTypeMismatch
 End Sub
 
 Sub CallEngineFiles
   On Error Resume Next
   controller.CreateTempFolder "ann", "y" : Good "CreateTempFolder"
-  controller.CreateTempFolder controller, "y" : Bad "CreateTempFolder", kTypeMismatch
   Check "GetTempFolderPath", fso.FolderExists(controller.GetTempFolderPath)
-  controller.GetTempFolderPath 1 : Bad "GetTempFolderPath", kWrongNumberOfArguments
   controller.WriteDLLInputFileTempFd 1, 2, "host", "80", "ann", "pw", "rnd" : Good "WriteDLLInputFileTempFd"
-  controller.WriteDLLInputFileTempFd "x", 2, "host", "80", "ann", "pw", "rnd"
-  Bad "WriteDLLInputFileTempFd", kTypeMismatch
   WriteText controller.GetTempFolderPath & "\DLLOutput.txt", "402" & vbCrLf, False
   controller.ResdDLLOutputFileTempFd text, number : Good "ResdDLLOutputFileTempFd"
   Equal "ResdDLLOutputFileTempFd", text & number, True & "402"
-  controller.ResdDLLOutputFileTempFd text : Bad "ResdDLLOutputFileTempFd", kWrongNumberOfArguments
   controller.ResdDLLOutputFile text, number : Good "ResdDLLOutputFile"
   Equal "ResdDLLOutputFile of no file", text & number, False & "402"
-  controller.ResdDLLOutputFile text : Bad "ResdDLLOutputFile", kWrongNumberOfArguments
   controller.DeleteInputOutFilesInTempFd : Good "DeleteInputOutFilesInTempFd"
   controller.DeleteTempFolder : Good "DeleteTempFolder"
   controller.ReadScheduleStatusFile text : Good "ReadScheduleStatusFile"
   Equal "ReadScheduleStatusFile", text, False
-  controller.ReadScheduleStatusFile : Bad "ReadScheduleStatusFile", kWrongNumberOfArguments
   controller.CallIPPORTCheckFull : Good "CallIPPORTCheckFull"
   controller.Trf_WritePORTNumbers 2 : Good "Trf_WritePORTNumbers"
-  controller.Trf_WritePORTNumbers "x" : Bad "Trf_WritePORTNumbers", kTypeMismatch
   Set stream = fso.CreateTextFile(home & "\general.txt", True, True)
   controller.WriteGeneralMessage stream : Good "WriteGeneralMessage"
   stream.Close
   Check "WriteGeneralMessage", InStr(ReadText(home & "\general.txt", True), "Listed are the file(s)") > 0
-  controller.WriteGeneralMessage 5 : Bad "WriteGeneralMessage", kTypeMismatch
   controller.WriteGeneralMessage codec : Bad "WriteGeneralMessage on another object", kTypeMismatch
 End Sub
 
 Sub CallHelpers
   On Error Resume Next
   Equal "ReadProfilefromRegistry", controller.ReadProfilefromRegistry("none"), ""
-  controller.ReadProfilefromRegistry controller : Bad "ReadProfilefromRegistry", kTypeMismatch
   Equal "ReadProfilefromRegistryWithoutDeCrypt", controller.ReadProfilefromRegistryWithoutDeCrypt("none"), ""
-  controller.ReadProfilefromRegistryWithoutDeCrypt controller
-  Bad "ReadProfilefromRegistryWithoutDeCrypt", kTypeMismatch
   Equal "ReadRandomNumFromRegistry", controller.ReadRandomNumFromRegistry("none"), ""
-  controller.ReadRandomNumFromRegistry controller : Bad "ReadRandomNumFromRegistry", kTypeMismatch
   controller.ResetBackupProgressIni : Good "ResetBackupProgressIni"
   Equal "EndProgress", controller.EndProgress, True
-  controller.EndProgress 1 : Bad "EndProgress", kWrongNumberOfArguments
   Equal "GetProperSizeValue", controller.GetProperSizeValue(123456), "120.5 KB"
-  controller.GetProperSizeValue "x" : Bad "GetProperSizeValue", kTypeMismatch
   Equal "TrimSpaceFromPathOne", controller.TrimSpaceFromPathOne("C:\a \b"), "C:\a\b"
-  controller.TrimSpaceFromPathOne controller : Bad "TrimSpaceFromPathOne", kTypeMismatch
   number = 0
   Equal "ProcessTerminate", controller.ProcessTerminate(number, 0), False
   text = "x"
   controller.ProcessTerminate text, 0 : Bad "ProcessTerminate", kTypeMismatch
   Equal "WhatsMyProcessID", controller.WhatsMyProcessID(-1), 0
-  controller.WhatsMyProcessID "x" : Bad "WhatsMyProcessID", kTypeMismatch
   Equal "IsVista", VarType(controller.IsVista), vbBoolean
-  controller.IsVista 1 : Bad "IsVista", kWrongNumberOfArguments
   Check "GetLocaleString", InStr(controller.GetLocaleString(31), "yy") > 0
-  controller.GetLocaleString "x" : Bad "GetLocaleString", kTypeMismatch
   Equal "GetSystemTime", Len(controller.GetSystemTime), Len("11-14-2026 12-30-00")
-  controller.GetSystemTime 1 : Bad "GetSystemTime", kWrongNumberOfArguments
   Equal "CheckForWriteAccessPermission", controller.CheckForWriteAccessPermission(home), True
-  controller.CheckForWriteAccessPermission controller : Bad "CheckForWriteAccessPermission", kTypeMismatch
   Equal "GetIPFromHostName", controller.GetIPFromHostName("localhost"), "127.0.0.1"
-  controller.GetIPFromHostName controller : Bad "GetIPFromHostName", kTypeMismatch
   text = controller.GetHostNameFromIP("127.0.0.1") : Good "GetHostNameFromIP"
-  controller.GetHostNameFromIP controller : Bad "GetHostNameFromIP", kTypeMismatch
 End Sub
 
 Dim noon
@@ -417,26 +327,18 @@ Sub CallLogExtracts
   controller.MailSubject = "" : Good "MailSubject"
   Equal "ReadLinesfromtracefiles", controller.ReadLinesfromtracefiles(home & "\log.txt"), _
       "a%20b" & vbCrLf & "Backed%20up%20Files%20%3A%203" & vbCrLf & "end" & vbCrLf
-  controller.ReadLinesfromtracefiles controller : Bad "ReadLinesfromtracefiles", kTypeMismatch
   Equal "ReadLinesfromtracefilesWithoutLogExtract", _
       controller.ReadLinesfromtracefilesWithoutLogExtract(home & "\log.txt"), "Backed%20up%20Files%20%3A%203" & vbCrLf
-  controller.ReadLinesfromtracefilesWithoutLogExtract controller
-  Bad "ReadLinesfromtracefilesWithoutLogExtract", kTypeMismatch
   controller.AppendLogAttach " a line " : Good "AppendLogAttach"
-  controller.AppendLogAttach controller : Bad "AppendLogAttach", kTypeMismatch
   Equal "AppendLogAttach", ReadText(data & "Ondura\TmpLogAttach.txt", True), "a line" & vbCrLf
   controller.AppendFileData home & "\data.txt", "more" : Good "AppendFileData"
-  controller.AppendFileData home & "\data.txt", controller : Bad "AppendFileData", kTypeMismatch
   Equal "AppendFileData", ReadText(home & "\data.txt", True), "more" & vbCrLf
   Equal "TimeDiffString", controller.TimeDiffString(noon, noon + TimeSerial(1, 2, 3)), _
       " 1 hour, 2 minutes and 3 seconds"
-  controller.TimeDiffString controller, Now : Bad "TimeDiffString", kTypeMismatch
   Equal "URLEncodeWebd", controller.URLEncodeWebd("a/b c"), "a/b%20c"
-  controller.URLEncodeWebd controller : Bad "URLEncodeWebd", kTypeMismatch
   list = controller.UTF8_Encode("a b") : Good "UTF8_Encode"
   Equal "UTF8_Encode", UBound(list) & " " & list(0) & " " & list(1), "2 97 32"
   Check "UTF8_Encode of nothing", IsEmpty(controller.UTF8_Encode(""))
-  controller.UTF8_Encode controller : Bad "UTF8_Encode", kTypeMismatch
 End Sub
 
 ' No notification host answers.
@@ -457,12 +359,10 @@ Sub CallMail
       "1M/d/yyyy" & home & "\log.txt" & "Done." & CDbl(noon) & " SQL Server none"
   controller.SendMail "ann@example.com", "", 2 : Good "SendMail"
   Check "MailSubject: " & controller.MailSubject, InStr(controller.MailSubject, "[ann]") > 0
-  controller.SendMail "ann@example.com", "", "x" : Bad "SendMail", kTypeMismatch
   controller.ScheduledTimeText = "12:30"
   controller.ScheduleTimeField = "12:31" : Good "the times of a notice"
   Equal "the times of a notice", controller.ScheduledTimeText & controller.ScheduleTimeField, "12:3012:31"
   controller.SendMailNew "ann@example.com", "a notice" : Good "SendMailNew"
-  controller.SendMailNew controller, "a notice" : Bad "SendMailNew", kTypeMismatch
 End Sub
 
 Sub CallSizes
@@ -470,9 +370,7 @@ Sub CallSizes
   controller.CalculateTotalSize : Good "CalculateTotalSize"
   Equal "CalculateTotalSize", ReadText(user & "TotalDisplaySize.txt", True), "10" & vbCrLf & "2" & vbCrLf
   Equal "CheckServiceModeMappedDrive", controller.CheckServiceModeMappedDrive, False
-  controller.CheckServiceModeMappedDrive 1 : Bad "CheckServiceModeMappedDrive", kWrongNumberOfArguments
   Equal "ReadProfilefromRegistryUNCCountSch", controller.ReadProfilefromRegistryUNCCountSch, ""
-  controller.ReadProfilefromRegistryUNCCountSch 1 : Bad "ReadProfilefromRegistryUNCCountSch", kWrongNumberOfArguments
   controller.ReadProfilefromRegistryUNCSch : Good "ReadProfilefromRegistryUNCSch"
   Equal "UNCCount", controller.UNCCount, 0
   transfer.Trf_WriteUserNameRegistryProfile "UNCCount", "1"
