@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/machine.h"
 
@@ -43,6 +44,16 @@ class TestedMachine {
   // can't keep for it.
   [[nodiscard]] virtual bool Excuses(std::string_view /*story*/) const { return false; }
 };
+
+// What a listing of the folder shows, in its order; folders with a backslash after their name.
+inline std::vector<std::string> NamesIn(const Machine& machine, std::string_view folder) {
+  std::vector<std::string> names;
+  machine.folders.List(folder, [&](const FolderEntry& entry) {
+    names.push_back(std::string{entry.name} + (entry.is_folder ? "\\" : ""));
+    return Visit::kContinue;
+  });
+  return names;
+}
 
 using MakeTestedMachine = std::unique_ptr<TestedMachine> (*)();
 

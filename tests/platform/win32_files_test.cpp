@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "TemporaryFolder.h"
+#include "contract.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/handles.h"
 #include "machines/win32/paths.h"
@@ -40,12 +41,7 @@ TEST_F(Win32FilesTest, PathsBeyondTheOldLimitWorkInEveryCall) {
   EXPECT_TRUE(machine_.files.Copy(file, deep + "\\copy"));
   EXPECT_THAT(machine_.files.Read(deep + "\\copy"), Optional(std::string{"Deeper"}));
   EXPECT_TRUE(machine_.files.Remove(deep + "\\copy", Removal::kPlain));
-  std::vector<std::string> names;
-  EXPECT_TRUE(machine_.folders.List(deep + "\\", [&](const FolderEntry& entry) {
-    names.emplace_back(entry.name);
-    return Visit::kContinue;
-  }));
-  EXPECT_THAT(names, ElementsAre("File.txt"));
+  EXPECT_THAT(NamesIn(machine_, deep + "\\"), ElementsAre("File.txt"));
   EXPECT_EQ(machine_.drives.LongPath(deep + "/FILE.txt"), deep + "\\File.txt");
   EXPECT_TRUE(machine_.watches.Watch(file)->MayHaveChanged());
   EXPECT_TRUE(machine_.folders.Remove(root_ + "a folder with a rather long name", Removal::kForce));
