@@ -1,15 +1,18 @@
 #include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <netinet/in.h>
-#include <signal.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
+#include <future>
 #include <map>
+#include <thread>
 
 #include "TemporaryRoot.h"
 #include "contract_web.h"
+#include "machines/posix/host_io.h"
 #include "support/NotificationServer.h"
 #include "text/text.h"
 
@@ -48,58 +51,51 @@ std::unique_ptr<TestedWeb> MakePosixWeb() { return std::make_unique<PosixWeb>();
 
 INSTANTIATE_TEST_SUITE_P(Posix, WebContract, testing::Values(&MakePosixWeb));
 
-// A process that takes one connection, keeps what comes up to an empty line, says `answer`, and stays until
-// the other side ends.
+// Takes one connection, keeps what comes up to an empty line, says `answer`, and stays until it or the other
+// side ends.
 class PlainServer {
  public:
-  explicit PlainServer(const std::string& answer) {
-    const int listener = socket(AF_INET, SOCK_STREAM, 0);
+  explicit PlainServer(std::string answer) : answer_(std::move(answer)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     auto* const general = reinterpret_cast<sockaddr*>(&address);
-    const bool listens = bind(listener, general, size) == 0 && listen(listener, 1) == 0 &&
-                         getsockname(listener, general, &size) == 0 && pipe(kept_.data()) == 0;
+    const bool listens = bind(listener_.get(), general, size) == 0 && listen(listener_.get(), 1) == 0 &&
+                         getsockname(listener_.get(), general, &size) == 0;
     if (!listens) throw std::runtime_error("no listener");
     port_ = ntohs(address.sin_port);
-    process_ = fork();
-    if (process_ == 0) Serve(accept(listener, nullptr, nullptr), answer);
-    close(listener);
-    close(kept_[1]);
+    thread_ = std::jthread([this] { Serve(); });
   }
   ~PlainServer() {
-    kill(process_, SIGKILL);
-    waitpid(process_, nullptr, 0);
-    close(kept_[0]);
+    for (const Fd* end : {&listener_, &connection_}) shutdown(end->get(), SHUT_RDWR);
   }
   PlainServer(const PlainServer&) = delete;
   PlainServer& operator=(const PlainServer&) = delete;
 
   [[nodiscard]] std::uint16_t port() const { return port_; }
 
-  // After the answer came.
-  [[nodiscard]] std::string Kept() const {
-    std::string bytes(65536, '\0');
-    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(0, read(kept_[0], bytes.data(), bytes.size()))));
-    return bytes;
-  }
+  // What came before the answer.
+  [[nodiscard]] std::string Kept() { return kept_.get_future().get(); }
 
  private:
-  [[noreturn]] void Serve(int connection, const std::string& answer) const {
+  void Serve() {
+    connection_ = Fd{accept(listener_.get(), nullptr, nullptr)};
     std::string head;
     char byte = 0;
-    while (!head.ends_with("\r\n\r\n") && read(connection, &byte, 1) == 1) head += byte;
-    bool fine = write(kept_[1], head.data(), head.size()) > 0;
-    fine = fine && write(connection, answer.data(), answer.size()) > 0;
-    shutdown(connection, answer.empty() ? SHUT_RDWR : SHUT_RD);
-    pause();
-    _exit(fine ? 0 : 1);
+    while (!head.ends_with("\r\n\r\n") && read(connection_.get(), &byte, 1) == 1) head += byte;
+    kept_.set_value(head);
+    send(connection_.get(), answer_.data(), answer_.size(), MSG_NOSIGNAL);
+    if (answer_.empty()) shutdown(connection_.get(), SHUT_RDWR);
+    while (read(connection_.get(), &byte, 1) == 1) continue;
   }
 
-  std::array<int, 2> kept_{};
-  pid_t process_ = -1;
+  std::string answer_;
+  Fd listener_{socket(AF_INET, SOCK_STREAM, 0)};
+  Fd connection_;
+  std::promise<std::string> kept_;
   std::uint16_t port_ = 0;
+  std::jthread thread_;
 };
 
 class PosixWebTest : public testing::Test {
@@ -159,11 +155,11 @@ TEST_F(PosixWebTest, WhatAServerSaysIsTakenForWhatItIs) {
 
 TEST_F(PosixWebTest, AProxyIsUsedWhereTheSessionNamesOneAndNotWhereTheEnvironmentDoes) {
   setenv("http_proxy", "http://127.0.0.1:1", 1);
-  const PlainServer plain{"HTTP/1.1 200 OK\r\n\r\n"};
+  PlainServer plain{"HTTP/1.1 200 OK\r\n\r\n"};
   ASSERT_TRUE(web_.Send(NewRequest("127.0.0.1", plain.port()), "")) << web_.LastError();
   EXPECT_THAT(plain.Kept(), StartsWith("GET /x HTTP/1.1\r\n"));
 
-  const PlainServer proxy{"HTTP/1.1 407 Who are you\r\n\r\n"};
+  PlainServer proxy{"HTTP/1.1 407 Who are you\r\n\r\n"};
   const std::string name = "https=127.0.0.1:1 http=127.0.0.1:" + std::to_string(proxy.port());
   const InternetHandle request = NewRequest("far.invalid", 8080, {"http generic", 3, name});
   web_.SetText(request, InternetOption::kProxyUserName, "ann");
@@ -174,7 +170,7 @@ TEST_F(PosixWebTest, AProxyIsUsedWhereTheSessionNamesOneAndNotWhereTheEnvironmen
   EXPECT_THAT(asked, StartsWith("GET http://far.invalid:8080/x HTTP/1.1\r\n"));
   EXPECT_THAT(asked, HasSubstr("Proxy-Authorization: Basic YW5uOnNlY3JldA==\r\n"));
 
-  const PlainServer tunnel{"HTTP/1.1 403 Not there\r\n\r\n"};
+  PlainServer tunnel{"HTTP/1.1 403 Not there\r\n\r\n"};
   const std::string secure_name = "127.0.0.1:" + std::to_string(tunnel.port());
   const InternetHandle secure = NewRequest("far.invalid", 11900, {"", 3, secure_name}, kRequestSecure);
   ASSERT_TRUE(web_.Send(secure, "")) << web_.LastError();
