@@ -1,6 +1,5 @@
 // Plays the scenario on a machine in a folder: ROOT ENGINE DATABASE-MANAGER.
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
@@ -10,17 +9,7 @@
 
 namespace ondura::scenario {
 
-namespace {
-
 constexpr int kSpeed = 20;
-
-std::filesystem::path OnHost(const std::filesystem::path& root, std::string path) {
-  path.erase(1, 1);
-  std::ranges::replace(path, '\\', '/');
-  return root / path;
-}
-
-}  // namespace
 
 int PlayOnMachine(const std::vector<std::string>& arguments) {
   if (arguments.size() != 3) {
@@ -33,8 +22,9 @@ int PlayOnMachine(const std::vector<std::string>& arguments) {
   if (!made.owner) throw std::runtime_error(made.error);
   const Machine& machine = made.owner->machine();
   const auto put_programs = [&] {
-    std::filesystem::copy_file(arguments[1], OnHost(root, kEngine));
-    std::filesystem::copy_file(arguments[2], OnHost(root, kDatabaseManager));
+    const std::filesystem::path install = root / "C/Scenario/Install";
+    std::filesystem::copy_file(arguments[1], install / "ScnClsClient.exe");
+    std::filesystem::copy_file(arguments[2], install / "OnduraSDBManager.exe");
   };
   std::cout << Play({machine, machine, put_programs});
   return 0;
