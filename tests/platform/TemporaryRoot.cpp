@@ -30,6 +30,7 @@ class PosixUnderTest : public TestedMachine {
     std::filesystem::create_directory_symlink(root_.OnHost(folder), root_.OnHost(path));
     return true;
   }
+  [[nodiscard]] std::size_t long_path() const override { return 5000; }
   void Protect(std::string_view path) override {
     std::filesystem::permissions(root_.OnHost(path), std::filesystem::perms::owner_read);
   }

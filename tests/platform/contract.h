@@ -40,6 +40,9 @@ class TestedMachine {
   // Makes a link at `path` to a folder. False where the machine has none.
   virtual bool PutFolderLink(std::string_view /*path*/, std::string_view /*folder*/) { return false; }
 
+  // A path of this length is too long for the system's simpler calls.
+  [[nodiscard]] virtual std::size_t long_path() const { return 400; }
+
   // Promises, by the story that tells them, that the system below this build does not keep and the backend
   // can't keep for it.
   [[nodiscard]] virtual bool Excuses(std::string_view /*story*/) const { return false; }

@@ -160,6 +160,27 @@ TEST_P(PlatformContract, ALinkToAFolderIsNotShownInItsFolderAndIsAWayThere) {
   EXPECT_THAT(machine_.files.Read(At(R"(d\round\a)")), Optional(std::string{"x"}));
 }
 
+TEST_P(PlatformContract, ALongPathWorksLikeAnyOther) {
+  const std::string level = "\\a folder with a rather long name";
+  std::string deep = root_;
+  while (deep.size() < tested_->long_path()) {
+    deep += level;
+    ASSERT_TRUE(machine_.folders.Make(deep)) << deep.size();
+  }
+  // The form without a limit knows neither slashes nor doubled separators nor dots on Windows.
+  const std::string file = deep + "\\\\./File.txt";
+  PutFile(file, "deep");
+  EXPECT_TRUE(machine_.files.Append(file, "er", IfMissing::kFail));
+  EXPECT_TRUE(machine_.files.Patch(deep + "/FILE.txt", 0, "D"));
+  EXPECT_TRUE(machine_.files.Copy(file, deep + "\\copy"));
+  EXPECT_THAT(machine_.files.Read(deep + "\\COPY"), Optional(std::string{"Deeper"}));
+  EXPECT_TRUE(machine_.files.Remove(deep + "\\copy", Removal::kPlain));
+  EXPECT_THAT(NamesIn(machine_, deep + "\\"), ElementsAre("File.txt"));
+  EXPECT_EQ(machine_.drives.LongPath(deep + "/FILE.txt"), deep + "\\File.txt");
+  EXPECT_TRUE(machine_.watches.Watch(file)->MayHaveChanged());
+  EXPECT_TRUE(machine_.folders.Remove(root_ + level, Removal::kForce));
+}
+
 TEST_P(PlatformContract, NothingIsFoundByAWildcard) {
   machine_.folders.Make(At("one"));
   for (const char* name : {"on?", "o*", "?ne"}) {

@@ -150,20 +150,6 @@ TEST_F(PosixMachineTest, AReplacedFileIsWholeAndKeepsItsRightsAndNames) {
   EXPECT_THAT(NamesIn(machine_, R"(C:\d)"), UnorderedElementsAre("file", "other"));
 }
 
-TEST_F(PosixMachineTest, FoldersBeyondTheLengthThatTheKernelTakesAreFoldersAsAllOthers) {
-  std::string deep = "C:";
-  while (deep.size() < 5000) {
-    deep += "\\" + std::string(200, 'n');
-    ASSERT_TRUE(machine_.folders.Make(deep)) << deep.size();
-  }
-  EXPECT_TRUE(machine_.files.Write(deep + "\\File", "x", IfPresent::kReplace));
-  EXPECT_THAT(NamesIn(machine_, deep), ElementsAre("File"));
-  EXPECT_TRUE(machine_.files.Copy(deep + "\\FILE", deep + "\\copy"));
-  EXPECT_THAT(machine_.files.Size(deep + "\\copy"), Optional(1U));
-  EXPECT_TRUE(machine_.files.Remove(deep + "\\copy", Removal::kPlain));
-  EXPECT_TRUE(machine_.folders.Remove("C:\\" + std::string(200, 'n'), Removal::kForce));
-}
-
 TEST_F(PosixMachineTest, ADamagedIniFileOfManyLinesHasItsFirstKeysAndTakesOneMore) {
   std::string text = "[S]\r\nKey=1\r\n[Other]\r\n";
   for (int line = 0; line < 200'000; ++line) text += "x=" + std::to_string(line) + "\r\n";
