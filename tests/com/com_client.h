@@ -59,8 +59,4 @@ struct Value : VARIANT {
   Value& operator=(const Value&) = delete;
 };
 
-// A list as a script holds it.
-Value* MakeList(Value& value, std::initializer_list<const wchar_t*> texts, VARTYPE element);
-std::wstring Joined(SAFEARRAY* array, VARTYPE element);
-
 }  // namespace ondura_client
