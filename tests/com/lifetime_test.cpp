@@ -1,32 +1,16 @@
 #include <gtest/gtest.h>
 
-#include "machines/win32/windows_api.h"
-
-#include <winternl.h>
-
 #include <algorithm>
 #include <chrono>
 #include <vector>
 
 #include "com_client.h"
+#include "support/open_handles.h"
 
 namespace ondura_client {
 namespace {
 
 constexpr wchar_t kLibrary[] = L"OnduraEService.dll";
-
-constexpr NTSTATUS kBufferTooSmall = static_cast<NTSTATUS>(0xC0000004);
-
-// An entry of the system's table of handles.
-struct SystemHandle {
-  USHORT process;
-  USHORT trace;
-  UCHAR type;
-  UCHAR attributes;
-  USHORT value;
-  void* object;
-  ULONG access;
-};
 
 struct Class {
   const CLSID& id;
@@ -65,21 +49,6 @@ std::size_t AllocatedBytes() {
   return bytes;
 }
 
-// Of this process, out of all that the system has open.
-std::size_t OpenHandles() {
-  std::vector<char> buffer(1 << 16);
-  ULONG needed = 0;
-  while (NtQuerySystemInformation(SystemHandleInformation, buffer.data(), static_cast<ULONG>(buffer.size()),
-                                  &needed) == kBufferTooSmall) {
-    buffer.resize(2 * buffer.size());
-  }
-  const auto* const count = reinterpret_cast<const ULONG*>(buffer.data());
-  const auto* const all = reinterpret_cast<const SystemHandle*>(buffer.data() + sizeof(void*));
-  return static_cast<std::size_t>(std::count_if(all, all + *count, [](const SystemHandle& one) {
-    return one.process == static_cast<USHORT>(GetCurrentProcessId());
-  }));
-}
-
 TEST(LifetimeTest, TenThousandObjectsOfEachClassLeaveNothing) {
   const Apartment apartment;
   const auto rounds = [](const Class& of, int count) {
@@ -92,11 +61,11 @@ TEST(LifetimeTest, TenThousandObjectsOfEachClassLeaveNothing) {
   for (const Class& of : kClasses) {
     rounds(of, 20);  // what the system itself keeps after the first use
     const std::size_t bytes = AllocatedBytes();
-    const std::size_t handles = OpenHandles();
+    const std::size_t handles = ondura::OpenHandles();
     ASSERT_GT(handles, 0U) << "they can't be counted here";
     rounds(of, 10'000);
     EXPECT_LE(AllocatedBytes(), bytes + 4096) << of.member;
-    EXPECT_EQ(OpenHandles(), handles) << of.member;
+    EXPECT_EQ(ondura::OpenHandles(), handles) << of.member;
   }
   const HMODULE library = GetModuleHandleW(kLibrary);
   ASSERT_NE(library, nullptr);
