@@ -90,6 +90,24 @@ TEST(DispatchStory, ARecordThatCanNotBeMovedIsServedOnceUntilItsLineChanges) {
   }
 }
 
+TEST(DispatchStory, ARecordThatStandsHidesNoOtherOfItsUser) {
+  const ScheduleRecord missed =
+      With(House::Daily("11-14-2026 9:00:00"), &ScheduleRecord::repeatkind, "4");  // again on each pass
+  const ScheduleRecord no_day = With(House::Daily("11-14-2026 9:00:00"), &ScheduleRecord::daymask, "0");
+  for (const ScheduleRecord& first : {missed, no_day}) {
+    DueHouse house;
+    house.PutSchedule("ann", {first, House::Daily()});
+    house.Tick();
+    EXPECT_TRUE(house.Commands().empty());
+    EXPECT_EQ(house.Status("BackupFailureDays"), "1");
+    house.Tick();
+    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
+    EXPECT_EQ(house.Bytes("scheduleData.txt"), House::FileOf({first, House::Daily(House::kTomorrow)}));
+    for (int tick = 0; tick < 3; ++tick) house.Tick();
+    EXPECT_EQ(house.Status("BackupFailureDays"), first.repeatkind == "4" ? "3" : "0");
+  }
+}
+
 TEST(DispatchStory, WhatTheUserChangesInTheScheduleDuringTheJobStaysAndNothingRunsTwice) {
   const ScheduleRecord daily = House::Daily();
   const ScheduleRecord moved = House::Daily(House::kTomorrow);
@@ -100,24 +118,30 @@ TEST(DispatchStory, WhatTheUserChangesInTheScheduleDuringTheJobStaysAndNothingRu
   const auto mondays = [](const ScheduleRecord& record) {
     return With(record, &ScheduleRecord::daymask, "0100000");
   };
-  using Records = std::vector<ScheduleRecord>;
-  using Row = std::tuple<const char*, Records, Records>;
-  for (const auto& [story, during, left] : std::vector<Row>{
-           {"a record more", {added, daily}, {added, moved}},
-           {"a mail address", {with_mail(daily)}, {with_mail(moved)}},
-           {"other days", {mondays(daily)}, {mondays(House::Daily("11-16-2026 12:30:00"))}},
-           {"another time", {added}, {added}},
-           {"one that runs once", {added, With(daily, &ScheduleRecord::repeatkind, "4")}, {added}},
-           {"no record left", {}, {}}}) {
-    SCOPED_TRACE(story);
-    DueHouse house;
-    house.During(51, [&, &records = during] { house.PutSchedule("ann", records); });
-    for (int tick = 0; tick < 2; ++tick) {
+  for (const auto& [story, during, left] : std::vector<std::tuple<std::string, std::string, std::string>>{
+           {"a record more", House::FileOf({added, daily}), House::FileOf({added, moved})},
+           {"a mail address", House::FileOf({with_mail(daily)}), House::FileOf({with_mail(moved)})},
+           {"other days", House::FileOf({mondays(daily)}),
+            House::FileOf({mondays(House::Daily("11-16-2026 12:30:00"))})},
+           {"another time", House::FileOf({added}), House::FileOf({added})},
+           {"one that runs once", House::FileOf({added, With(daily, &ScheduleRecord::repeatkind, "4")}),
+            House::FileOf({added})},
+           {"no record left", "0\r\n", "0\r\n"},
+           {"nothing left", "", "0\r\n"}}) {
+    for (const auto duration : {2s, 7200s}) {
+      DueHouse house;
+      house.OnCommand(51, [&, &bytes = during](ProgramRun& run) {
+        house.machine.PutFile(house.UserPath("scheduleData.txt"), bytes);
+        house.WriteResult(402);
+        run.ExitAfter(duration, 0);
+      });
       house.Tick();
-      EXPECT_EQ(house.Bytes("scheduleData.txt"), House::FileOf(left));
+      EXPECT_EQ(house.Bytes("scheduleData.txt"), left) << story;
+      house.Tick();
+      EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16)) << story;
+      EXPECT_EQ(house.Bytes("scheduleData.txt"), left) << story;
+      EXPECT_EQ(house.Status("BackupFailureDays"), "0") << story;
     }
-    EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
-    EXPECT_EQ(house.Status("BackupFailureDays"), "0");
   }
 }
 
