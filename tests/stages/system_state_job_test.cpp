@@ -223,14 +223,8 @@ TEST(SystemStateJob, OnlyAStopBetweenTheTwoTestsEndsTheJob) {
   SystemStateHouse house;
   house.machine.PutProcess("C:\\elsewhere\\ntbackup.exe");
   house.WriteProfile("BackupStatus", "DLLStatus", "7");
-  const Machine& ports = house.machine.machine();
-  StopBetweenTheTests profiles(ports.profiles);
-  Component component({ports.clock,     ports.pump,   ports.files,    ports.folders,
-                       ports.watches,   ports.drives, profiles,       ports.registry,
-                       ports.processes, ports.system, ports.locale,   ports.code_page,
-                       ports.internet,  ports.crypto, ports.services, ports.desktop,
-                       ports.power,     ports.names,  ports.mutexes,  ports.continuous_backup,
-                       ports.web});
+  StopBetweenTheTests profiles(house.machine.machine().profiles);
+  Component component(With(house.machine.machine(), profiles));
   component.controller().cont_InitialSch(House::kInstall);
   component.controller().Cont_CheckStandardRunning();
   const std::string result = "The user has aborted the system state backup";
