@@ -6,6 +6,7 @@
 
 #include "Failure.h"
 #include "profile/installation_folders.h"
+#include "profile/profile_paths.h"
 #include "profile/user_list.h"
 #include "text/text.h"
 
@@ -37,7 +38,7 @@ OpenedMachine::OpenedMachine(const Globals& globals) : owner_(OpenMachineFolder(
 }
 
 std::vector<std::string> OpenedMachine::Users() const {
-  const std::string file = installation_.DataFile("userlist.ini");
+  const std::string file = installation_.DataFile(kUserListFile);
   if (machine().files.Exists(file) && !machine().files.Read(file)) {
     throw Failure(Exit::kFailed, "can't read the user list '" + file + "'; look at its rights");
   }

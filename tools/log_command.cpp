@@ -6,6 +6,7 @@
 #include "Failure.h"
 #include "OpenedMachine.h"
 #include "commands.h"
+#include "profile/profile_paths.h"
 #include "util/TextFiles.h"
 #include "util/date_text.h"
 
@@ -27,11 +28,12 @@ struct LogFile {
 // Oldest first.
 std::vector<LogFile> FindLogs(const OpenedMachine& opened) {
   std::vector<LogFile> logs;
-  opened.machine().folders.List(opened.installation().UserFile("Session"), [&](const FolderEntry& entry) {
-    if (!entry.is_folder && entry.name.ends_with(".txt"))
-      logs.push_back({std::string{entry.name}, entry.modified});
-    return Visit::kContinue;
-  });
+  opened.machine().folders.List(opened.installation().UserFile(kSessionFolder),
+                                [&](const FolderEntry& entry) {
+                                  if (!entry.is_folder && entry.name.ends_with(".txt"))
+                                    logs.push_back({std::string{entry.name}, entry.modified});
+                                  return Visit::kContinue;
+                                });
   std::ranges::sort(logs, {}, [](const LogFile& log) { return std::tie(log.modified, log.name); });
   return logs;
 }
@@ -51,8 +53,9 @@ void ShowLog(const Globals& globals, const LogRequest& request) {
   }
   const std::string name = request.name.empty() ? logs.back().name : request.name;
   const bool is_known = std::ranges::find(logs, name, &LogFile::name) != logs.end();
-  const auto lines = TextFiles(opened.machine().files, opened.machine().code_page)
-                         .ReadLines(opened.installation().UserFile("Session\\" + name), Encoding::kUtf16);
+  const auto lines =
+      TextFiles(opened.machine().files, opened.machine().code_page)
+          .ReadLines(opened.installation().UserFile(kSessionFolder) + "\\" + name, Encoding::kUtf16);
   if (!is_known || !lines) {
     throw Failure(Exit::kFailed, "there is no session log '" + name + "'; 'ondura log " + request.user +
                                      " --all' lists them");

@@ -46,7 +46,7 @@ std::string RandomDigits() {
 
 void WriteConfiguration(const Machine& machine, Installation& installation, const MachinePlan& plan) {
   const ProductConfiguration configuration(machine, installation);
-  const std::string file = installation.DataFile("Configuration.ini");
+  const std::string file = installation.DataFile(kConfigurationFile);
   const auto write = [&](std::string_view section, std::string_view key, std::string_view value) {
     const std::string stored_key = configuration.StoredForm(key);
     WriteValue(machine, {file, section, stored_key}, configuration.StoredForm(value));
@@ -61,7 +61,7 @@ void WriteConfiguration(const Machine& machine, Installation& installation, cons
 }
 
 void WriteDeployment(const Machine& machine, const Installation& installation, const MachinePlan& plan) {
-  const std::string file = installation.ExeLocation + "Deployment.ini";
+  const std::string file = installation.ExeLocation + std::string{kDeploymentFile};
   WriteValue(machine, {file, "Deployment", "PrimaryServer"}, plan.primary_server);
   WriteValue(machine, {file, "Deployment", "SecondaryServer"}, plan.secondary_server);
   WriteValue(machine, {file, "Deployment", "NotificationHost"}, plan.notification_host);
@@ -81,7 +81,7 @@ void WriteSharedState(const Machine& machine, const Installation& installation, 
   }
   WriteValue(machine, {file, profile_keys::kStandard.section, profile_keys::kStandard}, "0");
   WriteValue(machine, {file, profile_keys::kStarted.section, profile_keys::kStarted}, "0");
-  const std::string user_list = installation.DataFile("userlist.ini");
+  const std::string user_list = installation.DataFile(kUserListFile);
   const bool is_there =
       machine.files.Exists(user_list) ||
       TextFiles(machine.files, machine.code_page).CreateMissing(user_list, Encoding::kCodePage);

@@ -9,6 +9,7 @@
 #include "ValueWriter.h"
 #include "commands.h"
 #include "engine/status_word.h"
+#include "profile/profile_paths.h"
 #include "profile/user_defaults.h"
 #include "secret_input.h"
 #include "text/text.h"
@@ -18,7 +19,6 @@ namespace ondura {
 
 namespace {
 
-constexpr std::string_view kUserListFile = "userlist.ini";
 constexpr std::size_t kLongestName = 64;
 constexpr std::string_view kRefusedInNames = ";\\/:*?\"<>|=";
 

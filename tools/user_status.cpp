@@ -7,6 +7,7 @@
 #include "HostNotes.h"
 #include "ScheduleFile.h"
 #include "engine/status_word.h"
+#include "profile/profile_paths.h"
 #include "reporting/Progress.h"
 #include "result_words.h"
 #include "schedule/record_dates.h"
@@ -100,8 +101,8 @@ UserStatus ReadUserStatus(const OpenedMachine& opened) {
     const int code = static_cast<int>(*result);
     status.last_result = JobResult{code, LastResultWords(code, status)};
   }
-  status.sentence = Trim(FirstLine(opened, "SchStatus.txt"));
-  if (status.sentence.empty()) status.sentence = Trim(FirstLine(opened, "SchStatusError.txt"));
+  status.sentence = Trim(FirstLine(opened, kStatusTextFile));
+  if (status.sentence.empty()) status.sentence = Trim(FirstLine(opened, kErrorTextFile));
   status.failures_in_a_row =
       static_cast<int>(ParseInteger(keys.Read(profile_keys::kBackupFailureDays)).value_or(0));
   const std::string disabled = keys.Read(profile_keys::kScheduleDisable);

@@ -9,6 +9,7 @@
 #include "SoleHost.h"
 #include "TickGuard.h"
 #include "machines/posix/HostProcess.h"
+#include "profile/profile_paths.h"
 #include "service/Component.h"
 #include "service/Controller.h"
 #include "tick_loop.h"
@@ -24,8 +25,7 @@ namespace {
 bool IsConfigured(Component& component) {
   const Installation& installation = component.installation();
   if (!installation.ProfileIniName.empty()) return true;
-  std::cerr << "ondura-host: no usable product configuration in "
-            << installation.DataFile("Configuration.ini")
+  std::cerr << "ondura-host: no usable product configuration in " << installation.DataFile(kConfigurationFile)
             << ". Make one with `ondura init`, or name the install folder with --install.\n";
   return false;
 }

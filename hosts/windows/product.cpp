@@ -12,7 +12,7 @@ Installation ReadInstallation(std::string_view install_folder) {
   const auto owner = MakeWin32Machine();
   Installation installation;
   if (!LoadInstallation(owner->machine(), installation, install_folder)) {
-    throw HostError("no usable product configuration in " + installation.DataFile("Configuration.ini") +
+    throw HostError("no usable product configuration in " + installation.DataFile(kConfigurationFile) +
                         ". Install the product, or name its install folder with --install.",
                     kExitUsage);
   }

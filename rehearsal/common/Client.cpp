@@ -1,6 +1,7 @@
 #include "rehearsal/common/Client.h"
 
 #include "profile/installation_folders.h"
+#include "profile/profile_paths.h"
 #include "text/text.h"
 
 namespace ondura::rehearsal {
@@ -47,7 +48,7 @@ void Client::WriteStatus(const ProfileKey& key, std::string_view value) {
 }
 
 int Client::DeploymentNumber(std::string_view key, int fallback) {
-  const std::string file = installation_.ExeLocation + "Deployment.ini";
+  const std::string file = installation_.ExeLocation + std::string{kDeploymentFile};
   return machine_.profiles.ReadInt({file, "Demo", key}, fallback);
 }
 

@@ -3,6 +3,7 @@
 #include <exception>
 #include <iostream>
 
+#include "profile/profile_paths.h"
 #include "rehearsal/common/ProgramMachine.h"
 
 namespace ondura::rehearsal {
@@ -18,7 +19,7 @@ int RunOnMachine(const char* name, const std::function<int(Client&)>& work) {
   Client client(child.owner->machine(), child.folder);
   if (!client.Load()) {
     std::cerr << name << ": no product configuration in "
-              << client.installation().DataFile("Configuration.ini") << "; make one with 'ondura init'\n";
+              << client.installation().DataFile(kConfigurationFile) << "; make one with 'ondura init'\n";
     return kExitUnusable;
   }
   return work(client);

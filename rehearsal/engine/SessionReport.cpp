@@ -1,5 +1,6 @@
 #include "rehearsal/engine/SessionReport.h"
 
+#include "profile/profile_paths.h"
 #include "text/text.h"
 #include "util/date_text.h"
 
@@ -21,7 +22,7 @@ std::string_view ClosingWords(EngineResult result) {
 }  // namespace
 
 SessionReport::SessionReport(Client& client) : client_(client), start_(client.machine().clock.Now()) {
-  const std::string folder = client.installation().UserFile("Session");
+  const std::string folder = client.installation().UserFile(kSessionFolder);
   client.machine().folders.Make(folder);
   path_ = folder + "\\" + SessionName(start_);
   Line(" ");

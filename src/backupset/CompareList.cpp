@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "engine/engine_files.h"
+#include "profile/profile_paths.h"
 #include "text/separators.h"
 #include "text/text.h"
 
@@ -13,7 +14,6 @@ namespace ondura {
 namespace {
 
 constexpr std::string_view kOldInput = "CompareListInput.txt";
-constexpr std::string_view kSkippedFiles = "SkippedFiles.txt";
 
 constexpr std::size_t kLongestPathUnits = 256;
 constexpr std::size_t kLongestNumber = 20;
@@ -72,8 +72,8 @@ BuildStart CompareList::Begin() {
   failed_ = false;
   endings_.clear();
   // A job that ends early leaves it, and this one skips its own files only.
-  machine_.files.Remove(installation_.UserFile(kSkippedFiles), Removal::kForce);
-  skipped_list_.Open(installation_.UserFile(kSkippedFiles));
+  machine_.files.Remove(installation_.UserFile(kSkippedFilesFile), Removal::kForce);
+  skipped_list_.Open(installation_.UserFile(kSkippedFilesFile));
   OpenPart();
   if (!mapped_drives_.CheckServiceModeMappedDrive()) return BuildStart::kReady;
   Close();
@@ -232,7 +232,7 @@ void CompareList::StartNextPart() {
   files_ = 0;
   machine_.clock.Sleep(kPartPause);
   ++part_;
-  skipped_list_.Open(installation_.UserFile(kSkippedFiles));
+  skipped_list_.Open(installation_.UserFile(kSkippedFilesFile));
   OpenPart();
 }
 

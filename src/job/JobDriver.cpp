@@ -6,6 +6,7 @@
 #include "engine/engine_results.h"
 #include "job/Quota.h"
 #include "job/job_texts.h"
+#include "profile/profile_paths.h"
 #include "text/text.h"
 #include "util/TextFiles.h"
 
@@ -87,7 +88,7 @@ void JobDriver::ReadProfile() {
   run.EXCHBRICK = services.transfer.Trf_ReadUserProfile(profile_keys::kExchBrick);
   connection_.ReadAccount();
   connection_.ReadPort();
-  services.machine.files.Remove(services.installation.UserFile("STBTraceFile.txt"), Removal::kPlain);
+  services.machine.files.Remove(services.installation.UserFile(kSystemStateLogFile), Removal::kPlain);
 }
 
 Leave JobDriver::RefuseWithoutEncryptionPassword() {
@@ -126,7 +127,7 @@ void JobDriver::BeginConnection() {
 void JobDriver::ResetProgressFiles() {
   const JobServices& services = job_.services;
   TextFiles(services.machine.files, services.machine.code_page)
-      .Write(services.installation.UserFile("scheduleInfo.txt"), "0;0;0 KB;0 KB;0;00:00:00\r\n",
+      .Write(services.installation.UserFile(kScheduleInfoFile), "0;0;0 KB;0 KB;0;00:00:00\r\n",
              Encoding::kCodePage);
   const std::string trace_file = services.installation.UserFile(engine_files::kEngineTrace);
   if (services.machine.files.Size(trace_file).value_or(0) > kEngineTraceCapBytes) {
@@ -238,7 +239,7 @@ JobCode JobDriver::WrapUp(EngineResult result) {
   // Status after a job always shows the engine's last result, also over the one just written.
   job_.keys.WriteResult(result);
   transfer_.WriteSkippedCount();
-  services.machine.files.Remove(services.installation.UserFile("SkippedFiles.txt"), Removal::kForce);
+  services.machine.files.Remove(services.installation.UserFile(kSkippedFilesFile), Removal::kForce);
   return job_.state.run.code;
 }
 

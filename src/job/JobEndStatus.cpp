@@ -6,14 +6,12 @@
 
 #include "engine/engine_results.h"
 #include "job/job_texts.h"
+#include "profile/profile_paths.h"
 #include "text/text.h"
 
 namespace ondura {
 
 namespace {
-
-constexpr std::string_view kStatusFile = "SchStatus.txt";
-constexpr std::string_view kErrorFile = "SchStatusError.txt";
 
 struct EndRow {
   EngineResult code;
@@ -46,7 +44,7 @@ JobEndStatus::JobEndStatus(JobServices& services, JobState& state, StatusKeys& k
 
 void JobEndStatus::WriteJobEndStatus(JobEnd end) {
   services_.scheduler.sch_changefiledata("0");
-  const std::string status_file = services_.installation.UserFile(kStatusFile);
+  const std::string status_file = services_.installation.UserFile(kStatusTextFile);
   services_.machine.files.Remove(status_file, Removal::kForce);
   text_files_.Write(status_file, "", Encoding::kUtf16);
   services_.trace.User("  Session File path " + state_.run.session_path);
@@ -60,8 +58,8 @@ void JobEndStatus::WriteJobEndStatus(JobEnd end) {
 void JobEndStatus::WriteJobMessage(std::string_view text, Target target, std::int16_t indicator) {
   keys_.MarkEndedByMessage();
   const bool to_status = target == Target::kStatusFile;
-  text_files_.Write(services_.installation.UserFile(to_status ? kStatusFile : kErrorFile), AsLine(text),
-                    Encoding::kUtf16);
+  text_files_.Write(services_.installation.UserFile(to_status ? kStatusTextFile : kErrorTextFile),
+                    AsLine(text), Encoding::kUtf16);
   keys_.StampEnd();
   keys_.Write(profile_keys::kStatusMessage, std::to_string(indicator));
   state_.run.session_path = services_.session_log.NewPath();
@@ -72,18 +70,18 @@ void JobEndStatus::WriteJobMessage(std::string_view text, Target target, std::in
 
 void JobEndStatus::ResetStatusFiles() {
   Files& files = services_.machine.files;
-  const std::string status_file = services_.installation.UserFile(kStatusFile);
+  const std::string status_file = services_.installation.UserFile(kStatusTextFile);
   files.Remove(status_file, Removal::kForce);
-  files.Remove(services_.installation.UserFile(kErrorFile), Removal::kForce);
+  files.Remove(services_.installation.UserFile(kErrorTextFile), Removal::kForce);
   text_files_.Write(status_file, "", Encoding::kUtf16);
 }
 
 void JobEndStatus::WriteStatusText(std::string_view text) {
-  text_files_.Write(services_.installation.UserFile(kStatusFile), AsLine(text), Encoding::kUtf16);
+  text_files_.Write(services_.installation.UserFile(kStatusTextFile), AsLine(text), Encoding::kUtf16);
 }
 
 void JobEndStatus::WriteBackupFailed() {
-  const std::string path = services_.installation.UserFile(kErrorFile);
+  const std::string path = services_.installation.UserFile(kErrorTextFile);
   services_.machine.files.Remove(path, Removal::kForce);
   text_files_.Write(path, AsLine(job_texts::kBackupFailed), Encoding::kUtf16);
 }

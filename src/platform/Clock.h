@@ -13,9 +13,10 @@ class Clock {
  public:
   virtual ~Clock() = default;
 
+  // Local time; never fails.
   virtual LocalTime Now() = 0;
 
-  // Returns after `duration`. A machine at rehearsal speed returns sooner.
+  // Returns after `duration`, at once if it is 0 or less. A machine at rehearsal speed returns sooner.
   virtual void Sleep(std::chrono::milliseconds duration) = 0;
 };
 

@@ -16,6 +16,7 @@ class CodePage {
   // UTF-16 units.
   virtual std::string FromUtf8(std::string_view text) = 0;
 
+  // Every byte has a character, so this never fails.
   virtual std::string ToUtf8(std::string_view bytes) = 0;
 };
 

@@ -4,7 +4,8 @@ namespace ondura {
 
 enum class ContinuousBackupState { kPause = 0, kResume = 1 };
 
-// The client's continuous (real-time) backup. Where it is not installed both calls do nothing.
+// The client's continuous (real-time) backup. Both calls do nothing if it is not installed, and nobody learns
+// whether they succeed.
 //
 // On Windows: the library OnduraERealTime, loaded at run time.
 class ContinuousBackup {

@@ -8,7 +8,7 @@
 
 namespace ondura {
 
-// A provider handle; 0 is none.
+// A provider handle; 0 means no provider.
 using CryptoProvider = std::int32_t;
 
 using Md5Digest = std::array<std::uint8_t, 16>;
@@ -29,11 +29,13 @@ class Crypto {
  public:
   virtual ~Crypto() = default;
 
-  // 0 when the provider can't be had. An empty name is the default provider for verification.
+  // 0 if the provider is not available. An empty name means the default provider for verification.
   virtual CryptoProvider Acquire(std::string_view provider_name) = 0;
 
+  // Ignores 0 and a provider that is released already.
   virtual void Release(CryptoProvider provider) = 0;
 
+  // std::nullopt if the system's provider fails.
   virtual std::optional<Md5Digest> Md5(std::string_view bytes) = 0;
 
   // RC4 under the SHA-1 of the pass phrase; keeps the length. std::nullopt for provider 0 or a failed call.

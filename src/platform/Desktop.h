@@ -22,15 +22,15 @@ class Desktop {
  public:
   virtual ~Desktop() = default;
 
-  // Shows the text and does not wait for an answer: nobody may be there to give one. On Windows:
-  // WTSSendMessageA to the active session.
+  // Shows the text and does not wait for an answer, since nobody may be there to give one. Does nothing if
+  // nobody is logged on. On Windows: WTSSendMessageA to the active session.
   virtual void ShowMessage(std::string_view text, std::string_view title, MessageIcon icon) = 0;
 
   // GetWindowThreadProcessId. 0 for a window that is gone.
   virtual ProcessId ProcessOfWindow(WindowHandle window) = 0;
 
-  // FindWindowA: a top-level window of this class and with exactly this title, letter case ignored. 0 where
-  // there is none.
+  // FindWindowA: a top-level window of this class and with exactly this title, letter case ignored. 0 if
+  // there is no such window.
   virtual WindowHandle FindTopWindow(std::string_view window_class, std::string_view title) = 0;
 
   // ShowWindow. False when the window was hidden before, or is gone.

@@ -19,24 +19,26 @@ class Drives {
  public:
   virtual ~Drives() = default;
 
-  // Root texts such as "C:\", in letter order.
+  // Root texts such as "C:\", in letter order. Empty if the system can't say.
   virtual std::vector<std::string> Roots() = 0;
 
+  // kUnknown for a root that does not exist.
   virtual DriveKind KindOf(std::string_view root) = 0;
 
-  // Bytes free for the caller on the drive that holds `path`.
+  // Bytes free for the caller on the drive that holds `path`. std::nullopt if the path does not exist or the
+  // drive is not ready.
   virtual std::optional<std::uint64_t> FreeBytes(std::string_view path) = 0;
 
   // How many bytes that drive holds, free or not. std::nullopt for a drive that is not ready.
   virtual std::optional<std::uint64_t> TotalBytes(std::string_view path) = 0;
 
-  // The 8.3 form, or empty for a path that does not exist. Where a volume has no short names: the path.
+  // The 8.3 form, or the path itself on a volume without short names. Empty if the path does not exist.
   virtual std::string ShortPath(std::string_view path) = 0;
 
-  // The full form with every part's own letter case, or empty for a path that does not exist.
+  // The full path, each name in the letter case that it has on the disk. Empty if the path does not exist.
   virtual std::string LongPath(std::string_view path) = 0;
 
-  // "C:\Windows\system32" or what the machine has in its place.
+  // "C:\Windows\system32", or what the machine has in its place. Empty on failure.
   virtual std::string SystemFolder() = 0;
 
   // Where programs keep the data of this account that stays on this machine (folder 28 of the shell). Empty

@@ -5,8 +5,8 @@
 
 namespace ondura {
 
-// Tells cheaply whether one file may have changed, so that a value that is asked for after every file
-// of a walk costs nothing while nobody writes.
+// Finds out at little cost whether one file may have changed. A walk that looks at a value after every file
+// reads it again only when somebody has written.
 class FileWatch {
  public:
   virtual ~FileWatch() = default;

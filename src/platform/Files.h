@@ -16,8 +16,8 @@ enum class IfPresent { kFail, kReplace };
 // kForce also removes what is marked read-only.
 enum class Removal { kPlain, kForce };
 
-// How the name of a file begins that holds the new content of another until it takes its name. Only a kill
-// leaves one behind; listings leave it out, and the next write of that file takes it over.
+// The new content of a file is written beside it under a name with this prefix, which then replaces the old
+// one. Only a killed process leaves such a file behind. Listings leave it out, and the next write reuses it.
 inline constexpr std::string_view kNewContentPrefix = "~ondura-new-";
 
 // A file held open for writing in order. Destruction closes it.
@@ -39,17 +39,20 @@ class Files {
  public:
   virtual ~Files() = default;
 
-  // True for a file, false for a folder or nothing.
+  // True for a file; false for a folder and for a path that does not exist.
   virtual bool Exists(std::string_view path) = 0;
 
+  // In bytes. std::nullopt if the path is no file or can't be looked at.
   virtual std::optional<std::uint64_t> Size(std::string_view path) = 0;
 
+  // The time of the last write. std::nullopt as for Size.
   virtual std::optional<LocalTime> Modified(std::string_view path) = 0;
 
+  // All bytes. std::nullopt if the path is no file or can't be opened or read.
   virtual std::optional<std::string> Read(std::string_view path) = 0;
 
-  // The same, but nothing while another program has the file open for writing: what is read is no half of
-  // what is being written. Only a platform that knows of open files tells (Windows: FILE_SHARE_READ alone).
+  // The same, but std::nullopt while another program has the file open for writing, so that nobody reads half
+  // of a write. Only Windows knows of open files (FILE_SHARE_READ alone); elsewhere this is Read.
   virtual std::optional<std::string> ReadAlone(std::string_view path) { return Read(path); }
 
   // The bytes of a file that only those with every right on the machine can have made: its owner is the
@@ -57,10 +60,11 @@ class Files {
   // Asks the opened file, so that it can't be exchanged in between. On Windows: GetSecurityInfo.
   virtual std::optional<std::string> ReadTrusted(std::string_view path) = 0;
 
-  // At most the first `limit_bytes` bytes.
+  // At most the first `limit_bytes` bytes. std::nullopt as for Read.
   virtual std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) = 0;
 
   // At most `limit_bytes` bytes from byte `offset` (from 0) on; fewer at the file's end, none after it.
+  // std::nullopt as for Read.
   virtual std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
                                               std::size_t limit_bytes) = 0;
 
@@ -70,10 +74,12 @@ class Files {
   // leaves a file as it was; a new one may be missing or cut short.
   virtual bool Write(std::string_view path, std::string_view bytes, IfPresent if_present) = 0;
 
+  // False if not every byte was written, or the file is missing and may not be made. A part of the bytes may
+  // be in the file then.
   virtual bool Append(std::string_view path, std::string_view bytes, IfMissing if_missing) = 0;
 
-  // Overwrites in place from byte `offset` (from 0) on; the rest of the file stays. False for a file that
-  // is not there: none is made.
+  // Overwrites in place from byte `offset` (from 0) on; the rest of the file stays. False for a missing
+  // file, which is not made.
   virtual bool Patch(std::string_view path, std::uint64_t offset, std::string_view bytes) = 0;
 
   // Null when the file can't be opened.
@@ -82,9 +88,10 @@ class Files {
   // Continues after the file's last byte. Null when the file can't be opened.
   virtual std::unique_ptr<FileWriter> OpenAppender(std::string_view path, IfMissing if_missing) = 0;
 
+  // False if the file is still there afterwards, and for a path that is no file.
   virtual bool Remove(std::string_view path, Removal removal) = 0;
 
-  // Replaces `to`.
+  // Replaces `to`. False if `from` can't be read or `to` can't be written.
   virtual bool Copy(std::string_view from, std::string_view to) = 0;
 };
 

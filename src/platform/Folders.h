@@ -29,7 +29,8 @@ class Folders {
  public:
   virtual ~Folders() = default;
 
-  // True for a folder, false for a file or nothing. A drive's root ("C:\" or "C:") is a folder.
+  // True for a folder; false for a file and for a path that does not exist. A drive's root ("C:\" or "C:") is
+  // a folder.
   virtual bool Exists(std::string_view path) = 0;
 
   // Makes the last part of `path`. False when it is there already or its parent is not.

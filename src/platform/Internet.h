@@ -19,8 +19,10 @@ class Internet {
  public:
   virtual ~Internet() = default;
 
+  // Not connected, without a name, if the system can't say.
   virtual ConnectedState ExtendedState() = 0;
 
+  // False also if the system can't say.
   virtual bool IsConnected() = 0;
 };
 

@@ -10,6 +10,7 @@ class MessagePump {
  public:
   virtual ~MessagePump() = default;
 
+  // Returns at once if no message waits.
   virtual void Pump() = 0;
 };
 

@@ -9,7 +9,7 @@ namespace ondura {
 // One look-up with the start and the clean-up around it.
 struct NameLookup {
   bool started = false;              // WSAStartup with version 257
-  std::optional<std::string> found;  // a dotted address, or a host name
+  std::optional<std::string> found;  // a dotted address or a host name; std::nullopt if there is none
   bool cleaned_up = false;           // WSACleanup
   bool is_address = false;           // inet_addr read the text; of NameOf alone
 };

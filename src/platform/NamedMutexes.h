@@ -18,9 +18,10 @@ class NamedMutexes {
   // 0 on failure. The caller owns the mutex only if this call made it.
   virtual MutexHandle Create(std::string_view name) = 0;
 
-  // True when the mutex is the caller's within `limit`.
+  // True if the caller got the mutex within `limit`. False for handle 0.
   virtual bool Wait(MutexHandle handle, std::chrono::milliseconds limit) = 0;
 
+  // Both ignore handle 0 and a mutex that the caller does not own.
   virtual void Release(MutexHandle handle) = 0;
 
   virtual void Close(MutexHandle handle) = 0;

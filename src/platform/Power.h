@@ -13,7 +13,8 @@ class Power {
  public:
   virtual ~Power() = default;
 
-  // ExitWindowsEx without a reason. The caller has enabled "SeShutdownPrivilege".
+  // ExitWindowsEx without a reason. The caller has enabled "SeShutdownPrivilege". False if
+  // the system refuses.
   virtual bool ExitWindows(std::uint32_t flags) = 0;
 };
 

@@ -59,8 +59,8 @@ class Processes {
  public:
   virtual ~Processes() = default;
 
-  // A picture of the process table. kModules leaves out the processes that may not be opened, such as those
-  // of other accounts; kSnapshot has them all.
+  // A picture of the process table, empty if it can't be taken. kModules leaves out the processes that may
+  // not be opened, such as those of other accounts; kSnapshot has them all.
   virtual std::vector<ProcessEntry> List(ProcessSource source) = 0;
 
   // What Launch would find at this full path. kMissing also for a folder. On Windows: GetBinaryTypeW.
@@ -72,6 +72,7 @@ class Processes {
   virtual ProcessHandle Launch(const LaunchRequest& request) = 0;
 
   // ShellExecuteA: starts a program for the person at the desktop and forgets it. It outlives this process.
+  // False if nothing was started.
   virtual bool OpenForUser(const LaunchRequest& request) = 0;
 
   // OpenProcess. kNoProcess when there is no such process or the rights are refused.
@@ -91,14 +92,15 @@ class Processes {
   // TerminateProcess. False when it had ended already or the rights are missing.
   virtual bool Terminate(ProcessHandle handle, std::uint32_t exit_code) = 0;
 
-  // CloseHandle. The process goes on.
+  // CloseHandle. The process goes on. Ignores kNoProcess.
   virtual void Close(ProcessHandle handle) = 0;
 
   // OpenProcessToken with access 40, LookupPrivilegeValueA and AdjustTokenPrivileges: enables a privilege
-  // such as "SeDebugPrivilege" for this process.
+  // such as "SeDebugPrivilege" for this process. False if the account does not hold it.
   virtual bool EnablePrivilege(std::string_view name) = 0;
 
-  // SetPriorityClass with BELOW_NORMAL_PRIORITY_CLASS (0x4000) on this process.
+  // SetPriorityClass with BELOW_NORMAL_PRIORITY_CLASS (0x4000) on this process. A failure changes
+  // nothing.
   virtual void LowerOwnPriority() = 0;
 };
 

@@ -18,13 +18,13 @@ class SystemInfo {
  public:
   virtual ~SystemInfo() = default;
 
+  // All fields as they are by default if the system can't say.
   virtual SystemVersion Version() = 0;
 
   // True for a 32-bit process on a 64-bit system.
   virtual bool IsWow64() = 0;
 
-  // True for every process of a 64-bit system, whatever its own size: a 64-bit process is not one of those
-  // that IsWow64 tells of.
+  // True on a 64-bit system, whatever the size of this process. IsWow64 is false in a 64-bit process.
   virtual bool Is64Bit() = 0;
 
   // At most 15 characters; empty on failure.

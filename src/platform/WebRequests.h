@@ -93,23 +93,24 @@ class WebRequests {
   // when one came, whatever its status.
   virtual bool Send(InternetHandle request, std::string_view body) = 0;
 
-  // The status of the answer to a request that was sent.
+  // The status of the answer to a request that was sent. std::nullopt if no answer came.
   virtual std::optional<std::uint32_t> StatusCode(InternetHandle request) = 0;
 
   // The text of one header of the answer, by its number on the platform (5 is the length of the content).
+  // std::nullopt if the answer lacks it.
   virtual std::optional<std::string> Header(InternetHandle request, std::uint32_t number) = 0;
 
-  // What the server said beside an error, cut to `limit` characters.
+  // What the server said beside an error, cut to `limit` characters. std::nullopt if it said nothing.
   virtual std::optional<std::string> LastResponse(std::uint32_t limit) = 0;
 
-  // With it goes what was opened on it. Also for kNoInternet and a handle that is closed already.
+  // Closes what was opened on it too. Ignores kNoInternet and a handle that is closed already.
   virtual void Close(InternetHandle handle) = 0;
 
-  // Why the last call failed that did; 0 when none has.
+  // Why the last call that failed did so; 0 if none has.
   virtual std::uint32_t LastError() = 0;
 
   // Accepts certificates of one more authority, in PEM form (RFC 7468), beside those the system trusts.
-  // False for a text that holds none, and where only the system's own store decides.
+  // False for a text without a certificate, and where only the system's own store decides.
   virtual bool TrustAuthority(std::string_view certificate) = 0;
 };
 

@@ -2,12 +2,13 @@
 
 #include <string_view>
 
+#include "profile/profile_paths.h"
 #include "text/text.h"
 
 namespace ondura {
 
 Deployment ReadDeployment(const Machine& machine, const Installation& installation) {
-  const std::string file = installation.ExeLocation + "Deployment.ini";
+  const std::string file = installation.ExeLocation + std::string{kDeploymentFile};
   const auto read = [&](std::string_view key, std::string_view fallback) {
     const std::string value = machine.profiles.ReadString({file, "Deployment", key});
     const auto trimmed = Trim(value);

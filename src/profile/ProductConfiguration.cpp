@@ -1,6 +1,7 @@
 #include "profile/ProductConfiguration.h"
 
 #include "profile/Deployment.h"
+#include "profile/profile_paths.h"
 #include "text/separators.h"
 #include "text/text.h"
 
@@ -79,6 +80,6 @@ std::string ProductConfiguration::StoredForm(std::string_view text) const {
   return ciphers_.PairEncode(ciphers_.ShiftEncode(text));
 }
 
-std::string ProductConfiguration::FilePath() const { return installation_.VirtualPath + "Configuration.ini"; }
+std::string ProductConfiguration::FilePath() const { return installation_.DataFile(kConfigurationFile); }
 
 }  // namespace ondura

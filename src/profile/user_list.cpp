@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "profile/profile_paths.h"
 #include "text/text.h"
 
 namespace ondura {
@@ -31,7 +32,7 @@ std::string_view WithinLimit(std::string_view line) {
 }  // namespace
 
 bool ReadUserList(const Machine& machine, std::string_view folder, std::vector<std::string>& list) {
-  const std::string path = std::string{folder} + "userlist.ini";
+  const std::string path = std::string{folder}.append(kUserListFile);
   if (!machine.files.Exists(path)) return false;
   const auto bytes = machine.files.Read(path);
   if (!bytes || bytes->empty()) return true;

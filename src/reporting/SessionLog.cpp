@@ -1,5 +1,6 @@
 #include "reporting/SessionLog.h"
 
+#include "profile/profile_paths.h"
 #include "text/text.h"
 #include "text/utf16.h"
 #include "util/MachineFacts.h"
@@ -27,9 +28,9 @@ LocalTime StartOfDay(LocalTime time) { return std::chrono::floor<std::chrono::da
 
 }  // namespace
 
-std::string SessionLog::Folder() const { return installation_.UserFile("Session\\"); }
+std::string SessionLog::Folder() const { return installation_.UserFile(kSessionFolder) + "\\"; }
 
-void SessionLog::MakeFolder() { machine_.folders.Make(installation_.UserFile("Session")); }
+void SessionLog::MakeFolder() { machine_.folders.Make(installation_.UserFile(kSessionFolder)); }
 
 std::string SessionLog::NewPath(std::string_view job_name) {
   MakeFolder();

@@ -7,6 +7,7 @@
 
 #include "engine/engine_files.h"
 #include "engine/engine_results.h"
+#include "profile/profile_paths.h"
 #include "reporting/Options.h"
 #include "schedule/schedule_header.h"
 #include "text/text.h"
@@ -231,7 +232,7 @@ void JobBracket::FinishPass() {
   context_.services().local_database.VaccumDB();
   context_.machine().pump.Pump();
   context_.trace().User("  Scheduler job completed");
-  context_.machine().files.Remove(context_.installation().UserFile("scheduleInfo.txt"), Removal::kPlain);
+  context_.machine().files.Remove(context_.installation().UserFile(kScheduleInfoFile), Removal::kPlain);
   context_.state.ScheduleFileBusy = false;
   if (context_.transfer().Trf_ReadUserProfile(profile_keys::kShutdown) != "1") return;
   const EngineResult result{context_.store().ReadLastRetValue()};

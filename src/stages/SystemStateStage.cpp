@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "profile/profile_paths.h"
 #include "reporting/stage_log.h"
 #include "text/text.h"
 #include "util/folder_size.h"
@@ -60,7 +61,7 @@ void SystemStateStage::Announce() {
   support_.SleepAndPump(kBeforeStart);
   support_.Notify("Started the system state backup to this directory - '" + sysStatePath_ + "'");
   job_.trace().User(" Started Backup of System state backup " + sysStatePath_);
-  support_.Remove(job_.installation().UserFile("STBTraceFile.txt"));
+  support_.Remove(job_.installation().UserFile(kSystemStateLogFile));
   support_.EmptyBackupSet();
 }
 
@@ -99,7 +100,7 @@ Leave SystemStateStage::LeaveWhenStopped(JobState& state) {
 }
 
 void SystemStateStage::WriteStageLog(std::string_view text, int kind) {
-  WriteStageLogLine(job_.machine(), job_.installation().UserFile("STBTraceFile.txt"), text, kind);
+  WriteStageLogLine(job_.machine(), job_.installation().UserFile(kSystemStateLogFile), text, kind);
 }
 
 std::vector<SelectedItem> SystemStateStage::Items(JobState& state) {

@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "backupset/StopCheck.h"
+#include "profile/profile_paths.h"
 #include "reporting/stage_log.h"
 #include "stages/ntbackup_command.h"
 #include "text/text.h"
@@ -132,7 +133,7 @@ void clsSystemState::WriteVerdict(std::string_view sPath, const std::string& bac
         is_named ? std::string{sPath} : backup_file.substr(0, backup_file.size() - name_bytes);
     text = "Successfully Completed system state backup to '" + WithBackslash(folder) + "'.";
   }
-  WriteStageLogLine(job_.machine(), job_.installation().UserFile("STBTraceFile.txt"), text,
+  WriteStageLogLine(job_.machine(), job_.installation().UserFile(kSystemStateLogFile), text,
                     kStageInformation);
 }
 
