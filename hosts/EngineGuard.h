@@ -18,7 +18,7 @@ namespace ondura {
 // minute later it ends the engine itself. It says so in the main trace and in the host's notes.
 class EngineGuard {
  public:
-  // `machine` outlives the guard. A limit of zero stands for none.
+  // `machine` outlives the guard. A limit of zero means none.
   EngineGuard(const Machine& machine, const Installation& installation, std::chrono::milliseconds limit);
   EngineGuard(const EngineGuard&) = delete;
   EngineGuard& operator=(const EngineGuard&) = delete;

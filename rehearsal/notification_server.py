@@ -80,7 +80,7 @@ class Endpoint:
             unfinished.rename(self.options.folder / f"post-{self.kept}.txt")
 
     def serve(self, connection):
-        """One connection from its first byte to its end; what is no request is dropped."""
+        """One connection from its first byte to its end; what is not a request is dropped."""
         try:
             with connection:
                 connection.settimeout(PATIENCE_S)
@@ -116,7 +116,7 @@ def answer(client, status):
 
 
 def read_request(client):
-    """The whole request, or None for what is none or too long."""
+    """The whole request, or None if it is not a request or too long."""
     received = b""
     while b"\r\n\r\n" not in received:
         piece = client.recv(65536)
@@ -144,9 +144,9 @@ def loopback(text):
     try:
         address = ipaddress.IPv4Address(text)
     except ValueError as error:
-        raise argparse.ArgumentTypeError(f"{text} is no address such as 127.0.0.1") from error
+        raise argparse.ArgumentTypeError(f"{text} is not an address such as 127.0.0.1") from error
     if not address.is_loopback:
-        raise argparse.ArgumentTypeError(f"{text} is no address of this system alone; take one of 127.0.0.0/8")
+        raise argparse.ArgumentTypeError(f"{text} is not an address of this system alone; take one of 127.0.0.0/8")
     return text
 
 

@@ -6,7 +6,7 @@
 namespace ondura {
 
 // How the program ends. kFailed: what was asked for isn't there or could not be done. kUsage: the command
-// was called wrongly, or the machine folder is no machine.
+// was called wrongly, or the folder holds no machine.
 enum class Exit { kDone = 0, kFailed = 1, kUsage = 2 };
 
 // Ends the command. The text is one sentence that also says what to do.

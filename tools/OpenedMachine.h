@@ -17,7 +17,7 @@ namespace ondura {
 // A machine folder that was set up before, with its product configuration read.
 class OpenedMachine {
  public:
-  // Throws Failure (kUsage) where there is no such folder or no configured machine in it.
+  // Throws Failure (kUsage) if the folder does not exist or holds no configured machine.
   explicit OpenedMachine(const Globals& globals);
 
   [[nodiscard]] const Machine& machine() const { return owner_->machine(); }

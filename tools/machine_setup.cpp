@@ -109,7 +109,7 @@ std::string MachineFolder(const std::string& path, const char* option) {
   if (!has_drive) {
     throw Failure(Exit::kUsage,
                   std::string{option} + ": '" + path +
-                      "' is no folder of the machine; give it with its drive, such as C:\\Data\\");
+                      "' is not a folder of the machine; give it with its drive, such as C:\\Data\\");
   }
   return folder;
 }

@@ -31,7 +31,7 @@ const ProfileKey& KnownKey(const std::string& name) {
 void SetValue(const Globals& globals, KeyRequest request, bool has_value) {
   const ProfileKey& key = KnownKey(request.key);
   if (has_value == request.from_input) {
-    throw Failure(Exit::kUsage, "give the value of " + request.key + " either behind it or with --stdin");
+    throw Failure(Exit::kUsage, "give the value of " + request.key + " either after it or with --stdin");
   }
   OpenedMachine opened(globals);
   opened.Serve(request.user);

@@ -10,7 +10,7 @@ namespace ondura {
 
 // One schedule in the words of the command line.
 struct SchedulePlan {
-  std::string at;               // start_time.h tells the words
+  std::string at;               // start_time.h lists the words
   std::string repeat = "once";  // once, daily, monthly, "weekly:mon,wed"
   std::string kind = "files";   // files, sql, system-state, exchange, mailbox
   std::vector<std::string> mail;
@@ -18,7 +18,7 @@ struct SchedulePlan {
   std::string name;
 };
 
-// The record of a plan. A weekly plan whose date is none of its days begins on the first of them behind it.
+// The record of a plan. A weekly plan whose date is not one of its days begins on the first of them after it.
 // Throws Failure (kUsage) for words that mean nothing.
 ScheduleRecord RecordOf(const SchedulePlan& plan, LocalTime now);
 

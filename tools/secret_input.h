@@ -8,7 +8,7 @@ namespace ondura {
 std::string ReadInputLine(const std::string& what);
 
 // Asks at the terminal without showing what is typed. Throws Failure (kUsage), saying `how_else` it can be
-// given, where standard input is no terminal.
+// given, if standard input is not a terminal.
 std::string AskSecret(const std::string& question, const std::string& how_else);
 
 }  // namespace ondura

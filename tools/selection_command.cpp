@@ -109,7 +109,7 @@ void Print(const Lists& lists, bool as_json) {
 
 void ChangePaths(const Globals& globals, const PathsRequest& request, OpenLists open) {
   if (request.list != request.paths.empty()) {
-    throw Failure(Exit::kUsage, "give paths to add, paths behind --remove, or --list alone");
+    throw Failure(Exit::kUsage, "give paths to add, paths after --remove, or --list alone");
   }
   OpenedMachine opened(globals);
   opened.Serve(request.user);
@@ -144,7 +144,7 @@ void AddPathsCommand(CLI::App& command, const Globals& globals, OpenLists open) 
 void AddSelectCommand(CLI::App& app, const Globals& globals) {
   auto& select = *app.add_subcommand("select", "Chooses the files and folders that a user's backups hold");
   select.footer(
-      "'My Computer' stands for every drive.\nExample: ondura select ann 'D:\\Documents' 'D:\\notes.txt'");
+      "'My Computer' means every drive.\nExample: ondura select ann 'D:\\Documents' 'D:\\notes.txt'");
   AddPathsCommand(select, globals, SelectedLists);
 }
 

@@ -25,7 +25,7 @@ struct Quota {
   std::string max_bytes;  // "1": a gigabyte is left
 };
 
-// How a user's backups stand. Texts are empty where there is nothing to say.
+// The state of a user's backups. Texts are empty if there is nothing to say.
 struct UserStatus {
   std::string user;
   std::string state;  // "idle", "running", "interactive", "stopping", "interrupted"

@@ -42,7 +42,7 @@ ParsedMailOptions ParseMailOptions(std::vector<std::string> words, MailOptions d
   } catch (const CLI::ParseError& error) {
     return {std::nullopt, app.exit(error) == 0 ? 0 : kExitUsage};
   }
-  // Blanks part words on the way here, and the fields hold some.
+  // The shell split the text at blanks, which the fields may hold; join it again.
   options.text = Join(text, " ");
   return {std::move(options), 0};
 }

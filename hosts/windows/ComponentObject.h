@@ -31,7 +31,7 @@ class ComponentObject {
 
   [[nodiscard]] bool Has(std::string_view operation) const;
 
-  // Throws HostError when there is no such operation or it does not take these texts.
+  // Throws HostError if the operation does not exist or it does not take these texts.
   void Call(std::string_view operation, std::initializer_list<std::string_view> texts = {}) const;
 
  private:

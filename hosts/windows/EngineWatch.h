@@ -12,7 +12,7 @@ namespace ondura {
 // the component for as long as a job runs. Past the limit an engine's job is stopped (EngineGuard).
 class EngineWatch {
  public:
-  // A limit of zero stands for none.
+  // A limit of zero means none.
   EngineWatch(const Installation& installation, std::chrono::milliseconds limit);
   ~EngineWatch();
   EngineWatch(const EngineWatch&) = delete;

@@ -5,7 +5,7 @@
 
 namespace ondura {
 
-// What a person does with the installed service; each throws HostError with what stood in the way.
+// What a person does with the installed service; each throws HostError with the reason why it can't.
 
 // `command_line` is what the service manager starts. The service starts with the system.
 void InstallService(const std::string& name, const std::string& command_line);

@@ -38,7 +38,7 @@ class Client {
 
   Account ReadAccount();
 
-  // The folder that stands for this user's place on the server.
+  // The folder that takes the place of the server for this user.
   std::string VaultFolder() const;
 
   // Keys of section BackupStatus in the user's profile. A missing key reads as empty.

@@ -15,7 +15,7 @@ class LocalDatabase {
   // Builds the database from what the vault holds, and notes with which selection that was.
   bool Build(Vault& vault);
 
-  // What the database knows; builds it first where there is none.
+  // What the database knows; builds it first if it is missing.
   FileStates LoadOrBuild(Vault& vault);
 
   bool Save(const FileStates& states);

@@ -22,7 +22,7 @@ std::string HexText(const Md5Digest& digest) {
   return text;
 }
 
-// The path that a place under the vault stands for.
+// The machine's path of a file in the vault.
 std::string OriginalOf(std::string_view place) {
   if (place.starts_with(kNetworkFolder)) return "\\\\" + std::string{place.substr(kNetworkFolder.size())};
   const auto drive_end = place.find('\\');

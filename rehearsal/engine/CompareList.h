@@ -29,7 +29,7 @@ class GrowingPart {
 
   const std::string& path() const { return path_; }
 
-  // Reads the whole lines behind those known, and nothing before them. True when the file gave anything new.
+  // Reads the whole lines after those known. True if the file held anything new.
   bool Follow(Files& files);
 
   // Reads the file once more up to where it is known. False when it is not what was read: then nothing is

@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
       for (const auto command : kEngineCommands) numbers.push_back(NumberOf(command));
       const std::string last = numbers.back();
       numbers.pop_back();
-      std::cerr << "engine: '" << text << "' is no command; give one of " << Join(numbers, ", ") << " and "
+      std::cerr << "engine: '" << text << "' is not a command; give one of " << Join(numbers, ", ") << " and "
                 << last << ", such as '" << last << "<folder>'\n";
       return kExitUnusable;
     }

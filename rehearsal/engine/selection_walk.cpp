@@ -67,7 +67,8 @@ void Selection::LoadExclusions() {
       text_files.ReadLines(installation.UserFile("atbkupExcludeFilePath.txt"), Encoding::kUtf16);
   for (const std::string& line : files.value_or(std::vector<std::string>{})) {
     if (line.empty()) continue;
-    // The client marks a line that counts by a separator and "1" after the path; others stand bare.
+    // The client marks a line that counts by a separator and "1" after the path; other lines are the path
+    // alone.
     excluded_files_.insert(ToLower(line));
     if (line.ends_with('1')) excluded_files_.insert(ToLower(WithoutLast(WithoutLast(line))));
   }

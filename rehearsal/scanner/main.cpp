@@ -38,7 +38,7 @@ int main(int argc, char** argv) {
   const std::string text{Trim(ParameterText(argc, argv))};
   return RunProgram("scanner", [&](Client& client) {
     if (text != kRebuildForJob && text != kSevenDayReset) {
-      std::cerr << "scanner: '" << text << "' is no command; give 29 or 5\n";
+      std::cerr << "scanner: '" << text << "' is not a command; give 29 or 5\n";
       return kExitUnusable;
     }
     Scan(client, text == kSevenDayReset);

@@ -49,7 +49,7 @@ class CompareList {
   // True when the user has an automatic selection; reads its file-name endings.
   bool HasAutomaticSelection();
 
-  // Walks every fixed drive for the files with the endings read, or for all where there is none.
+  // Walks every fixed drive for the files with the endings read, or for all if there are none.
   WalkOutcome WalkFixedDrives();
 
   // A folder with all below it, or one file. What can't be read adds nothing but a line to the trace, for a
@@ -62,7 +62,7 @@ class CompareList {
   // Closes the files of a build that is given up. What was written stays.
   void Close();
 
-  // The list could not be opened or written to its end, which one line of the trace tells.
+  // The list could not be opened or written to its end, which one line of the trace says.
   [[nodiscard]] bool failed() const { return failed_; }
 
   // The number of the present part, from 1 on.

@@ -21,7 +21,7 @@ std::size_t RootLength(std::string_view path) {
 
 std::string_view LastPart(std::string_view path) { return path.substr(path.rfind('\\') + 1); }
 
-// The entry of `folder` whose short name is `short_name`; that name itself where there is none. A wildcard
+// The entry of `folder` whose short name is `short_name`; that name itself if there is none. A wildcard
 // would meet short names as well as long ones, so each entry is asked for its own.
 std::string FindLongName(const Machine& machine, const std::string& folder, std::string_view short_name,
                          bool may_be_file) {

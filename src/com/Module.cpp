@@ -9,7 +9,7 @@ namespace ondura {
 
 namespace {
 
-// The entry points of a library get no object: this is the one that stands behind them.
+// The entry points of a library get no object: this is the one that they use.
 constinit Module the_module;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 HMODULE OwnHandle() {

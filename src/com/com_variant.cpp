@@ -6,7 +6,7 @@ namespace ondura {
 
 namespace {
 
-// The VARIANT that an argument stands for: script variables come as a reference to one.
+// The VARIANT that an argument refers to: script variables come as a reference to one.
 VARIANT& Target(VARIANT* argument) {
   RequirePointer(argument);
   if (V_VT(argument) != (VT_BYREF | VT_VARIANT)) return *argument;

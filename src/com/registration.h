@@ -8,7 +8,7 @@ namespace ondura {
 // to the machine's hive are refused. Throws when neither can be had, and for every other failure.
 void Register();
 
-// Takes away all of that, wherever it stands. Throws when something may not be taken away.
+// Takes away all of that, in whichever hive it is. Throws when something may not be taken away.
 void Unregister();
 
 }  // namespace ondura

@@ -22,9 +22,9 @@ class AbortForms {
   // AbortAsked and LeaveAborted in one.
   Leave TestForAbort(std::string_view trace_text);
 
-  // The forms of the transfer, while the engine runs: the status file tells of a manual cancel, the shadow
-  // copy's folder goes and the session log is continued. A walk that is left within a folder has a log of
-  // two lines only.
+  // The forms of the transfer, while the engine runs: the status file says that it was cancelled by hand, the
+  // shadow copy's folder goes and the session log is continued. A walk that is left within a folder has a log
+  // of two lines only.
   enum class WalkPlace { kWithinFolder, kBehindItem };
   JobCode LeaveAfterInput(std::string_view trace_text);
   JobCode LeaveFromWalk(WalkPlace place);

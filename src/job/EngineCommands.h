@@ -32,7 +32,7 @@ class EngineCommands {
   // Starts the engine and does not wait. An engine that can't be started behaves as one that never ends.
   ProcessWatch Start(std::string_view parameter_text);
 
-  // RetValue; 0 where it is empty. What the last command left stands there until the next one writes. The
+  // RetValue; 0 if it is empty. What the last command left stays there until the next one writes. The
   // job remembers what it has read last.
   EngineResult ReadResult() { return state_.run.last_result = {services_.store.ReadLastRetValue()}; }
 

@@ -8,7 +8,7 @@
 namespace ondura {
 
 // One whole scheduled backup of the current user, from its first stage to its result. What it is to do
-// stands in the shared state: the current user and the record in `schvTemp`.
+// is in the shared state: the current user and the record in `schvTemp`.
 class JobDriver {
  public:
   explicit JobDriver(JobContext& job);

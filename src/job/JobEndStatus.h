@@ -11,7 +11,7 @@
 
 namespace ondura {
 
-// What the end of a job tells its user.
+// What a job leaves for its user at its end.
 enum class JobEnd { kOrdinary, kCutOff, kMissedRun, kWrongPassword, kQuotaUsedUp };
 
 // The end by a result of the engine. One that has no sentence of its own is ordinary.

@@ -14,7 +14,7 @@ struct Quota {
   [[nodiscard]] bool IsExceeded() const { return used > max; }
 };
 
-// Section QuotaStatus. The marker "1" for the maximum stands for one gigabyte more than is used.
+// Section QuotaStatus. The marker "1" for the maximum means one gigabyte more than is used.
 Quota ReadQuotaOutputFile(ProfileStore& store);
 
 // "Used Quota : 12, Max Quota: 34".

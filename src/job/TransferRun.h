@@ -39,7 +39,7 @@ class TransferRun {
  public:
   TransferRun(JobContext& job, AbortForms& abort);
 
-  // Key `DB` stands for the local database method.
+  // Key `DB` asks for the local database method.
   bool UsesLocalDatabase();
 
   // The user's selection into the job's items.

@@ -6,7 +6,7 @@
 
 namespace ondura {
 
-using MutexHandle = std::int32_t;  // 0 is none
+using MutexHandle = std::int32_t;  // 0 means no mutex
 
 // Mutexes that processes share by name.
 //

@@ -11,7 +11,7 @@ constexpr int kShift = 2;
 constexpr int kPairStep = 1;
 constexpr std::size_t kPairLength = 2;
 
-// The code page character whose code is `distance` away; nothing where there is none.
+// The code page character whose code is `distance` away; std::nullopt if there is none.
 std::optional<char> Shifted(char character, int distance) {
   const int code = static_cast<unsigned char>(character) + distance;
   if (code < 0 || code > 255) return std::nullopt;

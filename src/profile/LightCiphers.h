@@ -15,7 +15,7 @@ class LightCiphers {
   LightCiphers(CodePage& code_page, MessagePump& pump) : code_page_(code_page), pump_(pump) {}
 
   // Every character code plus 2. A character of code 254 or 255 has no such form: the result of the
-  // character before it stands there once more.
+  // character before it is repeated.
   [[nodiscard]] std::string ShiftEncode(std::string_view sText) const;
 
   // The same, for the engine's input file.

@@ -31,7 +31,7 @@ class ProfileStore {
     return ReadUserProfileValue(sUser, key.section, key.name);
   }
 
-  // The engine's last result; 0 where there is none or it is no number.
+  // The engine's last result; 0 if there is none or it is not a number.
   [[nodiscard]] double ReadLastRetValue() const;
 
   // Section "Registry" of the shared state; the value is in the shift form.

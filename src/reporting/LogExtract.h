@@ -22,7 +22,7 @@ class LogExtract {
         text_files_(machine.files, machine.code_page) {}
 
   // The lines at the log's end, about 20000 bytes of them, in file order and encoded by URLEncodeWebd, each
-  // after it with CR LF. The figures of the last closing line are put behind MailSubject. Empty for a
+  // after it with CR LF. The figures of the last closing line are put after MailSubject. Empty for a
   // missing log and one without a line end.
   std::string ReadLinesfromtracefiles(std::string_view sFilepath);
 

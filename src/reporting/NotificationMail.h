@@ -16,7 +16,7 @@
 
 namespace ondura {
 
-// The mail that tells a user of a scheduled run. A mail that can't be sent is lost. `cancelled_result` is
+// The mail to a user about a scheduled run. A mail that can't be sent is lost. `cancelled_result` is
 // what the engine leaves in RetValue when its user has cancelled it.
 class NotificationMail {
  public:

@@ -69,7 +69,7 @@ class SessionLog {
   void AppendDisabledNotice(std::string_view path);
 
   // The newest of today's scheduled logs in `folder`, which ends in a backslash; of two with one time the
-  // one listed first. Empty when there is none.
+  // one listed first. Empty if there is no such file.
   std::string FindLatestSessionFile(std::string_view folder);
 
  private:

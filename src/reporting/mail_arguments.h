@@ -7,8 +7,8 @@
 
 namespace ondura {
 
-// What the scheduler tells the mail helper about a run: one text of fields joined by ";", in this order. The
-// scheduler writes it and the helper, a program of its own, reads it.
+// What the scheduler hands to the mail helper about a run: one text of fields joined by ";", in this order.
+// The scheduler writes it and the helper, a program of its own, reads it.
 struct MailArguments {
   std::string address;
   std::string detail;  // "1" puts an extract of the session log into the mail

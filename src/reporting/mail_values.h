@@ -7,7 +7,7 @@
 
 namespace ondura {
 
-// What a notification mail tells of a run, beside product and user. The dispatch loop and the job fill it;
+// What a notification mail says about a run, beside product and user. The dispatch loop and the job fill it;
 // one for each component instance.
 struct MailValues {
   // The record's detail flag: "1" for the extract of the session log.
@@ -24,7 +24,7 @@ struct MailValues {
   std::string StageWord;
   // What is under "Possible reason,"; may be empty.
   std::string FailureReason;
-  // The subject of the last mail, behind which log extraction puts the closing figures of the run.
+  // The subject of the last mail, after which log extraction puts the closing figures of the run.
   std::string MailSubject;
   // The scheduled time as text, and the schedule record's own, which is taken where the first is empty.
   std::string ScheduledTimeText;

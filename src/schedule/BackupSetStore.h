@@ -29,8 +29,8 @@ class BackupSetStore {
   // elevated helpers look for it. A missing file leaves the lines empty and the old copy in place.
   void DB_ReadBackdata();
 
-  // Reads the file at `path` into `lines`, replacing them; a missing file leaves them empty. The lines behind
-  // the first million are left out, which the user's trace tells.
+  // Reads the file at `path` into `lines`, replacing them; a missing file leaves them empty. The lines after
+  // the first million are left out, which the user's trace says.
   void DB_ReadBackdataNew(std::string_view path, std::vector<std::string>& lines);
 
   static void ClearCollection(std::vector<std::string>& lines) { lines.clear(); }

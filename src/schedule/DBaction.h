@@ -36,7 +36,7 @@ class DBaction {
   // on it in place, and the mail is made from it after the record has moved on.
   ScheduleRecord schvTemp;
 
-  // The record at SelectedRecord; null where there is none, or no longer.
+  // The record at SelectedRecord; null if there is none, or no longer.
   ScheduleRecord* Selected();
 
   // The file being worked on, set afresh for each user before any routine is called.
@@ -58,7 +58,7 @@ class DBaction {
   // result says whether a line's first field equals it, and `lines` stays.
   bool DB_ReadRecord(std::string_view key, std::string_view path, std::vector<std::string>& lines);
 
-  // How many lines stand behind the header line, 32767 at most; 0 if the file is missing.
+  // How many lines follow the header line, 32767 at most; 0 if the file is missing.
   std::int16_t CountScheduleRecords(std::string_view path);
 
  private:

@@ -68,14 +68,14 @@ class Scheduler {
   // To the next day that is on in DayFlags.
   MoveOutcome Sch_addDay_list();
 
-  // The first day behind `date` that is on in DayFlags, in the machine's default date text. `date` comes
+  // The first day after `date` that is on in DayFlags, in the machine's default date text. `date` comes
   // back as it is when it is no date or no day is on.
   std::string ValidateAddDay(std::string_view date);
 
   // To the next working day.
   MoveOutcome Sch_addweekDay_list();
 
-  // To the next Saturday or Sunday; one that has fallen behind by more lands on a working day.
+  // To the next Saturday or Sunday; one that is later by more lands on a working day.
   MoveOutcome Sch_addweekEnd_list();
 
   MoveOutcome Sch_addWeek_list();
@@ -90,7 +90,7 @@ class Scheduler {
   std::string ConvertToDate(std::string_view text);
   std::string ConvertToTime(std::string_view text);
 
-  // The record's `nexttime` as a date; nothing when it is none.
+  // The record's `nexttime` as a date; std::nullopt if it is not one.
   [[nodiscard]] std::optional<LocalTime> TimeOf(const ScheduleRecord& record) const;
 
  private:

@@ -16,7 +16,7 @@ using DayFlagTexts = std::array<std::string, 8>;
 
 enum class Step { kHour, kListedDay, kWorkingDay, kWeekendDay, kWeek, kMonth };
 
-// What a catch-up goes on with: a weekend schedule that has fallen behind continues on working days.
+// What a catch-up goes on with: a weekend schedule that is late continues on working days.
 constexpr Step CatchUpStep(Step first) { return first == Step::kWeekendDay ? Step::kWorkingDay : first; }
 
 // Where a record comes to stand.
@@ -34,7 +34,7 @@ std::optional<LocalTime> Stepped(LocalTime from, Step step, const DayFlagTexts& 
 std::optional<Occurrence> NextOccurrence(const ScheduleRecord& record, Step step, const DayFlagTexts& days,
                                          LocalTime now, const LocaleFacts& locale);
 
-// The digits of `mask`, read as a 32-bit number, from the right; 0 for a text that is none.
+// The digits of `mask`, read as a 32-bit number, from the right; 0 for a text that is not a number.
 DayFlagTexts DayFlagsOf(std::string_view mask);
 
 }  // namespace ondura

@@ -8,7 +8,7 @@ namespace {
 
 using Field = std::string ScheduleRecord::*;
 
-// The fields as a line holds them. `mailoption` stands before `maillog` there: the other way round than
+// The fields as a line holds them. `mailoption` comes before `maillog` there: the other way round than
 // in memory.
 constexpr std::array<Field, 12> kFieldsInFileOrder{
     &ScheduleRecord::recordno,  &ScheduleRecord::schname,    &ScheduleRecord::nexttime,

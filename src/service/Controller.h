@@ -22,7 +22,7 @@
 
 namespace ondura {
 
-// What is behind the operations of Controller.
+// What carries out the operations of Controller.
 struct ControllerParts {
   ServiceContext& context;
   StartUp& start_up;

@@ -115,7 +115,7 @@ void JobBracket::HoldForContinuousBackup() {
   LetGoOfFile();
 }
 
-// A flag that stands for 16 passes without an engine is stale, and the next pass runs the job.
+// A flag that is set for 16 passes without an engine is stale, and the next pass runs the job.
 void JobBracket::HoldForInteractiveBackup(bool engine_runs) {
   ServiceState& state = context_.state;
   state.WaitingForInteractive = true;

@@ -12,8 +12,8 @@ class MailLauncher {
  public:
   explicit MailLauncher(ServiceContext& context) : context_(context) {}
 
-  // Leaves what the run tells in the mail values. Starts with option "3" always, with "2" unless the job
-  // ended in the ordinary way, otherwise never.
+  // Leaves what the mail says about the run in the mail values. Starts with option "3" always, with "2"
+  // unless the job ended in the ordinary way, otherwise never.
   void StartForRecord(JobCode result);
 
  private:

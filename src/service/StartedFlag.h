@@ -24,10 +24,10 @@ class StartedFlag {
   // The other host has begun a job.
   bool IsRaisedByOther() { return !is_own_ && IsRaised(); }
 
-  // The "1" that stands is a left-over, and this component answers for it from now on.
+  // The "1" that is there is a left-over, and this component answers for it from now on.
   void TakeOver() { is_own_ = true; }
 
-  // While the flag is raised: false when the job behind it was cut off.
+  // While the flag is raised: false if the job that raised it was cut off.
   bool JobIsAlive();
 
   // An engine is there, whoever has started it.

@@ -25,7 +25,7 @@ class ExchangeBrickStage : public Stage {
   // A setting in the tool's ini file. A write that fails is traced and lost.
   void WriteExchBrickProfile(std::string_view sKey, std::string_view sValue);
 
-  // The trimmed first line; empty where there is none.
+  // The trimmed first line; empty if there is no file.
   std::string ReadFirstBit(std::string_view sPath);
 
   // Takes over what the tool's status file says: "2" cancelled, "3" failed. The stage itself calls it with

@@ -24,7 +24,7 @@ class SqlDump : public DatabaseDump {
   SqlDump(JobContext& job, StageSupport& support, BackupSetStore& backup_set);
 
   // Waits for the tool's end, however long it takes, and adds the dump's path to the backup-set collection
-  // whether there is a dump or not. How it went stands in the stage's log alone: always true.
+  // whether there is a dump or not. Only the stage's log says how it went: always true.
   bool BackupToDisk(std::string_view database) override;
 
  private:

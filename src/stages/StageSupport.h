@@ -22,7 +22,7 @@ enum class TotalTime {
   kDifference,  // the label and how long the stage took, with nothing between them
 };
 
-// How a stage tells its failure.
+// How a stage reports its failure.
 struct StageFailure {
   std::string log_trace;    // for the user's trace, in front of the session log's path
   std::string result_text;  // the job's result text, also the message of the session log
@@ -53,7 +53,7 @@ class StageSupport {
   void ShowLife() { life_.Show(); }
 
   // Reads the backup set and gives the fields of the stage's line: the line that begins with the keyword,
-  // of several the last, split at ";". Empty where there is none. FieldCounts says which of the fields
+  // of several the last, split at ";". Empty if there is no such line. FieldCounts says which of the fields
   // stand for data.
   std::vector<std::string> ReadBackupSetFields(std::string_view keyword);
   // The same for the lines as they are in memory.
@@ -64,7 +64,7 @@ class StageSupport {
   // From here on the collection takes what the stage dumps.
   void EmptyBackupSet();
 
-  // Makes the folder unless it is there; false when there is none afterwards.
+  // Makes the folder unless it exists; false if it does not exist afterwards.
   bool MakeFolder(std::string_view path);
 
   // The 8.3 form; the text as it is for a path that does not exist.

@@ -75,7 +75,7 @@ JobCode SystemStateStage::LeaveWithoutAccess() {
 }
 
 // A tool that somebody else runs is left alone, and what it leaves is taken for the dump. The verdict on the
-// own one stands in the stage's log; the transfer takes place in either case.
+// own one is in the stage's log; the transfer takes place in either case.
 void SystemStateStage::Dump() {
   if (job_.services.programs.IsProcessRunningByModule(kTool, Kill::kNo)) return;
   job_.trace().User(" Started system state backup to '" + sysStatePath_ + " ' ");

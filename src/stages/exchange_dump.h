@@ -14,7 +14,7 @@ namespace ondura {
 // The fields of the stage's backup-set line that stand for data, trimmed.
 std::vector<std::string> TakeExchangeFields(StageSupport& support, std::string_view keyword);
 
-// The job is asked to stop: tells the tool so in its status file and ends the engine.
+// The job is asked to stop: passes that on to the tool in its status file and ends the engine.
 void StopExchangeDump(JobContext& job, StageSupport& support, std::string_view status_file);
 
 }  // namespace ondura

@@ -22,7 +22,7 @@ std::string NormalizeDateSeparator(std::string_view sDate);
 // The same for ":" in a time, looked for at the third-, second- and fourth-last character.
 std::string NormalizeTimeSeparator(std::string_view sTime);
 
-// Without the blanks around the first backslash that a blank stands before, and at both ends.
+// Without the blanks around the first backslash that follows a blank, and at both ends.
 std::string TrimSpaceFromPathOne(std::string_view sPath);
 
 }  // namespace ondura

@@ -33,7 +33,7 @@ std::string_view FileNameOf(std::string_view path);
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 bool StartsWithIgnoringCase(std::string_view text, std::string_view prefix);
 
-// The number that the whole text, trimmed, stands for ("." as the decimal separator).
+// The number that the whole text, trimmed, is ("." as the decimal separator).
 std::optional<double> ParseNumber(std::string_view text);
 
 // The same for whole numbers; nothing when it does not fit.

@@ -16,7 +16,7 @@ class FolderNames {
   explicit FolderNames(const Machine& machine) : machine_(machine) {}
 
   // True when the first entry that the path finds, taken as the start of a name, is a folder. The empty
-  // path stands for the current folder and so is one.
+  // path means the current folder and so is one.
   bool IsFolderPath(std::string_view sPath);
 
  private:

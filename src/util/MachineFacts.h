@@ -44,7 +44,7 @@ class MachineFacts {
   // "C:|D:|": the drives of a known kind.
   std::string DriveListText();
 
-  // A text of the user's locale by its number (LocaleInfo.h); empty when there is none.
+  // A text of the user's locale by its number (LocaleInfo.h); empty if the locale has no such text.
   std::string GetLocaleString(int lLocaleNum) { return machine_.locale.Text(lLocaleNum); }
 
   // The present time as it is in file names.

@@ -23,7 +23,7 @@ class Programs {
   // window leaves it. False for id 0, and when the process was not there or may not be ended.
   bool ProcessTerminate(ProcessId& lProcessID, WindowHandle lHwndWindow);
 
-  // The id behind a handle; 0 for an invalid handle.
+  // The process id of a handle; 0 for an invalid handle.
   ProcessId WhatsMyProcessID(ProcessHandle hProcess);
 
   // True when a running program has this file name, without regard to letter case; a name with a folder

@@ -4,7 +4,7 @@
 
 namespace ondura {
 
-// Where Programs and MachineFacts put their trace lines; the trace writer stands above them.
+// Where Programs and MachineFacts put their trace lines; the trace writer is in a higher layer.
 class TraceSink {
  public:
   virtual ~TraceSink() = default;

@@ -16,7 +16,7 @@ class clsIPResolve {
   // The first address, dotted; empty when the name is not known.
   std::string GetIPFromHostName(std::string_view sHostName);
 
-  // Empty when the address is none or has no name.
+  // Empty if the text is not an address or the address has no name.
   std::string GetHostNameFromIP(std::string_view sIPAddress);
 
   // True for a text of four parts between dots, whatever the parts are.

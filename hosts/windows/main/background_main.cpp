@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char* kFooter = R"(While it runs it is in charge, and the service stands back.
+constexpr const char* kFooter = R"(While it runs it is in charge, and the service does nothing.
 It leaves at the end of the session, and when its hidden window is closed (taskkill /IM without /F).
 
 Exit codes: 0 left as asked, 1 failure, 2 bad options, component or configuration missing,

@@ -79,7 +79,7 @@ int main(int argc, char** argv) {
   return RunProgram("Exchange store tool", [&](Client& client) {
     if (argument.size() < 2 || !argument.starts_with('1')) {
       std::cerr
-          << "Exchange store tool: give the folder for the dump behind a 1, such as '1C:\\ExchangeDump'\n";
+          << "Exchange store tool: give the folder for the dump after a 1, such as '1C:\\ExchangeDump'\n";
       return kExitUnusable;
     }
     StoreDump(client, argument.substr(1)).Run();

@@ -24,7 +24,7 @@ class PathMap {
 
   [[nodiscard]] const std::string& root() const { return root_; }
 
-  // The folder that stands for a drive, whether it is there or not.
+  // The folder of a drive, whether it exists or not.
   [[nodiscard]] std::string DriveFolder(char letter) const;
 
   // The host's form of a path in the letter case as given. Empty for a path that names no drive.

@@ -91,7 +91,7 @@ class MachineInFolder : public PosixMachine {
   };
 };
 
-// The root without links and dots, as the host shows it for running programs. Empty where there is none.
+// The root without links and dots, as the host shows it for running programs. Empty if it does not exist.
 std::string CanonicalRoot(const std::string& root) {
   std::array<char, PATH_MAX> canonical{};
   if (root.empty() || realpath(root.c_str(), canonical.data()) == nullptr) return {};

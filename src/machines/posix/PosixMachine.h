@@ -21,7 +21,7 @@ struct PosixOptions {
 //   [Locale]    ShortDate=M/d/yyyy  TimeFormat=h:mm:ss tt  Decimal=.
 //   [System]    CodePage=1252  Version=6.1  Workstation=1  Wow64=0  SystemFolder=C:\Windows\system32
 //               LocalDataFolder=C:\Users\Default\AppData\Local  ComputerName=ONDURA
-//               ExitCommand=        shell command that stands for the end of Windows; none by default
+//               ExitCommand=        shell command that runs in place of the end of Windows; none by default
 //   [Internet]  Connected=1  Flags=18  Connection=Local Area Connection
 //               Timeout=3600000     milliseconds that no part of a web request (to connect, to send, to be
 //                                   answered) may exceed, whatever its own time-outs are

@@ -17,7 +17,7 @@ enum class HostError { kNone, kMissing, kPresent, kInterrupted, kBusy, kLink, kO
 
 HostError TranslateError(int error_number);
 
-// What the last call left behind.
+// The error of the last call.
 HostError LastError();
 
 // An open file of the host, closed with this object.
@@ -83,7 +83,7 @@ Fd OpenWithin(const std::string& folder, const std::string& path, int flags);
 
 std::optional<struct stat> StatWithin(const std::string& folder, const std::string& path);
 
-// What tells two states of a file apart.
+// By what two states of a file differ.
 struct FileStamp {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;

@@ -13,7 +13,7 @@
 
 namespace ondura {
 
-// The ports of a machine in a folder, each made from what it stands on. The referenced objects outlive them.
+// The ports of a machine in a folder, each made from what it builds on. The referenced objects outlive them.
 std::unique_ptr<Clock> MakePosixClock(LocalZone& zone, int speed);
 std::unique_ptr<MessagePump> MakePosixMessagePump(std::function<void()> pump);
 std::unique_ptr<Files> MakePosixFiles(PathMap& paths, LocalZone& zone);

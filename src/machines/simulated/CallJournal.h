@@ -29,7 +29,7 @@ enum class Verdict { kGoOn, kFail, kTear };
 //
 // A call is the text "Port.Method argument": "Files.Read C:\data\x.txt", "ProfileFiles.WriteString
 // C:\data\UserName.ini [Tolmera] Started=1". A pattern matches a call that begins with it, letter case
-// ignored; "*" in it stands for any run of characters, and "$" as its last character for the call's end.
+// ignored; "*" in it matches any run of characters, and "$" as its last character the call's end.
 class CallJournal {
  public:
   static constexpr int kAlways = std::numeric_limits<int>::max();

@@ -41,7 +41,7 @@ class Win32Desktop : public Desktop {
   }
 
   bool Post(WindowHandle window, std::uint32_t message) override {
-    // The null window stands for this thread, which is nobody's window.
+    // The null window means this thread, which is nobody's window.
     return window != 0 && PostMessageA(SystemWindow(window), message, 0, 0) != FALSE;
   }
 };

@@ -14,7 +14,7 @@ constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELE
 constexpr std::uint64_t kClockStep = 200'000;
 constexpr std::uint64_t kCoarseStep = 20'000'000;
 
-// What tells one state of a file from another; all zero where there is no file.
+// By what two states of a file differ; all zero if there is no file.
 struct FileStamp {
   DWORD volume = 0;
   std::uint64_t index = 0;

@@ -62,7 +62,7 @@ bool MoveTo(const UniqueHandle& file, std::uint64_t offset) {
   return file.valid() && SetFilePointerEx(file.get(), distance, nullptr, FILE_BEGIN);
 }
 
-// At most `limit_bytes` bytes from where the file stands.
+// At most `limit_bytes` bytes from the file's present position.
 std::optional<std::string> ReadRest(const UniqueHandle& file, std::size_t limit_bytes) {
   if (!file.valid()) return std::nullopt;
   std::string bytes(SizeToRead(file, limit_bytes), '\0');

@@ -41,7 +41,7 @@ bool Search(const std::wstring& pattern, const FoundVisitor& visit) {
   return LastSystemError() == SystemError::kNoMore;
 }
 
-// A file or an empty folder. A folder that stands for one elsewhere goes without what it points to.
+// A file or an empty folder. A link to a folder goes, what it points to stays.
 bool RemoveOne(const std::wstring& path, DWORD attributes, Removal removal) {
   const bool is_protected = (attributes & FILE_ATTRIBUTE_READONLY) != 0;
   if (is_protected && removal == Removal::kForce) SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);

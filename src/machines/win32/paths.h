@@ -25,7 +25,7 @@ struct FoundFolder {
   bool is_volume_mounted = false;  // of a mount point: a volume of its own is there
 };
 
-// True for a junction or a directory link, which stands for a folder elsewhere and may lead to one above.
+// True for a junction or a directory link, which leads to a folder elsewhere and may lead to one above.
 // False for a mounted volume, and for the folders that a cloud provider fills when they are opened.
 bool IsLinkToFolder(const FoundFolder& found);
 

@@ -4,7 +4,7 @@
 
 namespace ondura {
 
-// The platform's error numbers, as far as the backend tells them apart.
+// The platform's error numbers, as far as the backend distinguishes them.
 enum class SystemError { kNone, kMissing, kExists, kDenied, kInUse, kMoreData, kNoMore, kNotAll, kOther };
 
 SystemError Translated(DWORD error);
