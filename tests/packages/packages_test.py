@@ -5,6 +5,7 @@
 """
 
 import argparse
+import contextlib
 import pathlib
 import re
 import shutil
@@ -337,7 +338,11 @@ class InstallerTest(unittest.TestCase):
 
     def wait_for(self, what, is_there):
         deadline = time.monotonic() + 60
-        while not is_there():
+        while True:
+            # A file that is being replaced is missing for a moment, as Wine does it in two steps.
+            with contextlib.suppress(FileNotFoundError):
+                if is_there():
+                    return
             self.assertLess(time.monotonic(), deadline, what)
             time.sleep(0.2)
 
