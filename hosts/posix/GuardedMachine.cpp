@@ -24,8 +24,7 @@ void GuardedClock::Sleep(std::chrono::milliseconds duration) {
 
 ProcessHandle GuardedProcesses::Launch(const LaunchRequest& request) {
   const ProcessHandle handle = ForwardingProcesses::Launch(request);
-  const std::string_view name = std::string_view{request.file}.substr(request.file.rfind('\\') + 1);
-  if (guard_ != nullptr && EqualsIgnoringCase(name, engine_)) {
+  if (guard_ != nullptr && EqualsIgnoringCase(FileNameOf(request.file), engine_)) {
     guard_->Watch(handle == kNoProcess ? 0 : ForwardingProcesses::IdOf(handle));
   }
   return handle;

@@ -35,7 +35,7 @@ void ProgressFile::Begin(const TransferFigures& total) {
 void ProgressFile::Show(std::string_view path, const TransferFigures& done) {
   if (done.files < next_shown_) return;
   next_shown_ = done.files + std::max<std::uint64_t>(1, total_.files / kSteps);
-  Write("FileName", path.substr(path.rfind('\\') + 1));
+  Write("FileName", FileNameOf(path));
   Write("FilePath", path);
   Write("FilePer", "0");
   ShowFigures(done);

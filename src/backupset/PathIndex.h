@@ -7,7 +7,7 @@
 
 namespace ondura {
 
-// Paths by their parts, letter case aside, so that what lies above and below a path is found without a walk
+// Paths by their parts, letter case aside, so that what is above and below a path is found without a walk
 // over all of them. Each path has a number of the caller's.
 class PathIndex {
  public:

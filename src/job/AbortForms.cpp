@@ -23,14 +23,14 @@ Leave AbortForms::TestForAbort(std::string_view trace_text) {
   return LeaveAborted(trace_text);
 }
 
-JobCode AbortForms::LeaveAborted(std::string_view trace_text, Programs programs) {
+JobCode AbortForms::LeaveAborted(std::string_view trace_text, EngineEnd engine_end) {
   TraceAbort(trace_text);
   MarkAborted();
   WriteAbortLog(AbortLog::kNewBlock);
   job_.end_status.WriteJobEndStatus(JobEnd::kOrdinary);
   job_.temp_folder.DeleteTempFolder();
   job_.keys.ClearFailureDays();
-  if (programs == Programs::kEnd) EndPrograms();
+  if (engine_end == EngineEnd::kEnded) EndPrograms();
   return kJobStopped;
 }
 

@@ -15,9 +15,10 @@ class AbortForms {
   // The user interface or the host asks for the end of the job.
   bool AbortAsked();
 
-  // Traces the text of the place, writes the abort's log and status, ends engine and database manager.
-  enum class Programs { kEnd, kLeaveRunning };
-  JobCode LeaveAborted(std::string_view trace_text, Programs programs = Programs::kEnd);
+  // Traces the text of the place, writes the abort's log and status, ends engine and database manager
+  // unless they are to be left running.
+  enum class EngineEnd { kEnded, kLeftRunning };
+  JobCode LeaveAborted(std::string_view trace_text, EngineEnd engine_end = EngineEnd::kEnded);
 
   // AbortAsked and LeaveAborted in one.
   Leave TestForAbort(std::string_view trace_text);
@@ -25,7 +26,7 @@ class AbortForms {
   // The forms of the transfer, while the engine runs: the status file says that it was cancelled by hand, the
   // shadow copy's folder goes and the session log is continued. A walk that is left within a folder has a log
   // of two lines only.
-  enum class WalkPlace { kWithinFolder, kBehindItem };
+  enum class WalkPlace { kWithinFolder, kAfterItem };
   JobCode LeaveAfterInput(std::string_view trace_text);
   JobCode LeaveFromWalk(WalkPlace place);
 

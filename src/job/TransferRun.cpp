@@ -156,7 +156,7 @@ Leave TransferRun::ChooseMethod(bool& use_compare_list) {
   } else {
     trace.WriteTrace("Following DB method for backup");
     const auto ready = job_.services.local_database.CheckLDBStatus(job_.state.memory.RunFolderText);
-    if (ready == kLocalDatabaseAborted) return abort_.LeaveAborted("", AbortForms::Programs::kLeaveRunning);
+    if (ready == kLocalDatabaseAborted) return abort_.LeaveAborted("", AbortForms::EngineEnd::kLeftRunning);
     trace_method("After LDBChecking DB Val : ");
     use_compare_list =
         Trim(job_.services.transfer.Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase)) == "0";
@@ -214,7 +214,7 @@ Leave TransferRun::WalkItems() {
     if (stopped && item.kind == ItemKind::kFolder) return abort_.LeaveFromWalk(WalkPlace::kWithinFolder);
     if (!stopped && !abort_.AbortAsked()) continue;
     compare_list_.Close();
-    return abort_.LeaveFromWalk(WalkPlace::kBehindItem);
+    return abort_.LeaveFromWalk(WalkPlace::kAfterItem);
   }
   return std::nullopt;
 }

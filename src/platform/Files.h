@@ -25,7 +25,7 @@ class FileWriter {
  public:
   virtual ~FileWriter() = default;
 
-  // True when every byte reached the file.
+  // True if every byte reached the file. False leaves some of them in it, or none.
   virtual bool Append(std::string_view bytes) = 0;
 };
 
@@ -42,13 +42,13 @@ class Files {
   // True for a file; false for a folder and for a path that does not exist.
   virtual bool Exists(std::string_view path) = 0;
 
-  // In bytes. std::nullopt if the path is no file or can't be looked at.
+  // In bytes. std::nullopt if the path is not a file or can't be looked at.
   virtual std::optional<std::uint64_t> Size(std::string_view path) = 0;
 
   // The time of the last write. std::nullopt as for Size.
   virtual std::optional<LocalTime> Modified(std::string_view path) = 0;
 
-  // All bytes. std::nullopt if the path is no file or can't be opened or read.
+  // All bytes. std::nullopt if the path is not a file or can't be opened or read.
   virtual std::optional<std::string> Read(std::string_view path) = 0;
 
   // The same, but std::nullopt while another program has the file open for writing, so that nobody reads half
@@ -63,7 +63,7 @@ class Files {
   // At most the first `limit_bytes` bytes. std::nullopt as for Read.
   virtual std::optional<std::string> ReadHead(std::string_view path, std::size_t limit_bytes) = 0;
 
-  // At most `limit_bytes` bytes from byte `offset` (from 0) on; fewer at the file's end, none after it.
+  // At most `limit_bytes` bytes from byte `offset` (from 0) on; fewer at the file's end, empty after it.
   // std::nullopt as for Read.
   virtual std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
                                               std::size_t limit_bytes) = 0;
@@ -88,7 +88,7 @@ class Files {
   // Continues after the file's last byte. Null when the file can't be opened.
   virtual std::unique_ptr<FileWriter> OpenAppender(std::string_view path, IfMissing if_missing) = 0;
 
-  // False if the file is still there afterwards, and for a path that is no file.
+  // False if the file is still there afterwards, and for a path that is not a file.
   virtual bool Remove(std::string_view path, Removal removal) = 0;
 
   // Replaces `to`. False if `from` can't be read or `to` can't be written.

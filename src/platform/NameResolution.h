@@ -23,7 +23,7 @@ class NameResolution {
   virtual NameLookup AddressOf(std::string_view host_name) = 0;
 
   // The name of an address in any form that inet_addr reads ("127.0.0.1", "127.1", "0x7f000001"). Not found
-  // too when the text is no address, which 255.255.255.255 counts as.
+  // too if the text is not an address, which 255.255.255.255 counts as.
   virtual NameLookup NameOf(std::string_view address) = 0;
 };
 

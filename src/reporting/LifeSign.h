@@ -8,8 +8,8 @@
 
 namespace ondura {
 
-// A line in the user's trace once in a minute of calls, for the waits of a job that trace nothing else. By a
-// fresh trace the other host tells a job that works without an engine from one that was cut off.
+// A line in the user's trace once in a minute of calls, for the waits of a job that trace nothing else. A
+// fresh trace shows the other host that the job works without an engine and was not cut off.
 class LifeSign {
  public:
   LifeSign(Trace& trace, Clock& clock, std::string_view text) : trace_(trace), clock_(clock), text_(text) {}

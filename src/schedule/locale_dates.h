@@ -6,7 +6,7 @@
 namespace ondura {
 
 // The date of a text in the fixed form "mm-dd-yyyy HH:mm:ss", rendered by a date format such as
-// "dd/MM/yyyy". Words of the format that are no date field stand in the result as they are; a format of
+// "dd/MM/yyyy". Words of the format that are not a date field go into the result as they are; a format of
 // more than 16 tokens loses those beyond.
 std::string ConvertToDate(std::string_view text, std::string_view format);
 

@@ -34,8 +34,8 @@ void StartedFlag::Write(std::string_view value) {
   is_own_ = value == "1";
 }
 
-// A job of the other host has moments without an engine, in its waits and between two commands. What tells
-// it from a job that was cut off is the fresh trace of its user.
+// A job of the other host has moments without an engine, in its waits and between two commands. The
+// fresh trace of its user distinguishes it from a job that was cut off.
 bool StartedFlag::OtherHostIsBetweenEngineRuns() {
   if (is_own_) return false;
   const std::string user = job_.services.transfer.Trf_ReadUserNameProfile(profile_keys::kScheduled);

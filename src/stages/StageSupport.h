@@ -85,7 +85,7 @@ class StageSupport {
 
   // Replaces a status file, or makes it, with one line in the system code page.
   void WriteLine(std::string_view path, std::string_view line);
-  // The trimmed first line; empty where there is no file.
+  // The trimmed first line; empty if there is no file.
   std::string ReadFirstLine(std::string_view path);
   void Remove(std::string_view path);
 

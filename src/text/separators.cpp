@@ -28,8 +28,8 @@ std::vector<std::string_view> CharactersOf(std::string_view text) {
   return characters;
 }
 
-// The first character at one of the places that is no digit, else the one looked at last. Nothing where that
-// place is behind the text's end; one before its start ends the search.
+// The first character at one of the places that is not a digit, or else the last one looked at. Empty if a
+// place is after the text's end; a place before its start ends the search.
 std::string_view FindSeparator(const std::vector<std::string_view>& characters,
                                std::initializer_list<std::ptrdiff_t> places) {
   std::string_view found;

@@ -19,7 +19,7 @@ constexpr std::array<std::string_view, 2> kHalves{"AM", "PM"};
 constexpr int kFirstShortYear = 1930;
 
 struct Item {
-  char letter = 0;        // 0 for a text that stands for itself
+  char letter = 0;        // 0 for literal text
   std::size_t count = 0;  // of the letter
   std::string_view literal;
 };

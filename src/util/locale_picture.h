@@ -16,7 +16,7 @@ inline constexpr std::array<std::string_view, 12> kMonthNames{
 // A locale's pictures: "d", "dd", "ddd" and "dddd" (names of the day), "M" to "MMMM", "y" to "yyyy"; "h",
 // "H", "m", "s" with one or two letters, "t" and "tt" for the half of the day. Text between single quotes
 // and every other character stand for themselves. Names are English. Letter case counts for the hour only:
-// which of the two kinds a picture is tells the month from the minute.
+// the kind of the picture distinguishes the month from the minute.
 enum class PictureKind { kDate, kTime };
 
 struct LocalePicture {

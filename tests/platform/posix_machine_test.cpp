@@ -164,7 +164,7 @@ TEST_F(PosixMachineTest, ADamagedIniFileOfManyLinesHasItsFirstKeysAndTakesOneMor
 }
 
 TEST_F(PosixMachineTest, TheFileOfAnotherAccountIsNotTrusted) {
-  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away; the build service runs as root";
   root_.Put("C/d/file", "12345");
   EXPECT_THAT(machine_.files.ReadTrusted(R"(C:\d\file)"), Optional(std::string{"12345"}));
   ASSERT_EQ(chown((root_.path() / "C/d/file").c_str(), 65534, 65534), 0);
@@ -269,7 +269,7 @@ TEST_F(PosixMachineTest, AChildThatRunsAProgramOfTheHostByNowCanBeOpenedAndEnded
 }
 
 TEST_F(PosixMachineTest, AnotherAccountsProcessIsInTheSnapshotAlone) {
-  if (getuid() != 0) GTEST_SKIP() << "only root can act as another account";
+  if (getuid() != 0) GTEST_SKIP() << "only root can act as another account; the build service runs as root";
   root_.PutPerl(R"(C:\Tool.exe)");
   Processes& processes = machine_.processes;
   const ProcessHandle handle = processes.Launch(TemporaryRoot::PerlRequest(R"(C:\Tool.exe)", "sleep 60"));

@@ -318,6 +318,21 @@ TEST(TwoHostsStory, ATwinOfAnotherAccountSeesTheJobByItsEngine) {
   EXPECT_EQ(house.NextTime(), House::kTomorrow);
 }
 
+// Between two runs of the engine only the job's trace shows its life.
+TEST(TwoHostsStory, ATwinTakesAJobForAliveByATraceOfTwoMinutes) {
+  for (const auto& [age, started] :
+       {std::pair{121s, "0"}, {120s, "1"}, {0s, "1"}, {-120s, "1"}, {-121s, "0"}}) {
+    DueHouse house;
+    house.WriteShared("Started", "1");
+    house.WriteShared("Scheduled", "ann");
+    const std::string trace = house.UserPath("ScheduleTraceFile.txt");
+    house.machine.PutFile(trace, "");
+    house.machine.disk().SetModified(trace, house.machine.Now() - age);
+    house.Twin();
+    EXPECT_EQ(house.Shared("Started"), started) << age.count() << " s";
+  }
+}
+
 TEST(TwoHostsStory, TheEngineOfATwinThatBrokeOffEndsBeforeTheNextJobBegins) {
   DueHouse house;
   house.Service();

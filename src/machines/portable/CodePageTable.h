@@ -27,7 +27,7 @@ class CodePageTable : public CodePage {
   [[nodiscard]] std::string Encode(std::string_view text) const;
   [[nodiscard]] std::string Decode(std::string_view bytes) const;
 
-  // The byte of the upper-case letter, or `byte` itself for what is no letter.
+  // The byte of the upper-case letter, or `byte` itself for a byte that is not a letter.
   [[nodiscard]] char UpperByte(char byte) const { return upper_[static_cast<unsigned char>(byte)]; }
 
  private:

@@ -21,7 +21,7 @@ constexpr std::string_view kLongPathPrefix = R"(\\?\)";
 
 bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
-// 0 for what is no letter.
+// 0 for a character that is not a letter.
 char DriveLetter(char c) {
   if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
   return c >= 'A' && c <= 'Z' ? c : '\0';

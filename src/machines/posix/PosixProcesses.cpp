@@ -27,8 +27,6 @@ std::optional<pid_t> ProcessNumber(std::string_view name) {
                                                                              : std::nullopt;
 }
 
-std::string LastPart(std::string_view path) { return std::string{path.substr(path.rfind('\\') + 1)}; }
-
 bool IsBareName(std::string_view file) { return file.find_first_of("\\/:") == std::string_view::npos; }
 
 // The system completes a bare name that has no ending.
@@ -68,7 +66,7 @@ class PosixProcesses : public Processes {
       const auto id = ProcessNumber(entry.name);
       auto module_path = id ? ModuleOf(*id, source) : std::nullopt;
       if (module_path) {
-        std::string base_name = LastPart(*module_path);
+        std::string base_name{FileNameOf(*module_path)};
         entries.push_back({static_cast<ProcessId>(*id), *std::move(module_path), std::move(base_name)});
       }
       return true;

@@ -7,7 +7,7 @@ namespace ondura {
 
 // File names of the host may hold what a Windows name can't: control characters, the reserved ones of
 // `\ : * ? " < > |`, and bytes that are not UTF-8. The layers above see each such byte as the private-use
-// character U+F000 + byte, and turns into the byte again on the way back.
+// character U+F000 + byte, which turns into the byte again on the way back.
 
 // The name as it looks above. `scratch` holds it where it differs from the host's.
 std::string_view WindowsName(std::string_view host_name, std::string& scratch);

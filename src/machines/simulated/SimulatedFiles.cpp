@@ -35,8 +35,6 @@ class SimulatedFileWatch : public FileWatch {
   std::optional<std::uint64_t> seen_;
 };
 
-std::string NameOf(const std::string& path) { return path.substr(path.rfind('\\') + 1); }
-
 }  // namespace
 
 const MemoryDisk::Node* SimulatedFiles::FindFile(std::string_view path) const {
@@ -132,7 +130,7 @@ bool SimulatedFolders::List(std::string_view path, const std::function<Visit(con
   for (const std::string& child : disk_.Children(path)) {
     const MemoryDisk::Node* node = disk_.Find(child);
     if (node == nullptr) continue;  // gone since the listing began
-    const std::string name = NameOf(node->path);
+    const std::string_view name = FileNameOf(node->path);
     if (!node->is_folder && name.starts_with(kNewContentPrefix)) continue;
     if (visit({name, node->is_folder, node->bytes.size(), node->modified, node->leads_off_drive}) ==
         Visit::kStop) {

@@ -11,8 +11,6 @@ constexpr std::uint32_t kAllAccess = 0x1F0FFF;
 // Process ids and handles of the platform are multiples of four.
 constexpr std::uint32_t kStep = 4;
 
-std::string BaseName(std::string_view path) { return std::string(path.substr(path.rfind('\\') + 1)); }
-
 // The system completes a bare name that has no ending.
 std::string WithProgramEnding(const std::string& name) {
   return name.find('.') == std::string::npos ? name + ".exe" : name;
@@ -26,7 +24,7 @@ std::vector<ProcessEntry> SimulatedProcesses::List(ProcessSource source) {
   std::vector<ProcessEntry> entries;
   for (const auto& [id, process] : processes_) {
     if (process.has_ended) continue;
-    std::string name = BaseName(process.path);
+    std::string name{FileNameOf(process.path)};
     if (source == ProcessSource::kSnapshot) {
       entries.push_back({id, name, name});
     } else if (MayOpen(process) && process.is_listed) {
@@ -151,7 +149,7 @@ void SimulatedProcesses::End(ProcessId id, std::uint32_t exit_code) {
 
 bool SimulatedProcesses::IsRunning(std::string_view base_name) const {
   return std::any_of(processes_.begin(), processes_.end(), [&](const auto& entry) {
-    return !entry.second.has_ended && EqualsIgnoringCase(BaseName(entry.second.path), base_name);
+    return !entry.second.has_ended && EqualsIgnoringCase(FileNameOf(entry.second.path), base_name);
   });
 }
 
