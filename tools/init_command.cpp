@@ -57,7 +57,7 @@ void AddInitCommand(CLI::App& app, const Globals& globals) {
       ->allow_extra_args(false);
   init.add_flag("--force", plan->force, "Rewrite the files of a machine that is there; users stay");
   init.footer(
-      "Example: ondura init --root /srv/machine --engine build/dev/rehearsal/rehearsal-engine --drive "
+      "Example: ondura init --root /srv/machine --engine build/dev/engines/rehearsal-engine --drive "
       "D=/srv/data");
   init.callback([&globals, plan] { SetUpMachine(globals, *plan); });
 }

@@ -7,7 +7,7 @@
 
 namespace ondura::rehearsal {
 
-ExchangeServer::ExchangeServer(Client& client, std::string_view kind)
+ExchangeServer::ExchangeServer(engines::Client& client, std::string_view kind)
     : client_(client),
       folder_(client.installation().DataFile("ExchangeServer\\") + std::string{kind} + "\\") {}
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "rehearsal/common/Client.h"
+#include "engines/common/Client.h"
 
 namespace ondura::rehearsal {
 
@@ -14,7 +14,7 @@ namespace ondura::rehearsal {
 class ExchangeServer {
  public:
   // `kind` is "StorageGroups" or "Mailboxes".
-  ExchangeServer(Client& client, std::string_view kind);
+  ExchangeServer(engines::Client& client, std::string_view kind);
 
   // Of all that the server holds, in name order.
   std::vector<std::string> Names();
@@ -29,7 +29,7 @@ class ExchangeServer {
  private:
   std::vector<std::string> List(const std::string& folder, bool folders);
 
-  Client& client_;
+  engines::Client& client_;
   std::string folder_;
 };
 

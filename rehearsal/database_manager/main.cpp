@@ -4,14 +4,14 @@
 #include <chrono>
 #include <iostream>
 
-#include "rehearsal/common/HostProcess.h"
-#include "rehearsal/common/program.h"
+#include "engines/common/HostProcess.h"
+#include "engines/common/program.h"
 #include "text/text.h"
 
 namespace {
 
 using namespace ondura;
-using namespace ondura::rehearsal;
+using namespace ondura::engines;
 
 constexpr std::chrono::milliseconds kPause{1000};
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "rehearsal/engine/CompareList.h"
+#include "engines/common/CompareList.h"
 #include "scenarios/House.h"
 #include "util/date_text.h"
 
@@ -52,12 +52,12 @@ TEST(GrowingListTest, IsReadOnceAndForAsLongAsTheJobLives) {
       house.PutText(name, row.whole);
       house.WriteProfile("BackupStatus", "StatusCheckCount", "1");
     });
-    rehearsal::Client client(house.machine.machine(), House::kInstall);
+    engines::Client client(house.machine.machine(), House::kInstall);
     ASSERT_TRUE(client.Load());
-    const auto part = rehearsal::CompareList(client).NextPart([] { return false; });
+    const auto part = engines::CompareList(client).NextPart([] { return false; });
     std::vector<std::string> files;
     if (!part) files.push_back("none");
-    for (const auto& file : part ? part->files : std::vector<rehearsal::Candidate>{}) {
+    for (const auto& file : part ? part->files : std::vector<engines::Candidate>{}) {
       files.push_back(file.path + " " + FormatDate("HH", file.modified));
     }
     EXPECT_EQ(files, row.files) << row.story;

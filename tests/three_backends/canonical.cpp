@@ -3,7 +3,7 @@
 #include <set>
 #include <vector>
 
-#include "rehearsal/engine/CompareList.h"
+#include "engines/common/CompareList.h"
 #include "scenario.h"
 #include "text/text.h"
 #include "text/utf16.h"
@@ -64,7 +64,7 @@ class Masks {
 
 // The three times of a compare-list line by how they lie to one another.
 std::string CompareLine(const std::string& line) {
-  const auto candidate = rehearsal::ParseCompareLine(line);
+  const auto candidate = engines::ParseCompareLine(line);
   if (!candidate) return line;
   const bool is_right = candidate->hour_later - candidate->modified == 1h &&
                         candidate->modified - candidate->hour_earlier == 1h;

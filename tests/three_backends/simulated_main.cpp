@@ -2,10 +2,10 @@
 
 #include <iostream>
 
+#include "engines/common/Client.h"
+#include "engines/common/command_line.h"
+#include "engines/rehearsal/VaultStore.h"
 #include "machines/simulated/SimulatedMachine.h"
-#include "rehearsal/common/Client.h"
-#include "rehearsal/common/command_line.h"
-#include "rehearsal/engine/commands.h"
 #include "scenario.h"
 
 namespace ondura::scenario {
@@ -20,10 +20,10 @@ constexpr auto kEngineDelay = 30s;
 
 void RunEngine(ProgramRun& run) {
   run.After(kEngineDelay, [&run] {
-    rehearsal::Client client(run.machine().outside(), kInstall);
+    engines::Client client(run.machine().outside(), kInstall);
     const auto call = ParseEngineCall(run.parameters());
     if (!client.Load() || !call) return run.Exit(1);
-    rehearsal::RunEngineCommand(client, *call);
+    engines::RunRehearsalCommand(client, *call);
     run.Exit(0);
   });
 }

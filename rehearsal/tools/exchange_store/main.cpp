@@ -3,14 +3,15 @@
 
 #include <iostream>
 
+#include "engines/common/HostProcess.h"
+#include "engines/common/program.h"
 #include "rehearsal/common/ExchangeServer.h"
-#include "rehearsal/common/HostProcess.h"
-#include "rehearsal/common/program.h"
 #include "text/text.h"
 
 namespace {
 
 using namespace ondura;
+using namespace ondura::engines;
 using namespace ondura::rehearsal;
 
 constexpr std::string_view kAborted = "4";

@@ -5,16 +5,17 @@
 #include <exception>
 #include <iostream>
 
-#include "rehearsal/common/HostProcess.h"
+#include "engines/common/HostProcess.h"
+#include "engines/common/ProgramMachine.h"
+#include "engines/common/program.h"
 #include "rehearsal/common/OwnWindows.h"
-#include "rehearsal/common/ProgramMachine.h"
 #include "rehearsal/common/SystemBackup.h"
-#include "rehearsal/common/program.h"
 #include "text/text.h"
 
 namespace {
 
 using namespace ondura;
+using namespace ondura::engines;
 using namespace ondura::rehearsal;
 using std::chrono::milliseconds;
 

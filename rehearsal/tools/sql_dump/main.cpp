@@ -6,13 +6,13 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "rehearsal/common/program.h"
+#include "engines/common/program.h"
 #include "text/text.h"
 
 namespace {
 
 using namespace ondura;
-using namespace ondura::rehearsal;
+using namespace ondura::engines;
 
 constexpr int kArguments = 11;
 constexpr int kExitFailed = 1;

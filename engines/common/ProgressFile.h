@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "engines/common/Client.h"
+
+namespace ondura::engines {
+
+struct TransferFigures {
+  std::uint64_t files = 0;
+  std::uint64_t bytes = 0;
+};
+
+// BackupProgress.ini, which the tray and the user interface show while the engine runs.
+class ProgressFile {
+ public:
+  explicit ProgressFile(Client& client);
+
+  void Begin(const TransferFigures& total);
+
+  // The file that is on its way now, and what has been done before it.
+  void Show(std::string_view path, const TransferFigures& done);
+
+  // The last file has been dealt with.
+  void Finish(const TransferFigures& done);
+
+  void End();
+
+ private:
+  void ShowFigures(const TransferFigures& done);
+  void Write(std::string_view key, std::string_view value);
+
+  Client& client_;
+  std::string path_;
+  LocalTime start_;
+  TransferFigures total_;
+  std::uint64_t next_shown_ = 0;
+};
+
+}  // namespace ondura::engines

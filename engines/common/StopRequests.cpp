@@ -1,0 +1,21 @@
+#include "engines/common/StopRequests.h"
+
+#include "engine/status_word.h"
+
+namespace ondura::engines {
+
+StopRequests::StopRequests(Client& client)
+    : client_(client),
+      profile_(client.machine().watches.Watch(client.installation().UserFolder() +
+                                              client.installation().ProfileIniName)) {}
+
+StopRequest StopRequests::Check() {
+  if (seen_ == StopRequest::kNone && profile_->MayHaveChanged()) {
+    if (StatusWordOf(client_.ReadStatus(profile_keys::kStatus)) == StatusWord::kCutOff)
+      seen_ = StopRequest::kHardStop;
+    if (client_.ReadStatus(profile_keys::kCancel) == "1") seen_ = StopRequest::kCancel;
+  }
+  return seen_;
+}
+
+}  // namespace ondura::engines

@@ -1,0 +1,75 @@
+#include "engines/common/commands.h"
+
+#include <string>
+
+#include "engine/engine_files.h"
+#include "text/text.h"
+
+namespace ondura::engines {
+
+namespace {
+
+EngineResult TotalSize(Client& client, Store& store) {
+  const auto space = store.Usage();
+  if (!space) return engine_results::kCannotConnect;
+  client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaUsed, std::to_string(space->used_bytes));
+  client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaMax, std::to_string(space->max_bytes));
+  return space->used_bytes > space->max_bytes ? engine_results::kQuotaUsedUp : engine_results::kDone;
+}
+
+EngineResult PortNumber(Client& client, const Account& account) {
+  std::string port = client.transfer().Trf_ReadUserProfile(profile_keys::kPort);
+  if (port.empty()) port = client.installation().DefaultPort;
+  if (port.empty()) return engine_results::kNoPortInformation;
+  const std::string text = port + std::string{kLineEnd} + account.server + std::string{kLineEnd};
+  const bool written = client.text_files().Write(client.installation().UserFile(engine_files::kPortOutput),
+                                                 text, Encoding::kCodePage);
+  return written ? engine_results::kDone : engine_results::kNoPortInformation;
+}
+
+bool UsesDatabase(Client& client) {
+  const std::string method{Trim(client.transfer().Trf_ReadUserNameDBProfile(profile_keys::kLocalDatabase))};
+  return method.empty() || method == "1";
+}
+
+EngineResult Backup(Client& client, Store& store) {
+  Selection selection(client, store.OwnFolders());
+  StageData stage_data(client);
+  if (selection.IsEmpty() && stage_data.IsEmpty()) return engine_results::kNothingSelected;
+  CompareList list(client);
+  StopRequests stop(client);
+  TransferJournal journal(client);
+  const bool by_database = UsesDatabase(client);
+  const EngineResult result =
+      store.Transfer({selection, stage_data, by_database ? nullptr : &list}, journal, stop);
+  journal.Close(result);
+  return result;
+}
+
+EngineResult Perform(Client& client, Store& store, const Account& account, EngineCommand command) {
+  switch (command) {
+    case EngineCommand::kTotalSize:
+      return TotalSize(client, store);
+    case EngineCommand::kPortNumber:
+      return PortNumber(client, account);
+    case EngineCommand::kServerList:
+      return store.ServerList();
+    case EngineCommand::kBuildDatabase:
+      return store.Newest();
+    case EngineCommand::kTransfer:
+      return Backup(client, store);
+    default:
+      return engine_results::kDone;  // the rest only finds out whether the account may be entered
+  }
+}
+
+}  // namespace
+
+void RunEngineCommand(Client& client, Store& store, const EngineCall& call) {
+  const Account account = client.ReadAccount();
+  EngineResult result = store.Enter(account);
+  if (result == engine_results::kDone) result = Perform(client, store, account, call.command);
+  client.WriteStatus(profile_keys::kRetValue, result.Text());
+}
+
+}  // namespace ondura::engines
