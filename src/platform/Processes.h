@@ -2,10 +2,13 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/PipedProgram.h"
 
 namespace ondura {
 
@@ -74,6 +77,14 @@ class Processes {
   // ShellExecuteA: starts a program for the person at the desktop and forgets it. It outlives this process.
   // False if nothing was started.
   virtual bool OpenForUser(const LaunchRequest& request) = 0;
+
+  // Starts a program of the system with pipes (CreateProcessW). Null if it could not be started or a text is
+  // longer than kPipedTextLimit.
+  virtual std::unique_ptr<PipedProgram> Start(const PipedRequest& request) = 0;
+
+  // The path of this machine as programs of the system take it. Empty for a path that names no drive. On
+  // Windows the path itself.
+  virtual std::string SystemPath(std::string_view path) = 0;
 
   // OpenProcess. kNoProcess when there is no such process or the rights are refused.
   virtual ProcessHandle OpenById(ProcessId id, ProcessAccess access) = 0;

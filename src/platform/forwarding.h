@@ -156,6 +156,8 @@ class ForwardingProcesses : public Processes {
   ProgramState StateOf(std::string_view file) override { return next_.StateOf(file); }
   ProcessHandle Launch(const LaunchRequest& request) override { return next_.Launch(request); }
   bool OpenForUser(const LaunchRequest& request) override { return next_.OpenForUser(request); }
+  std::unique_ptr<PipedProgram> Start(const PipedRequest& request) override { return next_.Start(request); }
+  std::string SystemPath(std::string_view path) override { return next_.SystemPath(path); }
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override { return next_.OpenById(id, access); }
   ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) override {
     return next_.Wait(handle, limit);

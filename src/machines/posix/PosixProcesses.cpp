@@ -10,6 +10,7 @@
 
 #include "machines/posix/HostProcess.h"
 #include "machines/posix/command_line.h"
+#include "machines/posix/piped_child.h"
 #include "machines/posix/ports.h"
 #include "machines/posix/spawn.h"
 #include "text/text.h"
@@ -88,12 +89,14 @@ class PosixProcesses : public Processes {
     if (!file || !folder) return kNoProcess;
     // Beside where it is, the program learns its parameters as they were before they were split: on Windows
     // too a program can have both.
-    const auto id = Spawn({*file,
-                           SplitCommandLine(request.parameters),
-                           *folder,
-                           {"ONDURA_ROOT=" + paths_.root(), "ONDURA_SPEED=" + std::to_string(speed_),
-                            "ONDURA_PARAMETERS=" + request.parameters},
-                           request.lifetime});
+    SpawnRequest spawn;
+    spawn.file = *file;
+    spawn.arguments = SplitCommandLine(request.parameters);
+    spawn.folder = *folder;
+    spawn.environment = {"ONDURA_ROOT=" + paths_.root(), "ONDURA_SPEED=" + std::to_string(speed_),
+                         "ONDURA_PARAMETERS=" + request.parameters};
+    spawn.lifetime = request.lifetime;
+    const auto id = Spawn(spawn);
     if (!id) return kNoProcess;
     auto process = std::make_shared<HostProcess>(*id, HostProcess::Kinship::kChild);
     children_.push_back(process);
@@ -107,6 +110,10 @@ class PosixProcesses : public Processes {
     Close(handle);
     return handle != kNoProcess;
   }
+
+  std::unique_ptr<PipedProgram> Start(const PipedRequest& request) override { return StartPiped(request); }
+
+  std::string SystemPath(std::string_view path) override { return paths_.ForCreation(path); }
 
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override {
     CollectEnded();

@@ -40,17 +40,12 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-// Both ends of a pipe that started programs do not get.
-struct Pipe {
-  Pipe() {
-    std::array<int, 2> ends{-1, -1};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
-    out = Fd{ends[0]};
-    in = Fd{ends[1]};
-  }
-  Fd out;
-  Fd in;
-};
+// A program that was started without one of the three streams gets their numbers for its own files.
+Fd AboveStreams(int number) {
+  Fd file{number};
+  if (number > STDERR_FILENO) return file;
+  return Fd{fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)};
+}
 
 // What the new process is made of, put together before it exists: between fork and exec nothing may be asked
 // of the heap.
@@ -61,6 +56,8 @@ struct Image {
   char* const* environment;
   pid_t starter;
   Lifetime lifetime;
+  const std::array<int, 3>& streams;
+  const std::vector<int>& passed;
 };
 
 void ResetSignals() {
@@ -72,12 +69,20 @@ void ResetSignals() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-bool TakeStreamsAway() {
+// A stream of the new process may have the number of one that the next step overwrites; all that are given
+// are above the three, so that none does.
+bool SetStreams(const std::array<int, 3>& streams) {
   const int nothing = open("/dev/null", O_RDWR);
-  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (nothing < 0 || dup2(nothing, stream) < 0) return false;
+  int stream = STDIN_FILENO;
+  for (const int given : streams) {
+    const int source = given >= 0 ? given : nothing;
+    if (source < 0 || dup2(source, stream++) < 0) return false;
   }
   return nothing <= STDERR_FILENO || close(nothing) == 0;
+}
+
+bool Pass(const std::vector<int>& files) {
+  return std::ranges::all_of(files, [](int file) { return fcntl(file, F_SETFD, 0) == 0; });
 }
 
 // The starter may have ended before the wish to end with it was known.
@@ -86,7 +91,7 @@ bool TieToStarter(pid_t starter) { return prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 
 // In the new process. Returns when it can't become the program.
 void Become(const Image& image) {
   setsid();
-  if (!TakeStreamsAway()) return;
+  if (!SetStreams(image.streams) || !Pass(image.passed)) return;
   if (*image.folder != '\0' && chdir(image.folder) != 0) return;
   if (image.lifetime == Lifetime::kEndsWithStarter && !TieToStarter(image.starter)) return;
   ResetSignals();
@@ -95,10 +100,18 @@ void Become(const Image& image) {
 
 }  // namespace
 
+Pipe::Pipe() {
+  std::array<int, 2> ends{-1, -1};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
+  out = AboveStreams(ends[0]);
+  in = AboveStreams(ends[1]);
+}
+
 std::optional<pid_t> Spawn(const SpawnRequest& request) {
   std::vector<std::string> arguments = request.arguments;
   arguments.insert(arguments.begin(), request.file);
-  std::vector<std::string> environment = Environment(request.environment);
+  std::vector<std::string> environment =
+      request.whole_environment ? request.environment : Environment(request.environment);
   const std::vector<char*> argument_pointers = Pointers(arguments);
   const std::vector<char*> environment_pointers = Pointers(environment);
   const Image image{request.file.c_str(),
@@ -106,7 +119,9 @@ std::optional<pid_t> Spawn(const SpawnRequest& request) {
                     argument_pointers.data(),
                     environment_pointers.data(),
                     getpid(),
-                    request.lifetime};
+                    request.lifetime,
+                    request.streams,
+                    request.passed};
   // Ends without a byte when the program has begun.
   Pipe failure;
   if (!failure.out.valid()) return std::nullopt;
@@ -128,7 +143,10 @@ std::optional<pid_t> Spawn(const SpawnRequest& request) {
 }
 
 bool RunShellCommand(const std::string& command) {
-  const auto id = Spawn({"/bin/sh", {"-c", command}, {}, {}, Lifetime::kOutlivesStarter});
+  SpawnRequest request;
+  request.file = "/bin/sh";
+  request.arguments = {"-c", command};
+  const auto id = Spawn(request);
   if (!id) return false;
   int status = 0;
   while (waitpid(*id, &status, 0) < 0) {

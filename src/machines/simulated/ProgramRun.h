@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/Processes.h"
 
@@ -64,5 +65,14 @@ class ProgramRun {
 };
 
 using Program = std::function<void(ProgramRun&)>;
+
+// What a scripted program with pipes prints and ends with. It prints all of it at once; one that `hangs` ends
+// when it is interrupted or killed.
+struct PipedAnswer {
+  std::vector<PipedLine> lines;
+  std::uint32_t exit_code = 0;
+  bool hangs = false;
+};
+using PipedScript = std::function<PipedAnswer(const PipedRequest& request)>;
 
 }  // namespace ondura

@@ -180,6 +180,10 @@ void SimulatedMachine::InstallProgram(std::string_view path, Program program) {
   parts_->processes.Install(path, std::move(program));
 }
 
+void SimulatedMachine::InstallPiped(std::string_view file, PipedScript script) {
+  parts_->processes.InstallPiped(file, std::move(script));
+}
+
 void SimulatedMachine::RemoveProgram(std::string_view path) {
   parts_->disk.Erase(path);
   parts_->processes.Uninstall(path);

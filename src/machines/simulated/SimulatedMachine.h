@@ -73,6 +73,8 @@ class SimulatedMachine {
   // there. A second script at the path replaces the first for later starts.
   void InstallProgram(std::string_view path, Program program);
   void RemoveProgram(std::string_view path);
+  // What Processes::Start finds under exactly this name.
+  void InstallPiped(std::string_view file, PipedScript script);
   // A process that is there without a script, such as the tray. `access` says whether it can be opened.
   enum class Access { kOpen, kRefused };
   ProcessId PutProcess(std::string_view path, Access access = Access::kOpen);

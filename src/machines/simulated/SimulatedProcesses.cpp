@@ -18,6 +18,26 @@ std::string WithProgramEnding(const std::string& name) {
 
 std::string Key(std::string_view path) { return ToLower(CleanPath(path)); }
 
+class ScriptedProgram : public PipedProgram {
+ public:
+  explicit ScriptedProgram(PipedAnswer answer) : answer_(std::move(answer)) {}
+
+  std::optional<PipedLine> NextLine(std::chrono::milliseconds /*limit*/) override {
+    if (taken_ == answer_.lines.size()) return std::nullopt;
+    return answer_.lines[taken_++];
+  }
+  std::optional<std::uint32_t> ExitCode() override {
+    if (answer_.hangs || taken_ < answer_.lines.size()) return std::nullopt;
+    return answer_.exit_code;
+  }
+  void Interrupt() override { answer_.hangs = false; }
+  void Kill() override { answer_.hangs = false; }
+
+ private:
+  PipedAnswer answer_;
+  std::size_t taken_ = 0;
+};
+
 }  // namespace
 
 std::vector<ProcessEntry> SimulatedProcesses::List(ProcessSource source) {
@@ -53,6 +73,12 @@ ProcessHandle SimulatedProcesses::Launch(const LaunchRequest& request) {
 bool SimulatedProcesses::OpenForUser(const LaunchRequest& request) {
   opened_for_user_.push_back(request);
   return Start(request) != 0;
+}
+
+std::unique_ptr<PipedProgram> SimulatedProcesses::Start(const PipedRequest& request) {
+  const auto script = piped_.find(request.file);
+  if (script == piped_.end()) return nullptr;
+  return std::make_unique<ScriptedProgram>(script->second(request));
 }
 
 // A full path, or a bare name that is looked for in the working folder and then in the system's. Blanks at

@@ -24,6 +24,8 @@ class SimulatedProcesses : public Processes {
   ProgramState StateOf(std::string_view file) override;
   ProcessHandle Launch(const LaunchRequest& request) override;
   bool OpenForUser(const LaunchRequest& request) override;
+  std::unique_ptr<PipedProgram> Start(const PipedRequest& request) override;
+  std::string SystemPath(std::string_view path) override { return std::string{path}; }
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override;
   ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) override;
   std::optional<std::uint32_t> ExitCode(ProcessHandle handle) override;
@@ -34,6 +36,9 @@ class SimulatedProcesses : public Processes {
   void LowerOwnPriority() override { ++priority_lowerings_; }
 
   void Install(std::string_view path, Program program);
+  void InstallPiped(std::string_view file, PipedScript script) {
+    piped_[std::string{file}] = std::move(script);
+  }
   void Uninstall(std::string_view path);
   ProcessId Put(std::string_view path, bool can_be_opened);
   void ActAs(std::string_view account) { account_ = account; }
@@ -82,6 +87,7 @@ class SimulatedProcesses : public Processes {
   MemoryDisk& disk_;
   const std::string& system_folder_;
   std::map<std::string, Installed> programs_;  // by folded path
+  std::map<std::string, PipedScript> piped_;
   std::map<ProcessId, Process> processes_;
   std::map<ProcessHandle, Handle> handles_;
   std::string account_;

@@ -68,6 +68,12 @@ bool RecordingProcesses::OpenForUser(const LaunchRequest& request) {
       [&] { return ForwardingProcesses::OpenForUser(request); });
 }
 
+std::unique_ptr<PipedProgram> RecordingProcesses::Start(const PipedRequest& request) {
+  return gate_.Call(
+      kChange, "Processes.Start", [&] { return request.file; }, std::unique_ptr<PipedProgram>{},
+      [&] { return ForwardingProcesses::Start(request); });
+}
+
 ProcessHandle RecordingProcesses::OpenById(ProcessId id, ProcessAccess access) {
   return gate_.Call(kLook, "Processes.OpenById", std::to_string(id), kNoProcess,
                     [&] { return ForwardingProcesses::OpenById(id, access); });

@@ -45,6 +45,7 @@ class RecordingProcesses : public ForwardingProcesses {
   ProgramState StateOf(std::string_view file) override;
   ProcessHandle Launch(const LaunchRequest& request) override;
   bool OpenForUser(const LaunchRequest& request) override;
+  std::unique_ptr<PipedProgram> Start(const PipedRequest& request) override;
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override;
   ProcessWait Wait(ProcessHandle handle, std::chrono::milliseconds limit) override;
   std::optional<std::uint32_t> ExitCode(ProcessHandle handle) override;
