@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "engine/engine_files.h"
 #include "text/text.h"
@@ -27,6 +28,20 @@ std::size_t EndOfLastLine(std::string_view bytes) {
   }
   return at == std::string_view::npos ? 0 : at + kLineEndBytes.size();
 }
+
+// A part of which only the size matters.
+class PartSize {
+ public:
+  explicit PartSize(std::string path) : path_(std::move(path)) {}
+
+  const std::string& path() const { return path_; }
+  bool Follow(Files& files) { return size_ != std::exchange(size_, files.Size(path_).value_or(0)); }
+  bool IsAsRead(Files& files) const { return files.Size(path_).value_or(0) == size_; }
+
+ private:
+  std::string path_;
+  std::uint64_t size_ = 0;
+};
 
 // FNV-1a, carried on from chunk to chunk.
 std::uint64_t Digest(std::uint64_t digest, std::string_view bytes) {
@@ -90,9 +105,38 @@ void GrowingPart::Forget() {
 }
 
 std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>& is_over) {
+  GrowingPart part(PathOf(taken_ + 1));
+  const auto progress = WaitFor(part, is_over);
+  if (!progress) return std::nullopt;
+  return CompareListPart{part.Take(), *progress == Progress::kLast};
+}
+
+std::optional<int> CompareList::WaitForEnd(const std::function<bool()>& is_over) {
+  while (true) {
+    PartSize part(PathOf(taken_ + 1));
+    const auto progress = WaitFor(part, is_over);
+    if (!progress) return std::nullopt;
+    if (*progress == Progress::kLast) return taken_;
+  }
+}
+
+bool CompareList::ForEach(int part_count, const std::function<void(const Candidate&)>& visit) {
+  Files& files = client_.machine().files;
+  for (int number = 1; number <= part_count; ++number) {
+    GrowingPart part(PathOf(number));
+    const std::uint64_t size = files.Size(part.path()).value_or(0);
+    if (!files.Exists(part.path())) return false;
+    while (part.end() < size && part.TakeChunk(files)) {
+      for (const Candidate& candidate : part.Take()) visit(candidate);
+    }
+  }
+  return true;
+}
+
+template <typename Part>
+std::optional<CompareList::Progress> CompareList::WaitFor(Part& part, const std::function<bool()>& is_over) {
   const int number = taken_ + 1;
   const Machine& machine = client_.machine();
-  GrowingPart part(PathOf(number));
   Look last = ReadKeys();
   part.Follow(machine.files);
   LocalTime last_sign = machine.clock.Now();
@@ -106,7 +150,7 @@ std::optional<CompareListPart> CompareList::NextPart(const std::function<bool()>
       if (!machine.files.Exists(part.path())) return std::nullopt;
       if (!part.IsAsRead(machine.files)) continue;
       ++taken_;
-      return CompareListPart{part.Take(), progress == Progress::kLast};
+      return progress;
     }
     if (look != last || grew) last_sign = machine.clock.Now();
     if (machine.clock.Now() - last_sign > kPatience && !JobTracedWithin(kPatience)) return std::nullopt;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "engines/common/Client.h"
@@ -36,11 +37,16 @@ class GrowingPart {
   // known any more.
   bool IsAsRead(Files& files);
 
-  // The files of all lines so far; leaves none.
-  std::vector<Candidate> Take() { return std::move(candidates_); }
+  // Takes in the next whole lines, at most about a million bytes. False if there are none.
+  bool TakeChunk(Files& files);
+
+  // Where the last whole line that was read ends.
+  std::uint64_t end() const { return end_; }
+
+  // The files of all lines since the last call.
+  std::vector<Candidate> Take() { return std::exchange(candidates_, {}); }
 
  private:
-  bool TakeChunk(Files& files);
   void Forget();
 
   std::string path_;
@@ -70,6 +76,12 @@ class CompareList {
  public:
   explicit CompareList(Client& client) : client_(client) {}
 
+  // Waits for the end of the list and reads none of it. How many parts it has; std::nullopt as for NextPart.
+  std::optional<int> WaitForEnd(const std::function<bool()>& is_over);
+
+  // Shows each file of a list that is complete, a line at a time. False if a part can't be read.
+  bool ForEach(int part_count, const std::function<void(const Candidate&)>& visit);
+
   // The next part, when it is complete. std::nullopt when `is_over` says so, when the part is announced and
   // missing, or when the job has shown no sign of life for ten minutes: neither in the list and its keys nor
   // in the user's trace.
@@ -84,6 +96,10 @@ class CompareList {
 
     friend bool operator==(const Look&, const Look&) = default;
   };
+
+  // Waits until `part`, the next one, is complete.
+  template <typename Part>
+  std::optional<Progress> WaitFor(Part& part, const std::function<bool()>& is_over);
 
   Look ReadKeys();
   [[nodiscard]] bool JobTracedWithin(std::chrono::seconds limit) const;

@@ -17,6 +17,10 @@ std::string ClockText(std::int64_t seconds) {
          ":" + Padded(static_cast<int>(seconds % 60), 2);
 }
 
+std::uint64_t Percent(std::uint64_t done, std::uint64_t total) {
+  return total == 0 ? 100 : done * 100 / total;
+}
+
 std::string KilobyteText(std::uint64_t bytes) { return std::to_string((bytes + 1023) / 1024) + " KB"; }
 
 }  // namespace
@@ -38,20 +42,29 @@ void ProgressFile::Show(std::string_view path, const TransferFigures& done) {
   Write("FileName", FileNameOf(path));
   Write("FilePath", path);
   Write("FilePer", "0");
-  ShowFigures(done);
+  ShowFigures(done, Percent(done.files, total_.files));
+}
+
+void ProgressFile::ShowRun(std::string_view path, const TransferFigures& done, const TransferFigures& total) {
+  total_ = total;
+  if (!path.empty()) {
+    Write("FileName", FileNameOf(path));
+    Write("FilePath", path);
+  }
+  ShowFigures(done, std::min<std::uint64_t>(99, Percent(done.bytes, total.bytes)));
 }
 
 void ProgressFile::Finish(const TransferFigures& done) {
   Write("FilePer", "100");
-  ShowFigures(done);
+  ShowFigures(done, Percent(done.files, total_.files));
 }
 
-void ProgressFile::ShowFigures(const TransferFigures& done) {
+void ProgressFile::ShowFigures(const TransferFigures& done, std::uint64_t percent) {
   const std::int64_t seconds = (client_.machine().clock.Now() - start_).count();
   const std::uint64_t left = total_.files - std::min(done.files, total_.files);
   const auto remaining =
       done.files == 0 ? 0 : seconds * static_cast<std::int64_t>(left) / static_cast<std::int64_t>(done.files);
-  Write("Percentage", std::to_string(total_.files == 0 ? 100 : done.files * 100 / total_.files));
+  Write("Percentage", std::to_string(percent));
   Write("Backedup Files", std::to_string(done.files) + " of " + std::to_string(total_.files));
   Write("Total Progress", KilobyteText(done.bytes) + " of " + KilobyteText(total_.bytes));
   Write("Time Elapsed", ClockText(seconds));

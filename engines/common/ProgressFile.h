@@ -23,13 +23,17 @@ class ProgressFile {
   // The file that is on its way now, and what has been done before it.
   void Show(std::string_view path, const TransferFigures& done);
 
+  // How far a run is that tells it of itself, once a second or so. `path` is on its way now; empty for none.
+  // A run shows at most 99 percent: it is done when it says so.
+  void ShowRun(std::string_view path, const TransferFigures& done, const TransferFigures& total);
+
   // The last file has been dealt with.
   void Finish(const TransferFigures& done);
 
   void End();
 
  private:
-  void ShowFigures(const TransferFigures& done);
+  void ShowFigures(const TransferFigures& done, std::uint64_t percent);
   void Write(std::string_view key, std::string_view value);
 
   Client& client_;

@@ -73,6 +73,18 @@ void Selection::LoadExclusions() {
   }
 }
 
+std::vector<std::string> Selection::Exclusions() const {
+  std::vector<std::string> all(excluded_files_.begin(), excluded_files_.end());
+  for (const std::string& folder : excluded_folders_) all.emplace_back(WithoutLast(folder));
+  std::ranges::sort(all);
+  return all;
+}
+
+bool Selection::IsExcluded(std::string_view path) const {
+  return excluded_files_.contains(ToLower(path)) || LiesInExcludedFolder(path) ||
+         LiesInExcludedFolder(WithBackslash(path));
+}
+
 Selection::Outcome Selection::Walk(const std::function<bool()>& is_over) {
   Outcome outcome;
   for (const std::string& item : items_) {

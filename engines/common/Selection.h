@@ -20,6 +20,18 @@ class Selection {
   // True when nothing has been chosen at all.
   [[nodiscard]] bool IsEmpty() const { return items_.empty() && !by_ending_; }
 
+  // Files and folders, as the user has chosen them; for a selection by ending the fixed drives.
+  [[nodiscard]] const std::vector<std::string>& items() const { return items_; }
+
+  // True when files are chosen by the ends of their names, which takes a walk to find them.
+  [[nodiscard]] bool IsByEnding() const { return !endings_.empty(); }
+
+  // Everything that is left out, in small letters: folders without a backslash at their ends.
+  [[nodiscard]] std::vector<std::string> Exclusions() const;
+
+  // Whether a file or folder of the selection is left out, itself or with a folder that it lies in.
+  [[nodiscard]] bool IsExcluded(std::string_view path) const;
+
   struct Outcome {
     std::vector<Candidate> files;
     std::vector<std::string> missing;    // chosen, but not there or not readable

@@ -1,6 +1,7 @@
 #include "engines/common/StageData.h"
 
-#include "schedule/job_kind.h"
+#include <algorithm>
+
 #include "schedule/schedule_record.h"
 #include "text/text.h"
 
@@ -30,9 +31,18 @@ std::vector<Candidate> StageData::Files() {
   return files;
 }
 
-std::string StageData::Folder() const {
+std::optional<JobKind> StageData::Kind() const {
   const std::string schedule_file = client_.installation().UserFile(kScheduleFileName);
-  const auto kind = JobKindOf(client_.machine().files.ReadHead(schedule_file, 1).value_or(""));
+  return JobKindOf(client_.machine().files.ReadHead(schedule_file, 1).value_or(""));
+}
+
+std::string_view StageData::KindWord() const {
+  const auto row = std::ranges::find(kJobKinds, Kind().value_or(JobKind::kFiles), &JobKindRow::kind);
+  return row->word;
+}
+
+std::string StageData::Folder() const {
+  const auto kind = Kind();
   if (!kind) return "";
   switch (*kind) {
     case JobKind::kFiles:

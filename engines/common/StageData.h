@@ -1,11 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "engines/common/Client.h"
 #include "engines/common/candidate.h"
+#include "schedule/job_kind.h"
 
 namespace ondura::engines {
 
@@ -19,10 +21,17 @@ class StageData {
   // True for a job without a stage.
   [[nodiscard]] bool IsEmpty() const { return root_.empty(); }
 
+  // With a backslash at its end.
+  [[nodiscard]] const std::string& folder() const { return root_; }
+
+  // What kind of job runs, by the word for it: "files", "sql" ...
+  [[nodiscard]] std::string_view KindWord() const;
+
   // Every file there is. Neither the user's exclusions nor an automatic selection count here.
   std::vector<Candidate> Files();
 
  private:
+  [[nodiscard]] std::optional<JobKind> Kind() const;
   [[nodiscard]] std::string Folder() const;
   [[nodiscard]] std::string SystemStateFolder() const;
 

@@ -11,8 +11,9 @@ StopRequests::StopRequests(Client& client)
 
 StopRequest StopRequests::Check() {
   if (seen_ == StopRequest::kNone && profile_->MayHaveChanged()) {
-    if (StatusWordOf(client_.ReadStatus(profile_keys::kStatus)) == StatusWord::kCutOff)
-      seen_ = StopRequest::kHardStop;
+    const auto word = StatusWordOf(client_.ReadStatus(profile_keys::kStatus));
+    if (word == StatusWord::kCutOff) seen_ = StopRequest::kHardStop;
+    if (word == StatusWord::kStopAsked) seen_ = StopRequest::kCancel;
     if (client_.ReadStatus(profile_keys::kCancel) == "1") seen_ = StopRequest::kCancel;
   }
   return seen_;

@@ -36,6 +36,9 @@ class Store {
   // Reaches the store and shows that it accepts the account. kDone, or why not.
   virtual EngineResult Enter(const Account& account) = 0;
 
+  // Why the last call failed, in words for a person. Empty if it did not fail, or has nothing to add.
+  [[nodiscard]] virtual std::string Reason() const { return {}; }
+
   // std::nullopt if the store does not answer.
   virtual std::optional<StoreSpace> Usage() = 0;
 

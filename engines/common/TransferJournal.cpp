@@ -34,7 +34,7 @@ void TransferJournal::Void() {
 EngineResult TransferJournal::ResultOfRun() const {
   if (figures_.failed > 0) return engine_results::kSomeFailed;
   if (figures_.sent > 0) return engine_results::kDone;
-  if (figures_.considered > 0) return engine_results::kUpToDate;
+  if (figures_.considered > 0) return engine_results::kNothingNew;
   return met_exclusion_ ? engine_results::kAllExcluded : engine_results::kNothingNew;
 }
 

@@ -22,6 +22,9 @@ class TransferJournal {
 
   // The file that is on its way now, and what has been done before it.
   void Show(std::string_view path, const TransferFigures& done) { progress_.Show(path, done); }
+  void ShowRun(std::string_view path, const TransferFigures& done, const TransferFigures& total) {
+    progress_.ShowRun(path, done, total);
+  }
   void Finish(const TransferFigures& done) { progress_.Finish(done); }
 
   // A file has been looked at.

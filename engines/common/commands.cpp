@@ -1,9 +1,13 @@
 #include "engines/common/commands.h"
 
+#include <iostream>
 #include <string>
+#include <vector>
 
 #include "engine/engine_files.h"
+#include "engines/common/program.h"
 #include "text/text.h"
+#include "util/date_text.h"
 
 namespace ondura::engines {
 
@@ -63,13 +67,37 @@ EngineResult Perform(Client& client, Store& store, const Account& account, Engin
   }
 }
 
+// The result is a number; what it comes from is here.
+void Trace(Client& client, EngineCommand command, EngineResult result, const std::string& reason) {
+  const std::string stamp = FormatDate(kStampPicture, client.machine().clock.Now());
+  std::string text;
+  for (const std::string& line : LinesOf(reason)) {
+    text +=
+        stamp + "  command " + NumberOf(command) + ", " + result.Text() + ": " + line + std::string{kLineEnd};
+  }
+  client.text_files().Append(client.installation().UserFile(engine_files::kEngineTrace), text,
+                             Encoding::kCodePage, IfMissing::kCreate);
+}
+
 }  // namespace
 
 void RunEngineCommand(Client& client, Store& store, const EngineCall& call) {
   const Account account = client.ReadAccount();
   EngineResult result = store.Enter(account);
   if (result == engine_results::kDone) result = Perform(client, store, account, call.command);
+  if (const std::string reason = store.Reason(); !reason.empty()) Trace(client, call.command, result, reason);
   client.WriteStatus(profile_keys::kRetValue, result.Text());
+}
+
+int RefuseCommand(const char* name, const std::string& command_line) {
+  std::vector<std::string> numbers;
+  numbers.reserve(std::size(kEngineCommands));
+  for (const auto command : kEngineCommands) numbers.push_back(NumberOf(command));
+  const std::string last = numbers.back();
+  numbers.pop_back();
+  std::cerr << name << ": '" << command_line << "' is not a command; give one of " << Join(numbers, ", ")
+            << " and " << last << ", such as '" << last << "<folder>'\n";
+  return kExitUnusable;
 }
 
 }  // namespace ondura::engines

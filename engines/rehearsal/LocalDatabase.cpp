@@ -1,6 +1,7 @@
 #include "engines/rehearsal/LocalDatabase.h"
 
 #include "engine/engine_files.h"
+#include "engines/common/database_selection.h"
 
 namespace ondura::engines {
 
@@ -10,8 +11,7 @@ LocalDatabase::LocalDatabase(Client& client)
       path_(folder_ + "\\" + std::string{engine_files::kDatabase}) {}
 
 bool LocalDatabase::Build(Vault& vault) {
-  NoteSelection(engine_files::kSelectionList, engine_files::kDatabaseSelection);
-  NoteSelection(engine_files::kAutomaticSelection, engine_files::kDatabaseAutomaticSelection);
+  NoteDatabaseSelection(client_);
   return Save(vault.States());
 }
 
@@ -30,11 +30,5 @@ bool LocalDatabase::Save(const FileStates& states) {
 }
 
 void LocalDatabase::Remove() { client_.machine().files.Remove(path_, Removal::kForce); }
-
-void LocalDatabase::NoteSelection(std::string_view name, std::string_view noted_name) {
-  const Installation& installation = client_.installation();
-  if (!client_.machine().files.Exists(installation.UserFile(name))) return;
-  client_.machine().files.Copy(installation.UserFile(name), installation.UserFile(noted_name));
-}
 
 }  // namespace ondura::engines

@@ -23,8 +23,6 @@ class LocalDatabase {
   void Remove();
 
  private:
-  void NoteSelection(std::string_view name, std::string_view noted_name);
-
   Client& client_;
   std::string folder_;
   std::string path_;

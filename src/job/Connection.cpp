@@ -20,10 +20,6 @@ constexpr int kMostTries = 10;
 constexpr int kTriesBeforeFallback = 5;
 constexpr milliseconds kPauseAfterTry{1000};
 
-bool ReadsAsTrue(std::string_view text) {
-  return EqualsIgnoringCase(Trim(text), "true") || ParseNumber(text).value_or(0) != 0;
-}
-
 }  // namespace
 
 void Connection::ReadPort() {

@@ -149,6 +149,10 @@ std::optional<double> ParseNumber(std::string_view text) {
   return number;
 }
 
+bool ReadsAsTrue(std::string_view text) {
+  return EqualsIgnoringCase(Trim(text), "true") || ParseNumber(text).value_or(0) != 0;
+}
+
 std::optional<std::int64_t> ParseInteger(std::string_view text) {
   text = WithoutPlus(Trim(text));
   std::int64_t number = 0;

@@ -40,6 +40,9 @@ std::optional<double> ParseNumber(std::string_view text);
 std::optional<std::int64_t> ParseInteger(std::string_view text);
 std::optional<std::int16_t> ParseInt16(std::string_view text);
 
+// Whether a text is a yes: "true" in any letter case, or a number other than 0.
+bool ReadsAsTrue(std::string_view text);
+
 // The shortest text of up to 15 digits: "402", "-12008", "1.5".
 std::string NumberText(double number);
 

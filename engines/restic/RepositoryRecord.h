@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "engines/common/Client.h"
+
+namespace ondura::engines {
+
+// What the engine remembers of a user's repository, in Store.ini of its work folder: not with the local
+// database, which anybody may throw away.
+class RepositoryRecord {
+ public:
+  // `work_folder` is a folder of the machine without a backslash at its end.
+  RepositoryRecord(Client& client, const std::string& work_folder);
+
+  // The repository that the user's backups are in. Empty before the first contact.
+  [[nodiscard]] std::string Id() const { return Read("Repository", "Id"); }
+  bool RememberId(std::string_view id) { return Write("Repository", "Id", id); }
+
+  // A run that has not come to its end: what it sent is in the store, but not in its index.
+  [[nodiscard]] bool IsRunOpen() const { return Read("Run", "Open") == "1"; }
+  void SetRunOpen(bool is_open) { Write("Run", "Open", is_open ? "1" : "0"); }
+
+  // The last care of the store: when, which part of it was read, and how it ended.
+  [[nodiscard]] std::optional<LocalTime> LastCheck() const;
+  [[nodiscard]] int LastPart() const;
+  void NoteCheck(LocalTime time, int part, std::string_view outcome);
+
+ private:
+  [[nodiscard]] std::string Read(std::string_view section, std::string_view key) const;
+  bool Write(std::string_view section, std::string_view key, std::string_view value);
+
+  ProfileFiles& profiles_;
+  std::string path_;
+};
+
+}  // namespace ondura::engines

@@ -1,0 +1,208 @@
+#include "engines/restic/ResticStore.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "engine/engine_files.h"
+#include "engines/common/database_selection.h"
+#include "engines/restic/ResticBackup.h"
+#include "engines/restic/StoreCare.h"
+#include "engines/restic/restic_errors.h"
+#include "text/text.h"
+#include "util/TextFiles.h"
+
+namespace ondura::engines {
+
+namespace {
+
+using namespace std::chrono_literals;
+using namespace engine_results;
+
+// A store that does not answer by then is not reached.
+constexpr auto kEnterLimit = 20s;
+constexpr auto kLookLimit = 120s;
+
+// Over a store as large as this nobody has a say; the user interface shows it as unlimited.
+constexpr std::uint64_t kNoLimit = std::uint64_t{1} << 50;
+
+std::string DatabasePath(const Client& client) {
+  return client.installation().UserFile(engine_files::kDatabaseFolder) + "\\" +
+         std::string{engine_files::kDatabase};
+}
+
+// Two transfers of one account on this machine would wait for each other's lock in the store.
+class TransferLock {
+ public:
+  TransferLock(NamedMutexes& mutexes, const std::string& user)
+      : mutexes_(mutexes),
+        mutex_(mutexes.Create("OnduraTransfer" + user)),
+        held_(mutexes.Wait(mutex_, 0ms)) {}
+  ~TransferLock() {
+    if (held_) mutexes_.Release(mutex_);
+    mutexes_.Close(mutex_);
+  }
+  TransferLock(const TransferLock&) = delete;
+  TransferLock& operator=(const TransferLock&) = delete;
+
+  [[nodiscard]] bool held() const { return held_; }
+
+ private:
+  NamedMutexes& mutexes_;
+  MutexHandle mutex_;
+  bool held_;
+};
+
+}  // namespace
+
+ResticStore::ResticStore(Client& client)
+    : client_(client),
+      work_folder_(client.installation().UserFile("Engine")),
+      record_(client, work_folder_),
+      settings_(ReadStoreSettings(client, client.ReadAccount())) {}
+
+EngineResult ResticStore::Enter(const Account& account) {
+  reason_ = settings_.error;
+  if (!reason_.empty()) return kNoPortInformation;
+  if (account.name.empty() || account.password.empty()) {
+    reason_ = "the profile has no account name or no password; set them with 'ondura user'";
+    return kWrongPassword;
+  }
+  view_ = MakeSystemView(client_.machine(), work_folder_);
+  if (!view_) {
+    reason_ = "the folder " + work_folder_ + " can't be made: is the disk full?";
+    return kEndedAbnormally;
+  }
+  program_ = std::make_unique<ResticProgram>(client_, settings_, account, *view_, work_folder_);
+  const ResticEnd end = program_->Do({.arguments = {"cat", "config"}, .limit = kEnterLimit});
+  if (end.IsDone()) return TakeId(ParseRepositoryId(end.output));
+  const bool is_first = record_.Id().empty() && end.how == ResticEnd::How::kEnded;
+  if (is_first && SaysNoRepository(end.words, end.exit_code)) return MakeRepository();
+  return Fail(end, ResultOf(end));
+}
+
+EngineResult ResticStore::MakeRepository() {
+  const ResticEnd made = program_->Do({.arguments = {"init"}, .limit = kLookLimit});
+  if (!made.IsDone()) return Fail(made, ResultOf(made));
+  const ResticEnd end = program_->Do({.arguments = {"cat", "config"}, .limit = kEnterLimit});
+  return end.IsDone() ? TakeId(ParseRepositoryId(end.output)) : Fail(end, ResultOf(end));
+}
+
+EngineResult ResticStore::TakeId(std::string_view id) {
+  const std::string known = record_.Id();
+  if (known == id && !id.empty()) return kDone;
+  if (!known.empty() || id.empty()) {
+    reason_ =
+        "the store holds another repository than the one that this user's backups are in; if that is meant, "
+        "say so with 'ondura store USER --accept'";
+    return kCannotConnect;
+  }
+  return record_.RememberId(id) ? kDone : kEndedAbnormally;
+}
+
+EngineResult ResticStore::ResultOf(const ResticEnd& end) const {
+  switch (end.how) {
+    case ResticEnd::How::kNotStarted:
+      return kDamagedInstallation;
+    case ResticEnd::How::kTimedOut:
+      return kCannotConnect;
+    default:
+      return ResultOfWords(end.words, end.exit_code, ResticPhase::kEntering, view_->HostName());
+  }
+}
+
+EngineResult ResticStore::Fail(const ResticEnd& end, EngineResult result) {
+  if (end.how == ResticEnd::How::kNotStarted) {
+    reason_ = "restic could not be started: install it, or add its folder to the search path";
+  } else if (end.how == ResticEnd::How::kTimedOut) {
+    reason_ = "the store does not answer";
+  } else {
+    reason_ = Trim(end.words);
+  }
+  return result;
+}
+
+std::vector<std::string> ResticStore::OwnMarks() const {
+  return {"--host", client_.machine().system.ComputerName(), "--tag",
+          "user:" + client_.installation().CurrentUser};
+}
+
+std::optional<StoreSpace> ResticStore::Usage() {
+  const ResticEnd end =
+      program_->Do({.arguments = {"stats", "--json", "--mode", "raw-data"}, .limit = kLookLimit});
+  const auto used = end.IsDone() ? ParseTotalSize(end.output) : std::nullopt;
+  if (!used) {
+    Fail(end, {});
+    return std::nullopt;
+  }
+  return StoreSpace{*used, settings_.max_bytes > 0 ? settings_.max_bytes : kNoLimit};
+}
+
+std::optional<std::vector<ResticSnapshot>> ResticStore::Snapshots() {
+  std::vector<std::string> arguments{"snapshots", "--json"};
+  const auto marks = OwnMarks();
+  arguments.insert(arguments.end(), marks.begin(), marks.end());
+  const ResticEnd end = program_->Do({.arguments = std::move(arguments), .limit = kLookLimit});
+  auto snapshots = end.IsDone() ? ParseSnapshots(end.output) : std::nullopt;
+  if (!snapshots) Fail(end, {});
+  return snapshots;
+}
+
+// The repository knows the state of every file that is in it: all that the database says is which snapshot to
+// compare with.
+EngineResult ResticStore::Newest() {
+  const auto snapshots = Snapshots();
+  if (!snapshots) return kCannotConnect;
+  const std::string id = snapshots->empty() ? "" : snapshots->back().id;
+  client_.machine().folders.Make(client_.installation().UserFile(engine_files::kDatabaseFolder));
+  NoteDatabaseSelection(client_);
+  const bool written = client_.text_files().Write(DatabasePath(client_),
+                                                  "Snapshot=" + id + std::string{kLineEnd}, Encoding::kUtf16);
+  return written ? kDone : kEndedAbnormally;
+}
+
+std::string ResticStore::ReadParent() {
+  constexpr std::string_view kLead = "Snapshot=";
+  const auto line = client_.text_files().ReadFirstLine(DatabasePath(client_), Encoding::kUtf16);
+  if (line && line->starts_with(kLead)) return line->substr(kLead.size());
+  if (Newest() != kDone) return {};
+  const auto made = client_.text_files().ReadFirstLine(DatabasePath(client_), Encoding::kUtf16).value_or("");
+  return made.starts_with(kLead) ? made.substr(kLead.size()) : std::string{};
+}
+
+EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJournal& journal,
+                                   StopRequests& stop) {
+  const TransferLock lock(client_.machine().mutexes, client_.installation().CurrentUser);
+  if (!lock.held()) {
+    journal.Say("Another transfer of this user is running on this machine.");
+    return kLocked;
+  }
+  StoreCare care(client_, *this, journal, stop);
+  if (record_.IsRunOpen()) care.MendAfterBreak();
+  std::optional<std::uint64_t> space_left;
+  if (settings_.max_bytes > 0) {
+    const std::uint64_t used = Usage().value_or(StoreSpace{}).used_bytes;
+    space_left = settings_.max_bytes - std::min(used, settings_.max_bytes);
+  }
+  record_.SetRunOpen(true);
+  ResticBackup backup(client_, *program_, *view_, work_folder_, journal, stop);
+  EngineResult result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
+  if (backup.ParentIsGone() && Newest() == kDone)
+    result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
+  if (backup.snapshot_id().empty()) return result;
+  record_.SetRunOpen(false);
+  client_.text_files().Write(DatabasePath(client_),
+                             "Snapshot=" + backup.snapshot_id() + std::string{kLineEnd}, Encoding::kUtf16);
+  journal.Say("Snapshot " + backup.snapshot_id() + " holds this state.");
+  if (result == kDone || result == kNothingNew) care.AfterGoodRun();
+  return result;
+}
+
+std::vector<std::string> ResticStore::OwnFolders() const {
+  std::vector<std::string> folders{work_folder_ + "\\"};
+  std::string store = settings_.store_folder;
+  if (store.empty() && view_) store = view_->MachinePathOfFolder(settings_.repository);
+  if (!store.empty()) folders.push_back(WithBackslash(store));
+  return folders;
+}
+
+}  // namespace ondura::engines
