@@ -36,6 +36,9 @@ class Client {
   ProfileStore& store() { return store_; }
   TextFiles& text_files() { return text_files_; }
 
+  // Whose profile the calls from now on are about.
+  void Serve(std::string_view user) { installation_.CurrentUser = user; }
+
   Account ReadAccount();
 
   // Keys of section BackupStatus in the user's profile. A missing key reads as empty.

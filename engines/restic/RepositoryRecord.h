@@ -26,6 +26,7 @@ class RepositoryRecord {
   // The last care of the store: when, which part of it was read, and how it ended.
   [[nodiscard]] std::optional<LocalTime> LastCheck() const;
   [[nodiscard]] int LastPart() const;
+  [[nodiscard]] std::string LastOutcome() const { return Read("Check", "Outcome"); }
   void NoteCheck(LocalTime time, int part, std::string_view outcome);
 
  private:

@@ -121,6 +121,23 @@ EngineResult ResticStore::Fail(const ResticEnd& end, EngineResult result) {
   return result;
 }
 
+bool ResticStore::Check(const ResticEnd& end) {
+  reason_.clear();
+  if (!end.IsDone()) Fail(end, {});
+  return end.IsDone();
+}
+
+bool ResticStore::ChangePassword(const Account& account, const std::string& old) {
+  Account before = account;
+  (before.encryption_password.empty() ? before.password : before.encryption_password) = old;
+  const std::string& next =
+      account.encryption_password.empty() ? account.password : account.encryption_password;
+  if (Enter(before) != kDone) return false;
+  return Check(program_->Do({.arguments = {"key", "passwd"},
+                             .limit = kLookLimit,
+                             .secrets = {{.variable = {}, .text = next, .option = "--new-password-file"}}}));
+}
+
 std::vector<std::string> ResticStore::OwnMarks() const {
   return {"--host", client_.machine().system.ComputerName(), "--tag",
           "user:" + client_.installation().CurrentUser};

@@ -40,6 +40,12 @@ class ResticStore : public Store {
   // The snapshots of this machine's user, oldest first. std::nullopt if the store does not answer.
   std::optional<std::vector<ResticSnapshot>> Snapshots();
 
+  // True for a run that was done; else Reason() says what restic had to say.
+  bool Check(const ResticEnd& end);
+
+  // Gives the repository the password that `account` has by now, in the place of `old`.
+  bool ChangePassword(const Account& account, const std::string& old);
+
   // Arguments that pick this user's snapshots, and that new ones are marked with.
   [[nodiscard]] std::vector<std::string> OwnMarks() const;
 

@@ -7,13 +7,18 @@
 #include "engines/common/HostProcess.h"
 #include "engines/common/commands.h"
 #include "engines/common/program.h"
-#include "engines/restic/ResticStore.h"
+#include "engines/restic/ResticDoor.h"
 
 int main(int argc, char** argv) {
   using namespace ondura;
   using namespace ondura::engines;
   const std::string text = ParameterText(argc, argv);
+  const auto door_call = ParseDoorCall(ParameterWords(argc, argv));
   return RunProgram("engine", [&](Client& client) {
+    if (door_call) {
+      client.Serve(door_call->user);
+      return ResticDoor(client, std::cout).Run(*door_call);
+    }
     const auto call = ParseEngineCall(text);
     if (!call) return RefuseCommand("engine", text);
     ResticStore store(client);

@@ -11,7 +11,8 @@ namespace ondura {
 // A text for a program that neither a file nor its command line or environment may hold.
 struct PipedSecret {
   std::string variable;  // of the environment: gets the path at which the program reads the text, once
-  std::string text;
+  std::string text{};
+  std::string option{};  // of the command line, in the place of a variable: the path is the word after it
 };
 
 // A program of the system that is started with pipes. Paths have the system's own form here

@@ -57,6 +57,7 @@ TEST_F(PosixPipedTest, TextsGoInAndLinesComeOut) {
        {.secrets = {{"ONE", "hidden 1\n"}, {"TWO", "hidden 2"}}},
        {"hidden 1", "hidden 20", "= 1"}},
       {R"(printf 'no end'; printf 'bad\377\n\nrest' >&2)", {}, {"no end", "!bad\xFF", "!", "!rest", "= 0"}},
+      {R"(cat "$3"; echo "$2")", {.secrets = {{{}, "hidden ", "--file"}}}, {"hidden --file", "= 0"}},
       {R"(cat "$BIG" | wc -c)", {.secrets = {{"BIG", longest}}}, {"32768", "= 0"}},
       {"exec 1>&- 2>&-; sleep 0.2; exit 4", {}, {"= 4"}},
       {"(sleep 30 & ) ; echo on", {}, {"on", "= 0"}},

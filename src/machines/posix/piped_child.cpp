@@ -154,7 +154,12 @@ std::unique_ptr<PipedProgram> StartPiped(const PipedRequest& request) {
     secrets.push_back(FilledPipe(secret.text));
     if (!secrets.back().valid()) return nullptr;
     spawn.passed.push_back(secrets.back().get());
-    spawn.environment.push_back(secret.variable + "=/dev/fd/" + std::to_string(secrets.back().get()));
+    const std::string path = "/dev/fd/" + std::to_string(secrets.back().get());
+    if (secret.option.empty()) {
+      spawn.environment.push_back(secret.variable + "=" + path);
+    } else {
+      spawn.arguments.insert(spawn.arguments.end(), {secret.option, path});
+    }
   }
   Pipe output;
   Pipe error;
