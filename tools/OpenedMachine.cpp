@@ -28,7 +28,8 @@ std::unique_ptr<PosixMachine> OpenMachineFolder(const Globals& globals) {
   return std::move(made.owner);
 }
 
-OpenedMachine::OpenedMachine(const Globals& globals) : owner_(OpenMachineFolder(globals)) {
+OpenedMachine::OpenedMachine(const Globals& globals)
+    : owner_(OpenMachineFolder(globals)), root_(std::filesystem::absolute(globals.root).string()) {
   if (!LoadInstallation(machine(), installation_, globals.install)) {
     throw Failure(Exit::kUsage, "'" + globals.root + "' holds no configured machine under '" +
                                     installation_.ExeLocation + "'; make one with: ondura --root '" +

@@ -22,6 +22,8 @@ class OpenedMachine {
 
   [[nodiscard]] const Machine& machine() const { return owner_->machine(); }
   [[nodiscard]] const Installation& installation() const { return installation_; }
+  // The machine's folder on the host, as a full path.
+  [[nodiscard]] const std::string& root() const { return root_; }
   [[nodiscard]] const ProfileKeys& keys() const { return *keys_; }
 
   // The names of the user list, in its order, without empty ones.
@@ -44,6 +46,7 @@ class OpenedMachine {
 
  private:
   std::unique_ptr<PosixMachine> owner_;
+  std::string root_;
   Installation installation_;
   std::unique_ptr<ProfileKeys> keys_;
 };

@@ -92,4 +92,14 @@ void InstallProgram(const std::string& from, const std::string& root, std::strin
                   "can't copy '" + from + "' to '" + target.string() + "': " + error.message());
 }
 
+std::string FindOwnProgram(const std::string& name) {
+  std::error_code error;
+  const fs::path folder = fs::read_symlink("/proc/self/exe", error).parent_path();
+  for (const fs::path& place :
+       {folder / name, folder / "../engines" / name, folder / "../rehearsal" / name}) {
+    if (fs::is_regular_file(place, error)) return place.string();
+  }
+  return {};
+}
+
 }  // namespace ondura

@@ -15,4 +15,8 @@ void PrepareRoot(const std::string& root, const std::vector<std::string>& drives
 // Copies a file of the host to `path` on the machine's drive C and makes it executable.
 void InstallProgram(const std::string& from, const std::string& root, std::string_view path);
 
+// The project's own program of that name: beside this one, or where the build has it. Empty if it is not
+// there.
+std::string FindOwnProgram(const std::string& name);
+
 }  // namespace ondura

@@ -38,9 +38,14 @@ void AddProgramOptions(CLI::App& init, MachinePlan& plan) {
   const auto add = [&](const char* name, std::string& file, const char* text) {
     init.add_option(name, file, text)->check(CLI::ExistingFile)->type_name("FILE");
   };
-  add("--engine", plan.engine, "Engine to copy in under its configured name");
+  add("--engine", plan.engine,
+      "Engine to copy in under its configured name; the one for restic unless given");
   add("--scanner", plan.scanner, "Scanner to copy in");
   add("--database-manager", plan.database_manager, "Local database manager to copy in");
+  init.add_option(
+          "--store", plan.store,
+          "Where backups go: a folder of the host or a store of restic; 'ondura store' changes it later")
+      ->type_name("LOCATION");
 }
 
 }  // namespace
@@ -56,9 +61,7 @@ void AddInitCommand(CLI::App& app, const Globals& globals) {
       ->type_name("LETTER=DIR")
       ->allow_extra_args(false);
   init.add_flag("--force", plan->force, "Rewrite the files of a machine that is there; users stay");
-  init.footer(
-      "Example: ondura init --root /srv/machine --engine build/dev/engines/rehearsal-engine --drive "
-      "D=/srv/data");
+  init.footer("Example: ondura init --root /srv/machine --drive D=/srv/data --store /mnt/backup");
   init.callback([&globals, plan] { SetUpMachine(globals, *plan); });
 }
 

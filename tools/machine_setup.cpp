@@ -5,6 +5,7 @@
 #include <random>
 #include <utility>
 
+#include "EngineSettings.h"
 #include "Failure.h"
 #include "OpenedMachine.h"
 #include "host_files.h"
@@ -95,9 +96,13 @@ void CopyFiles(const Globals& globals, const Installation& installation, const M
   const auto copy = [&](const std::string& from, const std::string& name) {
     if (!from.empty()) InstallProgram(from, globals.root, installation.ExeLocation + name);
   };
-  copy(plan.engine, installation.ClientExe);
-  copy(plan.scanner, installation.ExeGroup + "Scan.exe");
-  copy(plan.database_manager, std::string{kDatabaseManagerExe});
+  const bool takes_own = plan.engine.empty() && !plan.force;
+  const auto own = [&](const std::string& file, const char* name) {
+    return file.empty() && takes_own ? FindOwnProgram(name) : file;
+  };
+  copy(own(plan.engine, "restic-engine"), installation.ClientExe);
+  copy(own(plan.scanner, "restic-scanner"), installation.ExeGroup + "Scan.exe");
+  copy(own(plan.database_manager, "rehearsal-database-manager"), std::string{kDatabaseManagerExe});
   copy(plan.notification_authority, std::string{kAuthorityFile});
 }
 
@@ -140,6 +145,10 @@ void SetUpMachine(const Globals& globals, const MachinePlan& plan) {
                   "the configuration does not read back; choose names within the machine's code page");
   }
   CopyFiles(globals, installation, plan);
+  if (!plan.store.empty()) {
+    EngineSettings(machine, installation.ExeLocation, {})
+        .Write("Store", "Repository", StoreLocation(plan.store));
+  }
   std::cout << "The machine is in " << globals.root << ". Next: ondura --root '" << globals.root
             << "' user add NAME\n";
 }

@@ -24,6 +24,7 @@ struct MachinePlan {
   std::string engine;                  // programs to copy in: files of the host
   std::string scanner;
   std::string database_manager;
+  std::string store;                // where the engine puts backups; empty: a folder in the data folder
   std::vector<std::string> drives;  // "D=/srv/data"
   bool force = false;
 };

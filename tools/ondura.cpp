@@ -41,6 +41,8 @@ int Run(int argc, char** argv) {
   AddExcludeCommand(app, globals);
   AddStatusCommand(app, globals);
   AddLogCommand(app, globals);
+  AddStoreCommands(app, globals);
+  AddStoreSettingsCommands(app, globals);
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty()) {

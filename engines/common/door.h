@@ -26,7 +26,7 @@ inline constexpr std::string_view kRestore = "restore";
 inline constexpr std::string_view kVerify = "verify";
 inline constexpr std::string_view kStore = "store";
 inline constexpr std::string_view kAccept = "accept";
-inline constexpr std::string_view kPassword = "password";
+inline constexpr std::string_view kPassword = "change-password";
 }  // namespace door_verbs
 
 struct DoorCall {

@@ -114,7 +114,8 @@ bool Restore::FindWanted(const ResticSnapshot& snapshot, const std::vector<std::
   });
   if (!listed) return Fail(store_.Reason());
   for (std::size_t at = 0; at < wanted.size(); ++at) {
-    if (!wanted[at].second) return Fail(paths[at] + " is not in the snapshot of " + snapshot.time);
+    if (!wanted[at].second)
+      return Fail(paths[at] + " is not in the snapshot of " + snapshot.time.substr(0, 19));
   }
   return true;
 }
