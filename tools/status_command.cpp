@@ -13,6 +13,9 @@ namespace ondura {
 
 namespace {
 
+// What an engine says whose store has no limit: nobody has a store of a pebibyte.
+constexpr double kNoQuota = 1125899906842624.0;
+
 struct StatusRequest {
   std::string user;
   bool as_json = false;
@@ -47,6 +50,7 @@ std::string QuotaText(const OpenedMachine& opened, const Quota& quota) {
     return number ? progress.GetProperSizeValue(*number) : "?";
   };
   if (quota.max_bytes == "1") return size(quota.used_bytes) + " used, a gigabyte is left";
+  if (ParseNumber(quota.max_bytes).value_or(0) >= kNoQuota) return size(quota.used_bytes) + " used, no limit";
   return size(quota.used_bytes) + " of " + size(quota.max_bytes) + " used";
 }
 
