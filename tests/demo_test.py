@@ -84,7 +84,7 @@ class DemoTest(unittest.TestCase):
         for user, password in zip(USERS, ("rosebud", "trout")):
             listed = subprocess.run(["restic", "-r", HOME / "store" / user.name, "snapshots", "--json"], text=True,
                                     input=password + "\n", capture_output=True, check=True)
-            self.assertEqual(len(json.loads(listed.stdout[listed.stdout.index("["):])), 2)
+            self.assertEqual(len(json.loads(listed.stdout[listed.stdout.index("["):])), 3)
 
     def test_a_success_is_told_to_those_who_want_to_know_it(self):
         mails = [path.read_bytes().decode("cp1252") for path in (HOME / "mail").glob("post-*.txt")]

@@ -22,6 +22,7 @@ void AddSelectCommand(CLI::App& app, const Globals& globals);
 void AddExcludeCommand(CLI::App& app, const Globals& globals);
 void AddStatusCommand(CLI::App& app, const Globals& globals);
 void AddLogCommand(CLI::App& app, const Globals& globals);
+void AddEngineCheckCommand(CLI::App& app, const Globals& globals);
 void AddStoreCommands(CLI::App& app, const Globals& globals);
 void AddStoreSettingsCommands(CLI::App& app, const Globals& globals);
 

@@ -41,6 +41,7 @@ int Run(int argc, char** argv) {
   AddExcludeCommand(app, globals);
   AddStatusCommand(app, globals);
   AddLogCommand(app, globals);
+  AddEngineCheckCommand(app, globals);
   AddStoreCommands(app, globals);
   AddStoreSettingsCommands(app, globals);
   try {

@@ -33,6 +33,17 @@ std::string UrlEscaped(std::string_view text) {
   return escaped;
 }
 
+// What restic says may hold an address with its login.
+std::string WithoutLogins(std::string text) {
+  constexpr std::string_view kLead = "://";
+  for (auto at = text.find(kLead); at != std::string::npos; at = text.find(kLead, at + 1)) {
+    const auto begin = at + kLead.size();
+    const auto end = text.find_first_of("@/ \n", begin);
+    if (end != std::string::npos && text[end] == '@') text.replace(begin, end - begin, "***");
+  }
+  return text;
+}
+
 }  // namespace
 
 ResticProgram::ResticProgram(Client& client, const StoreSettings& settings, Account account, SystemView& view,
@@ -65,7 +76,7 @@ ResticEnd ResticProgram::Do(const Run& run) {
       }
     } else if (const auto code = program->ExitCode()) {
       end.exit_code = *code;
-      end.words = WithoutSecrets(end.words);
+      end.words = WithoutLogins(end.words);
       return end;
     } else {
       spent += kLook;
@@ -77,16 +88,6 @@ ResticEnd ResticProgram::Do(const Run& run) {
     if (run.limit > 0s && spent >= run.limit) end.how = ResticEnd::How::kTimedOut;
     if (end.how != ResticEnd::How::kEnded) program->Interrupt();
   }
-}
-
-// What restic says may hold an address with its login.
-std::string ResticProgram::WithoutSecrets(std::string text) const {
-  for (const std::string& secret : {account_.password, password_}) {
-    if (secret.empty()) continue;
-    text = ReplaceAll(text, UrlEscaped(secret), "***");
-    text = ReplaceAll(text, secret, "***");
-  }
-  return text;
 }
 
 PipedRequest ResticProgram::RequestOf(const Run& run) const {

@@ -59,7 +59,6 @@ class ResticProgram {
 
  private:
   [[nodiscard]] PipedRequest RequestOf(const Run& run) const;
-  [[nodiscard]] std::string WithoutSecrets(std::string text) const;
   void AddStoreSecrets(PipedRequest& request) const;
   void AddProxy(std::vector<std::string>& environment) const;
   [[nodiscard]] std::string RepositoryWithLogin() const;

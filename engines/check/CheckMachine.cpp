@@ -1,0 +1,353 @@
+#include "engines/check/CheckMachine.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <utility>
+
+#include "engine/engine_files.h"
+#include "engines/common/door.h"
+#include "engines/common/door_client.h"
+#include "engines/restic/StoreSettings.h"
+#include "profile/ProductConfiguration.h"
+#include "profile/profile_paths.h"
+#include "schedule/schedule_record.h"
+#include "text/text.h"
+#include "util/date_text.h"
+
+namespace ondura::check {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kInstall = "C:\\Program Files\\Ondura\\";
+constexpr const char* kData = "C:\\ProgramData\\Ondura\\";
+
+// Waits of engines pass that much faster; what they wait for in earnest does not.
+constexpr int kSpeed = 10;
+
+std::string ReadHostFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>{file}, {}};
+}
+
+std::string Listed(const std::set<std::string>& names) {
+  constexpr std::size_t kMost = 6;
+  std::string text;
+  std::size_t count = 0;
+  for (const std::string& name : names) {
+    if (++count > kMost) return text + " ... (" + std::to_string(names.size()) + ")";
+    text += (text.empty() ? "" : ", ") + name;
+  }
+  return text.empty() ? "nothing" : text;
+}
+
+}  // namespace
+
+CheckMachine::CheckMachine(const CheckPlan& plan, const std::string& name) : root_(plan.folder + "/" + name) {
+  fs::create_directories(root_ + "/C/Program Files/Ondura");
+  fs::create_directories(root_ + "/C/ProgramData/Ondura/Onduraann");
+  fs::create_directories(root_ + "/data/Documents");
+  std::ofstream(root_ + "/machine.ini") << "[Drives]\nD=data\n";
+  PosixMachineResult made = MakePosixMachine({.root = root_, .speed = kSpeed, .pump = {}});
+  if (!made.owner) throw std::runtime_error(made.error);
+  owner_ = std::move(made.owner);
+  installation_.ExeLocation = kInstall;
+  installation_.VirtualPath = kData;
+  installation_.ProductInstallationName = "Ondura";
+  installation_.ProfileIniName = "\\Ondura.ini";
+  installation_.ExeGroup = "Ondura";
+  installation_.ClientExe = "OnduraClsClient.exe";
+  installation_.CurrentUser = "ann";
+  transfer_ = std::make_unique<Transfer>(machine(), installation_);
+  text_files_ = std::make_unique<TextFiles>(machine().files, machine().code_page);
+  WriteProduct(plan);
+  const fs::path program = root_ + "/C/Program Files/Ondura/" + installation_.ClientExe;
+  fs::copy_file(plan.engine, program);
+  fs::permissions(program, fs::perms::owner_all);
+  SetHeaderWord("1");
+}
+
+void CheckMachine::WriteProduct(const CheckPlan& plan) {
+  const ProductConfiguration configuration(machine(), installation_);
+  for (const auto& [key, value] :
+       {std::pair{"ProductNumber", "3"}, std::pair{"ProductName", "Ondura"},
+        std::pair{"ProductInstallationName", "Ondura"}, std::pair{"ExeGroup", "Ondura"}}) {
+    machine().profiles.WriteString(
+        {installation_.DataFile(kConfigurationFile), "ProductInfo", configuration.StoredForm(key)},
+        configuration.StoredForm(value));
+  }
+  machine().profiles.WriteString(
+      {InstallPointerPath(installation_), profile_keys::kDataFolder.section, profile_keys::kDataFolder},
+      kData);
+  if (!plan.store.empty()) {
+    const std::string settings = std::string{kInstall} + std::string{engines::kEngineSettingsFile};
+    machine().profiles.WriteString({settings, "Store", "Repository"},
+                                   plan.store + "/" + fs::path(root_).filename().string() + "-{account}");
+  }
+  transfer_->Trf_WriteUserNameProfile(profile_keys::kScheduled, "ann");
+  transfer_->Trf_WriteUserProfile(profile_keys::kUserName, "ann");
+  transfer_->Trf_WriteUserProfile(profile_keys::kServerIp, "localhost");
+  transfer_->Trf_WriteUserProfile(profile_keys::kPort, "11905");
+  SetPasswords(kAccountPassword, kStorePassword);
+  SetStatus(profile_keys::kRetValue, "0");
+}
+
+std::string CheckMachine::HostPath(std::string_view path) const {
+  return machine().processes.SystemPath(path);
+}
+
+void CheckMachine::Put(const std::string& path, std::string_view bytes) {
+  const fs::path host = HostPath(path);
+  fs::create_directories(host.parent_path());
+  std::ofstream(host, std::ios::binary) << bytes;
+}
+
+void CheckMachine::Remove(const std::string& path) { fs::remove_all(HostPath(path)); }
+
+void CheckMachine::Select(const std::vector<std::string>& items) {
+  text_files_->Write(UserFile(engine_files::kSelectionList), Join(items, kLineEnd) + std::string{kLineEnd},
+                     Encoding::kUtf16);
+}
+
+void CheckMachine::Exclude(const std::vector<std::string>& folders, const std::vector<std::string>& files) {
+  text_files_->Write(UserFile("atbkupExcludelist.txt"), Join(folders, kLineEnd) + std::string{kLineEnd},
+                     Encoding::kUtf16);
+  text_files_->Write(UserFile("atbkupExcludeFilePath.txt"), Join(files, kLineEnd) + std::string{kLineEnd},
+                     Encoding::kUtf16);
+}
+
+void CheckMachine::SelectByEnding(const std::vector<std::string>& endings) {
+  text_files_->Write(UserFile(engine_files::kAutomaticSelection),
+                     "1" + std::string{kLineEnd} + Join(endings, kLineEnd) + std::string{kLineEnd},
+                     Encoding::kCodePage);
+}
+
+void CheckMachine::UseList(bool uses) {
+  transfer_->Trf_WriteUserNameDBProfile(profile_keys::kLocalDatabase, uses ? "0" : "1");
+}
+
+void CheckMachine::SetPasswords(std::string_view account, std::string_view encryption) {
+  transfer_->Trf_WriteUserProfile(profile_keys::kPassword, account);
+  transfer_->Trf_WriteUserProfile(profile_keys::kEncPassword, encryption);
+}
+
+void CheckMachine::SetStatus(const ProfileKey& key, std::string_view value) {
+  transfer_->Trf_WriteUserProfileDefault(key, value);
+}
+
+void CheckMachine::SetProfile(const ProfileKey& key, std::string_view value) {
+  transfer_->Trf_WriteUserProfile(key, value);
+}
+
+void CheckMachine::SetHeaderWord(std::string_view word) {
+  machine().files.Write(UserFile(kScheduleFileName), std::string{word} + "\r\n", IfPresent::kReplace);
+}
+
+void CheckMachine::SetPace(std::string_view milliseconds_per_file, std::string_view upload_kib) {
+  const std::string deployment = std::string{kInstall} + std::string{kDeploymentFile};
+  machine().profiles.WriteString({deployment, "Demo", "MillisecondsPerFile"}, milliseconds_per_file);
+  const std::string settings = std::string{kInstall} + std::string{engines::kEngineSettingsFile};
+  machine().profiles.WriteString({settings, "Limits", "UploadKiB"}, upload_kib);
+}
+
+ProcessHandle CheckMachine::Start(const std::string& parameters) {
+  const ProcessHandle engine =
+      machine().processes.Launch({.file = installation_.ExeLocation + installation_.ClientExe,
+                                  .parameters = parameters,
+                                  .folder = installation_.WorkingFolder()});
+  if (engine == kNoProcess) throw CheckFailed("the engine can't be started");
+  return engine;
+}
+
+bool CheckMachine::WaitForEnd(ProcessHandle engine, std::chrono::seconds limit) {
+  return machine().processes.Wait(engine, std::chrono::milliseconds{limit} * kSpeed) == ProcessWait::kEnded;
+}
+
+std::string CheckMachine::Run(const std::string& parameters, std::chrono::seconds limit) {
+  const ProcessHandle engine = Start(parameters);
+  if (!WaitForEnd(engine, limit)) {
+    machine().processes.Terminate(engine, 1);
+    throw CheckFailed("'" + parameters + "' did not end within " + std::to_string(limit.count()) + " s");
+  }
+  return Result();
+}
+
+std::string CheckMachine::Result() {
+  return machine().profiles.ReadString(
+      {UserProfilePath(installation_, "ann"), profile_keys::kRetValue.section, profile_keys::kRetValue});
+}
+
+void CheckMachine::WriteListPart(int number, const std::vector<std::string>& paths) {
+  const std::string part = UserFile(engine_files::CompareListPart(number));
+  machine().folders.Make(UserFile(engine_files::kCompareListFolder));
+  text_files_->Write(part, "", Encoding::kUtf16);
+  for (const std::string& path : paths) {
+    const LocalTime time = machine().files.Modified(path).value_or(LocalTime{});
+    std::string line = path + "/" + std::to_string(machine().files.Size(path).value_or(0));
+    for (const LocalTime stamp : {time, time + 1h, time - 1h}) line += "/" + FormatDate(kStampPicture, stamp);
+    text_files_->Append(part, line + std::string{kLineEnd}, Encoding::kUtf16, IfMissing::kCreate);
+  }
+}
+
+std::string CheckMachine::RunWithList(const std::vector<std::vector<std::string>>& parts) {
+  SetStatus(profile_keys::kCompareListCount, "0");
+  SetStatus(profile_keys::kStatusCheckCount, "0");
+  SetStatus(profile_keys::kRetValue, "0");
+  const ProcessHandle engine = Start(EngineParameters(EngineCommand::kTransfer, "\\1"));
+  Remove(UserFile(engine_files::kCompareListFolder));
+  int number = 0;
+  for (const auto& paths : parts) {
+    WriteListPart(++number, paths);
+    machine().clock.Sleep(2s);
+    if (number < static_cast<int>(parts.size())) {
+      SetStatus(profile_keys::kCompareListCount, "1");
+      SetStatus(profile_keys::kStatusCheckCount, std::to_string(number));
+    }
+  }
+  SetStatus(profile_keys::kCompareListCount, "0");
+  SetStatus(profile_keys::kStatusCheckCount, std::to_string(number));
+  if (!WaitForEnd(engine, 120s)) throw CheckFailed("the engine did not end after the end of the list");
+  return Result();
+}
+
+std::set<std::string> CheckMachine::NamesIn(std::string_view name) {
+  const auto lines = text_files_->ReadLines(UserFile(name), Encoding::kUtf16);
+  if (!lines) throw CheckFailed("it left no " + std::string{name});
+  return {lines->begin(), lines->end()};
+}
+
+std::string CheckMachine::NewestLog() {
+  std::string newest;
+  LocalTime time{};
+  machine().folders.List(UserFile(kSessionFolder), [&](const FolderEntry& entry) {
+    if (newest.empty() || entry.modified >= time) newest = std::string{entry.name};
+    time = std::max(time, entry.modified);
+    return Visit::kContinue;
+  });
+  const std::string path = UserFile(kSessionFolder) + "\\" + newest;
+  return newest.empty() ? "" : text_files_->Read(path, Encoding::kUtf16).value_or("");
+}
+
+std::string CheckMachine::Quota(const ProfileKey& key) {
+  return machine().profiles.ReadString({UserProfilePath(installation_, "ann"), key.section, key});
+}
+
+std::vector<std::string> CheckMachine::PortLines() {
+  return text_files_->ReadLines(UserFile(engine_files::kPortOutput), Encoding::kCodePage)
+      .value_or(std::vector<std::string>{});
+}
+
+PipedRequest CheckMachine::RequestFor(std::string_view verb, const std::vector<std::string>& words) {
+  PipedRequest request =
+      engines::DoorRequest(HostPath(installation_.ExeLocation + installation_.ClientExe), verb, "ann", words);
+  const char* const path = std::getenv("PATH");
+  const char* const home = std::getenv("HOME");
+  request.environment = {"ONDURA_ROOT=" + root_, "ONDURA_SPEED=" + std::to_string(kSpeed),
+                         std::string{"PATH="} + (path != nullptr ? path : "/usr/bin:/bin"),
+                         std::string{"HOME="} + (home != nullptr ? home : "/")};
+  return request;
+}
+
+bool CheckMachine::Offers(std::string_view verb) {
+  bool offers = false;
+  engines::AskDoor(machine().processes, RequestFor(engines::door_verbs::kOffers, {}),
+                   [&](const nlohmann::json& answer) {
+                     for (const auto& name : answer.value("offers", nlohmann::json::array())) {
+                       offers = offers || (name.is_string() && name.get<std::string>() == verb);
+                     }
+                   });
+  return offers;
+}
+
+std::vector<nlohmann::json> CheckMachine::Ask(std::string_view verb, const std::vector<std::string>& words) {
+  if (!Offers(verb)) throw NotOffered(std::string{verb});
+  std::vector<nlohmann::json> answers;
+  const auto end = engines::AskDoor(machine().processes, RequestFor(verb, words),
+                                    [&](const nlohmann::json& answer) { answers.push_back(answer); });
+  if (end.exit_code != 0) throw CheckFailed("'" + std::string{verb} + "' failed: " + end.error + end.words);
+  return answers;
+}
+
+std::string CheckMachine::Restored(const std::string& path, const std::string& at) {
+  const std::string to = root_ + "/back-" + std::to_string(++restores_);
+  std::vector<std::string> words{"--to", to};
+  if (!at.empty()) words.insert(words.end(), {"--at", at});
+  words.push_back(path);
+  Ask(engines::door_verbs::kRestore, words);
+  const std::string host = HostPath(path);
+  const std::string drive = HostPath(path.substr(0, 3));
+  return to + "/" + path.substr(0, 1) + host.substr(drive.size() - (drive.ends_with('/') ? 1 : 0));
+}
+
+std::string CheckMachine::StoreFolder() {
+  for (const nlohmann::json& answer : Ask(engines::door_verbs::kStore)) {
+    std::string location = answer.value("location", "");
+    if (location.size() > 2 && location[1] == ':') location = HostPath(WithoutLast(WithBackslash(location)));
+    if (location.starts_with('/')) return location;
+  }
+  throw NotOffered("a store in a folder");
+}
+
+void Expect(const std::string& what, const std::string& wanted, const std::string& found) {
+  if (wanted != found) throw CheckFailed(what + ": wanted '" + wanted + "', found '" + found + "'");
+}
+
+void ExpectNames(const std::string& what, const std::set<std::string>& wanted,
+                 const std::set<std::string>& found) {
+  if (wanted == found) return;
+  std::set<std::string> missing;
+  std::set<std::string> extra;
+  std::ranges::set_difference(wanted, found, std::inserter(missing, missing.end()));
+  std::ranges::set_difference(found, wanted, std::inserter(extra, extra.end()));
+  throw CheckFailed(what + ": missing " + Listed(missing) + "; not wanted " + Listed(extra));
+}
+
+void Require(bool holds, const std::string& what) {
+  if (!holds) throw CheckFailed(what);
+}
+
+bool IsRunning(int id) {
+  const std::string stat = ReadHostFile("/proc/" + std::to_string(id) + "/stat");
+  const auto state = stat.rfind(") ");
+  return state != std::string::npos && stat[state + 2] != 'Z' && stat[state + 2] != 'X';
+}
+
+std::vector<HostProgram> ProgramsBelow(int id) {
+  std::map<int, std::vector<int>> children;
+  for (const fs::directory_entry& entry : fs::directory_iterator{"/proc"}) {
+    const std::string name = entry.path().filename().string();
+    int number = 0;
+    if (std::from_chars(name.data(), name.data() + name.size(), number).ec != std::errc{}) continue;
+    const std::string stat = ReadHostFile(entry.path() / "stat");
+    std::istringstream rest{stat.substr(std::min(stat.size(), stat.rfind(')') + 1))};
+    std::string state;
+    int parent = 0;
+    if (rest >> state >> parent) children[parent].push_back(number);
+  }
+  std::vector<HostProgram> programs;
+  std::vector<int> queue{id};
+  for (std::size_t at = 0; at < queue.size(); ++at) {
+    const fs::path folder = "/proc/" + std::to_string(queue[at]);
+    HostProgram program{queue[at], ReadHostFile(folder / "cmdline"), ReadHostFile(folder / "environ"), 0};
+    std::istringstream pages{ReadHostFile(folder / "statm")};
+    std::uint64_t all = 0;
+    std::uint64_t resident = 0;
+    if (pages >> all >> resident)
+      program.resident_bytes = resident * static_cast<std::uint64_t>(getpagesize());
+    programs.push_back(std::move(program));
+    for (const int child : children[queue[at]]) queue.push_back(child);
+  }
+  return programs;
+}
+
+}  // namespace ondura::check

@@ -1,0 +1,149 @@
+// Wrong passwords, a store that is away, stops, kills and two at once: groups 8, 9 and 12.
+
+#include <algorithm>
+#include <filesystem>
+#include <tuple>
+
+#include "engine/engine_results.h"
+#include "engines/check/engine_check.h"
+#include "engines/common/door.h"
+#include "text/text.h"
+
+namespace ondura::check {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace engine_results;
+using namespace std::chrono_literals;
+
+const std::string kFolder = kDocuments;
+
+void Fill(CheckMachine& house, int files) {
+  for (int number = 0; number < files; ++number) {
+    house.Put(kFolder + std::to_string(number),
+              std::string(100'000, static_cast<char>('a' + number % 26)) + std::to_string(number * 7919));
+  }
+  house.Select({kFolder});
+}
+
+std::string BackUp(CheckMachine& house) {
+  house.SetStatus(profile_keys::kRetValue, "0");
+  house.SetStatus(profile_keys::kCancel, "0");
+  house.SetStatus(profile_keys::kStatus, "1");
+  return house.Back(EngineCommand::kTransfer);
+}
+
+void WrongPasswords(const CheckPlan& plan) {
+  CheckMachine house(plan, "passwords");
+  Fill(house, 1);
+  Expect("the first contact", kDone.Text(), house.Back(EngineCommand::kPortNumber));
+  house.SetPasswords(kAccountPassword, "wrong");
+  for (const EngineCommand command :
+       {EngineCommand::kPortNumber, EngineCommand::kServerList, EngineCommand::kTransfer}) {
+    Expect("command " + NumberOf(command) + " with a wrong encryption password",
+           kWrongEncryptionPassword.Text(), house.Back(command));
+  }
+  house.SetPasswords("", kStorePassword);
+  Expect("without an account password", kWrongPassword.Text(), house.Back(EngineCommand::kPortNumber));
+  house.SetPasswords(kAccountPassword, kStorePassword);
+  Expect("with the right ones again", kDone.Text(), house.Back(EngineCommand::kPortNumber));
+}
+
+void StoreAway(const CheckPlan& plan) {
+  CheckMachine house(plan, "away");
+  Fill(house, 2);
+  Expect("the first run", kDone.Text(), BackUp(house));
+  const std::string store = house.StoreFolder();
+  fs::rename(store, store + ".away");
+  for (const EngineCommand command : {EngineCommand::kPortNumber, EngineCommand::kTransfer}) {
+    Expect("command " + NumberOf(command) + " without the store", kCannotConnect.Text(), house.Back(command));
+  }
+  Require(!fs::exists(store), "a store that was there once was made anew");
+  fs::rename(store + ".away", store);
+  Expect("with the store back", kNothingNew.Text(), BackUp(house));
+}
+
+void OtherStore(const CheckPlan& plan) {
+  CheckMachine house(plan, "mine");
+  CheckMachine other(plan, "other");
+  for (CheckMachine* const each : {&house, &other}) {
+    Fill(*each, 1);
+    Expect("the first run", kDone.Text(), BackUp(*each));
+  }
+  const std::string store = house.StoreFolder();
+  fs::remove_all(store);
+  fs::copy(other.StoreFolder(), store, fs::copy_options::recursive);
+  Expect("with another user's store in place", kCannotConnect.Text(), house.Back(EngineCommand::kTransfer));
+}
+
+// The numbers of the programs that run below the engine once its transfer shows itself.
+std::vector<HostProgram> WaitForTransfer(CheckMachine& house, ProcessHandle engine) {
+  const int id = static_cast<int>(house.machine().processes.IdOf(engine));
+  for (int look = 0; look < 200; ++look) {
+    Require(!house.WaitForEnd(engine, 0s), "the transfer ended at once; it is to take long");
+    if (!house.NewestLog().empty() && look > 20) break;
+    house.machine().clock.Sleep(1000ms);
+  }
+  return ProgramsBelow(id);
+}
+
+void Stops(const CheckPlan& plan) {
+  for (const auto& [key, value, result] : {std::tuple{&profile_keys::kCancel, "1", kCancelled},
+                                           std::tuple{&profile_keys::kStatus, "5", kCancelled},
+                                           std::tuple{&profile_keys::kStatus, "10", kCancelledByServer}}) {
+    CheckMachine house(plan, "stop-" + std::string{key->name} + value);
+    house.SlowDown();
+    Fill(house, 40);
+    const ProcessHandle engine = house.Start(EngineParameters(EngineCommand::kTransfer, "\\1"));
+    WaitForTransfer(house, engine);
+    house.SetStatus(*key, value);
+    Require(house.WaitForEnd(engine, 9s),
+            std::string{key->name} + " " + value + " did not end it within nine seconds");
+    Expect("the result of " + std::string{key->name} + " " + value, result.Text(), house.Result());
+  }
+}
+
+void Kill(const CheckPlan& plan) {
+  CheckMachine house(plan, "kill");
+  house.SlowDown();
+  Fill(house, 40);
+  const ProcessHandle engine = house.Start(EngineParameters(EngineCommand::kTransfer, "\\1"));
+  const auto programs = WaitForTransfer(house, engine);
+  house.machine().processes.Terminate(engine, 1);
+  house.machine().clock.Sleep(10'000ms);
+  for (const HostProgram& program : programs) {
+    Require(!IsRunning(program.id), "a program outlived the engine: " + program.command_line);
+  }
+  house.SpeedUp();
+  Expect("the run after a kill", kDone.Text(), BackUp(house));
+  Require(house.Sent().size() + house.InSync().size() == 40, "not every file is saved after a kill");
+}
+
+void TwoAtOnce(const CheckPlan& plan) {
+  CheckMachine house(plan, "two");
+  house.SlowDown();
+  Fill(house, 20);
+  const ProcessHandle first = house.Start(EngineParameters(EngineCommand::kTransfer, "\\1"));
+  WaitForTransfer(house, first);
+  const std::string second = BackUp(house);
+  Require(second == kLocked.Text() || second == kDone.Text() || second == kNothingNew.Text(),
+          "a second transfer at once ended with " + second);
+  house.machine().processes.Terminate(first, 1);
+}
+
+}  // namespace
+
+std::vector<CheckCase> TroubleCases() {
+  return {
+      {"trouble.passwords", "wrong passwords, and right ones again", WrongPasswords},
+      {"trouble.away", "a store that is away is not made anew, and serves again when it is back", StoreAway},
+      {"trouble.other", "a store that was changed for another is refused", OtherStore},
+      {"stop.requests", "Cancel, Status 5 and Status 10 end it within nine seconds", Stops},
+      {"stop.kill", "a kill leaves no program behind, and the next run succeeds", Kill},
+      {"trouble.two", "two transfers at once do no harm", TwoAtOnce},
+  };
+}
+
+}  // namespace ondura::check
