@@ -103,11 +103,11 @@ Given ToolLeaves(const char* state, const char* last_line) {
   };
 }
 
-void UserStops(BrickHouse& house) {
+void UserStopsTheTool(BrickHouse& house) {
   house.machine.PutProcess(House::kEngine);
   house.OnTool([&house](ProgramRun& tool) {
     tool.NeverEnds();
-    tool.After(5s, [&house] { house.WriteProfile("BackupStatus", "Status", "5"); });
+    tool.After(5s, [&house] { house.UserStops(); });
   });
 }
 
@@ -143,7 +143,7 @@ TEST(ExchangeBrickStory, AFailureLeavesItsLogsItsKeysAndItsTraces) {
       FailureCase{"a tool that was cancelled", ToolLeaves("2", "Stopped."), kCancelled + ".",
                   kAbortTrace + kCancelled + "<log>", "\r\n",
                   "Stopped.\r\n11-14-2026 12-30-22" + kCancelledLine, true},
-      FailureCase{"a user's stop", UserStops, kCancelled + ".",
+      FailureCase{"a user's stop", UserStopsTheTool, kCancelled + ".",
                   "ScheduleCancelled 1\nAborted...\n" + kAbortTrace + kCancelled + "<log>", "\r\n",
                   "11-14-2026 12-30-24" + kCancelledLine, true}};
   for (const FailureCase& row : rows) {
@@ -173,20 +173,7 @@ TEST(ExchangeBrickStory, WithoutAFolderTheJobIsRefusedWithAnOrdinaryLog) {
   const std::string text =
       "The temporary path used in the Exchange server brick level backup operation was not found";
   house.ExpectFailedEnd("4", text, "@ Exchange Brick Level Backup Temp path not found \n@ " + text + "<log>");
-  EXPECT_THAT(house.SessionFiles(), ElementsAre(house.run().session_path));
-  EXPECT_EQ(
-      house.Text("Session\\Scheduled 11-14-2026 12-30-02.txt"),
-      " \r\nUsername: ann\r\nOperation: Scheduled\r\n11-14-2026 12-30-02  " + text + "\r\nTotal Time\r\n");
-}
-
-TEST(ExchangeBrickStory, TheHostsEndOfProgressDoesNotStopTheTool) {
-  BrickHouse house;
-  house.OnTool([&](ProgramRun& tool) {
-    tool.After(1s, [&] { house.Service().controller().EndProgress(); });
-    tool.After(3s, [&] { house.machine.PutFile(kDump + "\\ann.pst", "x"); });
-  });
-  house.Tick();
-  EXPECT_TRUE(house.TraceHas("Content of EnumBackupItemSet after the Exchange"));
+  EXPECT_EQ(house.SessionLog(), StageHouse::FailedLog(text, "Total Time\r\n"));
 }
 
 // Of three blanks the profile gives one: what is between quotation marks in its shifted form.
@@ -199,13 +186,21 @@ TEST(ExchangeBrickStory, BlanksExportToTheOwnFolderButHandOverAnother) {
   EXPECT_TRUE(house.TraceHas("  Selected path :   \\OxExchBrickBkset"));
 }
 
-TEST(ExchangeBrickStory, AToolThatIsNotThereLeavesNothingToHandOver) {
-  BrickHouse house;
-  house.machine.RemoveProgram(ExchangeHouse::kBrickTool);
-  house.Tick();
-  EXPECT_THAT(house.StageTrace(), testing::IsEmpty());
-  EXPECT_EQ(house.State(), "1\r\n");
-  EXPECT_TRUE(house.TraceHas("  Selected path :  " + kDump));
+TEST(ExchangeBrickStory, OnlyAToolThatWasStartedIsAwaitedWhateverTheHostEnds) {
+  for (const bool starts : {true, false}) {
+    BrickHouse house;
+    house.OnTool([&house](ProgramRun& tool) {
+      tool.After(1s, [&house] { house.Service().controller().EndProgress(); });
+      tool.After(3s, [&house] { house.machine.PutFile(kDump + "\\ann.pst", "x"); });
+    });
+    if (!starts) house.machine.RemoveProgram(ExchangeHouse::kBrickTool);
+    house.Tick();
+    EXPECT_EQ(house.TraceHas("Content of EnumBackupItemSet after the Exchange"), starts);
+    EXPECT_EQ(house.StageTrace().empty(), !starts);
+    EXPECT_EQ(house.State(), "1\r\n");
+    EXPECT_EQ(house.TraceHas("  Selected path :  " + kDump), !starts)
+        << "the end stops the job after the stage";
+  }
 }
 
 TEST(ExchangeBrickStory, OtherProgramsReadAndWriteTheFilesOfTheTool) {

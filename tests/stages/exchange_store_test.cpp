@@ -63,14 +63,6 @@ TEST(ExchangeStoreStory, TheDumpGoesToTheServerAsOneFolderAndIsDeletedThere) {
   EXPECT_EQ(house.StatusAfterJob(), "402");
 }
 
-TEST(ExchangeStoreStory, AToolThatIsNotThereHoldsNobodyUp) {
-  StoreHouse house;
-  house.machine.RemoveProgram(ExchangeHouse::kStoreTool);
-  house.Tick();
-  EXPECT_TRUE(house.TraceHas(" The Exchange backup tool could not be started"));
-  EXPECT_EQ(house.Code(), "2") << "the folder goes out as it is";
-}
-
 TEST(ExchangeStoreStory, TheVersionPicksTheTool) {
   constexpr std::string_view k32 = ExchangeHouse::kStoreTool;
   constexpr std::string_view k64 = ExchangeHouse::kStoreTool64;
@@ -81,19 +73,6 @@ TEST(ExchangeStoreStory, TheVersionPicksTheTool) {
     house.machine.InstallProgram(k64, [](ProgramRun& run) { run.ExitAfter(1s, 0); });
     house.Tick();
     EXPECT_EQ(house.machine.Launches().front().file, tool) << version;
-  }
-}
-
-TEST(ExchangeStoreStory, TheLastLineOfTheBackupSetCountsAndNoLineIsAnEmptyList) {
-  for (const auto& [lines, want] : std::map<std::string, std::string>{
-           {"OxExchangeServerBkset;Old\r\nOxExchangeServerBksetX;New\r\nC:\\Docs",
-            "OxExchangeServerBksetX\r\nNew\r\n"},
-           {"C:\\Docs\r\nOxExchBrick;box", ""}}) {
-    StoreHouse house;
-    house.machine.PutFile(house.UserPath("BackupSetData.txt"), lines);
-    house.Tick();
-    EXPECT_EQ(house.Text("TmpExchangeBackupSet.txt"), want);
-    EXPECT_EQ(house.Code(), "2");
   }
 }
 
@@ -119,7 +98,7 @@ Given ToolLeaves(const char* state, const char* reason) {
   };
 }
 
-void UserStops(StoreHouse& house) { house.WriteProfile("BackupStatus", "Status", "5"); }
+void UserStops(StoreHouse& house) { house.UserStops(); }
 void HostStops(StoreHouse& house) { house.Service().controller().EndProgress(); }
 
 Given StoppedBy(void (*stop)(StoreHouse&)) {
@@ -169,11 +148,8 @@ TEST(ExchangeStoreStory, AFailureLeavesItsLogItsKeysAndItsTraces) {
     row.given(house);
     house.Tick();
     house.ExpectFailedEnd(row.code, row.result_text, row.trace);
-    const std::string path = house.run().session_path;
-    ASSERT_THAT(house.SessionFiles(), ElementsAre(path));
-    EXPECT_EQ(house.Text("Session\\" + ExchangeHouse::NameOf(path)),
-              " \r\nUsername: ann\r\nOperation: Scheduled\r\n" + ExchangeHouse::TimeOf(path) + "  " +
-                  row.result_text + "\r\nTotal Time" + row.total_time + "\r\n");
+    EXPECT_EQ(house.SessionLog(),
+              StageHouse::FailedLog(row.result_text, "Total Time" + row.total_time + "\r\n"));
     EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
   }
 }
@@ -198,7 +174,7 @@ TEST(ExchangeStoreStory, TheFolderIsWatchedUntilItRestsAndNobodyCanStopThat) {
     for (int part = 1; part <= 3; ++part) {
       house.machine.After(part * 19s, [&house, part] {
         house.machine.PutFile("C:\\Dump\\deep\\part" + std::to_string(part), "12345");
-        house.WriteProfile("BackupStatus", "Status", "5");
+        house.UserStops();
       });
     }
     tool.ExitAfter(1s, 0);
@@ -208,18 +184,47 @@ TEST(ExchangeStoreStory, TheFolderIsWatchedUntilItRestsAndNobodyCanStopThat) {
   EXPECT_EQ(house.machine.CallsMatching("Clock.Sleep 20000").size(), 4U);
 }
 
-TEST(ExchangeStoreStory, AnEmptyFolderRestsAtOnceAndIsHandedOver) {
-  StoreHouse house;
-  house.machine.journal().RecordAlso("Clock.Sleep");
-  house.machine.outside().files.Remove(std::string{House::kData} + "ExchBackupINI.ini", Removal::kForce);
-  house.OnTool([&](ProgramRun& tool) {
-    house.PutState("3");  // a state without a meaning
-    tool.ExitAfter(0s, 0);
-  });
-  house.Tick();
-  EXPECT_EQ(house.machine.CallsMatching("Clock.Sleep 20000").size(), 0U);
-  EXPECT_TRUE(house.TraceHas("  Selected path :  C:\\Dump"));
-  EXPECT_EQ(house.Code(), "2");
+struct QuietCase {
+  std::string story;
+  Given given;
+  std::string want_trace;
+  std::string want_set = "First Group\r\nSecond\r\n";
+};
+
+Given BackupSet(const char* lines) {
+  return [lines](StoreHouse& house) { house.PutBackupSet(lines); };
+}
+
+TEST(ExchangeStoreStory, WhatIsMissingHoldsNobodyUpAndTheFolderGoesOutAsItIs) {
+  const std::string handed_over = "  Selected path :  C:\\Dump";
+  for (const QuietCase& row :
+       {QuietCase{"no tool",
+                  [](StoreHouse& house) { house.machine.RemoveProgram(ExchangeHouse::kStoreTool); },
+                  " The Exchange backup tool could not be started"},
+        QuietCase{"an empty folder, and a state without a meaning",
+                  [](StoreHouse& house) {
+                    house.machine.journal().RecordAlso("Clock.Sleep");
+                    house.machine.outside().files.Remove(std::string{House::kData} + "ExchBackupINI.ini",
+                                                         Removal::kForce);
+                    house.OnTool([&house](ProgramRun& tool) {
+                      house.PutState("3");
+                      tool.ExitAfter(0s, 0);
+                    });
+                  },
+                  handed_over},
+        QuietCase{"two lines: the last counts",
+                  BackupSet("OxExchangeServerBkset;Old\r\nOxExchangeServerBksetX;New\r\nC:\\Docs"),
+                  handed_over, "OxExchangeServerBksetX\r\nNew\r\n"},
+        QuietCase{"no line", BackupSet("C:\\Docs\r\nOxExchBrick;box"), handed_over, ""}}) {
+    SCOPED_TRACE(row.story);
+    StoreHouse house;
+    row.given(house);
+    house.Tick();
+    EXPECT_TRUE(house.TraceHas(row.want_trace));
+    EXPECT_EQ(house.Text("TmpExchangeBackupSet.txt"), row.want_set);
+    EXPECT_THAT(house.machine.CallsMatching("Clock.Sleep 20000"), testing::IsEmpty());
+    EXPECT_EQ(house.Code(), "2");
+  }
 }
 
 TEST(ExchangeStoreStory, AResultBesideTheDumpIsNotReplaced) {

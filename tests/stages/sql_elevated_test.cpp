@@ -19,7 +19,7 @@ TEST(SqlElevated, DumpsOnlyWhenAskedAndAnswersAlsoWithoutDatabases) {
     EXPECT_EQ(house.Status("LocalBackup"), value);
   }
   EXPECT_EQ(house.machine.Elapsed(), 0s);
-  house.PutBackupSet("C:\\Docs\r\n");
+  house.PutBackupSet("C:\\Docs");
   house.WriteProfile("BackupStatus", "LocalBackup", "1");
   host.Cont_LaunchAdminProcessSQL();
   EXPECT_EQ(house.Status("LocalBackup"), "100");
@@ -30,7 +30,7 @@ TEST(SqlElevated, DumpsOnlyWhenAskedAndAnswersAlsoWithoutDatabases) {
 TEST(SqlElevated, LetsARunningDumpEndFirstAndIsNotEnteredTwice) {
   SqlHouse house;
   house.IsVista(true);
-  house.PutBackupSet("SQLSERVERBACKUP;sales\r\n");
+  house.PutBackupSet("SQLSERVERBACKUP;sales");
   house.WriteProfile("BackupStatus", "LocalBackup", "1");
   Component& host = house.Twin();
   host.installation().ProductNumber = 2;
@@ -85,7 +85,7 @@ TEST(SqlElevated, ServesARequestOnce) {
     if (row.is_foreign) house.machine.disk().SetForeign(folder + "SQlLaunchCmd.txt");
     house.machine.OnPump([&] { host.Cont_LaunchSQlAdminProcess(); });
     house.machine.After(3s, [&] {
-      if (row.stop == Stop::kByUser) house.WriteProfile("BackupStatus", "Status", "5");
+      if (row.stop == Stop::kByUser) house.UserStops();
       if (row.stop == Stop::kByHost) host.EndProgress();
     });
     for (int call = 0; call < 2; ++call) host.Cont_LaunchSQlAdminProcess();

@@ -37,12 +37,13 @@ TEST(SqlJob, DumpsItsDatabasesOneByOneAndHandsEachDumpOn) {
   const std::string arguments =
       " \"\" \"\" \"C:\\Dumps\\\" \"C:\\ProgramData\\Ondura\\OXWIN\" SQLBackupLog.txt SQLErrorBackupFile.txt "
       "SQLScheduleStatus.txt SQLBackupTraceFile.txt";
-  const std::string line = " SQL Cmdline : \"C:\\ProgramData\\Ondura\\tolmera_sqlbackup.exe \"1 \"(local)\" ";
+  const std::string line =
+      "@ SQL Cmdline : \"C:\\ProgramData\\Ondura\\tolmera_sqlbackup.exe \"1 \"(local)\" ";
   EXPECT_THAT(
       house.StageTrace(),
-      ElementsAre("  Started the backup of the MS SQL Server database files...",
+      ElementsAre("@  Started the backup of the MS SQL Server database files...",
                   "Cont_SchBackup :  OS not vista ", "Cont_SchBackup :  nonvista case backv.count :: 1",
-                  " Started Backup of SQL Server files", "came for non vista case: ",
+                  "@ Started Backup of SQL Server files", "came for non vista case: ",
                   line + "\"[sales]\"" + arguments, "Started backup of database 'sales' to 'C:\\Dumps\\' ",
                   line + "\"[hr]\"" + arguments, "Started backup of database 'hr' to 'C:\\Dumps\\' "));
   EXPECT_THAT(house.Trace(), Contains("C:\\Dumps\\[hr].dmp"));
@@ -77,9 +78,9 @@ TEST(SqlJob, WaitsForTheElevatedHostAndSendsItsFolder) {
            "backupsetdata file path: C:\\ProgramData\\Ondura\\Onduraann\\BackupSetData.txt",
            "Calling DB_ReadBackdata ", "backv Count: 1", "Count: 4", "array value:  ", "DB name is: hr",
            "before checking exe status: ", "calling SQL BackupToDisk: tolmera_sqlbackup.exe",
-           " Cont_LaunchAdminProcessSQL LocalBackup Value :: 100", "[SQL] Backup completed",
-           " Cont_LaunchAdminProcessSQL g_bLaunchVistaSQL :: False"}));
-  EXPECT_THAT(house.Trace(), Not(Contains(" : There is no SQL Server database available ")));
+           "@ Cont_LaunchAdminProcessSQL LocalBackup Value :: 100", "[SQL] Backup completed",
+           "@ Cont_LaunchAdminProcessSQL g_bLaunchVistaSQL :: False"}));
+  EXPECT_THAT(house.Trace(), Not(Contains("@ : There is no SQL Server database available ")));
   EXPECT_EQ(FromUtf16(house.Data("ScheduleTraceFileService.txt")), "calling exe: tolmera_sqlbackup.exe\r\n");
 }
 
@@ -101,7 +102,7 @@ TEST(SqlJob, SaysThatNoElevatedHostAnswersUntilOneDoes) {
   EXPECT_EQ(early, "");
   EXPECT_EQ(late, says + "\r\n");
   EXPECT_EQ(dumped, "\r\n");
-  EXPECT_EQ(std::ranges::count(house.Trace(), "  " + says), 1);
+  EXPECT_EQ(std::ranges::count(house.Trace(), "@  " + says), 1);
   EXPECT_THAT(house.Commands(), ElementsAre(24, 51, 16));
 }
 
@@ -111,11 +112,11 @@ TEST(SqlJob, AStopEndsTheWaitForTheElevatedHostAndItsDump) {
     house.IsVista(true);
     house.machine.PutFolder(std::string{House::kData} + "OXWIN");
     if (dumps) house.machine.PutProcess(SqlHouse::kTool);
-    house.machine.After(30s, [&] { house.WriteProfile("BackupStatus", "Status", "5"); });
+    house.machine.After(30s, [&] { house.UserStops(); });
     house.Tick();
     EXPECT_EQ(house.Status("LocalBackup"), "0") << "a host that comes later finds nothing to do";
     EXPECT_EQ(house.Data("OXWIN\\SQLScheduleStatus.txt"), dumps ? "2\r\n" : "<none>");
-    EXPECT_THAT(house.Trace(), Contains(" User aborted the SQL Server backup"));
+    EXPECT_THAT(house.Trace(), Contains("@ User aborted the SQL Server backup"));
     EXPECT_EQ(house.StatusAfterJob(), "3");
     EXPECT_THAT(house.Commands(), testing::IsEmpty());
   }
@@ -137,81 +138,53 @@ struct FailingDump : DatabaseDump {
 };
 
 struct FailureCase {
-  std::string story, folder;
-  bool dump_fails;
-  std::vector<std::string> traces;  // the last with the session log's path
-  std::string result_text, total_time, session_time;
+  std::string folder, code, reason, trace, log_end;
 };
 
 // Every row ends in the session log, the keys and the code; none reaches the engine.
 TEST(SqlJob, AFailureLeavesItsTextsKeysAndCode) {
-  for (const FailureCase& row : {
-           FailureCase{"no folder is configured",
-                       "",
-                       false,
-                       {" SQL Temp path not found ",
-                        " The SQL server backup operation has been cancelled since the SQL Temp path could "
-                        "not be found"},
-                       "The SQL server backup operation has been cancelled since the SQL Temp path could not "
-                       "be found.",
-                       "Total Time",
-                       "12-30-00"},
-           FailureCase{"the folder is not there, and its backslash puts the test file inside",
-                       "C:\\Nowhere\\",
-                       false,
-                       {"Cont_SchBackup :  PERMISSION DENIED :: ",
-                        "Unable to continue the SQL Server Backup operation, please make sure that the disk "
-                        "is not full or write protected.",
-                        " Unable to continue the SQL server backup operation. Please check if the disk is "
-                        "full or write protected"},
-                       "Unable to continue the SQL server backup operation. Please check if the disk is full "
-                       "or write protected.",
-                       "Total Time        : ",
-                       "12-30-02"},
-           FailureCase{
-               "a dump answers with an abort",
-               "C:\\Dumps\\",
-               true,
-               {" User aborted the SQL Server backup", " The SQL server backup has been aborted by the user"},
-               "The SQL server backup has been aborted by the user",
-               "Total Time        : ",
-               "12-30-02"},
-       }) {
-    SCOPED_TRACE(row.story);
+  const std::string no_folder =
+      "The SQL server backup operation has been cancelled since the SQL Temp path could not be found";
+  const std::string unwritable =
+      "Unable to continue the SQL server backup operation. Please check if the disk is full or write "
+      "protected";
+  for (const FailureCase& row :
+       {FailureCase{"", "4", no_folder, "@ SQL Temp path not found ", "Total Time"},
+        FailureCase{"C:\\Nowhere\\", "3", unwritable,
+                    "Cont_SchBackup :  PERMISSION DENIED :: \n"
+                    "Unable to continue the SQL Server Backup operation, please make "
+                    "sure that the disk is not full or write protected.",
+                    "Total Time        : "}}) {
+    SCOPED_TRACE(row.reason);
     SqlHouse house;
     house.WriteAccount("SQLTEMP", row.folder);
-    ServiceContext& context = house.Service().context();
-    context.installation().CurrentUser = "ann";
-    context.schedule_file().schvTemp.recordno = "2";
-    StageSupport support(context.job, context.backup_set);
-    FailingDump dump;
-    SqlServerStage aborted(context.job, support, context.backup_set, dump);
-    if (row.dump_fails) {
-      context.job.state.run.Sch_SQLTEMP = row.folder;
-      EXPECT_EQ(aborted.Run(context.job.state), kJobFailed);
-    } else {
-      const JobCode code = row.folder.empty() ? kJobStopped : kJobFailed;
-      EXPECT_EQ(house.Service().controller().Cont_SchBackup(), code);
-    }
-    const std::string log = "Session\\Scheduled 11-14-2026 " + row.session_time + ".txt";
-    std::vector<std::string> traces = row.traces;
-    traces.back() += house.UserPath(log);
-    EXPECT_THAT(house.Trace(), testing::IsSupersetOf(traces));
-    EXPECT_EQ(context.job.state.run.result_text, row.result_text);
-    EXPECT_THAT(house.SessionFiles(), ElementsAre(house.UserPath(log)));
-    EXPECT_EQ(house.Text(log), " \r\nUsername: ann\r\nOperation: Scheduled\r\n11-14-2026 " +
-                                   row.session_time + "  " + row.result_text + "\r\n" + row.total_time +
-                                   "\r\n");
-    EXPECT_EQ(house.Status("Status"), "3");
-    EXPECT_EQ(house.Status("DLLStatus"), "3");
+    house.Tick();
+    house.ExpectFailedEnd(row.code, row.reason + ".", row.trace + "\n@ " + row.reason + "<log>");
+    EXPECT_EQ(house.SessionLog(), StageHouse::FailedLog(row.reason + ".", row.log_end + "\r\n"));
     EXPECT_EQ(house.Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
-    EXPECT_THAT(house.Commands(), testing::IsEmpty());
   }
+}
+
+TEST(SqlJob, ADumpThatAnswersWithAnAbortFailsTheJob) {
+  SqlHouse house;
+  ServiceContext& context = house.Service().context();
+  context.installation().CurrentUser = "ann";
+  StageSupport support(context.job, context.backup_set);
+  FailingDump dump;
+  context.job.state.run.Sch_SQLTEMP = "C:\\Dumps\\";
+  EXPECT_EQ(SqlServerStage(context.job, support, context.backup_set, dump).Run(context.job.state),
+            kJobFailed);
+  const std::string reason = "The SQL server backup has been aborted by the user";
+  EXPECT_THAT(house.Trace(), testing::IsSupersetOf(std::vector<std::string>{
+                                 "@ User aborted the SQL Server backup", "@ " + reason + "<log>"}));
+  EXPECT_EQ(house.run().result_text, reason);
+  EXPECT_EQ(house.SessionLog(), StageHouse::FailedLog(reason, "Total Time        : \r\n"));
+  EXPECT_EQ(house.Status("Status") + house.Status("DLLStatus"), "33");
 }
 
 TEST(SqlJob, AnOtherHostKnowsThatALongDumpIsNoJobThatWasCutOff) {
   SqlHouse house;
-  house.PutBackupSet("SQLSERVERBACKUP;sales\r\n");
+  house.PutBackupSet("SQLSERVERBACKUP;sales");
   std::string started;
   house.machine.InstallProgram(SqlHouse::kTool, [&](ProgramRun& run) {
     run.After(290s, [&] {
@@ -223,7 +196,7 @@ TEST(SqlJob, AnOtherHostKnowsThatALongDumpIsNoJobThatWasCutOff) {
   });
   house.Tick();
   EXPECT_EQ(started, "121") << "a second host would start the job once more";
-  EXPECT_EQ(std::ranges::count(house.Trace(), "  Waiting for the local backup"), 5);
+  EXPECT_EQ(std::ranges::count(house.Trace(), "@  Waiting for the local backup"), 5);
 }
 
 TEST(SqlJob, WhatIsNotDumpedStaysInTheListAndTheLogTellsOfIt) {
@@ -238,7 +211,7 @@ TEST(SqlJob, WhatIsNotDumpedStaysInTheListAndTheLogTellsOfIt) {
                         Case{"an error with text", "no such\r\n", "\r\nno such\r\n\r\n"},
                         Case{"an error file without text", "  ", "\r\n"}}) {
     SqlHouse house;
-    house.PutBackupSet("SQLSERVERBACKUP;a:b\r\n");
+    house.PutBackupSet("SQLSERVERBACKUP;a:b");
     house.machine.PutFile(house.UserPath("SQLErrorBackupFile.txt"), "of an earlier run");
     house.machine.InstallProgram(SqlHouse::kTool, [&](ProgramRun& run) {
       const std::string error_file = house.UserPath("SQLErrorBackupFile.txt");
@@ -262,13 +235,13 @@ TEST(SqlJob, WhatIsNotDumpedStaysInTheListAndTheLogTellsOfIt) {
 
 TEST(SqlJob, WithoutDatabasesItSendsTheFolder) {
   SqlHouse house;
-  house.PutBackupSet("SQLSERVERBACKUP;sales\r\nOxExchBrick;x\r\nsqlserverbackup; ;SqlServerBackup\r\n");
+  house.PutBackupSet("SQLSERVERBACKUP;sales\r\nOxExchBrick;x\r\nsqlserverbackup; ;SqlServerBackup");
   house.machine.PutFile("C:\\Dumps\\left.dmp", "old");
   std::string list;
   house.During(51, [&] { list = house.Text("TempCom\\CompareListInput1.txt"); });
   house.Tick();
   EXPECT_THAT(LinesOf(list), ElementsAre(HasSubstr("C:\\Dumps\\left.dmp/")));
-  EXPECT_THAT(house.Trace(), Contains(" : There is no SQL Server database available "));
+  EXPECT_THAT(house.Trace(), Contains("@ : There is no SQL Server database available "));
   EXPECT_EQ(house.machine.Launches().at(0).file, House::kEngine) << "the last line with the keyword counts";
 }
 
