@@ -176,16 +176,6 @@ TEST(ExchangeBrickStory, WithoutAFolderTheJobIsRefusedWithAnOrdinaryLog) {
   EXPECT_EQ(house.SessionLog(), StageHouse::FailedLog(text, "Total Time\r\n"));
 }
 
-// Of three blanks the profile gives one: what is between quotation marks in its shifted form.
-TEST(ExchangeBrickStory, BlanksExportToTheOwnFolderButHandOverAnother) {
-  BrickHouse house;
-  house.WriteAccount("EXCHBRICK", "   ");
-  house.machine.PutFolder(std::string{House::kData} + "EXCHANGEBRICKTEMP");
-  house.Tick();
-  EXPECT_EQ(house.Setting("EXCHBRICK"), std::string{House::kData} + "EXCHANGEBRICKTEMP\\");
-  EXPECT_TRUE(house.TraceHas("  Selected path :   \\OxExchBrickBkset"));
-}
-
 TEST(ExchangeBrickStory, OnlyAToolThatWasStartedIsAwaitedWhateverTheHostEnds) {
   for (const bool starts : {true, false}) {
     BrickHouse house;
@@ -216,13 +206,22 @@ TEST(ExchangeBrickStory, OtherProgramsReadAndWriteTheFilesOfTheTool) {
   EXPECT_TRUE(house.TraceHas("SessionLog")) << "a lost write can be seen";
 }
 
-TEST(ExchangeBrickStory, AWholeShareIsNoFolderToClean) {
-  BrickHouse house;
-  house.machine.PutFile("\\\\server\\share\\letters.txt", "dear");
-  house.WriteAccount("EXCHBRICK", "\\\\server\\share");
-  house.Tick();
-  EXPECT_EQ(house.Setting("EXCHBRICK"), "\\\\server\\share\\");
-  EXPECT_EQ(house.machine.FileBytes("\\\\server\\share\\letters.txt"), "dear");
+TEST(ExchangeBrickStory, ExportsToTheConfiguredFolderOrItsOwnAndCleansNoWholeShare) {
+  const std::string own = std::string{House::kData} + "EXCHANGEBRICKTEMP";
+  // Of three blanks the profile gives one: what is between quotation marks in its shifted form.
+  for (const auto& [folder, want, handed_over] :
+       {std::tuple{"   ", own, "  Selected path :   \\OxExchBrickBkset"},
+        {"\\\\server\\share", "\\\\server\\share",
+         "  Selected path :  \\\\server\\share\\OxExchBrickBkset"}}) {
+    BrickHouse house;
+    house.WriteAccount("EXCHBRICK", folder);
+    house.machine.PutFolder(own);
+    house.machine.PutFile("\\\\server\\share\\letters.txt", "dear");
+    house.Tick();
+    EXPECT_EQ(house.Setting("EXCHBRICK"), want + "\\");
+    EXPECT_TRUE(house.TraceHas(handed_over));
+    EXPECT_EQ(house.machine.FileBytes("\\\\server\\share\\letters.txt"), "dear");
+  }
 }
 
 TEST(ExchangeBrickStory, TheStatusFileMarksTheJobForWhoeverAsks) {
