@@ -72,14 +72,15 @@ TEST_F(CiphersTest, TheStreamCipherUndoesItselfUnderTheSamePassPhrase) {
 }
 
 TEST_F(CiphersTest, TheDigestIsEmptyForAnEmptyFileAndAtEveryFailure) {
-  EXPECT_EQ(FileMd5Hex(house_.machine(), "C:\\x.txt"), "");
+  const auto digest = [&] { return FileMd5Hex(house_.machine(), "C:\\x.txt"); };
+  EXPECT_EQ(digest(), "");
   house_.PutFile("C:\\x.txt", "");
-  EXPECT_EQ(FileMd5Hex(house_.machine(), "C:\\x.txt"), "");
+  EXPECT_EQ(digest(), "");
   house_.PutFile("C:\\x.txt", "a");
-  EXPECT_EQ(FileMd5Hex(house_.machine(), "C:\\x.txt"), "0cc175b9c0f1b6a831c399e269772661");
+  EXPECT_EQ(digest(), "0cc175b9c0f1b6a831c399e269772661");
   for (const std::string_view fault : {"Files.Size", "Files.Read", "Crypto.Acquire", "Crypto.Md5"}) {
     house_.Fail(fault);
-    EXPECT_EQ(FileMd5Hex(house_.machine(), "C:\\x.txt"), "") << fault;
+    EXPECT_EQ(digest(), "") << fault;
   }
   EXPECT_THAT(house_.UnfiredFaults(), IsEmpty());
 }

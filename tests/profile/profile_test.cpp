@@ -97,9 +97,9 @@ TEST_F(ProfileTest, EachWriteReachesItsStoreInItsForm) {
   transfer_.Trf_WriteUserNameDBProfile("DB", "0");
   EXPECT_EQ(house_.FileBytes(kShared),
             "[Tolmera]\r\nStarted=0\r\n[Registry]\r\nTray=1\r\n[ScanType]\r\nDB=0\r\n");
-}
-
-TEST_F(ProfileTest, AWriteToAUserWithoutAFolderIsLostWithoutOne) {
+  transfer_.Trf_WriteUserProfile("SerNM", std::string(300, 'a'));
+  EXPECT_EQ(transfer_.Trf_ReadUserProfile("SerNM"), std::string(255, 'a')) << "cut, and still decoded";
+  // A user without a folder gets none.
   installation_.CurrentUser = "bob";
   transfer_.Trf_WriteUserProfileDefault("BackupStatus", "Status", "5");
   EXPECT_FALSE(house_.FileBytes(R"(C:\data\Prodbob\Prod.ini)"));
@@ -124,11 +124,6 @@ TEST_F(ProfileTest, NumbersTellAMissingKeyFromOneThatDoesNotFit) {
     house_.WriteIni(kAnn, "BackupStatus", "RetValue", stored);
     EXPECT_EQ(store_.ReadLastRetValue(), number) << stored;
   }
-}
-
-TEST_F(ProfileTest, ALongShiftedValueComesBackCutAndStillDecodes) {
-  transfer_.Trf_WriteUserProfile("SerNM", std::string(300, 'a'));
-  EXPECT_EQ(transfer_.Trf_ReadUserProfile("SerNM"), std::string(255, 'a'));
 }
 
 TEST_F(ProfileTest, DamagedProfilesReadAsEmpty) {

@@ -75,13 +75,8 @@ TEST(ScheduleFile, LinesBeyondTheCountAreCarriedIntoTheRewrite) {
   house.schedule.DB_ReadSchData("");
   house.schedule.DB_WriteRecord();
   EXPECT_EQ(house.machine.FileBytes(house.path), std::nullopt) << "lines of an earlier reading came back";
-}
-
-TEST(ScheduleFile, AHundredMegabytesOfLineEndsDoNotTakeAllMemory) {
-  ScheduleHouse house;
-  std::string bytes = "0\r\n";
-  bytes.resize(100'000'000, '\n');
-  house.PutSchedule(bytes);
+  bytes.assign(100'000'000, '\n');  // does not take all memory
+  house.PutSchedule("0\r\n" + bytes);
   house.schedule.DB_ReadSchData("");
   EXPECT_EQ(house.schedule.RecordCount, 32767);
 }
@@ -128,16 +123,12 @@ struct ShortenedWrite : ForwardingFiles {
   bool is_first_ = true;
 };
 
-TEST(ScheduleFile, ARewriteThatIsCutShortIsPutBack) {
+TEST(ScheduleFile, ARewriteThatFailsIsToldAndPutBackIfCutShort) {
   ScheduleHouse house;
   house.PutSchedule("0\r\nold");
   ShortenedWrite files{house.machine.machine().files};
   EXPECT_FALSE(RewriteOrPutBack(files, house.path, "1\r\nnew"));
   EXPECT_EQ(house.machine.FileBytes(house.path), "0\r\nold");
-}
-
-TEST(ScheduleFile, TellsItsCallerThatARewriteFailed) {
-  ScheduleHouse house;
   house.machine.journal().Fail("Files.Write ");
   EXPECT_FALSE(RewriteOrPutBack(house.machine.machine().files, house.path, "0"));
   EXPECT_TRUE(RewriteOrPutBack(house.machine.machine().files, house.path, "0"));
