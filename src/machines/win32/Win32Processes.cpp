@@ -11,6 +11,7 @@
 
 #include "machines/win32/handles.h"
 #include "machines/win32/paths.h"
+#include "machines/win32/piped_child.h"
 #include "machines/win32/ports.h"
 #include "machines/win32/system_error.h"
 #include "machines/win32/text_edges.h"
@@ -140,7 +141,7 @@ class Win32Processes : public Processes {
     record.nShow = request.show_mode;
     if (!ShellExecuteExA(&record)) return kNoProcess;
     UniqueHandle process{record.hProcess};
-    if (request.lifetime == Lifetime::kEndsWithStarter) TieToThisProcess(process.get());
+    if (request.lifetime == Lifetime::kEndsWithStarter) AssignProcessToJobObject(Job(), process.get());
     return Hold(std::move(process));
   }
 
@@ -153,6 +154,12 @@ class Win32Processes : public Processes {
                       system.folder.c_str(), request.show_mode);
     return reinterpret_cast<INT_PTR>(result) > kLastError;
   }
+
+  std::unique_ptr<PipedProgram> Start(const PipedRequest& request) override {
+    return StartPiped(request, Job());
+  }
+
+  std::string SystemPath(std::string_view path) override { return std::string{path}; }
 
   ProcessHandle OpenById(ProcessId id, ProcessAccess access) override {
     return Hold(UniqueHandle{OpenProcess(static_cast<DWORD>(access), FALSE, id)});
@@ -210,8 +217,8 @@ class Win32Processes : public Processes {
   }
 
  private:
-  // A process of another job stays out on the oldest systems; it then outlives this one.
-  void TieToThisProcess(HANDLE process) {
+  // What is in it ends with this process. A process of another job stays out on the oldest systems.
+  HANDLE Job() {
     if (job_ == nullptr) {
       job_ = CreateJobObjectW(nullptr, nullptr);
       JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
@@ -219,7 +226,7 @@ class Win32Processes : public Processes {
           JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_SILENT_BREAKAWAY_OK;
       SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limits, sizeof limits);
     }
-    AssignProcessToJobObject(job_, process);
+    return job_;
   }
 
   // The caller's number is the platform's own handle: hosts hand theirs in and take ours out.

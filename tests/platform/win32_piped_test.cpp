@@ -1,0 +1,126 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "TemporaryFolder.h"
+#include "machines/win32/Win32Machine.h"
+#include "machines/win32/windows_api.h"
+
+namespace ondura {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::EndsWith;
+
+class Win32PipedTest : public testing::Test {
+ protected:
+  std::unique_ptr<PipedProgram> StartTool(std::vector<std::string> steps, PipedRequest request = {}) {
+    request.file = "win32_piped_tool";  // beside this program
+    request.arguments = std::move(steps);
+    return machine_.processes.Start(request);
+  }
+
+  // All that it prints, errors after "!", and its exit code.
+  static std::vector<std::string> RunToEnd(PipedProgram& program) {
+    std::vector<std::string> lines;
+    for (int looks = 0; looks < 100; ++looks) {
+      while (const auto line = program.NextLine(100ms)) {
+        lines.push_back((line->stream == PipeStream::kError ? "!" : "") + line->text);
+      }
+      if (const auto code = program.ExitCode()) {
+        lines.push_back("= " + std::to_string(*code));
+        break;
+      }
+    }
+    return lines;
+  }
+
+  std::unique_ptr<Win32Machine> owner_ = MakeWin32Machine();
+  const Machine& machine_ = owner_->machine();
+  TemporaryFolder folder_;
+};
+
+TEST_F(Win32PipedTest, TextsGoInAndLinesComeOut) {
+  const std::string longest(kPipedTextLimit, 'x');
+  char root[MAX_PATH] = {};
+  GetEnvironmentVariableA("SystemRoot", root, MAX_PATH);
+  struct Case {
+    std::vector<std::string> steps;
+    PipedRequest request;
+    std::vector<std::string> lines;
+  };
+  const Case cases[] = {
+      {{"in", "exit:3"}, {.input = "a\r\nb\n\nc"}, {"a", "b", "", "c", "= 3"}},
+      {{"out:", "out:two  words\n", "out:\\ \"q\" \\\"\n", "out:a\\\\ b\\\\"},
+       {},
+       {"two  words", "\\ \"q\" \\\"", "a\\\\ b\\\\", "= 0"}},
+      {{"out:Größe \xF0\x9F\x92\xBE %PATH%^&\n"}, {}, {"Größe \xF0\x9F\x92\xBE %PATH%^&", "= 0"}},
+      {{"folder"}, {.folder = folder_.path()}, {folder_.path(), "= 0"}},
+      {{"value:KEY", "value:zone", "value:SystemRoot", "value:TEMP"},
+       {.environment = {"zone=ö", "Key=a b"}},
+       {"KEY=a b", "zone=ö", std::string{"SystemRoot="} + root, "TEMP=", "= 0"}},
+      {{"file:ONE", "file:TWO", "file:ONE"},
+       {.secrets = {{"ONE", "hidden 1\n"}, {"TWO", "hidden 2"}}},
+       {"hidden 1", "hidden 2", "= 0"}},
+      {{"file:BIG"}, {.secrets = {{"BIG", longest}}}, {longest, "= 0"}},
+      {{"out:no end", "err:bad\n\nrest"}, {}, {"no end", "!bad", "!", "!rest", "= 0"}},
+      {{"copy:30000", "out:on\n"}, {}, {"on", "= 0"}},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(testing::PrintToString(row.steps));
+    const auto program = StartTool(row.steps, row.request);
+    ASSERT_NE(program, nullptr);
+    auto lines = RunToEnd(*program);
+    std::ranges::stable_sort(lines, {}, [](const std::string& line) { return line.starts_with('!'); });
+    auto wanted = row.lines;
+    std::ranges::stable_sort(wanted, {}, [](const std::string& line) { return line.starts_with('!'); });
+    EXPECT_EQ(lines, wanted);
+  }
+}
+
+TEST_F(Win32PipedTest, WhatCanNotStartIsNull) {
+  ASSERT_TRUE(machine_.files.Write(folder_.path() + "\\text.exe", "no program", IfPresent::kReplace));
+  EXPECT_EQ(machine_.processes.Start({.file = ""}), nullptr);
+  EXPECT_EQ(machine_.processes.Start({.file = "no-such-program"}), nullptr);
+  EXPECT_EQ(machine_.processes.Start({.file = folder_.path() + "\\text.exe"}), nullptr);
+  EXPECT_EQ(StartTool({}, {.input = std::string(kPipedTextLimit + 1, 'x')}), nullptr);
+  EXPECT_EQ(StartTool({}, {.secrets = {{"S", std::string(kPipedTextLimit + 1, 'x')}}}), nullptr);
+}
+
+TEST_F(Win32PipedTest, ItEndsByInterruptByKillAndWithTheObject) {
+  auto program = StartTool({"wait"});
+  ASSERT_TRUE(program->NextLine(20s));
+  EXPECT_EQ(program->ExitCode(), std::nullopt);
+  program->Interrupt();
+  EXPECT_THAT(RunToEnd(*program), ElementsAre("asked", "= 5"));
+  program->Interrupt();
+
+  program = StartTool({"deaf"});
+  ASSERT_TRUE(program->NextLine(20s));
+  program->Interrupt();
+  EXPECT_EQ(program->NextLine(100ms), std::nullopt);
+  program->Kill();
+  EXPECT_THAT(RunToEnd(*program), ElementsAre("= 4294967295"));
+
+  const std::string copy = folder_.path() + "\\copy.exe";
+  ASSERT_TRUE(CopyFileA((FolderOfTests() + "win32_piped_tool.exe").c_str(), copy.c_str(), TRUE));
+  program = machine_.processes.Start({.file = copy, .arguments = {"wait"}});
+  ASSERT_TRUE(program->NextLine(20s));
+  program.reset();
+  EXPECT_TRUE(DeleteFileA(copy.c_str()));
+}
+
+TEST_F(Win32PipedTest, ALineThatWaitsIsTakenBeforeTheExitCode) {
+  const auto program = StartTool({"out:last\n"});
+  Sleep(2000);
+  EXPECT_EQ(program->ExitCode(), std::nullopt);
+  EXPECT_THAT(RunToEnd(*program), ElementsAre("last", "= 0"));
+}
+
+TEST_F(Win32PipedTest, APathIsTheSystemsOwn) {
+  EXPECT_EQ(machine_.processes.SystemPath("c:\\Data\\FILE.txt"), "c:\\Data\\FILE.txt");
+}
+
+}  // namespace
+}  // namespace ondura
