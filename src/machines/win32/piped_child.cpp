@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "machines/win32/SecretPipe.h"
+#include "machines/win32/console_events.h"
 #include "machines/win32/handles.h"
 #include "machines/win32/paths.h"
 #include "machines/win32/start_texts.h"
@@ -77,11 +78,6 @@ class Streams {
   bool is_valid_ = false;
 };
 
-bool HasConsole() {
-  DWORD id = 0;
-  return GetConsoleProcessList(&id, 1) != 0;
-}
-
 // Cuts what comes through one pipe into lines.
 class LineReader {
  public:
@@ -128,11 +124,11 @@ class LineReader {
 
 class PipedChild : public PipedProgram {
  public:
-  PipedChild(const PROCESS_INFORMATION& started, bool shares_console, UniqueHandle output, UniqueHandle error,
-             Secrets secrets)
+  PipedChild(const PROCESS_INFORMATION& started, ChildConsole console, UniqueHandle output,
+             UniqueHandle error, Secrets secrets)
       : process_(started.hProcess),
         id_(started.dwProcessId),
-        shares_console_(shares_console),
+        console_(console),
         output_(std::move(output), PipeStream::kOutput),
         error_(std::move(error), PipeStream::kError),
         secrets_(std::move(secrets)) {}
@@ -166,13 +162,8 @@ class PipedChild : public PipedProgram {
     return code;
   }
 
-  // The event goes to the group that the program was started as, so not to this process. A process without a
-  // console may hold on to one that is gone, and gets no other before it has let go.
   void Interrupt() override {
-    if (HasEnded()) return;
-    if (!shares_console_ && (!FreeConsole() || !AttachConsole(id_))) return;
-    GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, id_);
-    if (!shares_console_) FreeConsole();
+    if (!HasEnded()) SendBreak(id_, console_);
   }
 
   void Kill() override { TerminateProcess(process_.get(), static_cast<UINT>(-1)); }
@@ -197,7 +188,7 @@ class PipedChild : public PipedProgram {
 
   UniqueHandle process_;
   DWORD id_;
-  bool shares_console_;
+  ChildConsole console_;
   bool is_over_ = false;  // ended, and all that it printed is in lines_
   LineReader output_;
   LineReader error_;
@@ -226,10 +217,9 @@ std::unique_ptr<PipedProgram> StartPiped(const PipedRequest& request, HANDLE job
   Pipe error;
   if (file.empty() || !input.valid() || !output.in.valid() || !error.in.valid()) return nullptr;
   Streams streams{std::move(input), std::move(output.in), std::move(error.in)};
-  // A console of its own would keep the events of this one from it.
-  const bool shares_console = HasConsole();
-  const DWORD flags = CREATE_NEW_PROCESS_GROUP | CREATE_UNICODE_ENVIRONMENT | CREATE_SUSPENDED |
-                      EXTENDED_STARTUPINFO_PRESENT | (shares_console ? 0 : CREATE_NO_WINDOW);
+  const ChildConsole console = ConsoleForChild();
+  const DWORD flags = CREATE_UNICODE_ENVIRONMENT | CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT |
+                      (console == ChildConsole::kShared ? CREATE_NEW_PROCESS_GROUP : CREATE_NO_WINDOW);
   PROCESS_INFORMATION started{};
   if (!streams.valid() ||
       !CreateProcessW(file.c_str(), command.data(), nullptr, nullptr, TRUE, flags, block.data(),
@@ -239,7 +229,7 @@ std::unique_ptr<PipedProgram> StartPiped(const PipedRequest& request, HANDLE job
   const UniqueHandle thread{started.hThread};
   AssignProcessToJobObject(job, started.hProcess);
   ResumeThread(thread.get());
-  return std::make_unique<PipedChild>(started, shares_console, std::move(output.out), std::move(error.out),
+  return std::make_unique<PipedChild>(started, console, std::move(output.out), std::move(error.out),
                                       std::move(secrets));
 }
 

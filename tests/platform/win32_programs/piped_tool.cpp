@@ -6,8 +6,8 @@
 //   folder              prints its working folder
 //   copy:MS             starts a copy of itself that sleeps and holds the pipes
 //   sleep:MS            sleeps                  exit:CODE     leaves
-//   wait                prints "begun", waits for Ctrl+Break, prints "asked" and leaves with 5
-//   deaf                the same, and goes on waiting after Ctrl+Break
+//   wait                prints "begun", waits for Ctrl+Break or Ctrl+C, prints "asked" and leaves with 5
+//   deaf                the same, and goes on waiting after it
 
 #include <windows.h>
 
@@ -39,7 +39,8 @@ void PrintAllOf(HANDLE file) {
 }
 
 BOOL WINAPI Leave(DWORD event) {
-  Print(STD_OUTPUT_HANDLE, event == CTRL_BREAK_EVENT ? "asked\n" : "another event\n");
+  const bool is_asked = event == CTRL_BREAK_EVENT || event == CTRL_C_EVENT;
+  Print(STD_OUTPUT_HANDLE, is_asked ? "asked\n" : "another event\n");
   ExitProcess(5);
 }
 
