@@ -227,11 +227,9 @@ std::set<std::string> CheckMachine::NamesIn(std::string_view name) {
 }
 
 std::string CheckMachine::NewestLog() {
-  std::string newest;
-  LocalTime time{};
+  std::string newest;  // they are named after their time
   machine().folders.List(UserFile(kSessionFolder), [&](const FolderEntry& entry) {
-    if (newest.empty() || entry.modified >= time) newest = std::string{entry.name};
-    time = std::max(time, entry.modified);
+    newest = std::max(newest, std::string{entry.name});
     return Visit::kContinue;
   });
   const std::string path = UserFile(kSessionFolder) + "\\" + newest;

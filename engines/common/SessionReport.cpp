@@ -53,12 +53,20 @@ void SessionReport::Close(EngineResult result, const RunFigures& figures) {
 }
 
 void SessionReport::Stamped(std::string_view text) {
-  Line(FormatDate(kStampPicture, client_.machine().clock.Now()) + "  " + std::string{text});
+  const LocalTime now = client_.machine().clock.Now();
+  held_.append(FormatDate(kStampPicture, now)).append("  ").append(text).append(kLineEnd);
+  if (now != written_at_) Flush();
+  written_at_ = now;
 }
 
 void SessionReport::Line(std::string_view text) {
-  client_.text_files().Append(path_, std::string{text}.append(kLineEnd), Encoding::kUtf16,
-                              IfMissing::kCreate);
+  held_.append(text).append(kLineEnd);
+  Flush();
+}
+
+void SessionReport::Flush() {
+  client_.text_files().Append(path_, held_, Encoding::kUtf16, IfMissing::kCreate);
+  held_.clear();
 }
 
 }  // namespace ondura::engines

@@ -18,8 +18,8 @@ struct RunFigures {
 };
 
 // The engine's own session log: a heading, one line a file, the figures and a closing line. The mail takes
-// its subject from the closing line, from the "[" on, and looks for it among the last lines. Each line is
-// written as it comes: an engine that is killed leaves the files that it has sent.
+// its subject from the closing line, from the "[" on, and looks for it among the last lines. Lines are
+// written at least once a second: an engine that is killed leaves the files that it has sent.
 class SessionReport {
  public:
   explicit SessionReport(Client& client);
@@ -35,10 +35,13 @@ class SessionReport {
  private:
   void Line(std::string_view text);
   void Stamped(std::string_view text);
+  void Flush();
 
   Client& client_;
   LocalTime start_;
   std::string path_;
+  std::string held_;  // lines of the second that was last written in
+  LocalTime written_at_{};
 };
 
 }  // namespace ondura::engines

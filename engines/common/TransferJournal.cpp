@@ -1,18 +1,20 @@
 #include "engines/common/TransferJournal.h"
 
-#include <utility>
-
 #include "engine/engine_files.h"
 
 namespace ondura::engines {
 
-TransferJournal::TransferJournal(Client& client) : client_(client), progress_(client), report_(client) {
+TransferJournal::TransferJournal(Client& client)
+    : progress_(client),
+      report_(client),
+      changed_(client, engine_files::kSent),
+      in_sync_(client, engine_files::kInSync) {
   progress_.Begin({});
 }
 
-void TransferJournal::InSync(std::string path) {
+void TransferJournal::InSync(std::string_view path) {
   ++figures_.in_sync;
-  in_sync_paths_.push_back(std::move(path));
+  in_sync_.Add(path);
 }
 
 void TransferJournal::Sent(std::string_view path, std::uint64_t size_bytes) {
@@ -39,16 +41,10 @@ EngineResult TransferJournal::ResultOfRun() const {
 }
 
 void TransferJournal::Close(EngineResult result) {
-  WriteNames(engine_files::kSent, changed_paths_);
-  WriteNames(engine_files::kInSync, in_sync_paths_);
+  changed_.Close();
+  in_sync_.Close();
   report_.Close(result, figures_);
   progress_.End();
-}
-
-void TransferJournal::WriteNames(std::string_view name, const std::vector<std::string>& paths) {
-  std::string text;
-  for (const std::string& path : paths) text.append(path).append(kLineEnd);
-  client_.text_files().Write(client_.installation().UserFile(name), text, Encoding::kUtf16);
 }
 
 }  // namespace ondura::engines

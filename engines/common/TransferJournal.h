@@ -2,10 +2,10 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "engine/engine_results.h"
 #include "engines/common/Client.h"
+#include "engines/common/NameList.h"
 #include "engines/common/ProgressFile.h"
 #include "engines/common/SessionReport.h"
 
@@ -29,10 +29,10 @@ class TransferJournal {
 
   // A file has been looked at.
   void Consider() { ++figures_.considered; }
-  void InSync(std::string path);
+  void InSync(std::string_view path);
 
   // A file has changed and is to be sent, however that ends.
-  void Changed(std::string path) { changed_paths_.push_back(std::move(path)); }
+  void Changed(std::string_view path) { changed_.Add(path); }
   void Sent(std::string_view path, std::uint64_t size_bytes);
 
   // `reason` is added to the line of the log where it is not empty.
@@ -54,14 +54,11 @@ class TransferJournal {
   void Close(EngineResult result);
 
  private:
-  void WriteNames(std::string_view name, const std::vector<std::string>& paths);
-
-  Client& client_;
   ProgressFile progress_;
   SessionReport report_;
   RunFigures figures_;
-  std::vector<std::string> changed_paths_;
-  std::vector<std::string> in_sync_paths_;
+  NameList changed_;
+  NameList in_sync_;
   bool met_exclusion_ = false;
 };
 

@@ -192,15 +192,15 @@ void ResticBackup::Take(const ResticItem& item) {
   added_bytes_ += item.added_bytes;
   if (space_left_ && added_bytes_ > *space_left_) is_full_ = true;
   if (item.item.ends_with('/')) return;
-  std::string path = view_.MachinePath(item.item);
+  const std::string path = view_.MachinePath(item.item);
   if (notes_paths_) seen_.push_back(DigestOf(path));
   journal_.Consider();
   if (item.action == ResticItem::Action::kUnchanged) {
-    journal_.InSync(std::move(path));
+    journal_.InSync(path);
     return;
   }
   journal_.Sent(path, client_.machine().files.Size(path).value_or(0));
-  journal_.Changed(std::move(path));
+  journal_.Changed(path);
 }
 
 // What can't be read is reported by the scan and by the backup itself.
