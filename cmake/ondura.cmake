@@ -17,6 +17,21 @@ if(ONDURA_SANITIZE)
   target_link_options(ondura_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+# The JSON library of this system: headers alone, so good for Windows too. The cross compiler may not see the other
+# headers beside them.
+find_path(ONDURA_JSON_INCLUDE_DIR nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
+if(NOT ONDURA_JSON_INCLUDE_DIR)
+  message(FATAL_ERROR "No nlohmann/json.hpp: run scripts/setup, or set ONDURA_JSON_INCLUDE_DIR to its folder")
+endif()
+add_library(ondura_json INTERFACE)
+if(CMAKE_CROSSCOMPILING)
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/include)
+  file(CREATE_LINK ${ONDURA_JSON_INCLUDE_DIR}/nlohmann ${CMAKE_BINARY_DIR}/include/nlohmann SYMBOLIC)
+  target_include_directories(ondura_json SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/include)
+else()
+  target_include_directories(ondura_json SYSTEM INTERFACE ${ONDURA_JSON_INCLUDE_DIR})
+endif()
+
 # ondura_library(NAME FOLDER [LIBRARY...]): a static library of every .cpp file directly in FOLDER.
 function(ondura_library name folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)

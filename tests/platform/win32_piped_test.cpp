@@ -118,6 +118,27 @@ TEST_F(Win32PipedTest, ALineThatWaitsIsTakenBeforeTheExitCode) {
   EXPECT_THAT(RunToEnd(*program), ElementsAre("last", "= 0"));
 }
 
+// The program that these pipes are for: it is built with another runtime, and asks for the secrets by itself.
+TEST_F(Win32PipedTest, ResticFindsItsStoreAndItsPasswordOnPipes) {
+  const std::string restic = FolderOfTests() + "..\\..\\windows-tools\\restic.exe";
+  if (!machine_.files.Exists(restic)) GTEST_SKIP() << "no restic.exe: run scripts/setup --windows";
+  ASSERT_TRUE(machine_.folders.Make(folder_.path() + "\\Größe"));
+  ASSERT_TRUE(machine_.files.Write(folder_.path() + "\\Größe\\a.txt", "kept", IfPresent::kReplace));
+  const std::string restored = folder_.path() + "\\restored";
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"init"}, {"backup", "Größe"}, {"restore", "latest", "--target", restored}}) {
+    PipedRequest request{.file = restic, .arguments = words, .folder = folder_.path()};
+    request.secrets = {{"RESTIC_REPOSITORY_FILE", folder_.path() + "\\store"},
+                       {"RESTIC_PASSWORD_FILE", "secret"}};
+    request.environment = {"TMP=" + folder_.path(), "RESTIC_CACHE_DIR=" + folder_.path() + "\\cache"};
+    const auto program = machine_.processes.Start(request);
+    ASSERT_NE(program, nullptr);
+    const auto lines = RunToEnd(*program);
+    ASSERT_EQ(lines.back(), "= 0") << testing::PrintToString(lines);
+  }
+  EXPECT_EQ(machine_.files.Read(restored + "\\Größe\\a.txt"), "kept");
+}
+
 TEST_F(Win32PipedTest, APathIsTheSystemsOwn) {
   EXPECT_EQ(machine_.processes.SystemPath("c:\\Data\\FILE.txt"), "c:\\Data\\FILE.txt");
 }
