@@ -66,8 +66,9 @@ class Windows:
         return subprocess.Popen(self.command("cmd"), stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
 
     def play(self, action):
-        build = PROJECT / "build" / "windows-x64" / "rehearsal"
-        done = self.run(self.scenario, action, build / "rehearsal-engine.exe", build / "rehearsal-database-manager.exe")
+        build = PROJECT / "build" / "windows-x64"
+        done = self.run(self.scenario, action, build / "engines" / "rehearsal-engine.exe",
+                        build / "rehearsal" / "rehearsal-database-manager.exe")
         if done.returncode != 0:
             raise AssertionError(f"the scenario's {action} failed: {done.stderr}")
         return done.stdout.replace("\r", "")
