@@ -60,7 +60,7 @@ TEST_F(PosixPipedTest, TextsGoInAndLinesComeOut) {
       {R"(cat "$3"; echo "$2")", {.secrets = {{{}, "hidden ", "--file"}}}, {"hidden --file", "= 0"}},
       {R"(cat "$BIG" | wc -c)", {.secrets = {{"BIG", longest}}}, {"32768", "= 0"}},
       {"exec 1>&- 2>&-; sleep 0.2; exit 4", {}, {"= 4"}},
-      {"(sleep 30 & ) ; echo on", {}, {"on", "= 0"}},
+      {"(sleep 30 & ) ; echo on; printf rest", {}, {"on", "rest", "= 0"}},
       {"kill -9 $$", {}, {"= 137"}},
   };
   for (const Case& row : cases) {
@@ -105,6 +105,13 @@ TEST_F(PosixPipedTest, ItEndsByInterruptByKillAndWithTheObject) {
   ASSERT_TRUE(last);
   program.reset();
   EXPECT_EQ(kill(std::stoi(last->text), 0), -1);
+}
+
+TEST_F(PosixPipedTest, ALineThatWaitsIsTakenBeforeTheExitCode) {
+  const auto program = StartShell("echo last");
+  usleep(500'000);
+  EXPECT_EQ(program->ExitCode(), std::nullopt);
+  EXPECT_THAT(RunToEnd(*program), ElementsAre("last", "= 0"));
 }
 
 TEST_F(PosixPipedTest, APathOfTheMachineIsGivenAsTheSystemHasIt) {

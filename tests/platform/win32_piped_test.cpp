@@ -65,7 +65,7 @@ TEST_F(Win32PipedTest, TextsGoInAndLinesComeOut) {
        {"hidden 1", "hidden 2", "= 0"}},
       {{"file:BIG"}, {.secrets = {{"BIG", longest}}}, {longest, "= 0"}},
       {{"out:no end", "err:bad\n\nrest"}, {}, {"no end", "!bad", "!", "!rest", "= 0"}},
-      {{"copy:30000", "out:on\n"}, {}, {"on", "= 0"}},
+      {{"copy:30000", "out:on\nrest"}, {}, {"on", "rest", "= 0"}},
   };
   for (const Case& row : cases) {
     SCOPED_TRACE(testing::PrintToString(row.steps));

@@ -49,16 +49,12 @@ class LineReader {
 
   [[nodiscard]] const Fd& pipe() const { return pipe_; }
 
-  // Takes in what is there. A last line without an end counts when the pipe is closed.
+  // Takes in what is there.
   void Read(std::deque<PipedLine>& lines) {
     std::array<char, kChunkBytes> chunk;
     const ssize_t length = read(pipe_.get(), chunk.data(), chunk.size());
     if (length < 0 && LastError() == HostError::kInterrupted) return;
-    if (length <= 0) {
-      pipe_.Close();
-      if (!rest_.empty()) lines.push_back({stream_, std::exchange(rest_, {})});
-      return;
-    }
+    if (length <= 0) return Finish(lines);
     rest_.append(chunk.data(), static_cast<std::size_t>(length));
     std::size_t begin = 0;
     for (auto end = rest_.find('\n'); end != std::string::npos; end = rest_.find('\n', begin)) {
@@ -66,6 +62,12 @@ class LineReader {
       begin = end + 1;
     }
     rest_.erase(0, begin);
+  }
+
+  // Closes the pipe and hands out a last line that has no end.
+  void Finish(std::deque<PipedLine>& lines) {
+    pipe_.Close();
+    if (!rest_.empty()) lines.push_back({stream_, std::exchange(rest_, {})});
   }
 
  private:
@@ -86,7 +88,7 @@ class PipedChild : public PipedProgram {
 
   std::optional<PipedLine> NextLine(std::chrono::milliseconds limit) override {
     const Deadline deadline{limit};
-    while (lines_.empty() && (output_.pipe().valid() || error_.pipe().valid())) {
+    while (lines_.empty() && IsOpen()) {
       const nanoseconds left = deadline.Left();
       if (!WaitForOutput(std::max(left, nanoseconds{0})) && left <= nanoseconds{0}) return std::nullopt;
     }
@@ -100,7 +102,8 @@ class PipedChild : public PipedProgram {
   }
 
   std::optional<std::uint32_t> ExitCode() override {
-    if (!lines_.empty() || !process_.HasEnded()) return std::nullopt;
+    while (lines_.empty() && IsOpen() && WaitForOutput(nanoseconds{0})) continue;
+    if (!lines_.empty() || IsOpen() || !process_.HasEnded()) return std::nullopt;
     return process_.exit_code();
   }
 
@@ -112,6 +115,8 @@ class PipedChild : public PipedProgram {
   void Kill() override { process_.Kill(static_cast<std::uint32_t>(-1)); }
 
  private:
+  [[nodiscard]] bool IsOpen() const { return output_.pipe().valid() || error_.pipe().valid(); }
+
   // Takes in what comes within the time. A program of its own that the child has started may hold the pipes
   // open: once the child has ended, what is in them by then is all.
   bool WaitForOutput(nanoseconds limit) {
@@ -121,8 +126,8 @@ class PipedChild : public PipedProgram {
     const timespec left = ToTimespec(has_ended ? nanoseconds{0} : std::min(limit, nanoseconds{kLook}));
     const int answer = ppoll(questions.data(), questions.size(), &left, nullptr);
     if (answer == 0 && has_ended) {
-      output_ = LineReader{Fd{}, PipeStream::kOutput};
-      error_ = LineReader{Fd{}, PipeStream::kError};
+      output_.Finish(lines_);
+      error_.Finish(lines_);
     }
     if (answer <= 0) return false;
     if (questions[0].revents != 0) output_.Read(lines_);
