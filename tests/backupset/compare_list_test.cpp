@@ -8,6 +8,7 @@ namespace ondura {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr std::string_view kFirstPart = "TempCom\\CompareListInput1.txt";
 constexpr std::string_view kStamps = "/11-14-2026 12:30:00/11-14-2026 13:30:00/11-14-2026 11:30:00\r\n";
@@ -30,6 +31,14 @@ struct Build : BackupSetHouse {
     return paths;
   }
 
+  // A whole list, of all files below the folder.
+  std::vector<std::string> Collect(const char* folder = "C:\\docs") {
+    list.Begin();
+    EXPECT_EQ(Walk(folder), WalkOutcome::kDone);
+    list.Finish();
+    return Paths();
+  }
+
   MappedDrives drives{machine.machine().drives, transfer};
   CompareList list;
 };
@@ -43,9 +52,7 @@ TEST(CompareList, WritesPathSizeAndThreeStampsForEachFileBelowTheItem) {
   build.PutFile("C:\\data\\Acmeann\\CompareListInput.txt");
   build.PutFile("C:\\data\\Acmeann\\TempCom\\CompareListInput7.txt");
   build.PutList("SkippedFiles.txt", "C:\\of\\an\\earlier\\run\r\n");
-  EXPECT_EQ(build.list.Begin(), BuildStart::kReady);
-  EXPECT_EQ(build.Walk("C:\\docs"), WalkOutcome::kDone);
-  build.list.Finish();
+  build.Collect();
   EXPECT_EQ(build.List(kFirstPart),
             "C:\\docs\\Käse 𝄞.txt/5" + std::string{kStamps} + "C:\\docs\\t\xED\xA0\x80/5" +
                 std::string{kStamps} +
@@ -60,10 +67,7 @@ TEST(CompareList, ReadsBreadthFirstAndRepairsABlankBeforeABackslashInTheFolderTe
   Build build;
   build.PutFile("C:\\docs\\a \\deep\\1");
   build.PutFile("C:\\docs\\b\\2");
-  build.list.Begin();
-  build.Walk("C:\\docs");
-  build.list.Finish();
-  EXPECT_THAT(build.Paths(), ElementsAre("C:\\docs\\b\\2", "C:\\docs\\a\\deep\\1"));
+  EXPECT_THAT(build.Collect(), ElementsAre("C:\\docs\\b\\2", "C:\\docs\\a\\deep\\1"));
 }
 
 TEST(CompareList, SkipsPathsOfMoreThan256UnitsInBothFilesAndFilesWithoutAStamp) {
@@ -76,22 +80,17 @@ TEST(CompareList, SkipsPathsOfMoreThan256UnitsInBothFilesAndFilesWithoutAStamp) 
   build.PutFile(too_long);
   build.PutFile(folder + "z");
   build.machine.disk().SetModified(folder + "z", ToLocalTime({9999, 12, 31, 23, 30, 0}));
-  build.list.Begin();
-  build.Walk("C:\\docs");
-  build.list.Finish();
-  EXPECT_THAT(build.Paths(), ElementsAre(fits, too_long));
+  EXPECT_THAT(build.Collect(), ElementsAre(fits, too_long));
   EXPECT_EQ(build.List("SkippedFiles.txt"), too_long + "\r\n" + folder + "z\r\n");
   EXPECT_EQ(build.list.skipped(), 2);
 }
 
 struct PartCase {
   const char* story;
-  int files;
-  int waited_ms;
+  int files, waited_ms;
   const char* endings;  // null without an automatic selection
   const char* lines;    // of each part, as digits
-  const char* status_check_count;
-  const char* total;
+  const char *status_check_count, *total;
 };
 
 constexpr PartCase kPartCases[] = {{"an empty folder", 0, 0, nullptr, "0", "", "0\r\n0\r\n"},
@@ -141,9 +140,8 @@ TEST(CompareList, TakesOnlyNamesWithAnEndingAndOnlyFromFixedDrives) {
 
 TEST(CompareList, LeavesOutWhatIsExcludedAndNotesEachEntryOnce) {
   Build build;
-  for (const char* path : {"C:\\docs\\keep", "C:\\docs\\drop", "C:\\docs\\tmp\\1", "C:\\docs\\tmp2\\2"}) {
-    build.PutFile(path);
-  }
+  for (const char* name : {"keep", "drop", "tmp\\1", "tmp2\\2"})
+    build.PutFile("C:\\docs\\" + std::string{name});
   build.PutList("atbkupExcludelist.txt", "c:\\docs\\TMP\r\n");
   build.PutList("atbkupExcludeFilePath.txt", "C:\\DOCS\\drop\r\n");
   build.exclusions.Load();
@@ -151,9 +149,6 @@ TEST(CompareList, LeavesOutWhatIsExcludedAndNotesEachEntryOnce) {
   build.Walk("C:\\docs");
   build.Walk("C:\\docs\\drop", ItemKind::kFile);
   build.Walk("C:\\docs\\tmp\\1", ItemKind::kFile);
-  build.Walk("C:\\gone", ItemKind::kFile);
-  build.Walk("C:\\gone", ItemKind::kFolder);
-  build.Walk("", ItemKind::kFile);
   build.list.Finish();
   EXPECT_THAT(build.Paths(), ElementsAre("C:\\docs\\keep", "C:\\docs\\tmp2\\2", "C:\\docs\\tmp\\1"));
   EXPECT_THAT(build.exclusions.Applied(), ElementsAre("C:\\DOCS\\drop", "c:\\docs\\TMP"));
@@ -199,15 +194,13 @@ TEST(CompareList, ReachesTheFileInBlocksWhileItGrows) {
   Build build;
   build.PutFiles(2000);
   std::size_t most_waiting = 0;
-  std::size_t lines = 0;
-  build.list.Begin();
+  std::size_t written = 0;
   build.machine.OnPump([&] {
-    ++lines;
-    const std::size_t least = lines * (9 + 2 + kStamps.size()) * 2;
+    written += (9 + 2 + kStamps.size()) * 2;
     const std::size_t there = build.machine.FileBytes(build.UserFile(kFirstPart))->size();
-    most_waiting = std::max(most_waiting, least - std::min(least, there));
+    most_waiting = std::max(most_waiting, written - std::min(written, there));
   });
-  build.Walk("C:\\docs");
+  build.Collect();
   EXPECT_GT(most_waiting, 32U * 1024);
   EXPECT_LE(most_waiting, 64U * 1024);
 }
@@ -229,9 +222,7 @@ TEST(CompareList, LetsTheEngineReadWhatHasWaitedForASecondThoughNoLineComes) {
 }
 
 struct FailureCase {
-  const char* story;
-  const char* fault;
-  const char* path;
+  const char *story, *fault, *path;
   int lines_per_part;
   std::size_t lines;
 };
@@ -269,7 +260,7 @@ TEST(CompareList, LeavesOutWhatItCannotReadAndNamesIt) {
   build.Walk("C:\\gone", ItemKind::kFile);
   build.Walk("", ItemKind::kFile);
   build.list.Finish();
-  EXPECT_THAT(build.Paths(), ElementsAre());
+  EXPECT_THAT(build.Paths(), IsEmpty());
   EXPECT_THAT(
       Split(build.List("ScheduleTraceFile.txt"), "Left out, because "),
       ElementsAre(testing::_, testing::StartsWith("it is a link that leads off its drive : C:\\docs\\link"),

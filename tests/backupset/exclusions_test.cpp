@@ -15,8 +15,7 @@ struct FindCase {
   const char* story;
   ExclusionKind kind;
   const char* list;  // entries of the kind
-  const char* path;
-  const char* found;
+  const char *path, *found;
 };
 
 constexpr FindCase kFindCases[] = {

@@ -59,12 +59,9 @@ TEST(UNCPath, HoldsSixFieldsOfEachEntryFromEitherStore) {
 }
 
 struct PairCase {
-  const char* story;
-  const char* source;
-  const char* target;
+  const char *story, *source, *target;
   const char* line;  // up to the stamps
-  const char* queues;
-  const char* trace;
+  const char *queues, *trace;
 };
 
 constexpr PairCase kPairCases[] = {
@@ -96,8 +93,7 @@ TEST(ScanMappedPair, ListsOneFormAndNamesBoth) {
 }
 
 struct DriveCase {
-  const char* story;
-  const char* standard;
+  const char *story, *standard;
   std::vector<std::string> drives;
   bool is_blocked;
 };

@@ -9,8 +9,7 @@ SelectedItem Folder(std::string path) { return {std::move(path), ItemKind::kFold
 SelectedItem File(std::string path) { return {std::move(path), ItemKind::kFile}; }
 
 struct ItemCase {
-  const char* story;
-  const char* list;
+  const char *story, *list;
   std::vector<SelectedItem> items;
 };
 

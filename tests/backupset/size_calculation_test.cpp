@@ -51,9 +51,7 @@ struct Sizes : BackupSetHouse {
 };
 
 struct SizeCase {
-  const char* story;
-  const char* items;
-  const char* want;
+  const char *story, *items, *want;
   const char* folders = "";  // excluded
   const char* files = "";    // excluded
 };
@@ -145,10 +143,8 @@ TEST(CalculateTotalSize, StopsBehindALineAndLeavesTheOldOutput) {
 
 struct PauseCase {
   const char* story;
-  int files;
-  int folders;
-  const char* items;
-  const char* excluded;
+  int files, folders;
+  const char *items, *excluded;
   int waited_ms;
 };
 
