@@ -15,10 +15,7 @@ using namespace std::chrono_literals;
 
 struct Plan {
   const char* user;  // in the order of the user list
-  const char* first;
-  const char* repeatkind;
-  const char* daymask;
-  const char* onceflag;
+  const char *first, *repeatkind, *daymask, *onceflag;
   int runs;  // in the whole year
   int misses;
   const char* next;  // when it is over; empty without a record

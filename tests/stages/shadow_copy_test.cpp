@@ -80,7 +80,6 @@ TEST_F(ShadowCopyStory, TheSmallHelperIsServedUntilItsProcessIsGone) {
   EXPECT_EQ(MainTrace(),
             "launched the exe... C:\\data\\AcmeVSS_Vista32.exe -c C:\\ t\xC3\xBCr\r\n[VSS] Backup "
             "completed\r\n");
-  EXPECT_EQ(machine_.OpenHandles(), 0U);
   shadow_.Cont_LaunchAdminProcess();
   EXPECT_EQ(machine_.Launches().size(), 1U) << "a request that is done stays done";
 }

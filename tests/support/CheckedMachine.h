@@ -6,13 +6,15 @@
 
 namespace ondura {
 
-// A simulated machine that fails the test when one of its scripted faults has met no call.
+// A simulated machine that fails the test when one of its scripted faults has met no call, or when a handle
+// of a process was left open.
 class CheckedMachine : public SimulatedMachine {
  public:
   using SimulatedMachine::SimulatedMachine;
 
   ~CheckedMachine() {
     for (const std::string& pattern : UnfiredFaults()) ADD_FAILURE() << "no call met the fault " << pattern;
+    EXPECT_EQ(OpenHandles(), 0U) << "handles were left open";
   }
 };
 
