@@ -63,11 +63,11 @@ TEST(CheckLDBStatus, TakesItsBranch) {
   for (const CheckCase& row :
        {CheckCase{"watched, no scan: the scanner rebuilds", "1", "", "ann", "ANN", kNoScan,
                   "OxScan.exe:29:C:\\data", 2500},
-        CheckCase{"watched, scan under way: waits for it", "1", "1", "ann", "ann", kForeignScan, "", 1000},
-        CheckCase{"new owner: cleared twice", "0", "0", "ann", "bob", kNewOwner, kByEngine, 4500},
-        CheckCase{"the same owner: the engine", "0", "0", " ann", "Ann ", kDigests, kByEngine, 3500},
-        CheckCase{"no owner is no new owner", "", "", "", "bob", kDigests, kByEngine, 3500},
-        CheckCase{"without an engine it goes on", "", "", "", "", kDigests, kByEngine, 3000, false}}) {
+        {"watched, scan under way: waits for it", "1", "1", "ann", "ann", kForeignScan, "", 1000},
+        {"new owner: cleared twice", "0", "0", "ann", "bob", kNewOwner, kByEngine, 4500},
+        {"the same owner: the engine", "0", "0", " ann", "Ann ", kDigests, kByEngine, 3500},
+        {"no owner is no new owner", "", "", "", "bob", kDigests, kByEngine, 3500},
+        {"without an engine it goes on", "", "", "", "", kDigests, kByEngine, 3000, false}}) {
     SCOPED_TRACE(row.story);
     DatabaseHouse house;
     house.SetProfile("REALTIME", "WatcherStatus", row.watcher);
@@ -95,8 +95,8 @@ struct AbortCase {
 
 TEST(CheckLDBStatus, EndsEveryWaitWithFourAtAnAbortAndLeavesTheKeys) {
   for (const AbortCase& row : {AbortCase{"1", "1", "User aborted scheduled backup Scan is going on", false},
-                               AbortCase{"1", "0", "User aborted scheduled backup Scan in progress", true},
-                               AbortCase{"0", "0", "User aborted scheduled backup 30 in progress", true}}) {
+                               {"1", "0", "User aborted scheduled backup Scan in progress", true},
+                               {"0", "0", "User aborted scheduled backup 30 in progress", true}}) {
     SCOPED_TRACE(row.text);
     DatabaseHouse house;
     for (const auto program : {kScanner, kEngine}) {

@@ -205,11 +205,11 @@ TEST(GetLongPath, AsksTheMachineAndElseLooksForEachShortPart) {
   };
   for (const auto& [story, path, long_path, rebuilt] :
        {Row{"nothing there", "E:\\NO~1\\x", "E:\\NO~1\\x", "E:\\NO~1\\x"},
-        Row{"nothing short", "E:\\D\\A", "E:\\d\\a", "E:\\D\\A"},
-        Row{"folder and file", "E:\\a b~1\\FILE~1.TXT", "E:\\a b c\\file one.txt", "E:\\a b c\\file one.txt"},
-        Row{"a trailing backslash", "E:\\A B~1\\", "E:\\a b c", "E:\\a b c\\"},
-        Row{"a share", "\\\\srv\\sh\\LONG~1\\f", "\\\\srv\\sh\\longer\\f", "\\\\srv\\sh\\longer\\f"},
-        Row{"a sign that is no short name", "E:\\tilde~\\x", "E:\\tilde~\\x", "E:\\tilde~\\x"}}) {
+        {"nothing short", "E:\\D\\A", "E:\\d\\a", "E:\\D\\A"},
+        {"folder and file", "E:\\a b~1\\FILE~1.TXT", "E:\\a b c\\file one.txt", "E:\\a b c\\file one.txt"},
+        {"a trailing backslash", "E:\\A B~1\\", "E:\\a b c", "E:\\a b c\\"},
+        {"a share", "\\\\srv\\sh\\LONG~1\\f", "\\\\srv\\sh\\longer\\f", "\\\\srv\\sh\\longer\\f"},
+        {"a sign that is no short name", "E:\\tilde~\\x", "E:\\tilde~\\x", "E:\\tilde~\\x"}}) {
     EXPECT_EQ(GetLongPath(house.machine.machine(), path), long_path) << story;
     house.machine.Fail("Drives.LongPath");
     EXPECT_EQ(GetLongPath(house.machine.machine(), path), rebuilt) << story;

@@ -81,6 +81,14 @@ class StageHouse : public DueHouse {
     EXPECT_EQ(NextTime(), kTomorrow);
   }
 
+  // The same with the session log that most stages write, and the word for the user interface.
+  void ExpectFailedEnd(const std::string& code, const std::string& result_text, const std::string& trace,
+                       const std::string& total_time) {
+    ExpectFailedEnd(code, result_text, trace);
+    EXPECT_EQ(SessionLog(), FailedLog(result_text, total_time));
+    EXPECT_EQ(Text("SchStatus.txt"), "View the log to know the status of the backup job.\r\n");
+  }
+
  private:
   static bool Has(const std::string& line, std::string_view part) {
     return line.find(part) != std::string::npos;

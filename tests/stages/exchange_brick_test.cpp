@@ -128,23 +128,19 @@ TEST(ExchangeBrickStory, AFailureLeavesItsLogsItsKeysAndItsTraces) {
       FailureCase{"a folder that can't be written",
                   [](BrickHouse& house) { house.machine.Fail("Files.Write C:\\Mail\\tmp.mtp"); }, kUnwritable,
                   kUnwritableTrace, kUnwritableLine, kUnwritableLine, true},
-      FailureCase{"a folder of blanks without the own folder in its place",
-                  [](BrickHouse& house) { house.WriteAccount("EXCHBRICK", "   "); }, kUnwritable,
-                  kUnwritableTrace, kUnwritableLine, kUnwritableLine, true},
-      FailureCase{"a line without mailboxes",
-                  [](BrickHouse& house) {
-                    house.machine.PutFile(house.UserPath("BackupSetData.txt"), "OxExchBrick; ;");
-                  },
-                  "Version No: 3.4.1" + kTail, kAbortTrace + "Version No: 3.4.1<log>",
-                  "Version No: 3.4.1\r\n", "", false},
-      FailureCase{"a tool with a reason", ToolLeaves(" 3 \r\nx\r\n", "No mailbox."), "No mailbox." + kTail,
-                  kAbortTrace + "No mailbox.<log>", "No mailbox.\r\n", "No mailbox.\r\n", true},
-      FailureCase{"a tool that was cancelled", ToolLeaves("2", "Stopped."), kCancelled + ".",
-                  kAbortTrace + kCancelled + "<log>", "\r\n",
-                  "Stopped.\r\n11-14-2026 12-30-22" + kCancelledLine, true},
-      FailureCase{"a user's stop", UserStopsTheTool, kCancelled + ".",
-                  "ScheduleCancelled 1\nAborted...\n" + kAbortTrace + kCancelled + "<log>", "\r\n",
-                  "11-14-2026 12-30-24" + kCancelledLine, true}};
+      {"a folder of blanks without the own folder in its place",
+       [](BrickHouse& house) { house.WriteAccount("EXCHBRICK", "   "); }, kUnwritable, kUnwritableTrace,
+       kUnwritableLine, kUnwritableLine, true},
+      {"a line without mailboxes", [](BrickHouse& house) { house.PutBackupSet("OxExchBrick; ;"); },
+       "Version No: 3.4.1" + kTail, kAbortTrace + "Version No: 3.4.1<log>", "Version No: 3.4.1\r\n", "",
+       false},
+      {"a tool with a reason", ToolLeaves(" 3 \r\nx\r\n", "No mailbox."), "No mailbox." + kTail,
+       kAbortTrace + "No mailbox.<log>", "No mailbox.\r\n", "No mailbox.\r\n", true},
+      {"a tool that was cancelled", ToolLeaves("2", "Stopped."), kCancelled + ".",
+       kAbortTrace + kCancelled + "<log>", "\r\n", "Stopped.\r\n11-14-2026 12-30-22" + kCancelledLine, true},
+      {"a user's stop", UserStopsTheTool, kCancelled + ".",
+       "ScheduleCancelled 1\nAborted...\n" + kAbortTrace + kCancelled + "<log>", "\r\n",
+       "11-14-2026 12-30-24" + kCancelledLine, true}};
   for (const FailureCase& row : rows) {
     SCOPED_TRACE(row.story);
     BrickHouse house;
@@ -171,8 +167,8 @@ TEST(ExchangeBrickStory, WithoutAFolderTheJobIsRefusedWithAnOrdinaryLog) {
   house.Tick();
   const std::string text =
       "The temporary path used in the Exchange server brick level backup operation was not found";
-  house.ExpectFailedEnd("4", text, "@ Exchange Brick Level Backup Temp path not found \n@ " + text + "<log>");
-  EXPECT_EQ(house.SessionLog(), StageHouse::FailedLog(text, "Total Time\r\n"));
+  house.ExpectFailedEnd("4", text, "@ Exchange Brick Level Backup Temp path not found \n@ " + text + "<log>",
+                        "Total Time\r\n");
 }
 
 TEST(ExchangeBrickStory, OnlyAToolThatWasStartedIsAwaitedWhateverTheHostEnds) {

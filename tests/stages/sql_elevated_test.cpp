@@ -63,14 +63,14 @@ struct RequestCase {
 TEST(SqlElevated, ServesARequestOnce) {
   for (const RequestCase& row :
        {RequestCase{"nobody asks", nullptr, true, Stop::kNone, 0, "<none>", "<none>"},
-        RequestCase{"nothing is to be done", "0\r\n", true, Stop::kNone, 0, "0\r\n", "<none>"},
-        RequestCase{"it was served before", "2\r\n", true, Stop::kNone, 0, "2\r\n", "<none>"},
-        RequestCase{"without a command nothing starts", " 1 \r\n", false, Stop::kNone, 0, "2\r\n", "<none>"},
-        RequestCase{"a command of a person without rights is not obeyed", "1\r\n", true, Stop::kNone, 0,
-                    "2\r\n", "<none>", true},
-        RequestCase{"the tool is awaited", "1\r\n", true, Stop::kNone, 1, "2\r\n", "<none>"},
-        RequestCase{"the user's stop goes on to the tool", "1\r\n", true, Stop::kByUser, 1, "2\r\n", "2\r\n"},
-        RequestCase{"the host's stop too", "1\r\n", true, Stop::kByHost, 1, "2\r\n", "2\r\n"}}) {
+        {"nothing is to be done", "0\r\n", true, Stop::kNone, 0, "0\r\n", "<none>"},
+        {"it was served before", "2\r\n", true, Stop::kNone, 0, "2\r\n", "<none>"},
+        {"without a command nothing starts", " 1 \r\n", false, Stop::kNone, 0, "2\r\n", "<none>"},
+        {"a command of a person without rights is not obeyed", "1\r\n", true, Stop::kNone, 0, "2\r\n",
+         "<none>", true},
+        {"the tool is awaited", "1\r\n", true, Stop::kNone, 1, "2\r\n", "<none>"},
+        {"the user's stop goes on to the tool", "1\r\n", true, Stop::kByUser, 1, "2\r\n", "2\r\n"},
+        {"the host's stop too", "1\r\n", true, Stop::kByHost, 1, "2\r\n", "2\r\n"}}) {
     SCOPED_TRACE(row.story);
     SqlHouse house;
     Controller& host = house.Twin().controller();
