@@ -26,11 +26,10 @@ struct Network : BackupSetHouse {
 TEST(UNCPath, HasARowForEachEntryOfASensibleCount) {
   const std::map<std::string, std::size_t> rows{{" 2 ", 2}, {"2000000000", 10'000}};
   for (const char* count : {"", "0", "-3", "2 drives", "99999999999999999999", " 2 ", "2000000000"}) {
-    SCOPED_TRACE(count);
     Network house;
     house.PutMachineKey("UNCCount", count);
     house.paths.ReadProfilefromRegistryUNCSch();
-    EXPECT_EQ(house.paths.UNCPath().size(), rows.contains(count) ? rows.at(count) : 0);
+    EXPECT_EQ(house.paths.UNCPath().size(), rows.contains(count) ? rows.at(count) : 0) << count;
   }
 }
 
@@ -114,13 +113,8 @@ TEST(CheckServiceModeMappedDrive, KeepsTheServiceFromDrivesThatItDoesNotHave) {
     house.machine.WriteIni("C:\\data\\UserName.ini", "Tolmera", "Standard", row.standard);
     MappedDrives drives{house.machine.machine().drives, house.transfer};
     drives.drive_list() = row.drives;
-    CompareList list{house.machine.machine(),
-                     house.installation,
-                     house.transfer,
-                     house.exclusions,
-                     drives,
-                     house.stop,
-                     house.trace};
+    CompareList list(house.machine.machine(), house.installation, house.transfer, house.exclusions, drives,
+                     house.stop, house.trace);
     EXPECT_EQ(list.Begin(), row.is_blocked ? BuildStart::kBlocked : BuildStart::kReady);
     EXPECT_EQ(drives.check_made(), *row.standard == '0');
   }

@@ -20,6 +20,8 @@ class StoreHouse : public ExchangeHouse {
     });
   }
 
+  std::string state_after_stop;
+
   void OnTool(const Program& script) { machine.InstallProgram(kStoreTool, script); }
   void PutState(const std::string& state) { machine.PutFile(UserPath("ExchBackupStatus.txt"), state); }
 };
@@ -106,7 +108,9 @@ Given StoppedBy(void (*stop)(StoreHouse&)) {
     house.OnTool([&house, stop](ProgramRun& tool) {
       tool.NeverEnds();
       tool.After(5s, [&house, stop] { stop(house); });
+      tool.After(15s, [&house] { house.state_after_stop = house.Bytes("ExchBackupStatus.txt"); });
     });
+    house.machine.PutProcess(House::kEngine);
   };
 }
 
@@ -146,20 +150,11 @@ TEST(ExchangeStoreStory, AFailureLeavesItsLogItsKeysAndItsTraces) {
     row.given(house);
     house.Tick();
     house.ExpectFailedEnd(row.code, row.result_text, row.trace, "Total Time" + row.total_time + "\r\n");
+    const bool is_stopped = row.trace == kStoppedTrace;
+    EXPECT_EQ(house.state_after_stop, is_stopped ? "2\r\n" : "");
+    EXPECT_EQ(house.machine.IsRunning("TolmeraProfExchBkp.exe"), is_stopped) << "it ends by itself";
+    EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
   }
-}
-
-TEST(ExchangeStoreStory, AStopEndsTheEngineAndTellsTheTool) {
-  StoreHouse house;
-  StoppedBy(UserStops)(house);
-  house.machine.PutProcess(House::kEngine);
-  std::string state;
-  house.machine.After(15s, [&] { state = house.Bytes("ExchBackupStatus.txt"); });
-  house.Tick();
-  EXPECT_EQ(state, "2\r\n");
-  EXPECT_EQ(house.Bytes("ExchBackupStatus.txt"), "0\r\n");
-  EXPECT_FALSE(house.machine.IsRunning("OndClsClient.exe"));
-  EXPECT_TRUE(house.machine.IsRunning("TolmeraProfExchBkp.exe")) << "it ends by itself";
 }
 
 TEST(ExchangeStoreStory, TheFolderIsWatchedUntilItRestsAndNobodyCanStopThat) {

@@ -93,9 +93,8 @@ TEST(SqlElevated, ServesARequestOnce) {
     EXPECT_EQ(house.Data("OxWin\\SqlLaunchStatus.txt"), row.status_after);
     EXPECT_EQ(house.Data("OxWin\\SQLScheduleStatus.txt"), row.tool_status);
     EXPECT_EQ(house.machine.IsRunning("tolmera_sqlbackup.exe"), row.stop != Stop::kNone);
-    for (const LaunchRequest& launch : house.machine.Launches()) {
-      EXPECT_EQ(launch.file + " " + launch.parameters, command);
-    }
+    for (const LaunchRequest& tool : house.machine.Launches())
+      EXPECT_EQ(tool.file + " " + tool.parameters, command);
   }
 }
 
