@@ -208,7 +208,12 @@ std::unique_ptr<PipedProgram> StartPiped(const PipedRequest& request, HANDLE job
     if (secret.text.size() > kPipedTextLimit) return nullptr;
     secrets.push_back(std::make_unique<SecretPipe>(secret.text));
     if (secrets.back()->path().empty()) return nullptr;
-    environment.push_back(secret.variable + "=" + secrets.back()->path());
+    const std::string& path = secrets.back()->path();
+    if (secret.option.empty()) {
+      environment.push_back(secret.variable + "=" + path);
+    } else {
+      command += L' ' + QuotedArgument(ToWide(secret.option)) + L' ' + QuotedArgument(ToWide(path));
+    }
   }
   std::wstring block = EnvironmentBlock(environment);
   const std::wstring folder = WidePath(request.folder);
