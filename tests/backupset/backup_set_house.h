@@ -51,7 +51,7 @@ struct BackupSetHouse {
     return machine.ReadIni("C:\\data\\UserName.ini", section, key);
   }
 
-  CheckedMachine machine;
+  TidyMachine machine;
   Installation installation;
   Options options{machine.machine(), installation};
   Trace trace{options, machine.machine().clock};

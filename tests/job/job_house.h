@@ -50,7 +50,7 @@ struct JobHouse {
     Stage* stage = nullptr;
   };
 
-  CheckedMachine machine;
+  TidyMachine machine;
   const Machine& ports = machine.machine();
   Installation installation;
   Options options{ports, installation};

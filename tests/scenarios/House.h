@@ -27,7 +27,7 @@ class House {
 
   explicit House(LocalTime now = SimulatedMachine::kDefaultStart);
 
-  CheckedMachine machine;
+  TidyMachine machine;
 
   // A value of the product configuration, which the start of a component reads.
   void Configure(std::string_view key, std::string_view value);

@@ -39,7 +39,7 @@ class ShadowCopyStory : public testing::Test {
   std::string UserTrace() { return Trace("C:\\data\\Acmeann\\ScheduleTraceFile.txt"); }
   std::string MainTrace() { return Trace("C:\\data\\ScheduleTraceFile.txt"); }
 
-  CheckedMachine machine_;
+  TidyMachine machine_;
   Installation installation_;
   Options options_{machine_.machine(), installation_};
   ondura::Trace trace_{options_, machine_.machine().clock};

@@ -25,7 +25,7 @@ class TraceLines : public TraceSink {
 
 class SystemTest : public testing::Test {
  protected:
-  CheckedMachine machine_;
+  TidyMachine machine_;
   TraceLines trace_;
   MachineFacts system_{machine_.machine(), trace_};
   Programs programs_{machine_.machine(), system_, trace_};
