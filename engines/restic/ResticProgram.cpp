@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "text/text.h"
+#include "util/folder_size.h"
 
 namespace ondura::engines {
 
@@ -51,6 +52,7 @@ ResticProgram::ResticProgram(Client& client, const StoreSettings& settings, Acco
     : client_(client), settings_(settings), account_(std::move(account)), view_(view) {
   password_ = account_.encryption_password.empty() ? account_.password : account_.encryption_password;
   const Machine& machine = client_.machine();
+  cache_ = work_folder + "\\Cache";
   for (auto [name, folder] : {std::pair{"\\Cache", &cache_folder_}, std::pair{"\\Temp", &temp_folder_}}) {
     machine.folders.Make(work_folder + name);
     *folder = machine.processes.SystemPath(work_folder + name);
@@ -110,6 +112,9 @@ PipedRequest ResticProgram::RequestOf(const Run& run) const {
   }
   request.environment = view_.Environment();
   request.environment.push_back("RESTIC_PROGRESS_FPS=1");
+  // Its memory is collected late by default: 210 MB for 200,000 files, where 130 do as well.
+  request.environment.push_back("GOGC=50");
+  request.environment.push_back("GOMEMLIMIT=" + std::to_string(MemoryLimit()));
   request.environment.push_back("RESTIC_CACHE_DIR=" + cache_folder_);
   for (const char* const name : {"TMPDIR=", "TMP=", "TEMP="})
     request.environment.push_back(name + temp_folder_);
@@ -119,6 +124,21 @@ PipedRequest ResticProgram::RequestOf(const Run& run) const {
   request.secrets.push_back({"RESTIC_REPOSITORY_FILE", RepositoryWithLogin()});
   AddStoreSecrets(request);
   return request;
+}
+
+// The index of the store has to fit in, or the program would do nothing but collect. In memory it is several
+// times as large as in the cache.
+std::uint64_t ResticProgram::MemoryLimit() const {
+  constexpr std::uint64_t kBase = 80 * 1024 * 1024;
+  constexpr std::uint64_t kIndexGrowth = 10;
+  Folders& folders = client_.machine().folders;
+  std::uint64_t index_bytes = 0;
+  folders.List(cache_, [&](const FolderEntry& entry) {
+    if (entry.is_folder)
+      index_bytes += SizeOfFolder(folders, cache_ + "\\" + std::string{entry.name} + "\\index\\");
+    return Visit::kContinue;
+  });
+  return kBase + kIndexGrowth * index_bytes;
 }
 
 void ResticProgram::AddStoreSecrets(PipedRequest& request) const {

@@ -59,6 +59,7 @@ class ResticProgram {
 
  private:
   [[nodiscard]] PipedRequest RequestOf(const Run& run) const;
+  [[nodiscard]] std::uint64_t MemoryLimit() const;
   void AddStoreSecrets(PipedRequest& request) const;
   void AddProxy(std::vector<std::string>& environment) const;
   [[nodiscard]] std::string RepositoryWithLogin() const;
@@ -67,6 +68,7 @@ class ResticProgram {
   const StoreSettings& settings_;
   Account account_;
   SystemView& view_;
+  std::string cache_;         // the folder for restic's cache, as the machine has it
   std::string cache_folder_;  // in the system's form
   std::string temp_folder_;
   std::string password_;
