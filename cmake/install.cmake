@@ -7,8 +7,8 @@ if(WIN32)
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs
           LIBRARY DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
 else()
-  # The host looks for the mail helper beside itself.
-  install(TARGETS ondura ondura-host OndruaEStartup RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
+  # The host looks for the mail helper beside itself, `ondura init` for engine and scanner.
+  install(TARGETS ondura ondura-host OndruaEStartup restic-engine restic-scanner RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
 endif()
 
 install(TARGETS rehearsal-engine rehearsal-scanner rehearsal-database-manager

@@ -48,6 +48,11 @@ std::string SizeText(std::uint64_t bytes) {
   return text.str();
 }
 
+// "1 file", "2 files".
+std::string CountText(int count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 // A command that shows answers, or gives them as one JSON array. Returns how many there were.
 int ShowAll(const Globals& globals, const StoreRequest& request, const EngineDoor::Question& question,
             const EngineDoor::Take& show) {
@@ -113,8 +118,9 @@ void ShowRestored(const StoreRequest& request, const std::string& folder, const 
     std::cout << row.dump(2) << "\n";
     return;
   }
-  std::cout << "Restored " << answer.value("files", 0) << " files in " << answer.value("folders", 0)
-            << " folders, " << SizeText(answer.value("bytes", std::uint64_t{0})) << ", as they were at "
+  std::cout << "Restored " << CountText(answer.value("files", 0), "file") << " in "
+            << CountText(answer.value("folders", 0), "folder") << ", "
+            << SizeText(answer.value("bytes", std::uint64_t{0})) << ", as they were at "
             << TimeText(answer, "time") << ", to " << folder << "\n";
 }
 

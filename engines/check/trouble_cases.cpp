@@ -102,6 +102,11 @@ void Stops(const CheckPlan& plan) {
     Require(house.WaitForEnd(engine, 9s),
             std::string{key->name} + " " + value + " did not end it within nine seconds");
     Expect("the result of " + std::string{key->name} + " " + value, result.Text(), house.Result());
+    // The mail's subject is the end of this line.
+    const std::string log = house.NewestLog();
+    Require(log.find(result == kCancelled ? "Backup Canceled" : "hard stop") != std::string::npos &&
+                log.find("[Backed up Files : ") != std::string::npos,
+            "the session log does not end with how it was stopped");
   }
 }
 

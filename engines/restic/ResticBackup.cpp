@@ -51,11 +51,10 @@ ResticBackup::ResticBackup(Client& client, ResticProgram& program, SystemView& v
 EngineResult ResticBackup::Run(const TransferRequest& request, const std::vector<std::string>& marks,
                                const std::string& parent, std::optional<std::uint64_t> space_left) {
   space_left_ = space_left;
-  std::optional<int> part_count;
-  if (request.compare_list != nullptr) {
+  if (request.compare_list != nullptr && !part_count_) {
     notes_paths_ = true;
-    part_count = request.compare_list->WaitForEnd([this] { return IsOver(); });
-    if (!part_count && !IsOver()) {
+    part_count_ = request.compare_list->WaitForEnd([this] { return IsOver(); });
+    if (!part_count_ && !IsOver()) {
       journal_.Say("The list of files from the job ended before its time; nothing is backed up.");
       return engine_results::kEndedAbnormally;
     }
@@ -82,7 +81,7 @@ EngineResult ResticBackup::Run(const TransferRequest& request, const std::vector
   const ResticEnd end = program_.Do({.arguments = std::move(arguments),
                                      .take_line = [this](const PipedLine& line) { Take(line); },
                                      .is_over = [this] { return IsOver(); }});
-  if (!snapshot_id_.empty() && part_count && !HoldAgainst(*request.compare_list, *part_count)) {
+  if (!snapshot_id_.empty() && part_count_ && !HoldAgainst(*request.compare_list, *part_count_)) {
     journal_.Say("A part of the list of files from the job is missing; what it named may not be saved.");
     return engine_results::kEndedAbnormally;
   }

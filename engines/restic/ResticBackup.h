@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -25,6 +26,9 @@ class ResticBackup {
   // compare with; empty for none.
   EngineResult Run(const TransferRequest& request, const std::vector<std::string>& marks,
                    const std::string& parent, std::optional<std::uint64_t> space_left);
+
+  // True once restic has looked at files: what it sends from then on is in the store.
+  [[nodiscard]] bool HasBegun() const { return has_begun_; }
 
   // The snapshot that was made; empty if none was.
   [[nodiscard]] const std::string& snapshot_id() const { return snapshot_id_; }
@@ -60,6 +64,7 @@ class ResticBackup {
   std::string targets_path_;
   std::string exclusions_path_;
 
+  std::optional<int> part_count_;  // of the compare list, once it has ended
   bool notes_paths_ = false;
   std::vector<std::uint64_t> seen_;  // digests of the paths that restic has reported, with the compare list
   std::unordered_set<std::string> failed_;

@@ -82,7 +82,8 @@ bool ResticDoor::Enter() {
 int ResticDoor::ShowStore() {
   const StoreSettings& settings = store_.settings();
   Json answer{{"type", "store"},
-              {"location", settings.store_folder.empty() ? settings.repository : settings.store_folder},
+              {"location",
+               settings.store_folder.empty() ? WithoutLogins(settings.repository) : settings.store_folder},
               {"max_bytes", settings.max_bytes}};
   if (const auto checked = store_.record().LastCheck()) {
     answer["last_check"] = FormatDate(kStampPicture, *checked);

@@ -34,17 +34,6 @@ std::string UrlEscaped(std::string_view text) {
   return escaped;
 }
 
-// What restic says may hold an address with its login.
-std::string WithoutLogins(std::string text) {
-  constexpr std::string_view kLead = "://";
-  for (auto at = text.find(kLead); at != std::string::npos; at = text.find(kLead, at + 1)) {
-    const auto begin = at + kLead.size();
-    const auto end = text.find_first_of("@/ \n", begin);
-    if (end != std::string::npos && text[end] == '@') text.replace(begin, end - begin, "***");
-  }
-  return text;
-}
-
 }  // namespace
 
 ResticProgram::ResticProgram(Client& client, const StoreSettings& settings, Account account, SystemView& view,
@@ -78,7 +67,7 @@ ResticEnd ResticProgram::Do(const Run& run) {
       }
     } else if (const auto code = program->ExitCode()) {
       end.exit_code = *code;
-      end.words = WithoutLogins(end.words);
+      end.words = WithoutLogins(std::move(end.words));  // it may name an address
       return end;
     } else {
       spent += kLook;
@@ -180,6 +169,16 @@ void ResticProgram::AddProxy(std::vector<std::string>& environment) const {
   const std::string scheme = ReadsAsTrue(read(profile_keys::kProxySocks)) ? "socks5://" : "http://";
   const std::string proxy = scheme + login + address + ":" + read(profile_keys::kProxyPort);
   for (const char* const name : {"HTTP_PROXY=", "HTTPS_PROXY="}) environment.push_back(name + proxy);
+}
+
+std::string WithoutLogins(std::string text) {
+  constexpr std::string_view kLead = "://";
+  for (auto at = text.find(kLead); at != std::string::npos; at = text.find(kLead, at + 1)) {
+    const auto begin = at + kLead.size();
+    const auto end = text.find_first_of("@/ \n", begin);
+    if (end != std::string::npos && text[end] == '@') text.replace(begin, end - begin, "***");
+  }
+  return text;
 }
 
 std::string SshCommand(const std::string& repository, const std::string& config_file) {

@@ -74,6 +74,9 @@ class ResticProgram {
   std::string password_;
 };
 
+// The text with "***" in the place of each login in an address.
+std::string WithoutLogins(std::string text);
+
 // The command that restic starts for a repository of kind "sftp": never asks, and reads `config_file` where
 // it is not empty.
 std::string SshCommand(const std::string& repository, const std::string& config_file);

@@ -22,7 +22,7 @@ using namespace engine_results;
 constexpr auto kEnterLimit = 20s;
 constexpr auto kLookLimit = 120s;
 
-// Over a store as large as this nobody has a say; the user interface shows it as unlimited.
+// What is reported for a store without a limit: the keys of the quota have no word for that.
 constexpr std::uint64_t kNoLimit = std::uint64_t{1} << 50;
 
 std::string DatabasePath(const Client& client) {
@@ -205,8 +205,8 @@ EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJourn
   EngineResult result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
   if (backup.ParentIsGone() && Newest() == kDone)
     result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
+  if (!backup.HasBegun() || !backup.snapshot_id().empty()) record_.SetRunOpen(false);
   if (backup.snapshot_id().empty()) return result;
-  record_.SetRunOpen(false);
   client_.text_files().Write(DatabasePath(client_),
                              "Snapshot=" + backup.snapshot_id() + std::string{kLineEnd}, Encoding::kUtf16);
   journal.Say("Snapshot " + backup.snapshot_id() + " holds this state.");
