@@ -90,7 +90,7 @@ void Times(const CheckPlan& plan) {
 
 void Names(const CheckPlan& plan) {
   CheckMachine house(plan, "names");
-  const std::string host = house.HostPath(kFolder);
+  const fs::path host = house.HostPath(kFolder);
   const std::vector<std::string> names{"[brackets] $HOME #hash !bang %TEMP% {x}",
                                        " blank in front",
                                        "blank at the end ",
@@ -104,9 +104,9 @@ void Names(const CheckPlan& plan) {
                                        "-dash",
                                        "bytes that are no UTF-8 \xFF\xFE",
                                        std::string(255, 'n')};
-  for (const std::string& name : names) std::ofstream(host + "/" + name) << name;
-  std::ofstream(host + "/case") << "small";
-  std::ofstream(host + "/CASE") << "large";
+  for (const std::string& name : names) std::ofstream(host / name) << name;
+  std::ofstream(host / "case") << "small";
+  std::ofstream(host / "CASE") << "large";
   house.Select({kFolder});
   const std::string result = BackUp(house);
   // Two names that differ in letter case alone are one to some stores, which then say so.

@@ -69,12 +69,10 @@ EngineResult Perform(Client& client, Store& store, const Account& account, Engin
 
 // The result is a number; what it comes from is here.
 void Trace(Client& client, EngineCommand command, EngineResult result, const std::string& reason) {
-  const std::string stamp = FormatDate(kStampPicture, client.machine().clock.Now());
+  const std::string lead = FormatDate(kStampPicture, client.machine().clock.Now()) + "  command " +
+                           NumberOf(command) + ", " + result.Text() + ": ";
   std::string text;
-  for (const std::string& line : LinesOf(reason)) {
-    text +=
-        stamp + "  command " + NumberOf(command) + ", " + result.Text() + ": " + line + std::string{kLineEnd};
-  }
+  for (const std::string& line : LinesOf(reason)) text.append(lead).append(line).append(kLineEnd);
   client.text_files().Append(client.installation().UserFile(engine_files::kEngineTrace), text,
                              Encoding::kCodePage, IfMissing::kCreate);
 }

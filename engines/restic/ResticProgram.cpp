@@ -118,7 +118,7 @@ PipedRequest ResticProgram::RequestOf(const Run& run) const {
 // The index of the store has to fit in, or the program would do nothing but collect. In memory it is several
 // times as large as in the cache.
 std::uint64_t ResticProgram::MemoryLimit() const {
-  constexpr std::uint64_t kBase = 80 * 1024 * 1024;
+  constexpr std::uint64_t kBase = std::uint64_t{80} * 1024 * 1024;
   constexpr std::uint64_t kIndexGrowth = 10;
   Folders& folders = client_.machine().folders;
   std::uint64_t index_bytes = 0;

@@ -4,24 +4,6 @@
 namespace ondura {
 namespace {
 
-using namespace std::chrono_literals;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-TEST(SimulatedDisk, AnEntryThatVanishesDuringTheListingIsLeftOut) {
-  CheckedMachine house;
-  for (const char* path : {"C:\\d\\1", "C:\\d\\2", "C:\\d\\3", "C:\\dd"}) house.PutFile(path, "");
-  house.disk().SetListOrder(ListOrder::kReversed);
-  std::vector<std::string> names;
-  house.machine().folders.List("C:\\d", [&](const FolderEntry& entry) {
-    names.emplace_back(entry.name);
-    house.disk().Erase("C:\\d\\2");
-    return Visit::kContinue;
-  });
-  EXPECT_THAT(names, ElementsAre("3", "1"));
-  EXPECT_THAT(house.FilesUnder("C:\\D"), ElementsAre("C:\\d\\1", "C:\\d\\3"));
-}
-
 TEST(SimulatedDisk, AFullDiskLosesTheWriteAsItIsTold) {
   for (const auto& [story, behaviour, free_bytes, left] :
        {std::tuple{"just fits", FullDisk::kKeepsNothing, 4U, "abcdef"},
@@ -71,34 +53,6 @@ TEST(SimulatedDisk, WhatRefusesAccessIsThereButCannotBeUsed) {
   house.disk().SetReadOnly("C:\\d\\read-only", true);
   EXPECT_FALSE(machine.files.Write("C:\\d\\read-only", "2", IfPresent::kReplace));
   EXPECT_FALSE(machine.files.Patch("C:\\d\\read-only", 0, "2"));
-}
-
-TEST(SimulatedDisk, OtherDrivesAndNetworkPlacesAreThereWhileTheyAreConnected) {
-  CheckedMachine house;
-  house.PutFile("\\\\server\\share\\d\\x", "1");
-  house.disk().PutDrive("e:\\", DriveKind::kRemovable, 5);
-  const Machine& machine = house.machine();
-  EXPECT_EQ(machine.files.Read("\\\\SERVER\\share\\\\d\\x"), "1");
-  EXPECT_THAT(NamesIn(machine, "\\\\server\\share"), ElementsAre("d\\"));
-  EXPECT_EQ(machine.drives.KindOf("\\\\server\\share"), DriveKind::kNetwork);
-  EXPECT_THAT(machine.drives.Roots(), ElementsAre("C:\\", "E:\\"));
-  EXPECT_FALSE(machine.files.Write("E:\\x", "123456", IfPresent::kReplace));
-  EXPECT_TRUE(machine.files.Write("E:\\x", "12345", IfPresent::kReplace));
-  for (const char* root : {"\\\\server\\share", "\\\\SERVER\\share\\", "C:", "C:\\", "E:\\."}) {
-    EXPECT_FALSE(machine.folders.Remove(root, Removal::kForce)) << root;
-  }
-  EXPECT_TRUE(machine.files.Exists("\\\\server\\share\\d\\x") && machine.files.Exists("E:\\x"));
-  house.disk().RemoveDrive("E:\\");
-  EXPECT_THAT(machine.drives.Roots(), ElementsAre("C:\\"));
-  EXPECT_FALSE(machine.files.Exists("E:\\x"));
-}
-
-TEST(SimulatedDisk, OnlyLegalNamesInFoldersThatAreThereCanBeMade) {
-  CheckedMachine house;
-  for (const char* path : {"", "x.txt", "C:\\", "C:\\a:b", "C:\\a?", "C:\\missing\\x", "Q:\\x", "C:\\a\tb"}) {
-    EXPECT_FALSE(house.machine().files.Write(path, "x", IfPresent::kReplace)) << path;
-  }
-  EXPECT_THAT(house.FilesUnder("C:\\"), IsEmpty());
 }
 
 }  // namespace

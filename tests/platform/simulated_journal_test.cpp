@@ -23,16 +23,6 @@ TEST(CallJournal, APatternDecidesWhichCallsAreMeant) {
   }
 }
 
-TEST(CallJournal, HasThePathsOfTheComponentsCallsWithoutDoubledBackslashes) {
-  CheckedMachine house;
-  house.machine().files.Read("C:\\data\\\\a.txt");
-  house.outside().files.Read("C:\\data\\b.txt");
-  house.machine().profiles.WriteString({"C:\\data\\\\x.ini", "T", "Started"}, "1");
-  house.machine().clock.Sleep(20ms);
-  EXPECT_THAT(house.Calls(), ElementsAre("Files.Read C:\\data\\a.txt",
-                                         "ProfileFiles.WriteString C:\\data\\x.ini [T] Started=1"));
-}
-
 TEST(CallJournal, RefusesToAnswerFromARecordThatIsNotWhole) {
   CheckedMachine house;
   for (std::size_t call = 0; call <= CallJournal::kLimit; ++call) house.machine().internet.IsConnected();
@@ -98,16 +88,6 @@ TEST(Faults, APowerCutLeavesWhatHadReachedTheDiskAndTheNextComponentGoesOn) {
     component();
     EXPECT_EQ(house.FileBytes("C:\\2.txt"), "bbbb");
   }
-}
-
-TEST(Faults, AComponentCanBeStoppedDeadAtAMoment) {
-  CheckedMachine house;
-  house.After(1s, [] { throw PowerCut{"in its sleep"}; });
-  house.After(2s, [&] { house.PutFile("C:\\later.txt", ""); });
-  EXPECT_THROW(house.machine().clock.Sleep(5s), PowerCut);
-  EXPECT_EQ(house.Elapsed(), 1s);
-  house.Advance(5s);
-  EXPECT_THAT(house.FilesUnder("C:\\"), ElementsAre("C:\\later.txt"));
 }
 
 }  // namespace

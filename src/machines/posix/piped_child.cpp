@@ -36,7 +36,8 @@ std::string FindProgram(const std::string& file) {
   if (file.find('/') != std::string::npos) return file;
   const char* const folders = std::getenv("PATH");
   for (const std::string& folder : Split(folders != nullptr ? folders : kUsualPath, ":")) {
-    std::string path = folder + "/" + file;
+    std::string path = folder;
+    path.append("/").append(file);
     if (!folder.empty() && access(path.c_str(), X_OK) == 0) return path;
   }
   return {};
