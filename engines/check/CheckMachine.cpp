@@ -156,8 +156,18 @@ void CheckMachine::SetHeaderWord(std::string_view word) {
 void CheckMachine::SetPace(std::string_view milliseconds_per_file, std::string_view upload_kib) {
   const std::string deployment = std::string{kInstall} + std::string{kDeploymentFile};
   machine().profiles.WriteString({deployment, "Demo", "MillisecondsPerFile"}, milliseconds_per_file);
+  SetEngine("Limits", "UploadKiB", upload_kib);
+}
+
+void CheckMachine::SetEngine(std::string_view section, std::string_view key, std::string_view value) {
   const std::string settings = std::string{kInstall} + std::string{engines::kEngineSettingsFile};
-  machine().profiles.WriteString({settings, "Limits", "UploadKiB"}, upload_kib);
+  machine().profiles.WriteString({settings, section, key}, value);
+}
+
+void CheckMachine::SetSpace(std::uint64_t bytes) {
+  SetEngine("Store", "MaxBytes", std::to_string(bytes));
+  machine().profiles.WriteString({installation_.DataFile("Vault\\ann\\account.ini"), "Account", "Max"},
+                                 std::to_string(bytes));
 }
 
 ProcessHandle CheckMachine::Start(const std::string& parameters) {

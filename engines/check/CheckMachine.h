@@ -62,6 +62,10 @@ class CheckMachine {
   void SetProfile(const ProfileKey& key, std::string_view value);
 
   // Makes the transfers of engines that take hints slow: a file a second, or 64 KiB a second.
+  // One key of the engine's settings, and the space of the rehearsal engine's account.
+  void SetEngine(std::string_view section, std::string_view key, std::string_view value);
+  void SetSpace(std::uint64_t bytes);
+
   void SlowDown() { SetPace("10000", "64"); }
   void SpeedUp() { SetPace("0", "0"); }
 

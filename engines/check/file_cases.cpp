@@ -127,6 +127,30 @@ void LongPaths(const CheckPlan& plan) {
   ExpectBack(house, path + "deep.txt", "deep");
 }
 
+// More than the host takes in one call; folders are made one in the other.
+void VeryLongPaths(const CheckPlan& plan) {
+  constexpr int kLevels = 24;
+  CheckMachine house(plan, "verylong");
+  const fs::path before = fs::current_path();
+  fs::current_path(house.HostPath(kFolder));
+  const std::string name(180, 'd');
+  for (int level = 0; level < kLevels; ++level) {
+    fs::create_directory(name);
+    fs::current_path(name);
+  }
+  std::ofstream("deep.txt") << "deep";
+  fs::current_path(before);
+  house.Put(kFolder + "near.txt", "near");
+  house.Select({kFolder});
+  const std::string result = BackUp(house);
+  // A store may be unable to keep it; then it says so, and keeps the rest.
+  if (result != kDone.Text()) Expect("the run", kSomeFailed.Text(), result);
+  Require(house.Sent().contains(kFolder + "near.txt"), "a very long path kept another file from being sent");
+  if (result == kSomeFailed.Text()) {
+    Require(house.NewestLog().find(name) != std::string::npos, "the log does not name the path that failed");
+  }
+}
+
 void Exclusions(const CheckPlan& plan) {
   CheckMachine house(plan, "exclusions");
   const std::set<std::string> kept{kFolder + "Draft copy\\kept.txt", kFolder + "drafts.txt",
@@ -247,6 +271,8 @@ std::vector<CheckCase> FileCases() {
       {"files.stage", "a dump is saved without a selection", Stage},
       {"names.any", "every name that a folder can have", Names},
       {"names.long", "paths of more than 256 characters", LongPaths},
+      {"names.verylong", "a path of more than 4,096 bytes keeps nothing else from being saved",
+       VeryLongPaths},
       {"select.exclusions", "exact exclusions, whatever their letter case", Exclusions},
       {"select.many", "hundreds of exclusions", ManyExclusions},
       {"select.cases", "nothing, all excluded, one file, a drive, a file that is gone", Selections},

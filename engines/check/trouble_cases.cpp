@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "engine/engine_results.h"
+#include "engines/check/SilentServer.h"
 #include "engines/check/engine_check.h"
 #include "engines/common/door.h"
 #include "text/text.h"
@@ -78,6 +79,33 @@ void OtherStore(const CheckPlan& plan) {
   Expect("with another user's store in place", kCannotConnect.Text(), house.Back(EngineCommand::kTransfer));
 }
 
+// A server that takes the connection and says nothing must not hold up a job: command 24 is waited for.
+void Hung(const CheckPlan& plan) {
+  CheckMachine house(plan, "hung");
+  house.StoreFolder();  // an engine that says where its store is takes another one from its settings
+  const SilentServer server;
+  house.SetEngine("Store", "Repository", "rest:http://127.0.0.1:" + std::to_string(server.port()) + "/ann/");
+  house.SetStatus(profile_keys::kRetValue, "0");
+  Expect("command 24 with a server that says nothing", kCannotConnect.Text(),
+         house.Run(EngineParameters(EngineCommand::kPortNumber, ""), 40s));
+}
+
+void Full(const CheckPlan& plan) {
+  CheckMachine house(plan, "full");
+  Fill(house, 1);
+  Expect("with room enough", kDone.Text(), BackUp(house));
+  house.SetSpace(150'000);
+  for (int number = 1; number < 8; ++number) {
+    std::string bytes;
+    for (int at = 0; at < 20'000; ++at) bytes += std::to_string(at * 7919 * number);
+    house.Put(kFolder + std::to_string(number), bytes);
+  }
+  Expect("with the space used up", kQuotaUsedUp.Text(), BackUp(house));
+  house.SetSpace(100'000'000);
+  Expect("with more space", kDone.Text(), BackUp(house));
+  Require(house.Sent().size() + house.InSync().size() == 8, "not every file is saved once there is room");
+}
+
 // The numbers of the programs that run below the engine once its transfer shows itself.
 std::vector<HostProgram> WaitForTransfer(CheckMachine& house, ProcessHandle engine) {
   const int id = static_cast<int>(house.machine().processes.IdOf(engine));
@@ -147,6 +175,8 @@ std::vector<CheckCase> TroubleCases() {
       {"trouble.other", "a store that was changed for another is refused", OtherStore},
       {"stop.requests", "Cancel, Status 5 and Status 10 end it within nine seconds", Stops},
       {"stop.kill", "a kill leaves no program behind, and the next run succeeds", Kill},
+      {"trouble.hung", "a server that says nothing is given up", Hung},
+      {"trouble.full", "a store without room says so, and goes on with more", Full},
       {"trouble.two", "two transfers at once do no harm", TwoAtOnce},
   };
 }
