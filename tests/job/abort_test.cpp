@@ -4,7 +4,7 @@
 
 #include "job/job_texts.h"
 #include "job/size_abort.h"
-#include "road_house.h"
+#include "job_house.h"
 
 namespace ondura {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "job/CDummyCall.h"
 #include "job/job_texts.h"
-#include "road_house.h"
+#include "job_house.h"
 #include "util/cBase64.h"
 
 namespace ondura {

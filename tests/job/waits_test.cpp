@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "job/TransferWait.h"
-#include "road_house.h"
+#include "job_house.h"
 
 namespace ondura {
 namespace {

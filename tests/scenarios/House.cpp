@@ -92,11 +92,6 @@ std::string House::FileOf(const std::vector<ScheduleRecord>& records) {
   for (const ScheduleRecord& record : records) text += LineOfRecord(record) + "\r\n";
   return text;
 }
-
-void House::PutSchedule(const std::string& name, const std::vector<ScheduleRecord>& records) {
-  machine.PutFile(std::string{kData} + "Ondura" + name + "\\scheduleData.txt", FileOf(records));
-}
-
 Component& House::Service() {
   if (!service_) {
     service_ = std::make_unique<Component>(machine.machine());
@@ -112,13 +107,6 @@ Component& House::Twin() {
   }
   return *twin_;
 }
-
-void House::Answer(int command, int result) {
-  OnCommand(command, [this, result](ProgramRun&) { WriteResult(result); });
-}
-
-void House::OnCommand(int command, Command script) { scripts_[command] = std::move(script); }
-
 void House::During(int command, std::function<void()> act) {
   OnCommand(command, [this, act = std::move(act)](ProgramRun&) {
     act();
@@ -144,23 +132,6 @@ std::string House::Text(std::string_view name) {
   if (!bytes) return "<none>";
   return bytes->starts_with(kUtf16Mark) ? FromUtf16(*bytes) : "<no mark>" + *bytes;
 }
-
-void House::PutText(std::string_view name, std::string_view text) {
-  machine.PutFile(UserPath(name), std::string{kUtf16Mark} + ToUtf16(text));
-}
-
-std::string House::Bytes(std::string_view name) {
-  return machine.FileBytes(UserPath(name)).value_or("<none>");
-}
-
-std::string House::Status(std::string_view key) {
-  return machine.ReadIni(UserPath("Ondura.ini"), "BackupStatus", key);
-}
-
-void House::WriteProfile(std::string_view section, std::string_view key, std::string_view value) {
-  machine.WriteIni(UserPath("Ondura.ini"), section, key, value);
-}
-
 void House::WriteAccount(std::string_view key, std::string_view value) {
   Installation installation;
   installation.VirtualPath = kData;
@@ -168,25 +139,9 @@ void House::WriteAccount(std::string_view key, std::string_view value) {
   installation.CurrentUser = user;
   Transfer(machine.outside(), installation).Trf_WriteUserProfile(key, value);
 }
-
-std::string House::Shared(std::string_view key) {
-  return machine.ReadIni(std::string{kData} + "UserName.ini", "Tolmera", key);
-}
-
-void House::WriteShared(std::string_view key, std::string_view value) { WriteIni("Tolmera", key, value); }
-
-void House::WriteRegistry(std::string_view key, std::string_view value) { WriteIni("Registry", key, value); }
-
 void House::WriteIni(std::string_view section, std::string_view key, std::string_view value) {
   machine.WriteIni(std::string{kData} + "UserName.ini", section, key, value);
 }
-
-std::vector<std::string> House::SessionFiles() { return machine.FilesUnder(UserPath("Session")); }
-
-bool House::TraceHas(std::string_view text) {
-  return Text("ScheduleTraceFile.txt").find(text) != std::string::npos;
-}
-
 std::string House::NextTime() {
   const auto lines = LinesOf(Bytes("scheduleData.txt"));
   return lines.size() < 2 ? "" : RecordOfLine(lines.at(1)).nexttime;

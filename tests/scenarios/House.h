@@ -11,6 +11,7 @@
 
 #include "service/Component.h"
 #include "support/CheckedMachine.h"
+#include "text/utf16.h"
 
 namespace ondura {
 
@@ -35,7 +36,9 @@ class House {
   // A user with an account and a selection of one folder with one file.
   void AddUser(const std::string& user);
   // Writes the user's schedule file anew with these record lines.
-  void PutSchedule(const std::string& user, const std::vector<ScheduleRecord>& records);
+  void PutSchedule(const std::string& name, const std::vector<ScheduleRecord>& records) {
+    machine.PutFile(std::string{kData} + "Ondura" + name + "\\scheduleData.txt", FileOf(records));
+  }
   static std::string FileOf(const std::vector<ScheduleRecord>& records);
   // A daily file job whose next occurrence is at `nexttime`, and one whose end is always mailed.
   static ScheduleRecord Daily(const std::string& nexttime = kDue);
@@ -50,8 +53,10 @@ class House {
 
   // The engine: what a command does when it is due to end, and the commands it was given so far.
   using Command = std::function<void(ProgramRun&)>;
-  void Answer(int command, int result);
-  void OnCommand(int command, Command script);
+  void Answer(int command, int result) {
+    OnCommand(command, [this, result](ProgramRun&) { WriteResult(result); });
+  }
+  void OnCommand(int command, Command script) { scripts_[command] = std::move(script); }
   // Something that happens while a command runs, which is then answered with 402.
   void During(int command, std::function<void()> act);
   std::vector<int> Commands() const { return commands_; }
@@ -60,18 +65,33 @@ class House {
   // Files and keys of the user who is being served or was last.
   std::string UserPath(std::string_view name) const;
   std::string Text(std::string_view name);  // a UTF-16 file without its mark; "<none>" where missing
-  void PutText(std::string_view name, std::string_view text);  // as such a file
-  std::string Bytes(std::string_view name);                    // "<none>" where missing
-  std::string Status(std::string_view key);                    // section BackupStatus
-  void WriteProfile(std::string_view section, std::string_view key, std::string_view value);
+  // Writes such a file.
+  void PutText(std::string_view name, std::string_view text) {
+    machine.PutFile(UserPath(name), std::string{kUtf16Mark} + ToUtf16(text));
+  }
+  // The bytes of a file; "<none>" where it is missing.
+  std::string Bytes(std::string_view name) { return machine.FileBytes(UserPath(name)).value_or("<none>"); }
+  // A key of section BackupStatus.
+  std::string Status(std::string_view key) {
+    return machine.ReadIni(UserPath("Ondura.ini"), "BackupStatus", key);
+  }
+  void WriteProfile(std::string_view section, std::string_view key, std::string_view value) {
+    machine.WriteIni(UserPath("Ondura.ini"), section, key, value);
+  }
   void WriteAccount(std::string_view key, std::string_view value);  // in the shift form
-  std::string Shared(std::string_view key);                         // section Tolmera of the shared state
-  void WriteShared(std::string_view key, std::string_view value);
-  void WriteRegistry(std::string_view key, std::string_view value);
+  // A key of section Tolmera of the shared state.
+  std::string Shared(std::string_view key) {
+    return machine.ReadIni(std::string{kData} + "UserName.ini", "Tolmera", key);
+  }
+  void WriteShared(std::string_view key, std::string_view value) { WriteIni("Tolmera", key, value); }
+  void WriteRegistry(std::string_view key, std::string_view value) { WriteIni("Registry", key, value); }
   void WriteMethod(std::string_view value) { WriteIni("ScanType", "DB", value); }
-  std::vector<std::string> SessionFiles();
-  bool TraceHas(std::string_view text);  // in the user's trace
-  std::string NextTime();                // of the first record; empty without one
+  std::vector<std::string> SessionFiles() { return machine.FilesUnder(UserPath("Session")); }
+  // Whether the user's trace has the text.
+  bool TraceHas(std::string_view text) {
+    return Text("ScheduleTraceFile.txt").find(text) != std::string::npos;
+  }
+  std::string NextTime();  // of the first record; empty without one
 
   // The fields of the last mail, as the mail helper got them; empty without one.
   std::vector<std::string> LastMail();
