@@ -1,8 +1,5 @@
 // What restic says, and what the engine takes it for. The texts are as restic 0.14 and ssh print them.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "engines/restic/ResticProgram.h"
 #include "engines/restic/exclude_patterns.h"
 #include "engines/restic/restic_errors.h"
@@ -18,12 +15,7 @@ constexpr const char* kLock =
     "lock was created at 2026-11-23 21:28:35 (8s ago)\n";
 
 TEST(ResticErrorsTest, WordsHaveAResult) {
-  struct Case {
-    const char* words;
-    std::uint32_t exit_code;
-    double entering;
-    double transferring;
-  };
+  using Case = std::tuple<const char*, std::uint32_t, double, double>;
   for (const auto& [words, exit_code, entering, transferring] : {
            Case{"Fatal: wrong password or no key found", 1, -404, -404},
            Case{"anything", 12, -404, -404},
@@ -90,10 +82,9 @@ TEST(ExcludePatternsTest, AMarkStandsForItself) {
 }
 
 TEST(SnapshotTest, ATimeMeansTheNewestThatIsNotLater) {
-  std::vector<ResticSnapshot> snapshots(3);
-  snapshots[0] = {"aa11", "2026-11-20T22:05:10.5+01:00", {}, {}, {}};
-  snapshots[1] = {"bb22", "2026-11-20T22:06:00+01:00", {}, {}, {}};
-  snapshots[2] = {"cc33", "2026-11-22T01:00:00Z", {}, {}, {}};
+  const std::vector<ResticSnapshot> snapshots{{"aa11", "2026-11-20T22:05:10.5+01:00", {}, {}, {}},
+                                              {"bb22", "2026-11-20T22:06:00+01:00", {}, {}, {}},
+                                              {"cc33", "2026-11-22T01:00:00Z", {}, {}, {}}};
   for (const auto& [when, id] : {std::pair{"", "cc33"},
                                  {"latest", "cc33"},
                                  {"2026-11-20", "bb22"},
