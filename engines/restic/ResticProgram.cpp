@@ -42,6 +42,7 @@ ResticProgram::ResticProgram(Client& client, const StoreSettings& settings, Acco
   password_ = account_.encryption_password.empty() ? account_.password : account_.encryption_password;
   const Machine& machine = client_.machine();
   cache_ = work_folder + "\\Cache";
+  ssh_log_ = work_folder + "\\Temp\\ssh.log";
   for (auto [name, folder] : {std::pair{"\\Cache", &cache_folder_}, std::pair{"\\Temp", &temp_folder_}}) {
     machine.folders.Make(work_folder + name);
     *folder = machine.processes.SystemPath(work_folder + name);
@@ -50,6 +51,7 @@ ResticProgram::ResticProgram(Client& client, const StoreSettings& settings, Acco
 
 ResticEnd ResticProgram::Do(const Run& run) {
   ResticEnd end;
+  client_.machine().files.Remove(ssh_log_, Removal::kForce);
   const auto program = client_.machine().processes.Start(RequestOf(run));
   if (!program) return end;
   end.how = ResticEnd::How::kEnded;
@@ -67,6 +69,7 @@ ResticEnd ResticProgram::Do(const Run& run) {
       }
     } else if (const auto code = program->ExitCode()) {
       end.exit_code = *code;
+      end.words += client_.machine().files.ReadHead(ssh_log_, kMostWords).value_or("");
       end.words = WithoutLogins(std::move(end.words));  // it may name an address
       return end;
     } else {
@@ -93,7 +96,8 @@ PipedRequest ResticProgram::RequestOf(const Run& run) const {
   if (StoreKind(settings_.repository) == "sftp") {
     request.arguments.insert(
         request.arguments.end(),
-        {"-o", "sftp.command=" + SshCommand(settings_.repository, settings_.ssh_config)});
+        {"-o", "sftp.command=" + SshCommand(settings_.repository, settings_.ssh_config,
+                                            client_.machine().processes.SystemPath(ssh_log_))});
   }
   for (const auto& [option, rate] : {std::pair{"--limit-upload", settings_.upload_kib},
                                      std::pair{"--limit-download", settings_.download_kib}}) {
@@ -181,8 +185,10 @@ std::string WithoutLogins(std::string text) {
   return text;
 }
 
-std::string SshCommand(const std::string& repository, const std::string& config_file) {
+std::string SshCommand(const std::string& repository, const std::string& config_file,
+                       const std::string& log_file) {
   std::string command = "ssh -o BatchMode=yes";
+  if (!log_file.empty()) command += " -E '" + log_file + "'";
   if (!config_file.empty()) command += " -F '" + config_file + "'";
   std::string place = repository.substr(repository.find(':') + 1);
   if (place.starts_with("//")) {  // sftp://user@host:port/folder

@@ -71,6 +71,7 @@ class ResticProgram {
   std::string cache_;         // the folder for restic's cache, as the machine has it
   std::string cache_folder_;  // in the system's form
   std::string temp_folder_;
+  std::string ssh_log_;  // as the machine has it
   std::string password_;
 };
 
@@ -78,7 +79,9 @@ class ResticProgram {
 std::string WithoutLogins(std::string text);
 
 // The command that restic starts for a repository of kind "sftp": never asks, and reads `config_file` where
-// it is not empty.
-std::string SshCommand(const std::string& repository, const std::string& config_file);
+// it is not empty. What ssh says goes to `log_file`, where it is not empty: restic may end before it has
+// passed it on.
+std::string SshCommand(const std::string& repository, const std::string& config_file,
+                       const std::string& log_file);
 
 }  // namespace ondura::engines

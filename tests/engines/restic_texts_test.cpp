@@ -103,10 +103,10 @@ TEST(SnapshotTest, ATimeMeansTheNewestThatIsNotLater) {
 
 TEST(SshCommandTest, NamesTheHostAsTheLocationDoes) {
   const std::string lead = "ssh -o BatchMode=yes";
-  EXPECT_EQ(SshCommand("sftp:ann@nas:/srv/x", ""), lead + " ann@nas -s sftp");
-  EXPECT_EQ(SshCommand("sftp://ann@nas:2222//srv/x", "/etc/c"),
-            lead + " -F '/etc/c' -p 2222 ann@nas -s sftp");
-  EXPECT_EQ(SshCommand("sftp://[::1]/x", ""), lead + " [::1] -s sftp");
+  EXPECT_EQ(SshCommand("sftp:ann@nas:/srv/x", "", ""), lead + " ann@nas -s sftp");
+  EXPECT_EQ(SshCommand("sftp://ann@nas:2222//srv/x", "/etc/c", "/l"),
+            lead + " -E '/l' -F '/etc/c' -p 2222 ann@nas -s sftp");
+  EXPECT_EQ(SshCommand("sftp://[::1]/x", "", ""), lead + " [::1] -s sftp");
 }
 
 }  // namespace

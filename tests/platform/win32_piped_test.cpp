@@ -1,5 +1,3 @@
-
-
 #include "TemporaryFolder.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/windows_api.h"
