@@ -7,7 +7,7 @@
 
 namespace ondura {
 
-// What a measure tells the table: a value other than its own time, and the target to keep below.
+// What a measure adds to the table: a value other than its own time, and the target to keep below.
 void TellValue(benchmark::State& state, double value);
 void TellTarget(benchmark::State& state, double target);
 

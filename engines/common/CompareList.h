@@ -69,9 +69,9 @@ struct CompareListPart {
 //   "1"                N                   the parts up to N are complete, more are to come
 //   "0" or "2"         N, from 1 on        the list is complete and has N parts
 //
-// Between the two writes the keys show a state that is none of these: at a rollover an end that has not
+// Between the two writes the keys show none of these states: at a rollover an end that has not
 // come, at the end the old number of parts. So an end counts only when keys and file are the same at two
-// looks and no further part stands there.
+// looks and no further part exists.
 class CompareList {
  public:
   explicit CompareList(Client& client) : client_(client) {}

@@ -23,8 +23,8 @@ class ProgressFile {
   // The file that is on its way now, and what has been done before it.
   void Show(std::string_view path, const TransferFigures& done);
 
-  // How far a run is that tells it of itself, once a second or so. `path` is on its way now; empty for none.
-  // A run shows at most 99 percent: it is done when it says so.
+  // The progress of a run that reports it itself, about once a second. `path` is on its way now; empty for
+  // none. A run shows at most 99 percent: it is done when it says so.
   void ShowRun(std::string_view path, const TransferFigures& done, const TransferFigures& total);
 
   // The last file has been dealt with.

@@ -11,7 +11,7 @@
 
 namespace ondura::engines {
 
-// What one transfer tells others while it runs and at its end: the progress file, the session log, the lists
+// What one transfer reports while it runs and at its end: the progress file, the session log, the lists
 // of files sent and files in sync, and the figures that its result follows from.
 class TransferJournal {
  public:

@@ -8,7 +8,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Not an object for text that is none.
+// Not an object if the text is not JSON.
 Json Parsed(std::string_view text) { return Json::parse(text, nullptr, false); }
 
 std::string Text(const Json& object, const char* name) {

@@ -62,7 +62,7 @@ struct ResticNode {
   std::string modified;  // RFC 3339
 };
 
-// std::nullopt for the heading and for what is no such row.
+// std::nullopt for the heading and for any other line.
 std::optional<ResticNode> ParseNode(std::string_view line);
 
 // `total_size` of `restic stats --json`.

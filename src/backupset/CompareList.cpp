@@ -203,7 +203,7 @@ void CompareList::WriteLine(const FileEntry& file) {
   char16_t* at = std::copy(line_folder_.begin(), line_folder_.end(), line);
   at = WriteUtf16(file.name, at);
   const auto path_units = static_cast<std::size_t>(at - line);
-  // A time that is no date of the calendar has no stamp, and a file without a stamp no line.
+  // A time outside the calendar has no stamp, and a file without a stamp no line.
   const bool has_stamp = StampText::IsStampable(file.modified);
   if (path_units > kLongestPathUnits || !has_stamp) AddSkipped({line, path_units});
   if (!has_stamp) return;

@@ -15,7 +15,7 @@ constexpr std::string_view kExcludedFiles = "atbkupExcludeFilePath.txt";
 constexpr std::uint64_t kHashPrime = 0x100000001b3;  // FNV-1a
 constexpr char32_t kBehindUnicode = 0x110000;
 
-// The next character in lower case. Bytes that are no text stay apart from all characters.
+// The next character in lower case. Bytes that are not text stay apart from all characters.
 char32_t TakeLower(std::string_view& text) {
   const auto byte = static_cast<unsigned char>(text.front());
   if (byte < 0x80) {

@@ -37,7 +37,7 @@ class NetworkPaths {
   // `UNCCount` of the machine key, as text; empty where it is missing.
   [[nodiscard]] std::string ReadProfilefromRegistryUNCCountSch() const;
 
-  // Fill the table anew from the machine key, and from the shared state. A count that is no number above 0
+  // Fill the table anew from the machine key, and from the shared state. A count that is not a number above 0
   // gives no rows.
   void ReadProfilefromRegistryUNCSch();
   void ReadUNCListfromRegistryProfile();

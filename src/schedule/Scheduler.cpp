@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // How late a record may be, in units of the key: two keys are subtracted as numbers, also across hours
-// and days, where the difference is no number of minutes.
+// and days, where the difference is not a number of minutes.
 constexpr double kMostLateUnits = 60;
 
 // Every step of a catch-up yields twice for a moment. A record of decades ago is moved without yielding on,
@@ -42,7 +42,7 @@ std::int16_t Scheduler::Sch_Load_ScheduleData() {
       continue;
     }
     const auto key = ParseNumber(record.sortkey);
-    // A key that is no number is never due.
+    // A key that is not a number is never due.
     if (!key || now_key < *key) continue;
     const Standing standing = StandingOf(record);
     if (standing == Standing::kNone) return Judge(i, now_key - *key);

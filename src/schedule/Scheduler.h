@@ -21,7 +21,7 @@ inline constexpr std::int16_t kNothingDue = 0;
 inline constexpr std::int16_t kDue = 1;
 inline constexpr std::int16_t kMissed = 2;
 
-// What a routine that moves the record has done. A record that can't be moved (its `nexttime` is no date,
+// What a routine that moves the record has done. A record that can't be moved (its `nexttime` is not a date,
 // or its days hold no "1") is left unchanged, and the user's trace has a line about it.
 enum class MoveOutcome { kMoved, kDoesNotRepeat, kCannotMove };
 
@@ -69,7 +69,7 @@ class Scheduler {
   MoveOutcome Sch_addDay_list();
 
   // The first day after `date` that is on in DayFlags, in the machine's default date text. `date` comes
-  // back as it is when it is no date or no day is on.
+  // back unchanged when it is not a date or no day is on.
   std::string ValidateAddDay(std::string_view date);
 
   // To the next working day.

@@ -22,7 +22,7 @@ constexpr double kUnitsAhead = 2;
 // kNoOccurrenceKey as a number.
 constexpr double kLatestKey = 300012121503;
 
-// A later key never comes due, and neither does one that is no number.
+// A later key never comes due, and neither does one that is not a number.
 bool CanComeDue(const std::string& key) {
   const auto number = ParseNumber(key);
   return key.empty() || (number && *number <= kLatestKey);

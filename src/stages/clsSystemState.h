@@ -23,8 +23,8 @@ class clsSystemState {
   // The running system's name, such as "XP"; empty for a system that has none here.
   std::string GetOsVersion();
 
-  // The file with a process id as text, and nothing else. An id that is no number, or no file, reads as the
-  // empty text.
+  // The file with a process id as text, and nothing else. An id that is not a number, or a missing file,
+  // reads as the empty text.
   void CreatePIDFile(std::string_view sPID, PidFile nKind);
   void DeletePIDFile(PidFile nKind);
   std::string GetPID(PidFile nKind);

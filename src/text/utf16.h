@@ -47,7 +47,7 @@ void AppendUtf16(std::string& bytes, std::string_view utf8);
 // surrogate stays as its three bytes.
 std::string FromUtf16(std::string_view bytes);
 
-// The same for a text that is no file, where the mark is a character as any other.
+// The same for a text that is not a file, where the mark is a character like any other.
 std::string FromUtf16Units(std::string_view bytes);
 
 // How many UTF-16 units the text takes: its length as the platform counts it.

@@ -23,7 +23,7 @@ std::string FormatDate(std::string_view picture, LocalTime time);
 bool IsCalendarTime(const TimeFields& fields);
 
 // The time of a text in the fixed form "mm-dd-yyyy H:mm:ss" (also with one-digit fields, or without the
-// time of day). std::nullopt for a text that is no such date.
+// time of day). std::nullopt for a text in another form.
 std::optional<LocalTime> ParseFixedDate(std::string_view text);
 
 }  // namespace ondura

@@ -43,7 +43,7 @@ class Windows:
         return [str(PROJECT / "scripts" / "wine"), str(self.folder / "wine"), *map(str, words)]
 
     def run(self, *words, limit_s=120):
-        """What it prints goes through files: whatever Wine starts behind a program keeps its output open."""
+        """What it prints goes through files: whatever Wine starts after a program keeps its output open."""
         with tempfile.TemporaryFile() as stdout, tempfile.TemporaryFile() as stderr:
             code = subprocess.run(self.command(*words), stdin=subprocess.DEVNULL, stdout=stdout, stderr=stderr,
                                   check=False, timeout=limit_s).returncode
@@ -461,7 +461,7 @@ class InstallerTest(unittest.TestCase):
         WINDOWS.path(self.DATA).chmod(0o777)
         self.service("start", code=1, says="did not start")
         self.service("register")
-        # Wine keeps rights as a file's mode, which tells no more of them.
+        # Wine keeps rights as a file's mode, which shows no more of them.
         self.assertEqual(WINDOWS.path(self.DATA).stat().st_mode & 0o002, 0, "others may not write to the data folder")
         self.service("start")
         self.assertEqual(WINDOWS.service_state(), "RUNNING")

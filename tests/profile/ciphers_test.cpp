@@ -36,7 +36,7 @@ TEST_F(CiphersTest, EveryCodePageByteIsShiftedAsOneCharacter) {
 }
 
 TEST_F(CiphersTest, FailuresInsideATextFollowTheirRules) {
-  EXPECT_EQ(ciphers_.ShiftEncode("aþÿbÿ"), "cccdd");  // the result before stands once more
+  EXPECT_EQ(ciphers_.ShiftEncode("aþÿbÿ"), "cccdd");  // the previous result is kept
   EXPECT_EQ(ciphers_.ShiftEncode("þab"), "cd");
   EXPECT_EQ(ciphers_.ShiftDecode("cd\x01g"), "");
   EXPECT_EQ(ciphers_.PairDecode("CDde\x01\x02"), "");

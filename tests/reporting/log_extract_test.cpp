@@ -65,7 +65,7 @@ TEST_F(LogExtractTest, ASummaryLineIsTakenOnceForEachTextItHolds) {
 }
 
 TEST_F(LogExtractTest, TheWorkFileStopsTheWalkAt20000BytesWithItsMark) {
-  // 99 lines of 202 bytes and the mark, for what is behind a terminator is left out.
+  // 99 lines of 202 bytes and the mark, since what comes after a terminator is left out.
   std::string log;
   for (int i = 0; i < 150; ++i) log += std::string(99, 'x') + "\0y\r\n"s;
   PutLog(log);

@@ -35,7 +35,7 @@ constexpr std::array<Plan, 20> kPlans{{
     {"dawn60", "01-02-2028 6:40:00", "6", "1000000", "0", 53, 0, "01-07-2029 6:40:00"},
     {"dawn61", "01-02-2028 6:39:00", "6", "1000000", "0", 2, 51, "01-07-2029 6:39:00"},
     // Saturdays at the last minute, when the machine is asleep. On the two nights there is time for two jobs
-    // before midnight, behind which a minute is thousands of units.
+    // before midnight, after which a minute is thousands of units.
     {"late1", "01-01-2028 23:59:00", "6", "0000001", "0", 2, 51, "01-06-2029 23:59:00"},
     {"late2", "01-01-2028 23:59:00", "6", "0000001", "0", 2, 51, "01-06-2029 23:59:00"},
     {"late3", "01-01-2028 23:59:00", "6", "0000001", "0", 0, 53, "01-06-2029 23:59:00"},

@@ -39,7 +39,7 @@ class SystemStateHouse : public StageHouse {
     });
   }
 
-  // How often a window of the tool stood hidden when the tool looked after it.
+  // How often a window of the tool was hidden when the tool looked at it.
   int times_hidden = 0;
 
   std::string StageLog() { return WithoutTimes(Bytes("STBTraceFile.txt")); }

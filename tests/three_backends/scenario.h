@@ -34,7 +34,7 @@ void Prepare(const Stage& stage);
 // Runs the component until nobody is due any more.
 void Run(const Stage& stage);
 
-// What stands in the files, in a form that no two machines may differ in.
+// What the files hold, in a form that no two machines may differ in.
 std::string Show(const Stage& stage);
 
 // All three, and what the last one says.

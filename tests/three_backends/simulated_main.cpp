@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// While a script acts the component stands still, so the engine acts when the component is done with what it
+// While a script acts the component does nothing, so the engine acts when the component is done with what it
 // does beside a running engine.
 constexpr auto kEngineDelay = 30s;
 

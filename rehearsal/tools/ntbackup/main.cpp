@@ -22,7 +22,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kStep{50};
 constexpr int kUsualMilliseconds = 1000;
 
-// ntbackup.ini beside the program, section Rehearsal, tells what the run is to be like.
+// ntbackup.ini beside the program, section Rehearsal, says how the run goes.
 class Rehearsal {
  public:
   explicit Rehearsal(const ChildMachine& child)

@@ -1,5 +1,5 @@
 // The tool of the rehearsal machine that dumps one SQL Server database. What it does beside a good dump
-// stands in an ini file beside it, in a section of the database's name or in [Dump] for all: Milliseconds
+// is in an ini file beside it, in a section of the database's name or in [Dump] for all: Milliseconds
 // makes it slow, Error is the text it fails with, Dies="1" ends it before the dump is whole.
 
 #include <chrono>

@@ -25,7 +25,7 @@ using std::chrono::nanoseconds;
 constexpr std::string_view kUsualPath = "/usr/local/bin:/usr/bin:/bin";
 constexpr std::size_t kChunkBytes = 65536;
 
-// The end of a pipe that the text is read from; the other one is closed behind the text.
+// The end of a pipe that the text is read from; the other one is closed after the text.
 Fd FilledPipe(const std::string& text) {
   Pipe pipe;
   if (text.size() > kPipedTextLimit || !pipe.out.valid() || !WriteAll(pipe.in, text)) return Fd{};

@@ -58,7 +58,7 @@ class MemoryDisk {
   // A file that can't be opened or removed, or a folder that can't be listed.
   bool SetRefusing(std::string_view path, bool refuses);
 
-  // Makes a file a link to one on another drive: it is shown and is no file. False for a missing path.
+  // Makes a file a link to one on another drive: it is listed but does not open. False for a missing path.
   bool SetLeadsOffDrive(std::string_view path);
 
   void SetListOrder(ListOrder order) { list_order_ = order; }
