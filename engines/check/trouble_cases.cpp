@@ -101,8 +101,11 @@ void Full(const CheckPlan& plan) {
     house.Put(kFolder + std::to_string(number), bytes);
   }
   Expect("with the space used up", kQuotaUsedUp.Text(), BackUp(house));
+  Expect("command 16 after that, which the job reports", kQuotaUsedUp.Text(),
+         house.Back(EngineCommand::kTotalSize));
   house.SetSpace(100'000'000);
   Expect("with more space", kDone.Text(), BackUp(house));
+  Expect("command 16 with more space", kDone.Text(), house.Back(EngineCommand::kTotalSize));
   Require(house.Sent().size() + house.InSync().size() == 8, "not every file is saved once there is room");
 }
 

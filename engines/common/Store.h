@@ -42,6 +42,10 @@ class Store {
   // std::nullopt if the store does not answer.
   virtual std::optional<StoreSpace> Usage() = 0;
 
+  // Whether the last transfer found no room. The job takes its outcome from command 16, which has to say so
+  // too: the space in use may be below the limit again, or the disk below the store be full.
+  [[nodiscard]] virtual bool LacksRoom() = 0;
+
   // Brings the local database up to what the store has for command 28. By default the database is not
   // touched.
   virtual EngineResult ServerList() { return engine_results::kDone; }

@@ -18,7 +18,8 @@ EngineResult TotalSize(Client& client, Store& store) {
   if (!space) return engine_results::kCannotConnect;
   client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaUsed, std::to_string(space->used_bytes));
   client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaMax, std::to_string(space->max_bytes));
-  return space->used_bytes > space->max_bytes ? engine_results::kQuotaUsedUp : engine_results::kDone;
+  const bool is_full = space->used_bytes > space->max_bytes || store.LacksRoom();
+  return is_full ? engine_results::kQuotaUsedUp : engine_results::kDone;
 }
 
 EngineResult PortNumber(Client& client, const Account& account) {

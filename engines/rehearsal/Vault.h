@@ -44,6 +44,13 @@ class Vault {
 
   std::uint64_t UsedBytes();
 
+  // Whether the last transfer found no room.
+  bool IsFull() { return machine_.profiles.ReadString({account_file_, "Account", "Full"}) == "1"; }
+  void SetFull(bool is_full) {
+    if (is_full != IsFull())
+      machine_.profiles.WriteString({account_file_, "Account", "Full"}, is_full ? "1" : "0");
+  }
+
   std::uint64_t MaxBytes(std::uint64_t fallback);
 
  private:

@@ -20,7 +20,9 @@ EngineResult VaultStore::Newest() {
 
 EngineResult VaultStore::Transfer(const TransferRequest& request, TransferJournal& journal,
                                   StopRequests& stop) {
-  return BackupRun(client_, vault_, request, journal, stop).Run();
+  const EngineResult result = BackupRun(client_, vault_, request, journal, stop).Run();
+  vault_.SetFull(result == engine_results::kQuotaUsedUp);
+  return result;
 }
 
 std::vector<std::string> VaultStore::OwnFolders() const {

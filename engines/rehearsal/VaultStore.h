@@ -17,6 +17,7 @@ class VaultStore : public Store {
 
   EngineResult Enter(const Account& account) override { return vault_.Enter(account); }
   std::optional<StoreSpace> Usage() override;
+  [[nodiscard]] bool LacksRoom() override { return vault_.IsFull(); }
   EngineResult Newest() override;
   EngineResult Transfer(const TransferRequest& request, TransferJournal& journal,
                         StopRequests& stop) override;

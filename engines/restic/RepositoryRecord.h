@@ -23,6 +23,10 @@ class RepositoryRecord {
   [[nodiscard]] bool IsRunOpen() const { return Read("Run", "Open") == "1"; }
   void SetRunOpen(bool is_open) { Write("Run", "Open", is_open ? "1" : "0"); }
 
+  // The last transfer found no room.
+  [[nodiscard]] bool IsFull() const { return Read("Run", "Full") == "1"; }
+  void SetFull(bool is_full) { Write("Run", "Full", is_full ? "1" : "0"); }
+
   // The last care of the store: when, which part of it was read, and how it ended.
   [[nodiscard]] std::optional<LocalTime> LastCheck() const;
   [[nodiscard]] int LastPart() const;

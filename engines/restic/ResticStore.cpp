@@ -205,6 +205,7 @@ EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJourn
   EngineResult result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
   if (backup.ParentIsGone() && Newest() == kDone)
     result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
+  record_.SetFull(result == kQuotaUsedUp);
   if (!backup.HasBegun() || !backup.snapshot_id().empty()) record_.SetRunOpen(false);
   if (backup.snapshot_id().empty()) return result;
   client_.text_files().Write(DatabasePath(client_),

@@ -25,6 +25,7 @@ class ResticStore : public Store {
   EngineResult Enter(const Account& account) override;
   [[nodiscard]] std::string Reason() const override { return reason_; }
   std::optional<StoreSpace> Usage() override;
+  [[nodiscard]] bool LacksRoom() override { return record_.IsFull(); }
   EngineResult ServerList() override { return Newest(); }
   EngineResult Newest() override;
   EngineResult Transfer(const TransferRequest& request, TransferJournal& journal,
