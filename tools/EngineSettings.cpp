@@ -14,7 +14,7 @@ EngineSettings::EngineSettings(const Machine& machine, const std::string& instal
       user_(std::move(user)) {}
 
 std::string EngineSettings::SectionFor(std::string_view section) const {
-  return user_.empty() ? std::string{section} : "User " + user_;
+  return user_.empty() ? std::string{section} : engines::engine_settings::OfUser(user_);
 }
 
 std::string EngineSettings::Read(std::string_view section, std::string_view key) const {
@@ -29,8 +29,8 @@ void EngineSettings::Write(std::string_view section, std::string_view key, std::
 
 std::string StoreLocation(const std::string& location) {
   if (location.find("{account}") != std::string::npos) return location;
-  const bool is_machine_path = location.size() > 2 && location[1] == ':' && location[2] == '\\';
-  if (is_machine_path) return location + (location.ends_with('\\') ? "" : "\\") + "{account}";
+  if (engines::IsMachinePath(location))
+    return location + (location.ends_with('\\') ? "" : "\\") + "{account}";
   const bool is_remote = !engines::StoreKind(location).empty();
   if (location.empty() || (!is_remote && location.find(':') != std::string::npos)) {
     throw Failure(Exit::kUsage,

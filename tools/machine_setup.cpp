@@ -8,6 +8,7 @@
 #include "EngineSettings.h"
 #include "Failure.h"
 #include "OpenedMachine.h"
+#include "engines/restic/StoreSettings.h"
 #include "host_files.h"
 #include "profile/ProductConfiguration.h"
 #include "profile/profile_paths.h"
@@ -147,7 +148,8 @@ void SetUpMachine(const Globals& globals, const MachinePlan& plan) {
   CopyFiles(globals, installation, plan);
   if (!plan.store.empty()) {
     EngineSettings(machine, installation.ExeLocation, {})
-        .Write("Store", "Repository", StoreLocation(plan.store));
+        .Write(engines::engine_settings::kStore, engines::engine_settings::kRepository,
+               StoreLocation(plan.store));
   }
   std::cout << "The machine is in " << globals.root << ". Next: ondura --root '" << globals.root
             << "' user add NAME\n";

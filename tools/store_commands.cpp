@@ -12,6 +12,7 @@
 #include "Failure.h"
 #include "commands.h"
 #include "engines/common/door.h"
+#include "engines/restic/StoreSettings.h"
 #include "text/text.h"
 
 namespace ondura {
@@ -38,6 +39,7 @@ std::string TimeText(const Json& answer, const char* name) {
   return text;
 }
 
+// Not the system's own text for sizes, which shows exactly one kilobyte as 0.
 std::string SizeText(std::uint64_t bytes) {
   constexpr std::array<const char*, 4> kUnits{" bytes", " KB", " MB", " GB"};
   std::size_t unit = 0;
@@ -127,8 +129,7 @@ void ShowRestored(const StoreRequest& request, const std::string& folder, const 
 void RestoreFiles(const Globals& globals, const StoreRequest& request) {
   OpenedMachine opened(globals);
   opened.Serve(request.user);
-  const bool is_machine_path = request.to.size() > 2 && request.to[1] == ':' && request.to[2] == '\\';
-  const std::string folder = is_machine_path
+  const std::string folder = engines::IsMachinePath(request.to)
                                  ? opened.machine().processes.SystemPath(request.to)
                                  : std::filesystem::absolute(request.to).lexically_normal().string();
   std::vector<std::string> words = AtWords(request);

@@ -10,6 +10,7 @@
 #include "Failure.h"
 #include "commands.h"
 #include "engines/common/door.h"
+#include "engines/restic/StoreSettings.h"
 #include "secret_input.h"
 #include "text/text.h"
 
@@ -19,19 +20,19 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr const char* kRetentionSection = "Retention";
+namespace names = engines::engine_settings;
 
 struct KeepRow {
-  const char* key;
+  std::string_view key;
   const char* option;
   const char* text;
 };
 constexpr std::array kKeepRows{
-    KeepRow{"Last", "--last", "The newest snapshots"},
-    KeepRow{"Daily", "--daily", "One of each day that has any"},
-    KeepRow{"Weekly", "--weekly", "One of each week"},
-    KeepRow{"Monthly", "--monthly", "One of each month"},
-    KeepRow{"Yearly", "--yearly", "One of each year"},
+    KeepRow{names::kLast, "--last", "The newest snapshots"},
+    KeepRow{names::kDaily, "--daily", "One of each day that has any"},
+    KeepRow{names::kWeekly, "--weekly", "One of each week"},
+    KeepRow{names::kMonthly, "--monthly", "One of each month"},
+    KeepRow{names::kYearly, "--yearly", "One of each year"},
 };
 
 struct KeepRequest {
@@ -57,8 +58,8 @@ void ShowRetention(const EngineSettings& own, const EngineSettings& common, bool
   Json json = Json::object();
   std::string words;
   for (const KeepRow& row : kKeepRows) {
-    std::string value = own.Read(kRetentionSection, row.key);
-    if (value.empty()) value = common.Read(kRetentionSection, row.key);
+    std::string value = own.Read(names::kRetention, row.key);
+    if (value.empty()) value = common.Read(names::kRetention, row.key);
     const auto count = ParseInteger(value).value_or(0);
     json[ToLower(row.key)] = count;
     if (count > 0) words += (words.empty() ? "" : ", ") + ToLower(row.key) + " " + std::to_string(count);
@@ -80,7 +81,7 @@ void Keep(const Globals& globals, const KeepRequest& request) {
   bool changes = request.all;
   for (const auto& count : request.counts) changes = changes || count.has_value();
   for (std::size_t at = 0; changes && at < kKeepRows.size(); ++at) {
-    own.Write(kRetentionSection, kKeepRows[at].key, std::to_string(request.counts[at].value_or(0)));
+    own.Write(names::kRetention, kKeepRows[at].key, std::to_string(request.counts[at].value_or(0)));
   }
   ShowRetention(own, common, request.as_json);
 }
@@ -88,10 +89,10 @@ void Keep(const Globals& globals, const KeepRequest& request) {
 void WriteStore(const OpenedMachine& opened, const StorePlan& plan) {
   const auto lock = opened.LockForChange();
   const EngineSettings settings(opened.machine(), opened.installation().ExeLocation, plan.user);
-  if (!plan.location.empty()) settings.Write("Store", "Repository", StoreLocation(plan.location));
-  if (!plan.authority.empty()) settings.Write("Store", "Authority", plan.authority);
-  if (!plan.ssh_config.empty()) settings.Write("Store", "SshConfig", plan.ssh_config);
-  if (plan.max_bytes) settings.Write("Store", "MaxBytes", std::to_string(*plan.max_bytes));
+  if (!plan.location.empty()) settings.Write(names::kStore, names::kRepository, StoreLocation(plan.location));
+  if (!plan.authority.empty()) settings.Write(names::kStore, names::kAuthority, plan.authority);
+  if (!plan.ssh_config.empty()) settings.Write(names::kStore, names::kSshConfig, plan.ssh_config);
+  if (plan.max_bytes) settings.Write(names::kStore, names::kMaxBytes, std::to_string(*plan.max_bytes));
 }
 
 // False if the store can't be entered. It is made where there is none yet.

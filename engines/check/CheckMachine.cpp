@@ -90,9 +90,8 @@ void CheckMachine::WriteProduct(const CheckPlan& plan) {
       {InstallPointerPath(installation_), profile_keys::kDataFolder.section, profile_keys::kDataFolder},
       kData);
   if (!plan.store.empty()) {
-    const std::string settings = std::string{kInstall} + std::string{engines::kEngineSettingsFile};
-    machine().profiles.WriteString({settings, "Store", "Repository"},
-                                   plan.store + "/" + fs::path(root_).filename().string() + "-{account}");
+    SetEngine(engines::engine_settings::kStore, engines::engine_settings::kRepository,
+              plan.store + "/" + fs::path(root_).filename().string() + "-{account}");
   }
   transfer_->Trf_WriteUserNameProfile(profile_keys::kScheduled, "ann");
   transfer_->Trf_WriteUserProfile(profile_keys::kUserName, "ann");
@@ -156,7 +155,7 @@ void CheckMachine::SetHeaderWord(std::string_view word) {
 void CheckMachine::SetPace(std::string_view milliseconds_per_file, std::string_view upload_kib) {
   const std::string deployment = std::string{kInstall} + std::string{kDeploymentFile};
   machine().profiles.WriteString({deployment, "Demo", "MillisecondsPerFile"}, milliseconds_per_file);
-  SetEngine("Limits", "UploadKiB", upload_kib);
+  SetEngine(engines::engine_settings::kLimits, engines::engine_settings::kUploadKib, upload_kib);
 }
 
 void CheckMachine::SetEngine(std::string_view section, std::string_view key, std::string_view value) {
@@ -165,7 +164,7 @@ void CheckMachine::SetEngine(std::string_view section, std::string_view key, std
 }
 
 void CheckMachine::SetSpace(std::uint64_t bytes) {
-  SetEngine("Store", "MaxBytes", std::to_string(bytes));
+  SetEngine(engines::engine_settings::kStore, engines::engine_settings::kMaxBytes, std::to_string(bytes));
   machine().profiles.WriteString({installation_.DataFile("Vault\\ann\\account.ini"), "Account", "Max"},
                                  std::to_string(bytes));
 }
@@ -300,7 +299,7 @@ std::string CheckMachine::Restored(const std::string& path, const std::string& a
 std::string CheckMachine::StoreFolder() {
   for (const nlohmann::json& answer : Ask(engines::door_verbs::kStore)) {
     std::string location = answer.value("location", "");
-    if (location.size() > 2 && location[1] == ':') location = HostPath(WithoutLast(WithBackslash(location)));
+    if (engines::IsMachinePath(location)) location = HostPath(WithoutLast(WithBackslash(location)));
     if (location.starts_with('/')) return location;
   }
   throw NotOffered("a store in a folder");

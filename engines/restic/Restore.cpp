@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "engines/common/HostProcess.h"
 #include "engines/restic/exclude_patterns.h"
 #include "engines/restic/snapshot_files.h"
 #include "text/text.h"
@@ -50,7 +51,10 @@ Restore::Figures FiguresOf(const fs::path& folder) {
 // A folder that is gone again with this object, and all that is left in it.
 class FreshFolder {
  public:
-  explicit FreshFolder(fs::path path) : path_(std::move(path)) { fs::create_directories(path_, error_); }
+  explicit FreshFolder(fs::path path) : path_(std::move(path)) {
+    fs::remove_all(path_, error_);  // one that a killed restore has left
+    fs::create_directories(path_, error_);
+  }
   ~FreshFolder() { fs::remove_all(path_, error_); }
   FreshFolder(const FreshFolder&) = delete;
   FreshFolder& operator=(const FreshFolder&) = delete;
@@ -85,7 +89,7 @@ void MoveInto(const fs::path& from, const fs::path& to) {
 bool Restore::Run(const ResticSnapshot& snapshot, const std::vector<std::string>& paths) {
   if (!FindWanted(snapshot, paths)) return false;
   // Beside its place, so that a file is moved by one step.
-  const FreshFolder fresh{PathOf(to_) / (".ondura-restore-" + snapshot.id.substr(0, 8))};
+  const FreshFolder fresh{PathOf(to_) / (".ondura-restore-" + std::to_string(OwnProcessId()))};
   if (!fresh.IsMade()) return Fail("the folder " + to_ + " can't be made or written to");
   const std::string folder = TextOf(fresh.path());
   const bool all_came = Fetch(snapshot, folder);

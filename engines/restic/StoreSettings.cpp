@@ -13,7 +13,7 @@ class SettingsFile {
   explicit SettingsFile(Client& client)
       : profiles_(client.machine().profiles),
         path_(client.installation().ExeLocation + std::string{kEngineSettingsFile}),
-        own_section_("User " + client.installation().CurrentUser) {}
+        own_section_(engine_settings::OfUser(client.installation().CurrentUser)) {}
 
   std::string Text(std::string_view section, std::string_view key) {
     std::string own = profiles_.ReadString({path_, own_section_, key});
@@ -35,10 +35,6 @@ class SettingsFile {
   std::string path_;
   std::string own_section_;
 };
-
-bool IsMachinePath(std::string_view text) {
-  return text.starts_with("\\\\") || (text.size() > 2 && text[1] == ':' && text[2] == '\\');
-}
 
 std::string Filled(std::string_view text, Client& client, const Account& account) {
   std::string port = client.transfer().Trf_ReadUserProfile(profile_keys::kPort);
@@ -75,6 +71,10 @@ void SetRepository(Client& client, const Account& account, const std::string& te
 
 }  // namespace
 
+bool IsMachinePath(std::string_view text) {
+  return text.starts_with("\\\\") || (text.size() > 2 && text[1] == ':' && text[2] == '\\');
+}
+
 std::string_view StoreKind(std::string_view repository) {
   const auto colon = repository.find(':');
   if (colon == std::string_view::npos || colon < 2) return {};
@@ -83,19 +83,20 @@ std::string_view StoreKind(std::string_view repository) {
 }
 
 StoreSettings ReadStoreSettings(Client& client, const Account& account) {
+  using namespace engine_settings;
   SettingsFile file(client);
   StoreSettings settings;
-  settings.authority = file.Text("Store", "Authority");
-  settings.ssh_config = file.Text("Store", "SshConfig");
-  settings.max_bytes = static_cast<std::uint64_t>(file.Number("Store", "MaxBytes", 0));
-  settings.upload_kib = file.Count("Limits", "UploadKiB", 0);
-  settings.download_kib = file.Count("Limits", "DownloadKiB", 0);
-  settings.retention = {file.Count("Retention", "Last", 0), file.Count("Retention", "Daily", 0),
-                        file.Count("Retention", "Weekly", 0), file.Count("Retention", "Monthly", 0),
-                        file.Count("Retention", "Yearly", 0)};
-  settings.check_days = file.Count("Check", "Days", settings.check_days);
-  settings.check_parts = std::max(1, file.Count("Check", "Parts", settings.check_parts));
-  SetRepository(client, account, std::string{Trim(file.Text("Store", "Repository"))}, settings);
+  settings.authority = file.Text(kStore, kAuthority);
+  settings.ssh_config = file.Text(kStore, kSshConfig);
+  settings.max_bytes = static_cast<std::uint64_t>(file.Number(kStore, kMaxBytes, 0));
+  settings.upload_kib = file.Count(kLimits, kUploadKib, 0);
+  settings.download_kib = file.Count(kLimits, kDownloadKib, 0);
+  settings.retention = {file.Count(kRetention, kLast, 0), file.Count(kRetention, kDaily, 0),
+                        file.Count(kRetention, kWeekly, 0), file.Count(kRetention, kMonthly, 0),
+                        file.Count(kRetention, kYearly, 0)};
+  settings.check_days = file.Count(kCheck, kDays, settings.check_days);
+  settings.check_parts = std::max(1, file.Count(kCheck, kParts, settings.check_parts));
+  SetRepository(client, account, std::string{Trim(file.Text(kStore, kRepository))}, settings);
   return settings;
 }
 

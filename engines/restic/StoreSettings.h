@@ -12,6 +12,30 @@ namespace ondura::engines {
 // Beside the programs, for administrators alone: where users' backups go and how long they are kept.
 inline constexpr std::string_view kEngineSettingsFile = "Engine.ini";
 
+// Its names, for who reads it and who writes it.
+namespace engine_settings {
+inline constexpr std::string_view kStore = "Store";
+inline constexpr std::string_view kRepository = "Repository";
+inline constexpr std::string_view kAuthority = "Authority";
+inline constexpr std::string_view kSshConfig = "SshConfig";
+inline constexpr std::string_view kMaxBytes = "MaxBytes";
+inline constexpr std::string_view kLimits = "Limits";
+inline constexpr std::string_view kUploadKib = "UploadKiB";
+inline constexpr std::string_view kDownloadKib = "DownloadKiB";
+inline constexpr std::string_view kRetention = "Retention";
+inline constexpr std::string_view kLast = "Last";
+inline constexpr std::string_view kDaily = "Daily";
+inline constexpr std::string_view kWeekly = "Weekly";
+inline constexpr std::string_view kMonthly = "Monthly";
+inline constexpr std::string_view kYearly = "Yearly";
+inline constexpr std::string_view kCheck = "Check";
+inline constexpr std::string_view kDays = "Days";
+inline constexpr std::string_view kParts = "Parts";
+
+// The section with one user's own values.
+inline std::string OfUser(std::string_view user) { return "User " + std::string{user}; }
+}  // namespace engine_settings
+
 // How many snapshots to keep of the newest days, weeks and so on. All zero keeps everything.
 struct Retention {
   int last = 0;
@@ -52,6 +76,9 @@ struct StoreSettings {
 
 // Reads the file anew. A missing file gives the defaults.
 StoreSettings ReadStoreSettings(Client& client, const Account& account);
+
+// Whether the text is a path of the machine: with a drive, or of a share.
+bool IsMachinePath(std::string_view text);
 
 // The first word of a repository on another machine ("sftp", "rest", "s3" ...). Empty for a folder.
 std::string_view StoreKind(std::string_view repository);

@@ -3,6 +3,7 @@
 
 #include "TemporaryRoot.h"
 #include "machines/posix/PosixMachine.h"
+#include "piped_lines.h"
 
 namespace ondura {
 namespace {
@@ -16,21 +17,6 @@ class PosixPipedTest : public testing::Test {
     request.file = "sh";
     request.arguments = {"-c", script, "sh", "two words"};
     return machine_.processes.Start(request);
-  }
-
-  // All that it prints, errors after "!", and its exit code.
-  static std::vector<std::string> RunToEnd(PipedProgram& program) {
-    std::vector<std::string> lines;
-    for (int looks = 0; looks < 100; ++looks) {
-      while (const auto line = program.NextLine(100ms)) {
-        lines.push_back((line->stream == PipeStream::kError ? "!" : "") + line->text);
-      }
-      if (const auto code = program.ExitCode()) {
-        lines.push_back("= " + std::to_string(*code));
-        break;
-      }
-    }
-    return lines;
   }
 
   TemporaryRoot root_;

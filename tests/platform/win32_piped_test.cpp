@@ -1,6 +1,7 @@
 #include "TemporaryFolder.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/windows_api.h"
+#include "piped_lines.h"
 
 namespace ondura {
 namespace {
@@ -15,21 +16,6 @@ class Win32PipedTest : public testing::Test {
     request.file = "win32_piped_tool";  // beside this program
     request.arguments = std::move(steps);
     return machine_.processes.Start(request);
-  }
-
-  // All that it prints, errors after "!", and its exit code.
-  static std::vector<std::string> RunToEnd(PipedProgram& program) {
-    std::vector<std::string> lines;
-    for (int looks = 0; looks < 100; ++looks) {
-      while (const auto line = program.NextLine(100ms)) {
-        lines.push_back((line->stream == PipeStream::kError ? "!" : "") + line->text);
-      }
-      if (const auto code = program.ExitCode()) {
-        lines.push_back("= " + std::to_string(*code));
-        break;
-      }
-    }
-    return lines;
   }
 
   std::unique_ptr<Win32Machine> owner_ = MakeWin32Machine();
