@@ -91,7 +91,8 @@ void CheckMachine::WriteProduct(const CheckPlan& plan) {
       kData);
   if (!plan.store.empty()) {
     SetEngine(engines::engine_settings::kStore, engines::engine_settings::kRepository,
-              plan.store + "/" + fs::path(root_).filename().string() + "-{account}");
+              plan.store + "/" + fs::path(plan.folder).filename().string() + "-" +
+                  fs::path(root_).filename().string() + "-{account}");
   }
   transfer_->Trf_WriteUserNameProfile(profile_keys::kScheduled, "ann");
   transfer_->Trf_WriteUserProfile(profile_keys::kUserName, "ann");
