@@ -95,10 +95,14 @@ void InstallService(const std::string& name, const std::string& command_line) {
 
 void StartInstalledService(const std::string& name, std::chrono::seconds limit) {
   const UniqueServiceHandle service = OpenInstalled(name, SERVICE_START | SERVICE_QUERY_STATUS);
+  const std::string what = "the service " + InQuotes(name) + " did not start";
+  const std::string see = "; the event log says why.";
+  // A process that ends before it has answered the manager fails the call itself, each time with another
+  // number.
   if (StartServiceW(service.get(), 0, nullptr) == FALSE && GetLastError() != ERROR_SERVICE_ALREADY_RUNNING) {
-    ThrowLastError("can't start the service " + InQuotes(name));
+    throw HostError(what + ": " + SystemText(GetLastError()) + see);
   }
-  const std::string failure = "the service " + InQuotes(name) + " did not start; the event log says why.";
+  const std::string failure = what + see;
   WaitFor(limit, failure, [&] {
     const DWORD state = StateOf(service.get());
     if (state == SERVICE_STOPPED) throw HostError(failure);

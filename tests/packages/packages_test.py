@@ -315,13 +315,18 @@ class InstallerTest(unittest.TestCase):
         for folder in [self.HOME, self.DATA, "C:\\Prögs x\\", "C:\\Dätä x\\"]:
             shutil.rmtree(WINDOWS.path(folder), ignore_errors=True)
 
+    def installer(self, what, msi, *words):
+        """The installer says nothing when it is quiet; its log does."""
+        done = WINDOWS.run("msiexec", what, self.on_windows(msi or WINDOWS.msi), "/qn", "/l*v", "C:\\msi.log", *words)
+        if done.returncode:
+            log = WINDOWS.path("C:\\msi.log").read_text("utf-8", "replace").splitlines()
+            self.fail("\n".join([f"msiexec {what} ended with {done.returncode}; its log ends:", *log[-40:]]))
+
     def install(self, *words, msi=None):
-        done = WINDOWS.run("msiexec", "/i", self.on_windows(msi or WINDOWS.msi), "/qn", *words)
-        self.assertEqual(done.returncode, 0, done.stderr)
+        self.installer("/i", msi, *words)
 
     def remove(self, msi=None):
-        done = WINDOWS.run("msiexec", "/x", self.on_windows(msi or WINDOWS.msi), "/qn")
-        self.assertEqual(done.returncode, 0, done.stderr)
+        self.installer("/x", msi)
 
     @staticmethod
     def on_windows(path):
