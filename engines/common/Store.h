@@ -36,6 +36,13 @@ class Store {
   // Reaches the store and shows that it accepts the account. kDone, or why not.
   virtual EngineResult Enter(const Account& account) = 0;
 
+  // For a command that comes right after others of the same job: a store that was entered a moment ago need
+  // not be asked again. What the command finds wrong is then its own result, of Failure().
+  virtual EngineResult Resume(const Account& account) { return Enter(account); }
+
+  // Why Usage() had no answer.
+  [[nodiscard]] virtual EngineResult Failure() const { return engine_results::kCannotConnect; }
+
   // Why the last call failed, in words for a person. Empty if it did not fail, or has nothing to add.
   [[nodiscard]] virtual std::string Reason() const { return {}; }
 

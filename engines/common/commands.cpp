@@ -15,7 +15,7 @@ namespace {
 
 EngineResult TotalSize(Client& client, Store& store) {
   const auto space = store.Usage();
-  if (!space) return engine_results::kCannotConnect;
+  if (!space) return store.Failure();
   client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaUsed, std::to_string(space->used_bytes));
   client.transfer().Trf_WriteUserProfileDefault(profile_keys::kQuotaMax, std::to_string(space->max_bytes));
   const bool is_full = space->used_bytes > space->max_bytes || store.LacksRoom();
@@ -51,6 +51,12 @@ EngineResult Backup(Client& client, Store& store) {
   return result;
 }
 
+// The other commands are there to find out whether the account may be entered, or come first in a job.
+bool FollowsOthers(EngineCommand command) {
+  return command == EngineCommand::kServerList || command == EngineCommand::kBuildDatabase ||
+         command == EngineCommand::kTransfer || command == EngineCommand::kTotalSize;
+}
+
 EngineResult Perform(Client& client, Store& store, const Account& account, EngineCommand command) {
   switch (command) {
     case EngineCommand::kTotalSize:
@@ -82,7 +88,7 @@ void Trace(Client& client, EngineCommand command, EngineResult result, const std
 
 void RunEngineCommand(Client& client, Store& store, const EngineCall& call) {
   const Account account = client.ReadAccount();
-  EngineResult result = store.Enter(account);
+  EngineResult result = FollowsOthers(call.command) ? store.Resume(account) : store.Enter(account);
   if (result == engine_results::kDone) result = Perform(client, store, account, call.command);
   if (const std::string reason = store.Reason(); !reason.empty()) Trace(client, call.command, result, reason);
   client.WriteStatus(profile_keys::kRetValue, result.Text());

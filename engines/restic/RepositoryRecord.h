@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,20 @@ class RepositoryRecord {
   // The repository that the user's backups are in. Empty before the first contact.
   [[nodiscard]] std::string Id() const { return Read("Repository", "Id"); }
   bool RememberId(std::string_view id) { return Write("Repository", "Id", id); }
+
+  // The last time that the repository at `address` was there and was the right one. Good for some minutes, as
+  // long as a job's commands follow each other.
+  [[nodiscard]] bool WasMetLately(std::string_view address, LocalTime now) const;
+  void NoteMeeting(std::string_view address, LocalTime now);
+  // The newest snapshot has been asked for since then.
+  [[nodiscard]] bool IsNewestKnown() const { return Read("Contact", "Newest") == "1"; }
+  void SetNewestKnown(bool is_known) { Write("Contact", "Newest", is_known ? "1" : "0"); }
+
+  // What the repository holds, in bytes, as long as nothing has changed it: to count it means to read the
+  // lists of all folders in it. Others may share it, so a figure is good for a week.
+  [[nodiscard]] std::optional<std::uint64_t> Used(LocalTime now) const;
+  void NoteUsed(std::uint64_t bytes, LocalTime now);
+  void ForgetUsed() { Write("Usage", "Bytes", ""); }
 
   // A run that has not come to its end: what it sent is in the store, but not in its index.
   [[nodiscard]] bool IsRunOpen() const { return Read("Run", "Open") == "1"; }

@@ -240,7 +240,8 @@ EngineResult ResticBackup::ResultOf(const ResticEnd& end) {
     case StopRequest::kNone:
       break;
   }
-  for (const std::string& line : LinesOf(end.words)) journal_.Say("restic: " + line);
+  words_ = Trim(end.words);
+  for (const std::string& line : LinesOf(words_)) journal_.Say("restic: " + line);
   const std::string holder = LockHolder(end.words);
   if (!holder.empty()) client_.transfer().Trf_WriteUserProfileDefault(profile_keys::kMultipleIp, holder);
   return ResultOfWords(end.words, end.exit_code,

@@ -36,6 +36,9 @@ class ResticBackup {
   // True when restic no longer knows the parent, and no file has been looked at.
   [[nodiscard]] bool ParentIsGone() const { return parent_is_gone_; }
 
+  // What restic said when it failed. Empty if it did not.
+  [[nodiscard]] const std::string& words() const { return words_; }
+
  private:
   std::vector<std::string> Targets(const TransferRequest& request);
   void AddItem(const TransferRequest& request, const std::string& item, std::vector<std::string>& targets);
@@ -74,6 +77,7 @@ class ResticBackup {
   bool has_begun_ = false;
   bool is_full_ = false;
   bool parent_is_gone_ = false;
+  std::string words_;
 };
 
 }  // namespace ondura::engines

@@ -197,6 +197,7 @@ int ResticDoor::Verify(const DoorCall& call) {
 
 int ResticDoor::Accept() {
   store_.record().RememberId("");
+  store_.record().ForgetUsed();
   if (!Enter()) return kExitFailed;
   Answer(answers_, {{"type", "accepted"}, {"id", store_.record().Id()}});
   return kExitDone;

@@ -30,19 +30,17 @@ std::string DatabasePath(const Client& client) {
          std::string{engine_files::kDatabase};
 }
 
-// Two transfers of one account on this machine would wait for each other's lock in the store.
-class TransferLock {
+// A mutex that this user's engines on this machine share, held until the end of its scope.
+class UserMutex {
  public:
-  TransferLock(NamedMutexes& mutexes, const std::string& user)
-      : mutexes_(mutexes),
-        mutex_(mutexes.Create("OnduraTransfer" + user)),
-        held_(mutexes.Wait(mutex_, 0ms)) {}
-  ~TransferLock() {
+  UserMutex(NamedMutexes& mutexes, const std::string& name, std::chrono::milliseconds limit)
+      : mutexes_(mutexes), mutex_(mutexes.Create(name)), held_(mutexes.Wait(mutex_, limit)) {}
+  ~UserMutex() {
     if (held_) mutexes_.Release(mutex_);
     mutexes_.Close(mutex_);
   }
-  TransferLock(const TransferLock&) = delete;
-  TransferLock& operator=(const TransferLock&) = delete;
+  UserMutex(const UserMutex&) = delete;
+  UserMutex& operator=(const UserMutex&) = delete;
 
   [[nodiscard]] bool held() const { return held_; }
 
@@ -61,6 +59,20 @@ ResticStore::ResticStore(Client& client)
       settings_(ReadStoreSettings(client, client.ReadAccount())) {}
 
 EngineResult ResticStore::Enter(const Account& account) {
+  const EngineResult prepared = Prepare(account);
+  return prepared == kDone ? Meet() : prepared;
+}
+
+EngineResult ResticStore::Resume(const Account& account) {
+  const EngineResult prepared = Prepare(account);
+  if (prepared != kDone) return prepared;
+  resumes_ =
+      !record_.Id().empty() && record_.WasMetLately(settings_.repository, client_.machine().clock.Now());
+  return resumes_ ? kDone : Meet();
+}
+
+EngineResult ResticStore::Prepare(const Account& account) {
+  resumes_ = false;
   reason_ = settings_.error;
   if (!reason_.empty()) return kNoPortInformation;
   if (account.name.empty() || account.password.empty()) {
@@ -73,6 +85,11 @@ EngineResult ResticStore::Enter(const Account& account) {
     return kEndedAbnormally;
   }
   program_ = std::make_unique<ResticProgram>(client_, settings_, account, *view_, work_folder_);
+  return kDone;
+}
+
+EngineResult ResticStore::Meet() {
+  resumes_ = false;
   const ResticEnd end = program_->Do({.arguments = {"cat", "config"}, .limit = kEnterLimit});
   if (end.IsDone()) return TakeId(ParseRepositoryId(end.output));
   const bool is_first = record_.Id().empty() && end.how == ResticEnd::How::kEnded;
@@ -80,7 +97,13 @@ EngineResult ResticStore::Enter(const Account& account) {
   return Fail(end, ResultOf(end));
 }
 
+// A job may have given up an engine that is still at it, and begun another. Two that make one repository at
+// the same time leave a key that does not fit.
 EngineResult ResticStore::MakeRepository() {
+  const UserMutex making(client_.machine().mutexes, "OnduraMake" + client_.installation().CurrentUser,
+                         kLookLimit);
+  if (!making.held()) return kCannotConnect;
+  if (!record_.Id().empty()) return Meet();
   const ResticEnd made = program_->Do({.arguments = {"init"}, .limit = kLookLimit});
   if (!made.IsDone()) return Fail(made, ResultOf(made));
   const ResticEnd end = program_->Do({.arguments = {"cat", "config"}, .limit = kEnterLimit});
@@ -89,7 +112,10 @@ EngineResult ResticStore::MakeRepository() {
 
 EngineResult ResticStore::TakeId(std::string_view id) {
   const std::string known = record_.Id();
-  if (known == id && !id.empty()) return kDone;
+  if (known == id && !id.empty()) {
+    record_.NoteMeeting(settings_.repository, client_.machine().clock.Now());
+    return kDone;
+  }
   if (!known.empty() || id.empty()) {
     reason_ =
         "the store holds another repository than the one that this user's backups are in; if that is meant, "
@@ -118,6 +144,7 @@ EngineResult ResticStore::Fail(const ResticEnd& end, EngineResult result) {
   } else {
     reason_ = Trim(end.words);
   }
+  failure_ = result;
   return result;
 }
 
@@ -144,14 +171,19 @@ std::vector<std::string> ResticStore::OwnMarks() const {
 }
 
 std::optional<StoreSpace> ResticStore::Usage() {
+  const std::uint64_t limit = settings_.max_bytes > 0 ? settings_.max_bytes : kNoLimit;
+  const LocalTime now = client_.machine().clock.Now();
+  if (const auto known = record_.IsRunOpen() ? std::nullopt : record_.Used(now))
+    return StoreSpace{*known, limit};
   const ResticEnd end =
       program_->Do({.arguments = {"stats", "--json", "--mode", "raw-data"}, .limit = kLookLimit});
   const auto used = end.IsDone() ? ParseTotalSize(end.output) : std::nullopt;
   if (!used) {
-    Fail(end, {});
+    Fail(end, end.IsDone() ? kCannotConnect : ResultOf(end));
     return std::nullopt;
   }
-  return StoreSpace{*used, settings_.max_bytes > 0 ? settings_.max_bytes : kNoLimit};
+  record_.NoteUsed(*used, now);
+  return StoreSpace{*used, limit};
 }
 
 std::optional<std::vector<ResticSnapshot>> ResticStore::Snapshots() {
@@ -160,39 +192,49 @@ std::optional<std::vector<ResticSnapshot>> ResticStore::Snapshots() {
   arguments.insert(arguments.end(), marks.begin(), marks.end());
   const ResticEnd end = program_->Do({.arguments = std::move(arguments), .limit = kLookLimit});
   auto snapshots = end.IsDone() ? ParseSnapshots(end.output) : std::nullopt;
-  if (!snapshots) Fail(end, {});
+  if (!snapshots) Fail(end, end.IsDone() ? kCannotConnect : ResultOf(end));
   return snapshots;
 }
 
 // The repository knows the state of every file that is in it: all that the database says is which snapshot to
 // compare with.
 EngineResult ResticStore::Newest() {
+  if (resumes_ && record_.IsNewestKnown() && !NotedParent().value_or("").empty()) {
+    NoteDatabaseSelection(client_);
+    return kDone;
+  }
   const auto snapshots = Snapshots();
-  if (!snapshots) return kCannotConnect;
+  if (!snapshots) return failure_;
   const std::string id = snapshots->empty() ? "" : snapshots->back().id;
   client_.machine().folders.Make(client_.installation().UserFile(engine_files::kDatabaseFolder));
   NoteDatabaseSelection(client_);
   const bool written = client_.text_files().Write(DatabasePath(client_),
                                                   "Snapshot=" + id + std::string{kLineEnd}, Encoding::kUtf16);
+  record_.SetNewestKnown(written);
   return written ? kDone : kEndedAbnormally;
 }
 
-std::string ResticStore::ReadParent() {
+std::optional<std::string> ResticStore::NotedParent() const {
   constexpr std::string_view kLead = "Snapshot=";
   const auto line = client_.text_files().ReadFirstLine(DatabasePath(client_), Encoding::kUtf16);
-  if (line && line->starts_with(kLead)) return line->substr(kLead.size());
-  if (Newest() != kDone) return {};
-  const auto made = client_.text_files().ReadFirstLine(DatabasePath(client_), Encoding::kUtf16).value_or("");
-  return made.starts_with(kLead) ? made.substr(kLead.size()) : std::string{};
+  if (!line || !line->starts_with(kLead)) return std::nullopt;
+  return line->substr(kLead.size());
 }
 
 EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJournal& journal,
                                    StopRequests& stop) {
-  const TransferLock lock(client_.machine().mutexes, client_.installation().CurrentUser);
+  // Two transfers of one account on this machine would wait for each other's lock in the store.
+  const UserMutex lock(client_.machine().mutexes, "OnduraTransfer" + client_.installation().CurrentUser, 0ms);
   if (!lock.held()) {
     journal.Say("Another transfer of this user is running on this machine.");
     return kLocked;
   }
+  // A snapshot to compare with shows by itself that the repository is the right one.
+  const auto parent = NotedParent();
+  if (resumes_ && parent.value_or("").empty()) {
+    if (const EngineResult met = Meet(); met != kDone) return met;
+  }
+  if (!parent) Newest();
   StoreCare care(client_, *this, journal, stop);
   if (record_.IsRunOpen()) care.MendAfterBreak();
   std::optional<std::uint64_t> space_left;
@@ -202,12 +244,21 @@ EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJourn
   }
   record_.SetRunOpen(true);
   ResticBackup backup(client_, *program_, *view_, work_folder_, journal, stop);
-  EngineResult result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
-  if (backup.ParentIsGone() && Newest() == kDone)
-    result = backup.Run(request, OwnMarks(), ReadParent(), space_left);
+  EngineResult result = backup.Run(request, OwnMarks(), NotedParent().value_or(""), space_left);
+  if (backup.ParentIsGone()) {
+    if (const EngineResult met = Meet(); met != kDone) {
+      record_.SetRunOpen(false);
+      return met;
+    }
+    if (Newest() == kDone) result = backup.Run(request, OwnMarks(), NotedParent().value_or(""), space_left);
+  }
+  if (result != kNothingNew) record_.ForgetUsed();
   record_.SetFull(result == kQuotaUsedUp);
   if (!backup.HasBegun() || !backup.snapshot_id().empty()) record_.SetRunOpen(false);
-  if (backup.snapshot_id().empty()) return result;
+  if (backup.snapshot_id().empty()) {
+    reason_ = backup.words();
+    return result;
+  }
   client_.text_files().Write(DatabasePath(client_),
                              "Snapshot=" + backup.snapshot_id() + std::string{kLineEnd}, Encoding::kUtf16);
   journal.Say("Snapshot " + backup.snapshot_id() + " holds this state.");

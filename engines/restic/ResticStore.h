@@ -23,6 +23,8 @@ class ResticStore : public Store {
   // Makes the repository at the first contact of all. Afterwards only the same one will do: where it is
   // missing, an unmounted disk is more likely than a new beginning.
   EngineResult Enter(const Account& account) override;
+  EngineResult Resume(const Account& account) override;
+  [[nodiscard]] EngineResult Failure() const override { return failure_; }
   [[nodiscard]] std::string Reason() const override { return reason_; }
   std::optional<StoreSpace> Usage() override;
   [[nodiscard]] bool LacksRoom() override { return record_.IsFull(); }
@@ -51,11 +53,16 @@ class ResticStore : public Store {
   [[nodiscard]] std::vector<std::string> OwnMarks() const;
 
  private:
+  // All that entering needs before the store is asked.
+  EngineResult Prepare(const Account& account);
+  EngineResult Meet();
   EngineResult MakeRepository();
   EngineResult TakeId(std::string_view id);
   EngineResult Fail(const ResticEnd& end, EngineResult result);
   [[nodiscard]] EngineResult ResultOf(const ResticEnd& end) const;
-  [[nodiscard]] std::string ReadParent();
+  // The snapshot that the local database names to compare with: empty if there is none so far, std::nullopt
+  // without a database.
+  [[nodiscard]] std::optional<std::string> NotedParent() const;
 
   Client& client_;
   std::string work_folder_;
@@ -64,6 +71,8 @@ class ResticStore : public Store {
   std::unique_ptr<SystemView> view_;
   std::unique_ptr<ResticProgram> program_;
   std::string reason_;
+  EngineResult failure_ = engine_results::kCannotConnect;
+  bool resumes_ = false;
 };
 
 }  // namespace ondura::engines

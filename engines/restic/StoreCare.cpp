@@ -55,6 +55,7 @@ void StoreCare::Check() {
 }
 
 bool StoreCare::Do(std::vector<std::string> arguments, const std::string& what) {
+  store_.record().ForgetUsed();
   const ResticEnd end = store_.program().Do(
       {.arguments = std::move(arguments), .is_over = [this] { return stop_.Check() != StopRequest::kNone; }});
   if (end.IsDone()) return true;
