@@ -6,6 +6,8 @@
 
 import argparse
 import contextlib
+import json
+import os
 import pathlib
 import re
 import shutil
@@ -16,12 +18,14 @@ import time
 import unittest
 import zipfile
 
+sys.dont_write_bytecode = True
+from wine_windows import BUILD, PROJECT, SERVICE_NAME, Windows  # noqa: E402
+
 HERE = pathlib.Path(__file__).resolve().parent
-PROJECT = HERE.parent.parent
+RESTIC_EXE = PROJECT / "build" / "windows-tools" / "restic.exe"
 SERVER = PROJECT / "rehearsal" / "notification_server.py"
 EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
 
-SERVICE_NAME = "Ondura Service"
 INSTALLED = {"OnduraEService.dll", "OnduraService.exe", "OnduraBackground.exe", "OnduraElevated.exe", "OndruaEStartup.exe",
              "Deployment.ini", "UserName.ini"}
 EDITED = {"Deployment.ini", "UserName.ini"}
@@ -29,80 +33,14 @@ REHEARSAL = {"OnduraClsClient.exe", "OnduraScan.exe", "OnduraSDBManager.exe"}
 SCENARIO_INSTALL = "C:\\Scenario\\Install"
 
 
-class Windows:
-    """A Windows of Wine in a folder, with the packages beside it."""
-
-    def __init__(self, folder, scenario, trust):
-        self.folder = pathlib.Path(folder).resolve()
-        self.scenario = scenario
-        self.trust = trust
-        self.drive = self.folder / "wine" / "prefix" / "drive_c"
-        self.packages = self.folder / "packages"
-
-    def command(self, *words):
-        return [str(PROJECT / "scripts" / "wine"), str(self.folder / "wine"), *map(str, words)]
-
-    def run(self, *words, limit_s=120):
-        """What it prints goes through files: whatever Wine starts after a program keeps its output open."""
-        with tempfile.TemporaryFile() as stdout, tempfile.TemporaryFile() as stderr:
-            code = subprocess.run(self.command(*words), stdin=subprocess.DEVNULL, stdout=stdout, stderr=stderr,
-                                  check=False, timeout=limit_s).returncode
-            for file in (stdout, stderr):
-                file.seek(0)
-            return subprocess.CompletedProcess(words, code, *[file.read().decode("utf-8", "replace")
-                                                              for file in (stdout, stderr)])
-
-    def path(self, windows_path):
-        return self.drive.joinpath(*windows_path.removeprefix("C:\\").split("\\"))
-
-    def begin_anew(self):
-        """A run that was killed leaves services behind, which no later package removes."""
-        subprocess.run(self.command("--end"), check=True, stdin=subprocess.DEVNULL)
-        shutil.rmtree(self.folder / "wine", ignore_errors=True)
-        subprocess.run(self.command("--start"), check=True, stdin=subprocess.DEVNULL)
-
-    def stay_on(self):
-        """Wine switches its Windows off when no program runs, and starts the services with the next one."""
-        return subprocess.Popen(self.command("cmd"), stdin=subprocess.PIPE, stdout=subprocess.DEVNULL)
-
-    def play(self, action):
-        build = PROJECT / "build" / "windows-x64"
-        done = self.run(self.scenario, action, build / "engines" / "rehearsal-engine.exe",
-                        build / "rehearsal" / "rehearsal-database-manager.exe")
-        if done.returncode != 0:
-            raise AssertionError(f"the scenario's {action} failed: {done.stderr}")
-        return done.stdout.replace("\r", "")
-
-    def pack(self, release):
-        """Installer and zip of the release."""
-        folder = self.packages / release
-        done = subprocess.run([PROJECT / "scripts" / "package", "--built", "--preset", "windows-x64", "--release",
-                               release, "--output", folder], capture_output=True, text=True, check=False)
-        if done.returncode != 0:
-            raise AssertionError(done.stderr)
-        return folder / f"Ondura-{release}-x64.msi", folder / f"Ondura-{release}-x64.zip"
-
-    def ini_value(self, windows_path, key):
-        """A value of an ini file that another program may be writing at this moment."""
-        try:
-            found = re.search(rf"^{key}=(.*?)\r?$", self.path(windows_path).read_text("cp1252"), re.M)
-        except OSError:
-            return None
-        return found.group(1) if found else None
-
-    def service_state(self):
-        """The service manager's word for the state of the service; None when there is no such service."""
-        found = re.search(r"STATE\s*: \d\s+(\w+)", self.run("sc", "query", SERVICE_NAME).stdout)
-        return found.group(1) if found else None
-
-    def is_registered(self):
-        return self.run("reg", "query", "HKCR\\OnduraEService.Controller\\CLSID").returncode == 0
-
-
 def files_about(user, text):
     """What a shown scenario says about one user's files, but the folder that the next job removes."""
     blocks = re.split(r"(?m)^(?=== )", re.sub(r"(?m)^== \S*\\<moment>\\\n", "", text))
     return "".join(block for block in blocks if re.match(rf"== \S*(Ondura|Vault\\){user}\b", block))
+
+
+def bytes_under(folder):
+    return {path.relative_to(folder).as_posix(): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
 
 
 class ZipTest(unittest.TestCase):
@@ -161,6 +99,40 @@ class ZipTest(unittest.TestCase):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.maxDiff = None
         self.assertEqual(files_about("ann", EXPECTED), files_about("ann", WINDOWS.play("show")))
+
+    @unittest.skipUnless(RESTIC_EXE.exists(), "no build/windows-tools/restic.exe: scripts/setup --windows builds it")
+    def test_what_two_jobs_of_restic_have_saved_comes_back_here_and_on_linux(self):
+        self.register()
+        WINDOWS.play("prepare")
+        engine = SCENARIO_INSTALL + "\\ScnClsClient.exe"
+        shutil.copy(BUILD / "engines" / "restic-engine.exe", WINDOWS.path(engine))
+        shutil.copy(RESTIC_EXE, WINDOWS.path(SCENARIO_INSTALL + "\\restic.exe"))
+        WINDOWS.path("C:\\Scenario\\Data\\userlist.ini").write_bytes(b"ann;\r\n")
+        scenario = WINDOWS.path("C:\\Scenario")
+        user, store = scenario / "Data" / "Onduraann", scenario / "Data" / "Store" / "ann"
+        shared = scenario / "Data" / "UserName.ini"
+        schedule = (user / "scheduleData.txt").read_bytes()
+        states = []
+        for method, change in [(b"0", b"before"), (b"1", b"after")]:
+            (scenario / "Docs" / "plain.txt").write_bytes(change)
+            (user / "scheduleData.txt").write_bytes(schedule)
+            shared.write_bytes(shared.read_bytes().replace(b"DB=0", b"DB=" + method))
+            done = self.host("OnduraService.exe", "--console", "--install", SCENARIO_INSTALL, "--ticks", "1", limit_s=240)
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertEqual(WINDOWS.ini_value("C:\\Scenario\\Data\\Onduraann\\Ondura.ini", "RetValue"), "402")
+            states.append({path: content for path, content in bytes_under(scenario).items()
+                           if path.startswith(("Docs", "Elsewhere/alone")) and "xclu" not in path and "not this" not in path})
+        self.assertEqual((user / "ToBackup.txt").read_bytes().decode("utf-16"), "C:\\Scenario\\Docs\\plain.txt\r\n")
+        snapshots = [json.loads(line)["id"] for line in WINDOWS.run(engine, "--door", "snapshots", "ann").stdout.splitlines()]
+        for snapshot, state in zip(snapshots, states, strict=True):
+            back = WINDOWS.run(engine, "--door", "restore", "ann", "--to", "C:\\Scenario\\" + snapshot, "--at", snapshot,
+                               "C:\\Scenario")
+            self.assertEqual(back.returncode, 0, back.stdout + back.stderr)
+            self.assertEqual(bytes_under(scenario / snapshot / "C" / "Scenario"), state)
+            with tempfile.TemporaryDirectory() as folder:
+                subprocess.run(["restic", "-r", store, "restore", snapshot, "--target", folder], check=True,
+                               env={**os.environ, "RESTIC_PASSWORD": "rosebud"}, capture_output=True)
+                self.assertEqual(bytes_under(pathlib.Path(folder) / "C" / "Scenario"), state)
 
     def prepare_an_engine_without_end(self):
         """The users are due, and the transfer of a file takes longer than any test."""
