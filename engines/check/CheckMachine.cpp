@@ -1,14 +1,8 @@
 #include "engines/check/CheckMachine.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
-#include <sstream>
 #include <utility>
 
 #include "engine/engine_files.h"
@@ -29,17 +23,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char* kInstall = "C:\\Program Files\\Ondura\\";
-constexpr const char* kData = "C:\\ProgramData\\Ondura\\";
-
-// Waits of engines pass that much faster; what they wait for in earnest does not.
-constexpr int kSpeed = 10;
-
-std::string ReadHostFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>{file}, {}};
-}
-
 std::string Listed(const std::set<std::string>& names) {
   constexpr std::size_t kMost = 6;
   std::string text;
@@ -53,16 +36,10 @@ std::string Listed(const std::set<std::string>& names) {
 
 }  // namespace
 
-CheckMachine::CheckMachine(const CheckPlan& plan, const std::string& name) : root_(plan.folder + "/" + name) {
-  fs::create_directories(root_ + "/C/Program Files/Ondura");
-  fs::create_directories(root_ + "/C/ProgramData/Ondura/Onduraann");
-  fs::create_directories(root_ + "/data/Documents");
-  std::ofstream(root_ + "/machine.ini") << "[Drives]\nD=data\n";
-  PosixMachineResult made = MakePosixMachine({.root = root_, .speed = kSpeed, .pump = {}});
-  if (!made.owner) throw std::runtime_error(made.error);
-  owner_ = std::move(made.owner);
-  installation_.ExeLocation = kInstall;
-  installation_.VirtualPath = kData;
+CheckMachine::CheckMachine(const CheckPlan& plan, const std::string& name)
+    : root_((fs::path{plan.folder} / name).string()), ground_(MakeCheckGround(root_)) {
+  installation_.ExeLocation = ground_.install;
+  installation_.VirtualPath = ground_.data;
   installation_.ProductInstallationName = "Ondura";
   installation_.ProfileIniName = "\\Ondura.ini";
   installation_.ExeGroup = "Ondura";
@@ -70,8 +47,9 @@ CheckMachine::CheckMachine(const CheckPlan& plan, const std::string& name) : roo
   installation_.CurrentUser = "ann";
   transfer_ = std::make_unique<Transfer>(machine(), installation_);
   text_files_ = std::make_unique<TextFiles>(machine().files, machine().code_page);
+  machine().folders.Make(WithoutLast(UserFile("")));
   WriteProduct(plan);
-  const fs::path program = root_ + "/C/Program Files/Ondura/" + installation_.ClientExe;
+  const fs::path program = HostPath(ground_.install + installation_.ClientExe);
   fs::copy_file(plan.engine, program);
   fs::permissions(program, fs::perms::owner_all);
   SetHeaderWord("1");
@@ -88,7 +66,7 @@ void CheckMachine::WriteProduct(const CheckPlan& plan) {
   }
   machine().profiles.WriteString(
       {InstallPointerPath(installation_), profile_keys::kDataFolder.section, profile_keys::kDataFolder},
-      kData);
+      ground_.data);
   if (!plan.store.empty()) {
     SetEngine(engines::engine_settings::kStore, engines::engine_settings::kRepository,
               plan.store + "/" + fs::path(plan.folder).filename().string() + "-" +
@@ -153,14 +131,16 @@ void CheckMachine::SetHeaderWord(std::string_view word) {
   machine().files.Write(UserFile(kScheduleFileName), std::string{word} + "\r\n", IfPresent::kReplace);
 }
 
-void CheckMachine::SetPace(std::string_view milliseconds_per_file, std::string_view upload_kib) {
-  const std::string deployment = std::string{kInstall} + std::string{kDeploymentFile};
-  machine().profiles.WriteString({deployment, "Demo", "MillisecondsPerFile"}, milliseconds_per_file);
-  SetEngine(engines::engine_settings::kLimits, engines::engine_settings::kUploadKib, upload_kib);
+void CheckMachine::SetPace(int milliseconds_per_file, int upload_kib) {
+  const std::string deployment = ground_.install + std::string{kDeploymentFile};
+  machine().profiles.WriteString({deployment, "Demo", "MillisecondsPerFile"},
+                                 std::to_string(milliseconds_per_file));
+  SetEngine(engines::engine_settings::kLimits, engines::engine_settings::kUploadKib,
+            std::to_string(upload_kib));
 }
 
 void CheckMachine::SetEngine(std::string_view section, std::string_view key, std::string_view value) {
-  const std::string settings = std::string{kInstall} + std::string{engines::kEngineSettingsFile};
+  const std::string settings = ground_.install + std::string{engines::kEngineSettingsFile};
   machine().profiles.WriteString({settings, section, key}, value);
 }
 
@@ -180,7 +160,8 @@ ProcessHandle CheckMachine::Start(const std::string& parameters) {
 }
 
 bool CheckMachine::WaitForEnd(ProcessHandle engine, std::chrono::seconds limit) {
-  return machine().processes.Wait(engine, std::chrono::milliseconds{limit} * kSpeed) == ProcessWait::kEnded;
+  return machine().processes.Wait(engine, std::chrono::milliseconds{limit} * ground_.speed) ==
+         ProcessWait::kEnded;
 }
 
 std::string CheckMachine::Run(const std::string& parameters, std::chrono::seconds limit) {
@@ -258,11 +239,7 @@ std::vector<std::string> CheckMachine::PortLines() {
 PipedRequest CheckMachine::RequestFor(std::string_view verb, const std::vector<std::string>& words) {
   PipedRequest request =
       engines::DoorRequest(HostPath(installation_.ExeLocation + installation_.ClientExe), verb, "ann", words);
-  const char* const path = std::getenv("PATH");
-  const char* const home = std::getenv("HOME");
-  request.environment = {"ONDURA_ROOT=" + root_, "ONDURA_SPEED=" + std::to_string(kSpeed),
-                         std::string{"PATH="} + (path != nullptr ? path : "/usr/bin:/bin"),
-                         std::string{"HOME="} + (home != nullptr ? home : "/")};
+  request.environment = ground_.environment;
   return request;
 }
 
@@ -287,21 +264,22 @@ std::vector<nlohmann::json> CheckMachine::Ask(std::string_view verb, const std::
 }
 
 std::string CheckMachine::Restored(const std::string& path, const std::string& at) {
-  const std::string to = root_ + "/back-" + std::to_string(++restores_);
+  const std::string to = (fs::path{root_} / ("back-" + std::to_string(++restores_))).string();
   std::vector<std::string> words{"--to", to};
   if (!at.empty()) words.insert(words.end(), {"--at", at});
   words.push_back(path);
   Ask(engines::door_verbs::kRestore, words);
   const std::string host = HostPath(path);
   const std::string drive = HostPath(path.substr(0, 3));
-  return to + "/" + path.substr(0, 1) + host.substr(drive.size() - (drive.ends_with('/') ? 1 : 0));
+  return to + "/" + path.substr(0, 1) +
+         host.substr(drive.size() - (drive.ends_with('/') || drive.ends_with('\\') ? 1 : 0));
 }
 
 std::string CheckMachine::StoreFolder() {
   for (const nlohmann::json& answer : Ask(engines::door_verbs::kStore)) {
     std::string location = answer.value("location", "");
     if (engines::IsMachinePath(location)) location = HostPath(WithoutLast(WithBackslash(location)));
-    if (location.starts_with('/')) return location;
+    if (fs::path{location}.is_absolute()) return location;
   }
   throw NotOffered("a store in a folder");
 }
@@ -322,40 +300,6 @@ void ExpectNames(const std::string& what, const std::set<std::string>& wanted,
 
 void Require(bool holds, const std::string& what) {
   if (!holds) throw CheckFailed(what);
-}
-
-bool IsRunning(int id) {
-  const std::string stat = ReadHostFile("/proc/" + std::to_string(id) + "/stat");
-  const auto state = stat.rfind(") ");
-  return state != std::string::npos && stat[state + 2] != 'Z' && stat[state + 2] != 'X';
-}
-
-std::vector<HostProgram> ProgramsBelow(int id) {
-  std::map<int, std::vector<int>> children;
-  for (const fs::directory_entry& entry : fs::directory_iterator{"/proc"}) {
-    const std::string name = entry.path().filename().string();
-    int number = 0;
-    if (std::from_chars(name.data(), name.data() + name.size(), number).ec != std::errc{}) continue;
-    const std::string stat = ReadHostFile(entry.path() / "stat");
-    std::istringstream rest{stat.substr(std::min(stat.size(), stat.rfind(')') + 1))};
-    std::string state;
-    int parent = 0;
-    if (rest >> state >> parent) children[parent].push_back(number);
-  }
-  std::vector<HostProgram> programs;
-  std::vector<int> queue{id};
-  for (std::size_t at = 0; at < queue.size(); ++at) {
-    const fs::path folder = "/proc/" + std::to_string(queue[at]);
-    HostProgram program{queue[at], ReadHostFile(folder / "cmdline"), ReadHostFile(folder / "environ"), 0};
-    std::istringstream pages{ReadHostFile(folder / "statm")};
-    std::uint64_t all = 0;
-    std::uint64_t resident = 0;
-    if (pages >> all >> resident)
-      program.resident_bytes = resident * static_cast<std::uint64_t>(getpagesize());
-    programs.push_back(std::move(program));
-    for (const int child : children[queue[at]]) queue.push_back(child);
-  }
-  return programs;
 }
 
 }  // namespace ondura::check

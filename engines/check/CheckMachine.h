@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "engine/engine_command.h"
-#include "machines/posix/PosixMachine.h"
+#include "engines/check/check_system.h"
 #include "profile/Installation.h"
 #include "profile/Transfer.h"
 #include "util/TextFiles.h"
@@ -34,19 +34,19 @@ struct CheckPlan {
   std::string folder;  // of the host, for the machines; made and removed by the caller
 };
 
-inline constexpr const char* kDocuments = "D:\\Documents\\";
 inline constexpr const char* kAccountPassword = "swordfish-7401";
 inline constexpr const char* kStorePassword = "rosebud-2956";
 
 // A machine in a folder with the engine in place and one user, ann, whose job is running: all that an engine
-// may find when a job starts it. Files lie on drive D.
+// may find when a job starts it. Files lie in kDocuments.
 class CheckMachine {
  public:
   // Throws std::runtime_error if it can't be made.
   CheckMachine(const CheckPlan& plan, const std::string& name);
 
-  [[nodiscard]] const Machine& machine() const { return owner_->machine(); }
+  [[nodiscard]] const Machine& machine() const { return ground_.owner->machine(); }
   [[nodiscard]] std::string HostPath(std::string_view path) const;
+  [[nodiscard]] std::string DataFolder() const { return HostPath(ground_.data); }
   [[nodiscard]] std::string UserFile(std::string_view name) const { return installation_.UserFile(name); }
 
   // What is on the machine.
@@ -66,8 +66,8 @@ class CheckMachine {
   void SetEngine(std::string_view section, std::string_view key, std::string_view value);
   void SetSpace(std::uint64_t bytes);
 
-  void SlowDown() { SetPace("10000", "64"); }
-  void SpeedUp() { SetPace("0", "0"); }
+  void SlowDown() { SetPace(1000 * ground_.speed, 64); }
+  void SpeedUp() { SetPace(0, 0); }
 
   // Starts the engine as the job does, and waits for its end. The result in the profile.
   ProcessHandle Start(const std::string& parameters);
@@ -101,12 +101,12 @@ class CheckMachine {
 
  private:
   std::set<std::string> NamesIn(std::string_view name);
-  void SetPace(std::string_view milliseconds_per_file, std::string_view upload_kib);
+  void SetPace(int milliseconds_per_file, int upload_kib);
   void WriteProduct(const CheckPlan& plan);
   [[nodiscard]] PipedRequest RequestFor(std::string_view verb, const std::vector<std::string>& words);
 
   std::string root_;
-  std::unique_ptr<PosixMachine> owner_;
+  CheckGround ground_;
   Installation installation_;
   std::unique_ptr<Transfer> transfer_;
   std::unique_ptr<TextFiles> text_files_;
@@ -118,18 +118,5 @@ void Expect(const std::string& what, const std::string& wanted, const std::strin
 void ExpectNames(const std::string& what, const std::set<std::string>& wanted,
                  const std::set<std::string>& found);
 void Require(bool holds, const std::string& what);
-
-// Programs of the host that have the process among their forebears, itself included, with what they were
-// given.
-struct HostProgram {
-  int id = 0;
-  std::string command_line;
-  std::string environment;
-  std::uint64_t resident_bytes = 0;
-};
-std::vector<HostProgram> ProgramsBelow(int id);
-
-// False too for a program that has ended and that nobody has asked for its exit code.
-bool IsRunning(int id);
 
 }  // namespace ondura::check

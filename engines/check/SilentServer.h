@@ -16,7 +16,7 @@ class SilentServer {
   [[nodiscard]] std::uint16_t port() const { return port_; }
 
  private:
-  int listener_ = -1;
+  std::intptr_t listener_ = -1;
   std::uint16_t port_ = 0;
 };
 

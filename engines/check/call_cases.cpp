@@ -76,7 +76,7 @@ void NoSecrets(const CheckPlan& plan) {
   house.machine().processes.Terminate(engine, 1);
   house.SetPasswords("wrong-" + std::string{kAccountPassword}, kStorePassword);
   house.Back(EngineCommand::kPortNumber);
-  for (const auto& entry : std::filesystem::recursive_directory_iterator{house.HostPath("C:\\ProgramData")}) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator{house.DataFolder()}) {
     if (!entry.is_regular_file() || entry.file_size() > 1'000'000) continue;
     std::ifstream file(entry.path(), std::ios::binary);
     std::string text{std::istreambuf_iterator<char>{file}, {}};

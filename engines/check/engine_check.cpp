@@ -1,5 +1,6 @@
 #include "engines/check/engine_check.h"
 
+#include <algorithm>
 #include <iterator>
 
 namespace ondura::check {
@@ -7,7 +8,8 @@ namespace ondura::check {
 std::vector<CheckCase> AllCases() {
   std::vector<CheckCase> all;
   for (auto cases : {CallCases(), FileCases(), ListCases(), TroubleCases()}) {
-    all.insert(all.end(), std::make_move_iterator(cases.begin()), std::make_move_iterator(cases.end()));
+    std::ranges::copy_if(cases, std::back_inserter(all),
+                         [](const CheckCase& check) { return IsForThisSystem(check.name); });
   }
   return all;
 }

@@ -1,7 +1,5 @@
 // What is saved and comes back: groups 4 to 6, 10 and 11.
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -25,6 +23,8 @@ std::string Bytes(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>{file}, {}};
 }
+
+fs::path PathOf(const std::string& name) { return {std::u8string{name.begin(), name.end()}}; }
 
 std::string BackUp(CheckMachine& house) {
   house.SetStatus(profile_keys::kRetValue, "0");
@@ -91,20 +91,8 @@ void Times(const CheckPlan& plan) {
 void Names(const CheckPlan& plan) {
   CheckMachine house(plan, "names");
   const fs::path host = house.HostPath(kFolder);
-  const std::vector<std::string> names{"[brackets] $HOME #hash !bang %TEMP% {x}",
-                                       " blank in front",
-                                       "blank at the end ",
-                                       "new\nline",
-                                       "tab\there",
-                                       "Übersicht für März €.txt",
-                                       "日本語",
-                                       "back\\slash",
-                                       "star*question?",
-                                       "'quotes' \"both\"",
-                                       "-dash",
-                                       "bytes that are no UTF-8 \xFF\xFE",
-                                       std::string(255, 'n')};
-  for (const std::string& name : names) std::ofstream(host / name) << name;
+  const std::vector<std::string> names = TroublesomeNames();
+  for (const std::string& name : names) std::ofstream(host / PathOf(name)) << name;
   std::ofstream(host / "case") << "small";
   std::ofstream(host / "CASE") << "large";
   house.Select({kFolder});
@@ -114,7 +102,7 @@ void Names(const CheckPlan& plan) {
   Require(house.Sent().size() >= names.size(),
           "ToBackup.txt has " + std::to_string(house.Sent().size()) + " names");
   const fs::path back = house.Restored(std::string{WithoutLast(kFolder)});
-  for (const std::string& name : names) Expect("the file '" + name + "'", name, Bytes(back / name));
+  for (const std::string& name : names) Expect("the file '" + name + "'", name, Bytes(back / PathOf(name)));
 }
 
 void LongPaths(const CheckPlan& plan) {
@@ -191,7 +179,8 @@ void Selections(const CheckPlan& plan) {
   house.Select({kFolder + "b.txt"});
   Expect("a single file", kDone.Text(), BackUp(house));
   ExpectNames("what was sent of a single file", {kFolder + "b.txt"}, house.Sent());
-  house.Select({"D:\\"});
+  const bool has_drive = *kDocumentsDrive != '\0';
+  house.Select({has_drive ? kDocumentsDrive : kFolder});
   Expect("a whole drive", kDone.Text(), BackUp(house));
   ExpectNames("what was sent of a drive", {kFolder + "a.doc"}, house.Sent());
   house.Select({kFolder + "gone.txt", kFolder});
@@ -216,19 +205,18 @@ void ByEnding(const CheckPlan& plan) {
 void Stage(const CheckPlan& plan) {
   CheckMachine house(plan, "stage");
   house.SetHeaderWord("2");
-  house.SetProfile(profile_keys::kSqlTemp, "D:\\Dumps\\SQLTEMP");
-  house.Put("D:\\Dumps\\SQLTEMP\\[one].dmp", "dump");
+  const std::string folder = kFolder + "Dumps";
+  house.SetProfile(profile_keys::kSqlTemp, folder);
+  house.Put(folder + "\\[one].dmp", "dump");
   Expect("a dump without a selection", kDone.Text(), BackUp(house));
-  ExpectNames("what was sent", {"D:\\Dumps\\SQLTEMP\\[one].dmp"}, house.Sent());
+  ExpectNames("what was sent", {folder + "\\[one].dmp"}, house.Sent());
 }
 
 void Unreadable(const CheckPlan& plan) {
-  if (geteuid() == 0)
-    throw NotOffered("a file that can't be read, to the administrator; run it as somebody else");
   CheckMachine house(plan, "unreadable");
   house.Put(kFolder + "a.txt", "a");
   house.Put(kFolder + "closed.txt", "closed");
-  fs::permissions(house.HostPath(kFolder + "closed.txt"), fs::perms::none);
+  const auto closed = MakeUnreadable(house.HostPath(kFolder + "closed.txt"));
   house.Select({kFolder});
   Expect("the run", kSomeFailed.Text(), BackUp(house));
   Require(house.NewestLog().find("closed.txt") != std::string::npos, "the log does not name the file");

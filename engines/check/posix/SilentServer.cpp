@@ -15,14 +15,15 @@ SilentServer::SilentServer() : listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOE
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t size = sizeof address;
+  const int listener = static_cast<int>(listener_);
   auto* const place = reinterpret_cast<sockaddr*>(&address);
-  if (bind(listener_, place, size) != 0 || listen(listener_, kWaiting) != 0 ||
-      getsockname(listener_, place, &size) != 0) {
+  if (bind(listener, place, size) != 0 || listen(listener, kWaiting) != 0 ||
+      getsockname(listener, place, &size) != 0) {
     throw std::runtime_error("no port to listen on");
   }
   port_ = ntohs(address.sin_port);
 }
 
-SilentServer::~SilentServer() { close(listener_); }
+SilentServer::~SilentServer() { close(static_cast<int>(listener_)); }
 
 }  // namespace ondura::check
