@@ -19,7 +19,7 @@ import unittest
 import zipfile
 
 sys.dont_write_bytecode = True
-from wine_windows import BUILD, PROJECT, SERVICE_NAME, Windows  # noqa: E402
+from wine_windows import PROJECT, SERVICE_NAME, Windows  # noqa: E402
 
 HERE = pathlib.Path(__file__).resolve().parent
 RESTIC_EXE = PROJECT / "build" / "windows-tools" / "restic.exe"
@@ -29,7 +29,7 @@ EXPECTED = (HERE.parent / "three_backends" / "expected.txt").read_text("utf-8")
 INSTALLED = {"OnduraEService.dll", "OnduraService.exe", "OnduraBackground.exe", "OnduraElevated.exe", "OndruaEStartup.exe",
              "Deployment.ini", "UserName.ini"}
 EDITED = {"Deployment.ini", "UserName.ini"}
-REHEARSAL = {"OnduraClsClient.exe", "OnduraScan.exe", "OnduraSDBManager.exe"}
+ENGINE = {"OnduraClsClient.exe", "OnduraScan.exe"}
 SCENARIO_INSTALL = "C:\\Scenario\\Install"
 
 
@@ -105,7 +105,7 @@ class ZipTest(unittest.TestCase):
         self.register()
         WINDOWS.play("prepare")
         engine = SCENARIO_INSTALL + "\\ScnClsClient.exe"
-        shutil.copy(BUILD / "engines" / "restic-engine.exe", WINDOWS.path(engine))
+        shutil.copy(self.home / "OnduraClsClient.exe", WINDOWS.path(engine))
         shutil.copy(RESTIC_EXE, WINDOWS.path(SCENARIO_INSTALL + "\\restic.exe"))
         WINDOWS.path("C:\\Scenario\\Data\\userlist.ini").write_bytes(b"ann;\r\n")
         scenario = WINDOWS.path("C:\\Scenario")
@@ -357,10 +357,18 @@ class InstallerTest(unittest.TestCase):
         key = "HKLM\\SYSTEM\\CurrentControlSet\\Services\\EventLog\\Application\\" + SERVICE_NAME
         return "OnduraService.exe" in WINDOWS.run("reg", "query", key, "/v", "EventMessageFile").stdout
 
-    def test_the_programs_for_rehearsals_come_when_asked_for(self):
-        self.install("ADDLOCAL=ALL")
-        self.assertEqual(self.installed(), INSTALLED | REHEARSAL)
-        self.remove()
+    def test_one_engine_comes_when_asked_for(self):
+        for feature, files in [("Restic", ENGINE), ("Rehearsal", ENGINE | {"OnduraSDBManager.exe"})]:
+            with self.subTest(feature):
+                self.install("ADDLOCAL=Main," + feature)
+                self.assertEqual(self.installed(), INSTALLED | files)
+                description = WINDOWS.path(self.HOME + "OnduraClsClient.exe").read_bytes()
+                self.assertEqual("Ondura engine for rehearsals".encode("utf-16-le") in description, feature == "Rehearsal")
+                self.remove()
+        for both in ["ALL", "Main,Restic,Rehearsal"]:
+            refused = WINDOWS.run("msiexec", "/i", self.on_windows(WINDOWS.msi), "/qn", "ADDLOCAL=" + both)
+            self.assertNotEqual(refused.returncode, 0)
+            self.assertEqual(self.installed(), EDITED)
 
     def test_a_newer_version_keeps_chosen_folders_edited_files_and_users(self):
         home, data = "C:\\Prögs x\\", "C:\\Dätä x\\"
