@@ -38,20 +38,26 @@ UniqueHandle FilledPipe(const std::string& text) {
   return is_filled ? std::move(pipe.out) : UniqueHandle{};
 }
 
-// What a new process is told of its starter: three streams, and that it gets no other handle.
+// Windows 10 lets a process begin in a job (PROC_THREAD_ATTRIBUTE_JOB_LIST).
+constexpr DWORD_PTR kJobList = 0x2000D;
+
+// What a new process is told of its starter: three streams, that it gets no other handle, and the job that it
+// begins in, where the system knows how: put in later, it would live on after a starter that is killed just
+// before.
 class Streams {
  public:
-  Streams(UniqueHandle input, UniqueHandle output, UniqueHandle error)
-      : ends_{std::move(input), std::move(output), std::move(error)} {
+  Streams(UniqueHandle input, UniqueHandle output, UniqueHandle error, HANDLE job)
+      : ends_{std::move(input), std::move(output), std::move(error)}, job_(job) {
+    constexpr DWORD kAttributes = 2;
     for (std::size_t i = 0; i < ends_.size(); ++i) {
       handles_[i] = ends_[i].get();
       SetHandleInformation(handles_[i], HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
     }
     SIZE_T size = 0;
-    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    InitializeProcThreadAttributeList(nullptr, kAttributes, 0, &size);
     memory_.resize(size);
     auto* const list = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
-    if (!InitializeProcThreadAttributeList(list, 1, 0, &size)) return;
+    if (!InitializeProcThreadAttributeList(list, kAttributes, 0, &size)) return;
     startup_.lpAttributeList = list;
     startup_.StartupInfo.cb = sizeof startup_;
     startup_.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
@@ -60,6 +66,7 @@ class Streams {
     startup_.StartupInfo.hStdError = handles_[2];
     is_valid_ = UpdateProcThreadAttribute(list, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
                                           sizeof handles_, nullptr, nullptr) != FALSE;
+    UpdateProcThreadAttribute(list, 0, kJobList, &job_, sizeof job_, nullptr, nullptr);
   }
   ~Streams() {
     if (startup_.lpAttributeList != nullptr) DeleteProcThreadAttributeList(startup_.lpAttributeList);
@@ -73,6 +80,7 @@ class Streams {
  private:
   std::array<UniqueHandle, 3> ends_;
   std::array<HANDLE, 3> handles_{};
+  HANDLE job_;
   std::vector<std::byte> memory_;
   STARTUPINFOEXW startup_{};
   bool is_valid_ = false;
@@ -221,7 +229,7 @@ std::unique_ptr<PipedProgram> StartPiped(const PipedRequest& request, HANDLE job
   Pipe output;
   Pipe error;
   if (file.empty() || !input.valid() || !output.in.valid() || !error.in.valid()) return nullptr;
-  Streams streams{std::move(input), std::move(output.in), std::move(error.in)};
+  Streams streams{std::move(input), std::move(output.in), std::move(error.in), job};
   const ChildConsole console = ConsoleForChild();
   const DWORD flags = CREATE_UNICODE_ENVIRONMENT | CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT |
                       (console == ChildConsole::kShared ? CREATE_NEW_PROCESS_GROUP : CREATE_NO_WINDOW);
@@ -232,7 +240,7 @@ std::unique_ptr<PipedProgram> StartPiped(const PipedRequest& request, HANDLE job
     return nullptr;
   }
   const UniqueHandle thread{started.hThread};
-  AssignProcessToJobObject(job, started.hProcess);
+  AssignProcessToJobObject(job, started.hProcess);  // for older systems
   ResumeThread(thread.get());
   return std::make_unique<PipedChild>(started, console, std::move(output.out), std::move(error.out),
                                       std::move(secrets));
