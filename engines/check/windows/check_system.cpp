@@ -164,6 +164,8 @@ std::vector<HostProgram> ProgramsBelow(int id) {
   entry.dwSize = sizeof entry;
   for (BOOL more = Process32FirstW(snapshot.get(), &entry); more != FALSE;
        more = Process32NextW(snapshot.get(), &entry)) {
+    // The system starts and ends it with a console.
+    if (std::wstring_view{entry.szExeFile} == L"conhost.exe") continue;
     children[entry.th32ParentProcessID].push_back(entry.th32ProcessID);
   }
   std::vector<HostProgram> programs;

@@ -19,6 +19,7 @@ Exit codes: 0 all passed, 1 one has failed, 2 bad options.)";
 int main(int argc, char** argv) {
   CLI::App app{"Says whether an engine does all that the component expects.", "ondura-engine-check"};
   app.footer(kFooter);
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   ondura::check::CheckRequest request;
   ondura::check::AddCheckOptions(app, request);
   std::vector<std::string> words = ondura::engines::ParameterWords(argc, argv);
