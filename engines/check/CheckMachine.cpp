@@ -264,7 +264,7 @@ std::vector<nlohmann::json> CheckMachine::Ask(std::string_view verb, const std::
 }
 
 std::string CheckMachine::Restored(const std::string& path, const std::string& at) {
-  const std::string to = (fs::path{root_} / ("back-" + std::to_string(++restores_))).string();
+  const std::string to = NewFolder();
   std::vector<std::string> words{"--to", to};
   if (!at.empty()) words.insert(words.end(), {"--at", at});
   words.push_back(path);

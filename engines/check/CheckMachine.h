@@ -91,6 +91,11 @@ class CheckMachine {
   std::vector<nlohmann::json> Ask(std::string_view verb, const std::vector<std::string>& words = {});
   bool Offers(std::string_view verb);
 
+  // A path of the host where nothing is yet.
+  std::string NewFolder() {
+    return (std::filesystem::path{root_} / ("back-" + std::to_string(++restores_))).string();
+  }
+
   // Where a file of the machine came back to, in a fresh folder. Throws CheckFailed if the engine does not
   // bring it.
   std::string Restored(const std::string& path, const std::string& at = {});

@@ -113,6 +113,13 @@ void LongPaths(const CheckPlan& plan) {
   house.Select({kFolder});
   Expect("the run", kDone.Text(), BackUp(house));
   ExpectBack(house, path + "deep.txt", "deep");
+  const std::string to = house.NewFolder();
+  for (const char* const time : {"once", "over what is there"}) {
+    const auto answers =
+        house.Ask(engines::door_verbs::kRestore, {"--force=", "--to", to, std::string{WithoutLast(kFolder)}});
+    Expect(std::string{"files that came back "} + time, "1",
+           std::to_string(answers.back().value("files", 0)));
+  }
 }
 
 // More than the host takes in one call; folders are made one in the other.

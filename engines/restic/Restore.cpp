@@ -1,18 +1,15 @@
 #include "engines/restic/Restore.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "engines/common/HostProcess.h"
+#include "engines/common/system_tree.h"
 #include "engines/restic/exclude_patterns.h"
 #include "engines/restic/snapshot_files.h"
 #include "text/text.h"
 
 namespace ondura::engines {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -23,65 +20,80 @@ constexpr int kLooksBetweenProgress = 20;
 
 constexpr std::size_t kMostNamed = 5;
 
-fs::path PathOf(const std::string& text) { return {std::u8string{text.begin(), text.end()}}; }
-
-std::string TextOf(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
 std::string FoldedPath(std::string_view path) {
   while (path.size() > 3 && path.ends_with('\\')) path = WithoutLast(path);
   return ToLower(path);
 }
 
-bool IsThere(const fs::path& path) { return fs::symlink_status(path).type() != fs::file_type::not_found; }
-
-Restore::Figures FiguresOf(const fs::path& folder) {
-  Restore::Figures figures;
-  std::error_code error;
-  for (fs::recursive_directory_iterator at{folder, error}, end; !error && at != end; at.increment(error)) {
-    const bool is_folder = at->is_directory(error) && !at->is_symlink(error);
+void AddFigures(const std::string& folder, Restore::Figures& figures) {
+  ListFolder(folder, [&](const std::string& name, EntryKind kind, std::uint64_t bytes) {
+    const bool is_folder = kind == EntryKind::kFolder;
     ++(is_folder ? figures.folders : figures.files);
-    if (!is_folder && at->is_regular_file(error)) figures.bytes += at->file_size(error);
-  }
+    figures.bytes += bytes;
+    if (is_folder) AddFigures(PathIn(folder, name), figures);
+  });
+}
+
+Restore::Figures FiguresOf(const std::string& folder) {
+  Restore::Figures figures;
+  AddFigures(folder, figures);
   return figures;
 }
 
 // A folder that is gone again with this object, and all that is left in it.
 class FreshFolder {
  public:
-  explicit FreshFolder(fs::path path) : path_(std::move(path)) {
-    fs::remove_all(path_, error_);  // one that a killed restore has left
-    fs::create_directories(path_, error_);
-  }
-  ~FreshFolder() { fs::remove_all(path_, error_); }
+  // One that a killed restore has left goes first.
+  explicit FreshFolder(std::string path)
+      : path_(std::move(path)), is_made_(RemoveTree(path_) && MakeFolders(path_)) {}
+  ~FreshFolder() { RemoveTree(path_); }
   FreshFolder(const FreshFolder&) = delete;
   FreshFolder& operator=(const FreshFolder&) = delete;
 
-  [[nodiscard]] const fs::path& path() const { return path_; }
-  [[nodiscard]] bool IsMade() const { return !error_; }
+  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] bool IsMade() const { return is_made_; }
 
  private:
-  fs::path path_;
-  std::error_code error_;
+  std::string path_;
+  bool is_made_;
 };
 
-// Moves what is in `from` into `to`, folder by folder where both have one. A whole folder keeps its times.
-void MoveInto(const fs::path& from, const fs::path& to) {
-  fs::create_directories(to);
-  for (const fs::directory_entry& entry : fs::directory_iterator{from}) {
-    const fs::path target = to / entry.path().filename();
-    const bool both_folders = entry.is_directory() && !entry.is_symlink() && fs::is_directory(target);
-    if (both_folders) {
-      const auto time = fs::last_write_time(entry.path());
-      MoveInto(entry.path(), target);
-      fs::last_write_time(target, time);
+// What would be overwritten by moving what is in `from` into `to`.
+void FindInTheWay(const std::string& from, const std::string& to, std::vector<std::string>& in_the_way) {
+  ListFolder(from, [&](const std::string& name, EntryKind kind, std::uint64_t) {
+    const std::string target = PathIn(to, name);
+    const EntryKind there = WhatIs(target);
+    if (there == EntryKind::kNothing) return;
+    if (kind == EntryKind::kFolder && there == EntryKind::kFolder) {
+      FindInTheWay(PathIn(from, name), target, in_the_way);
     } else {
-      if (fs::is_directory(target)) throw fs::filesystem_error("a folder is in the way", target, {});
-      fs::rename(entry.path(), target);
+      in_the_way.push_back(target);
+    }
+  });
+}
+
+// Moves what is in `from` into `to`, folder by folder where both have one. A whole folder keeps its times.
+// The path that it got stuck at; empty if all was moved.
+std::string MoveInto(const std::string& from, const std::string& to) {
+  std::vector<std::pair<std::string, EntryKind>> entries;
+  const bool listed = ListFolder(from, [&](const std::string& name, EntryKind kind, std::uint64_t) {
+    entries.emplace_back(name, kind);
+  });
+  if (!listed) return from;
+  for (const auto& [name, kind] : entries) {
+    const std::string source = PathIn(from, name);
+    const std::string target = PathIn(to, name);
+    const bool is_folder_there = WhatIs(target) == EntryKind::kFolder;
+    if (kind == EntryKind::kFolder && is_folder_there) {
+      const auto time = FolderTime(source);
+      const std::string stuck = MoveInto(source, target);
+      if (!stuck.empty()) return stuck;
+      if (time) SetFolderTime(target, *time);
+    } else if (is_folder_there || !MoveEntry(source, target)) {
+      return target;
     }
   }
+  return {};
 }
 
 }  // namespace
@@ -89,9 +101,9 @@ void MoveInto(const fs::path& from, const fs::path& to) {
 bool Restore::Run(const ResticSnapshot& snapshot, const std::vector<std::string>& paths) {
   if (!FindWanted(snapshot, paths)) return false;
   // Beside its place, so that a file is moved by one step.
-  const FreshFolder fresh{PathOf(to_) / (".ondura-restore-" + std::to_string(OwnProcessId()))};
+  const FreshFolder fresh{PathIn(to_, ".ondura-restore-" + std::to_string(OwnProcessId()))};
   if (!fresh.IsMade()) return Fail("the folder " + to_ + " can't be made or written to");
-  const std::string folder = TextOf(fresh.path());
+  const std::string& folder = fresh.path();
   const bool all_came = Fetch(snapshot, folder);
   const std::string reason = error_;
   if (!MayMove(folder) || !Move(folder)) return false;
@@ -138,7 +150,7 @@ bool Restore::Fetch(const ResticSnapshot& snapshot, const std::string& fresh) {
                                              .is_over =
                                                  [&] {
                                                    if (++looks % kLooksBetweenProgress == 0) {
-                                                     progress_(FiguresOf(PathOf(fresh)), total_);
+                                                     progress_(FiguresOf(fresh), total_);
                                                    }
                                                    return false;
                                                  }});
@@ -149,14 +161,7 @@ bool Restore::Fetch(const ResticSnapshot& snapshot, const std::string& fresh) {
 bool Restore::MayMove(const std::string& fresh) {
   if (overwrites_) return true;
   std::vector<std::string> in_the_way;
-  std::error_code error;
-  for (fs::recursive_directory_iterator at{PathOf(fresh), error}, end; !error && at != end;
-       at.increment(error)) {
-    const fs::path target = PathOf(to_) / fs::relative(at->path(), PathOf(fresh), error);
-    const bool is_folder = at->is_directory(error) && !at->is_symlink(error);
-    if (IsThere(target) && !(is_folder && fs::is_directory(target, error)))
-      in_the_way.push_back(TextOf(target));
-  }
+  FindInTheWay(fresh, to_, in_the_way);
   if (in_the_way.empty()) return true;
   const std::size_t count = in_the_way.size();
   in_the_way.resize(std::min(count, kMostNamed));
@@ -165,12 +170,10 @@ bool Restore::MayMove(const std::string& fresh) {
 }
 
 bool Restore::Move(const std::string& fresh) {
-  restored_ = FiguresOf(PathOf(fresh));
-  try {
-    MoveInto(PathOf(fresh), PathOf(to_));
-  } catch (const fs::filesystem_error& failure) {
-    return Fail(std::string{"could not be moved to its place: "} + failure.what());
-  }
+  restored_ = FiguresOf(fresh);
+  const std::string stuck = MoveInto(fresh, to_);
+  if (!stuck.empty())
+    return Fail("could not be moved to its place: " + stuck + " is in the way or can't be written");
   return true;
 }
 
