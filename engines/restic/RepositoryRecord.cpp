@@ -35,7 +35,7 @@ bool RepositoryRecord::WasMetLately(std::string_view address, LocalTime now) con
 }
 
 void RepositoryRecord::NoteMeeting(std::string_view address, LocalTime now) {
-  SetNewestKnown(false);
+  NoteNewest("");
   Write("Contact", "Address", MarkOf(address));
   Write("Contact", "Time", FormatDate(kStampPicture, now));
 }

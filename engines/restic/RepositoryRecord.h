@@ -24,9 +24,9 @@ class RepositoryRecord {
   // long as a job's commands follow each other.
   [[nodiscard]] bool WasMetLately(std::string_view address, LocalTime now) const;
   void NoteMeeting(std::string_view address, LocalTime now);
-  // The newest snapshot has been asked for since then.
-  [[nodiscard]] bool IsNewestKnown() const { return Read("Contact", "Newest") == "1"; }
-  void SetNewestKnown(bool is_known) { Write("Contact", "Newest", is_known ? "1" : "0"); }
+  // The newest snapshot, if it has been asked for since then.
+  [[nodiscard]] std::string Newest() const { return Read("Contact", "Newest"); }
+  void NoteNewest(std::string_view id) { Write("Contact", "Newest", id); }
 
   // What the repository holds, in bytes, as long as nothing has changed it: to count it means to read the
   // lists of all folders in it. Others may share it, so a figure is good for a week.

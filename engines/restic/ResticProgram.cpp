@@ -1,5 +1,6 @@
 #include "engines/restic/ResticProgram.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "text/text.h"
@@ -105,8 +106,7 @@ PipedRequest ResticProgram::RequestOf(const Run& run) const {
   }
   request.environment = view_.Environment();
   request.environment.push_back("RESTIC_PROGRESS_FPS=1");
-  // Its memory is collected late by default: 210 MB for 200,000 files, where 130 do as well.
-  request.environment.push_back("GOGC=50");
+  // Without a limit it takes 210 MB for 200,000 files, where 120 do as well and as fast.
   request.environment.push_back("GOMEMLIMIT=" + std::to_string(MemoryLimit()));
   request.environment.push_back("RESTIC_CACHE_DIR=" + cache_folder_);
   for (const char* const name : {"TMPDIR=", "TMP=", "TEMP="})
@@ -122,8 +122,9 @@ PipedRequest ResticProgram::RequestOf(const Run& run) const {
 // The index of the store has to fit in, or the program would do nothing but collect. In memory it is several
 // times as large as in the cache.
 std::uint64_t ResticProgram::MemoryLimit() const {
-  constexpr std::uint64_t kBase = std::uint64_t{80} * 1024 * 1024;
-  constexpr std::uint64_t kIndexGrowth = 10;
+  constexpr std::uint64_t kLeast = std::uint64_t{112} * 1024 * 1024;
+  constexpr std::uint64_t kBase = std::uint64_t{40} * 1024 * 1024;
+  constexpr std::uint64_t kIndexGrowth = 8;
   Folders& folders = client_.machine().folders;
   std::uint64_t index_bytes = 0;
   folders.List(cache_, [&](const FolderEntry& entry) {
@@ -131,7 +132,7 @@ std::uint64_t ResticProgram::MemoryLimit() const {
       index_bytes += SizeOfFolder(folders, cache_ + "\\" + std::string{entry.name} + "\\index\\");
     return Visit::kContinue;
   });
-  return kBase + kIndexGrowth * index_bytes;
+  return std::max(kLeast, kBase + kIndexGrowth * index_bytes);
 }
 
 void ResticProgram::AddStoreSecrets(PipedRequest& request) const {

@@ -22,6 +22,8 @@ using namespace engine_results;
 constexpr auto kEnterLimit = 20s;
 constexpr auto kLookLimit = 120s;
 
+constexpr std::string_view kParentLead = "Snapshot=";
+
 // What is reported for a store without a limit: the keys of the quota have no word for that.
 constexpr std::uint64_t kNoLimit = std::uint64_t{1} << 50;
 
@@ -196,29 +198,36 @@ std::optional<std::vector<ResticSnapshot>> ResticStore::Snapshots() {
   return snapshots;
 }
 
+// A person may ask for this one to try a password, so it asks the store itself.
+EngineResult ResticStore::ServerList() {
+  record_.NoteNewest("");
+  return Newest();
+}
+
 // The repository knows the state of every file that is in it: all that the database says is which snapshot to
 // compare with.
 EngineResult ResticStore::Newest() {
-  if (resumes_ && record_.IsNewestKnown() && !NotedParent().value_or("").empty()) {
-    NoteDatabaseSelection(client_);
-    return kDone;
+  std::string id = resumes_ ? record_.Newest() : "";
+  if (id.empty()) {
+    const auto snapshots = Snapshots();
+    if (!snapshots) return failure_;
+    if (!snapshots->empty()) id = snapshots->back().id;
+    record_.NoteNewest(id);
   }
-  const auto snapshots = Snapshots();
-  if (!snapshots) return failure_;
-  const std::string id = snapshots->empty() ? "" : snapshots->back().id;
   client_.machine().folders.Make(client_.installation().UserFile(engine_files::kDatabaseFolder));
   NoteDatabaseSelection(client_);
-  const bool written = client_.text_files().Write(DatabasePath(client_),
-                                                  "Snapshot=" + id + std::string{kLineEnd}, Encoding::kUtf16);
-  record_.SetNewestKnown(written);
-  return written ? kDone : kEndedAbnormally;
+  return WriteParent(id) ? kDone : kEndedAbnormally;
+}
+
+bool ResticStore::WriteParent(std::string_view id) {
+  return client_.text_files().Write(DatabasePath(client_),
+                                    std::string{kParentLead}.append(id).append(kLineEnd), Encoding::kUtf16);
 }
 
 std::optional<std::string> ResticStore::NotedParent() const {
-  constexpr std::string_view kLead = "Snapshot=";
   const auto line = client_.text_files().ReadFirstLine(DatabasePath(client_), Encoding::kUtf16);
-  if (!line || !line->starts_with(kLead)) return std::nullopt;
-  return line->substr(kLead.size());
+  if (!line || !line->starts_with(kParentLead)) return std::nullopt;
+  return line->substr(kParentLead.size());
 }
 
 EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJournal& journal,
@@ -259,8 +268,8 @@ EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJourn
     reason_ = backup.words();
     return result;
   }
-  client_.text_files().Write(DatabasePath(client_),
-                             "Snapshot=" + backup.snapshot_id() + std::string{kLineEnd}, Encoding::kUtf16);
+  WriteParent(backup.snapshot_id());
+  record_.NoteNewest(backup.snapshot_id());
   journal.Say("Snapshot " + backup.snapshot_id() + " holds this state.");
   if (result == kDone || result == kNothingNew) care.AfterGoodRun();
   return result;

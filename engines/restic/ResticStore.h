@@ -28,7 +28,7 @@ class ResticStore : public Store {
   [[nodiscard]] std::string Reason() const override { return reason_; }
   std::optional<StoreSpace> Usage() override;
   [[nodiscard]] bool LacksRoom() override { return record_.IsFull(); }
-  EngineResult ServerList() override { return Newest(); }
+  EngineResult ServerList() override;
   EngineResult Newest() override;
   EngineResult Transfer(const TransferRequest& request, TransferJournal& journal,
                         StopRequests& stop) override;
@@ -63,6 +63,7 @@ class ResticStore : public Store {
   // The snapshot that the local database names to compare with: empty if there is none so far, std::nullopt
   // without a database.
   [[nodiscard]] std::optional<std::string> NotedParent() const;
+  bool WriteParent(std::string_view id);
 
   Client& client_;
   std::string work_folder_;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <deque>
 #include <utility>
@@ -131,17 +132,32 @@ class PipedChild : public PipedProgram {
       error_.Finish(lines_);
     }
     if (answer <= 0) return false;
+    LetLinesGather();
     if (questions[0].revents != 0) output_.Read(lines_);
     if (questions[1].revents != 0) error_.Read(lines_);
     return true;
   }
 
+  // A child that writes a line for each of many thousand files would be stopped for each of them by our
+  // waking.
+  void LetLinesGather() {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last_read_ < kBusy) {
+      const timespec pause = ToTimespec(kGather);
+      nanosleep(&pause, nullptr);
+    }
+    last_read_ = std::chrono::steady_clock::now();
+  }
+
   static constexpr std::chrono::milliseconds kLook{100};
+  static constexpr std::chrono::milliseconds kBusy{20};
+  static constexpr std::chrono::milliseconds kGather{5};
 
   HostProcess process_;
   LineReader output_;
   LineReader error_;
   std::deque<PipedLine> lines_;
+  std::chrono::steady_clock::time_point last_read_;
 };
 
 }  // namespace
