@@ -4,8 +4,11 @@
     tests/stores_test.py BUILD_FOLDER HOME
 """
 
+import os
 import pathlib
+import random
 import shutil
+import signal
 import socket
 import subprocess
 import sys
@@ -21,6 +24,19 @@ SERVER_LIMIT_S = 10
 def run(*command, **options):
     return subprocess.run([str(word) for word in command], stdin=subprocess.DEVNULL, capture_output=True, text=True,
                           check=False, **options)
+
+
+def wait_until(is_so, what):
+    deadline = time.monotonic() + SERVER_LIMIT_S
+    while not is_so():
+        assert time.monotonic() < deadline, what
+        time.sleep(0.02)
+
+
+def programs_below(process):
+    """The numbers of all programs that it has started, and they."""
+    found = [int(word) for task in pathlib.Path(f"/proc/{process}/task").glob("*/children") for word in task.read_text().split()]
+    return found + [number for child in found for number in programs_below(child)]
 
 
 def free_port():
@@ -52,18 +68,41 @@ class Machine:
         file = self.root / "C" / "Program Files" / "Ondura" / "Engine.ini"
         kept = [line for line in file.read_text().splitlines() if line.partition("=")[0] not in values]
         lines = [f"{key}={value}" for key, value in values.items() if value is not None]
-        file.write_text("\r\n".join([*kept, *lines]) + "\r\n", newline="")
+        file.write_text("\r\n".join([kept[0], *lines, *kept[1:]]) + "\r\n", newline="")
 
-    def result(self):
-        """One command 51, as the job gives it."""
+    def transfer(self):
+        """Begins a command 51, as the job gives it."""
         engine = self.root / "C" / "Program Files" / "Ondura" / "OnduraClsClient.exe"
         self.ondura("set", "ann", "RetValue", "0")
-        subprocess.run([engine, "51<>"], env={"ONDURA_ROOT": str(self.root), "ONDURA_SPEED": "20", "HOME": str(HOME),
-                                             "PATH": "/usr/bin:/bin"}, timeout=120, check=False, capture_output=True)
+        return subprocess.Popen([engine, "51<>"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                env={"ONDURA_ROOT": str(self.root), "ONDURA_SPEED": "20", "HOME": str(HOME),
+                                     "PATH": "/usr/bin:/bin"})
+
+    def result(self, running=None):
+        """What a transfer comes to, one of its own where none is running."""
+        with running or self.transfer() as engine:
+            engine.wait(timeout=120)
         return self.ondura("get", "ann", "RetValue").strip().rpartition("=")[2].strip().strip('"')
 
+    def file_of_user(self, *names):
+        return self.root.joinpath("C", "ProgramData", "Ondura", "Onduraann", *names)
+
+    def add_much(self, name):
+        """More than goes up in a second at the rate that comes with it."""
+        (self.data / name).write_bytes(random.Random(name).randbytes(24_000_000))
+
+    def limit_upload(self, kibibytes):
+        with (self.root / "C" / "Program Files" / "Ondura" / "Engine.ini").open("a", newline="") as settings:
+            settings.write(f"[Limits]\r\nUpload={kibibytes}\r\n")
+
+    def brings_back(self, *names):
+        back = HOME / "back" / self.root.parent.name
+        shutil.rmtree(back, ignore_errors=True)
+        self.ondura("restore", "ann", "D:\\", "--to", back)
+        return all((back / "D" / name).read_bytes() == (self.data / name).read_bytes() for name in names)
+
     def engine_words(self):
-        return (self.root / "C" / "ProgramData" / "Ondura" / "Onduraann" / "TraceFile.txt").read_text("cp1252")
+        return self.file_of_user("TraceFile.txt").read_text("cp1252")
 
 
 class Server:
@@ -86,7 +125,10 @@ class Server:
         raise AssertionError(f"no server: {self.command}")
 
     def stop(self):
-        self.process.kill()
+        if self.process.poll() is not None:
+            return
+        for number in [*programs_below(self.process.pid), self.process.pid]:
+            os.kill(number, signal.SIGKILL)
         self.process.wait()
 
 
@@ -101,12 +143,17 @@ class StoresTest(unittest.TestCase):
         server.start()
         (machine.data / "b.txt").write_text("second")
         self.assertEqual(machine.result(), "402")
-        machine.ondura("restore", "ann", "D:\\b.txt", "--to", HOME / "back" / machine.root.parent.name)
-        back = HOME / "back" / machine.root.parent.name / "D" / "b.txt"
-        self.assertEqual(back.read_text(), "second")
+        self.assertTrue(machine.brings_back("a.txt", "b.txt"))
 
-    def setUp(self):
-        shutil.rmtree(HOME / "back", ignore_errors=True)
+    def lose(self, machine, server, store):
+        """The server dies while a file goes up."""
+        machine.add_much("much.dat")
+        machine.limit_upload(4000)
+        before = sum(1 for path in store.rglob("data/*/*"))
+        engine = machine.transfer()
+        wait_until(lambda: sum(1 for path in store.rglob("data/*/*")) > before, "nothing went up")
+        server.stop()
+        return engine
 
     @unittest.skipUnless(SSHD, "no sshd: run scripts/setup")
     def test_sftp(self):
@@ -133,6 +180,10 @@ class StoresTest(unittest.TestCase):
         (HOME / "sftp-store").mkdir(parents=True)
         machine.settings(SshConfig=ssh / "good")
         self.go_through(machine, server)
+        self.assertEqual(machine.result(self.lose(machine, server, HOME / "sftp-store")), "-504")
+        server.start()
+        self.assertEqual(machine.result(), "402")
+        self.assertTrue(machine.brings_back("b.txt", "much.dat"))
         machine.settings(SshConfig=ssh / "stranger")
         self.assertEqual(machine.result(), "-403")
         machine.settings(SshConfig=ssh / "unknown")
@@ -148,8 +199,9 @@ class StoresTest(unittest.TestCase):
             run("openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj", "/CN=127.0.0.1",
                 "-addext", "subjectAltName=IP:127.0.0.1", "-keyout", tls / f"{name}.key", "-out", tls / f"{name}.pem")
         port = free_port()
-        store = HOME / "rest-store"
-        shutil.rmtree(store, ignore_errors=True)
+        store, aside = HOME / "rest-store", HOME / "rest-store-aside"
+        for folder in (store, aside):
+            shutil.rmtree(folder, ignore_errors=True)
         store.mkdir()
         server = Server([RCLONE, "serve", "restic", store, "--addr", f"127.0.0.1:{port}", "--user", "ann", "--pass",
                          "swordfish", "--cert", tls / "good.pem", "--key", tls / "good.key"], port)
@@ -159,6 +211,27 @@ class StoresTest(unittest.TestCase):
         shutil.copy(tls / "other.pem", machine.root / "C" / "other.pem")
         machine.settings(Authority="C:\\good.pem")
         self.go_through(machine, server)
+        # This store is tried again for a quarter of an hour, in which the user can stop it, or the server come back.
+        engine = self.lose(machine, server, store)
+        machine.ondura("set", "ann", "Cancel", "1")
+        begun = time.monotonic()
+        self.assertEqual(machine.result(engine), "-414")
+        self.assertLess(time.monotonic() - begun, 9)
+        machine.ondura("set", "ann", "Cancel", "0")
+        server.start()
+        self.assertEqual(machine.result(), "402")
+        self.assertTrue(machine.brings_back("b.txt", "much.dat"))
+        # A server that has forgotten everything gets no new repository.
+        server.stop()
+        store.rename(aside)
+        store.mkdir()
+        server.start()
+        self.assertEqual(machine.result(), "-416")
+        self.assertEqual(list(store.rglob("config")), [])
+        server.stop()
+        store.rmdir()
+        aside.rename(store)
+        server.start()
         machine.settings(Authority="C:\\other.pem")
         self.assertEqual(machine.result(), "-416")
         self.assertIn("x509", machine.engine_words())
@@ -167,6 +240,50 @@ class StoresTest(unittest.TestCase):
                        input="wrong\n", text=True, check=True, capture_output=True)
         self.assertEqual(machine.result(), "-403")
         self.assertNotIn("swordfish", machine.engine_words())
+
+    @unittest.skipUnless(RCLONE, "no rclone: run scripts/setup")
+    def test_rclone(self):
+        """The way to every cloud that it knows."""
+        shutil.rmtree(HOME / "rclone-store", ignore_errors=True)
+        machine = Machine("rclone", f"rclone::local:{HOME / 'rclone-store'}")
+        self.assertEqual([machine.result(), machine.result()], ["402", "-411"])
+        self.assertTrue(machine.brings_back("a.txt"))
+
+    @unittest.skipUnless(os.geteuid() == 0, "only root may mount a small disk")
+    def test_a_disk_that_is_full(self):
+        disk = HOME / "full disk"
+        disk.mkdir(parents=True, exist_ok=True)
+        self.assertEqual(run("mount", "-t", "tmpfs", "-o", "size=3m", "none", disk).stderr, "")
+        self.addCleanup(run, "umount", "-l", disk)
+        machine = Machine("full", disk / "store")
+        self.assertEqual(machine.result(), "402")
+        machine.add_much("much.dat")
+        self.assertEqual(machine.result(), "-432")
+        self.assertIn("no space left", machine.engine_words())
+        self.assertTrue(machine.brings_back("a.txt"), "what was there before can still be read")
+        run("mount", "-o", "remount,size=60m", disk)
+        self.assertEqual(machine.result(), "402")
+        self.assertTrue(machine.brings_back("a.txt", "much.dat"))
+
+    @unittest.skipUnless(os.geteuid() == 0, "only root may take another host name")
+    def test_a_store_that_somebody_has_locked(self):
+        store = HOME / "locked" / "store"
+        machine = Machine("locked", store)
+        machine.add_much("much.dat")
+        self.assertEqual(machine.result(), "402")
+        settings = {**os.environ, "RESTIC_PASSWORD": "rosebud", "RESTIC_REPOSITORY": str(store / "ann"),
+                    "RESTIC_CACHE_DIR": str(machine.root)}
+        elsewhere = ["unshare", "--uts", "sh", "-c", 'hostname elsewhere; exec "$@"', "sh"]
+        for before, code in [([], "-429"), (elsewhere, "-434")]:
+            with self.subTest(code), subprocess.Popen([*before, "restic", "check", "--read-data"], env=settings,
+                                                      stdout=subprocess.DEVNULL) as holder:
+                wait_until(lambda: list(store.rglob("locks/*")), "no lock")
+                holder.send_signal(signal.SIGSTOP)
+                self.assertEqual(machine.result(), code)
+                holder.kill()
+            run("restic", "unlock", "--remove-all", env=settings)
+        self.assertIn("elsewhere", machine.ondura("get", "ann", "MultipleIP"))
+        self.assertEqual(machine.result(), "-411")
 
     def test_a_damaged_pack_is_found(self):
         machine = Machine("damage", HOME / "damage" / "store")
@@ -178,6 +295,43 @@ class StoresTest(unittest.TestCase):
         packs[0].chmod(0o600)
         packs[0].write_bytes(data)
         self.assertIn("not sound", machine.ondura("verify", "ann", fails=True))
+
+    def test_a_run_that_is_killed_anywhere_loses_nothing(self):
+        machine = Machine("kills", HOME / "kills" / "store")
+        self.assertEqual(machine.result(), "402")
+        machine.limit_upload(20000)
+        chance = random.Random(5)
+        names = [f"much {number}.dat" for number in range(5)]
+        for name in names:
+            machine.add_much(name)
+            engine = machine.transfer()
+            time.sleep(chance.uniform(0.1, 2.5))
+            below = programs_below(engine.pid)
+            engine.kill()
+            engine.wait()
+            wait_until(lambda: not any(pathlib.Path(f"/proc/{number}").exists() for number in below),
+                       f"outlived its engine: {below}")
+        self.assertEqual(machine.result(), "402")
+        self.assertTrue(machine.brings_back("a.txt", *names))
+        machine.ondura("verify", "ann")
+
+    def test_old_snapshots_go_and_their_data_with_them(self):
+        store = HOME / "keep" / "store"
+        machine = Machine("keep", store)
+        machine.ondura("keep", "ann", "--last", "1")
+        for name in ("old.dat", "new.dat"):
+            machine.add_much(name)
+            self.assertEqual(machine.result(), "402")
+            (machine.data / "old.dat").unlink(missing_ok=True)
+            # The week is over.
+            record = machine.file_of_user("Engine", "Store.ini")
+            lines = record.read_text().splitlines()
+            record.write_text("\r\n".join("Last=01-01-2026 00:00:00" if line.startswith("Last=") else line for line in lines)
+                              + "\r\n", newline="")
+        self.assertEqual(len(machine.ondura("snapshots", "ann").splitlines()), 1)
+        self.assertLess(sum(path.stat().st_size for path in store.rglob("data/*/*")), 30_000_000)
+        self.assertTrue(machine.brings_back("a.txt", "new.dat"))
+        machine.ondura("verify", "ann")
 
 
 if __name__ == "__main__":

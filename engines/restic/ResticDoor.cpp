@@ -189,6 +189,7 @@ int ResticDoor::Verify(const DoorCall& call) {
   if (!Enter()) return kExitFailed;
   const std::string subset = call.Option("subset");
   const std::string option = subset.empty() ? "--read-data" : "--read-data-subset=" + subset;
+  store_.program().Do({.arguments = {"unlock"}});  // of programs that are no more
   const ResticEnd end = store_.program().Do({.arguments = {"check", option}});
   if (!store_.Check(end)) return Fail("the store is not sound:\n" + store_.Reason());
   Answer(answers_, {{"type", "verified"}, {"subset", subset.empty() ? "100%" : subset}});

@@ -90,9 +90,10 @@ EngineResult ResticStore::Prepare(const Account& account) {
   return kDone;
 }
 
+// Looking takes no lock: somebody else's may stand in the way of a transfer, but hides nothing.
 EngineResult ResticStore::Meet() {
   resumes_ = false;
-  const ResticEnd end = program_->Do({.arguments = {"cat", "config"}, .limit = kEnterLimit});
+  const ResticEnd end = program_->Do({.arguments = {"cat", "config", "--no-lock"}, .limit = kEnterLimit});
   if (end.IsDone()) return TakeId(ParseRepositoryId(end.output));
   const bool is_first = record_.Id().empty() && end.how == ResticEnd::How::kEnded;
   if (is_first && SaysNoRepository(end.words, end.exit_code)) return MakeRepository();
@@ -108,23 +109,21 @@ EngineResult ResticStore::MakeRepository() {
   if (!record_.Id().empty()) return Meet();
   const ResticEnd made = program_->Do({.arguments = {"init"}, .limit = kLookLimit});
   if (!made.IsDone()) return Fail(made, ResultOf(made));
-  const ResticEnd end = program_->Do({.arguments = {"cat", "config"}, .limit = kEnterLimit});
+  const ResticEnd end = program_->Do({.arguments = {"cat", "config", "--no-lock"}, .limit = kEnterLimit});
   return end.IsDone() ? TakeId(ParseRepositoryId(end.output)) : Fail(end, ResultOf(end));
 }
 
 EngineResult ResticStore::TakeId(std::string_view id) {
   const std::string known = record_.Id();
-  if (known == id && !id.empty()) {
-    record_.NoteMeeting(settings_.repository, client_.machine().clock.Now());
-    return kDone;
-  }
-  if (!known.empty() || id.empty()) {
+  if (id.empty() || (!known.empty() && known != id)) {
     reason_ =
         "the store holds another repository than the one that this user's backups are in; if that is meant, "
         "say so with 'ondura store USER --accept'";
     return kCannotConnect;
   }
-  return record_.RememberId(id) ? kDone : kEndedAbnormally;
+  if (known.empty() && !record_.RememberId(id)) return kEndedAbnormally;
+  record_.NoteMeeting(settings_.repository, client_.machine().clock.Now());
+  return kDone;
 }
 
 EngineResult ResticStore::ResultOf(const ResticEnd& end) const {
@@ -189,7 +188,7 @@ std::optional<StoreSpace> ResticStore::Usage() {
 }
 
 std::optional<std::vector<ResticSnapshot>> ResticStore::Snapshots() {
-  std::vector<std::string> arguments{"snapshots", "--json"};
+  std::vector<std::string> arguments{"snapshots", "--json", "--no-lock"};
   const auto marks = OwnMarks();
   arguments.insert(arguments.end(), marks.begin(), marks.end());
   const ResticEnd end = program_->Do({.arguments = std::move(arguments), .limit = kLookLimit});

@@ -12,14 +12,17 @@ void StoreCare::MendAfterBreak() {
   Do({"rebuild-index"}, "to rebuild the index");
 }
 
+// The lock of a program that was killed would keep the care out of the store, until somebody looks.
 void StoreCare::AfterGoodRun() {
-  Forget();
-  if (IsCheckDue()) Check();
+  const bool forgets = !store_.settings().retention.KeepsAll();
+  const bool checks = IsCheckDue();
+  if (forgets || checks) Do({"unlock"}, "to remove old locks");
+  if (forgets) Forget();
+  if (checks) Check();
 }
 
 void StoreCare::Forget() {
   const Retention& keep = store_.settings().retention;
-  if (keep.KeepsAll()) return;
   std::vector<std::string> arguments{"forget", "--group-by", "host,tags"};
   const auto marks = store_.OwnMarks();
   arguments.insert(arguments.end(), marks.begin(), marks.end());

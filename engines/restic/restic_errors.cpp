@@ -30,6 +30,10 @@ constexpr std::array kMeanings{
     Meaning{"proxy authentication required", kProxyFailureToo, kProxyFailureToo},
     Meaning{"proxyconnect", kProxyFailureAsWell, kProxyFailureAsWell},
     Meaning{"socks connect", kProxyFailure, kProxyFailure},
+    // A proxy that refuses to connect: its word comes bare behind the address, a server's own with a number.
+    Meaning{"\": forbidden", kProxyFailure, kProxyFailure},
+    Meaning{"\": bad gateway", kProxyFailure, kProxyFailure},
+    Meaning{"\": service unavailable", kProxyFailure, kProxyFailure},
     Meaning{"no space left", kQuotaUsedUp, kQuotaUsedUp},
     Meaning{"not enough space", kQuotaUsedUp, kQuotaUsedUp},
     Meaning{"disk full", kQuotaUsedUp, kQuotaUsedUp},

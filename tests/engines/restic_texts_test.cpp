@@ -35,6 +35,7 @@ TEST(ResticErrorsTest, WordsHaveAResult) {
            Case{"Head \"https://nas/config\": x509: certificate signed by unknown authority", 1, -416, -416},
            Case{"proxyconnect tcp: dial tcp 10.0.0.9:3128: connect: connection refused", 1, -12008, -12008},
            Case{"Proxy Authentication Required", 1, -12009, -12009},
+           Case{"Head \"https://nas/config\": Bad Gateway\nIs there a repository at", 1, -12010, -12010},
            Case{"Save(<data/1>) failed: write /x/data/1: no space left on device", 1, -432, -432},
            Case{"ssh command exited: exit status 255", 1, -416, -504},
            Case{kLock, 1, -434, -434},
