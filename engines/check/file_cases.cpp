@@ -103,6 +103,9 @@ void Names(const CheckPlan& plan) {
           "ToBackup.txt has " + std::to_string(house.Sent().size()) + " names");
   const fs::path back = house.Restored(std::string{WithoutLast(kFolder)});
   for (const std::string& name : names) Expect("the file '" + name + "'", name, Bytes(back / PathOf(name)));
+  if (result != kDone.Text()) return;
+  for (const char* const name : {"case", "CASE"})
+    Expect(std::string{"the file '"} + name + "'", Bytes(host / name), Bytes(back / name));
 }
 
 void LongPaths(const CheckPlan& plan) {
@@ -230,6 +233,29 @@ void Unreadable(const CheckPlan& plan) {
   ExpectBack(house, kFolder + "a.txt", "a");
 }
 
+// Each second file goes while the engine looks at the folder.
+void Vanishing(const CheckPlan& plan) {
+  constexpr int kFiles = 2000;
+  CheckMachine house(plan, "vanishing");
+  const auto name_of = [](int number) { return kFolder + std::to_string(number) + ".txt"; };
+  for (int number = 0; number < kFiles; ++number) house.Put(name_of(number), std::to_string(number));
+  house.Select({kFolder});
+  house.SetStatus(profile_keys::kRetValue, "0");
+  const ProcessHandle engine = house.Start(EngineParameters(EngineCommand::kTransfer, "\\1"));
+  for (int number = 1; number < kFiles; number += 2) {
+    house.Remove(name_of(number));
+    house.machine().clock.Sleep(std::chrono::milliseconds{20});
+  }
+  while (!house.WaitForEnd(engine, std::chrono::seconds{1})) continue;
+  const std::string result = house.Result();
+  Require(result == kDone.Text() || result == kSomeFailed.Text(), "the run ended with " + result);
+  const fs::path back = house.Restored(std::string{WithoutLast(kFolder)});
+  for (int number = 0; number < kFiles; number += 2) {
+    const std::string text = std::to_string(number);
+    Expect("the file " + text, text, Bytes(back / (text + ".txt")));
+  }
+}
+
 void Large(const CheckPlan& plan) {
   constexpr int kFiles = 200'000;
   constexpr std::uint64_t kMostBytes = 150'000'000;
@@ -273,6 +299,7 @@ std::vector<CheckCase> FileCases() {
       {"select.cases", "nothing, all excluded, one file, a drive, a file that is gone", Selections},
       {"select.ending", "files by the ends of their names", ByEnding},
       {"trouble.unreadable", "an unreadable file fails alone", Unreadable},
+      {"trouble.vanishing", "files that go while it looks keep no other from being saved", Vanishing},
       {"files.large", "200,000 files within 150 MB", Large, true},
   };
 }
