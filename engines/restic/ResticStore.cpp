@@ -237,9 +237,11 @@ EngineResult ResticStore::Transfer(const TransferRequest& request, TransferJourn
     journal.Say("Another transfer of this user is running on this machine.");
     return kLocked;
   }
-  // A snapshot to compare with shows by itself that the repository is the right one.
+  // A snapshot to compare with shows by itself that the repository is the right one. A server may have fallen
+  // silent since the last command, and a transfer has no limit of time.
   const auto parent = NotedParent();
-  if (resumes_ && parent.value_or("").empty()) {
+  const bool is_on_server = !StoreKind(settings_.repository).empty();
+  if (resumes_ && (is_on_server || parent.value_or("").empty())) {
     if (const EngineResult met = Meet(); met != kDone) return met;
   }
   if (!parent) Newest();
