@@ -311,7 +311,7 @@ class StoresTest(unittest.TestCase):
             engine.wait()
             wait_until(lambda: not any(pathlib.Path(f"/proc/{number}").exists() for number in below),
                        f"outlived its engine: {below}")
-        self.assertEqual(machine.result(), "402")
+        self.assertIn(machine.result(), ("402", "-411"))  # the last one may have been killed when all was saved
         self.assertTrue(machine.brings_back("a.txt", *names))
         machine.ondura("verify", "ann")
 
