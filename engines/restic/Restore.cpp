@@ -82,11 +82,11 @@ std::string MoveInto(const std::string& from, const std::string& to) {
   if (!listed) return from;
   for (const auto& [name, kind] : entries) {
     const std::string source = PathIn(from, name);
-    const std::string target = PathIn(to, name);
+    std::string target = PathIn(to, name);
     const bool is_folder_there = WhatIs(target) == EntryKind::kFolder;
     if (kind == EntryKind::kFolder && is_folder_there) {
       const auto time = FolderTime(source);
-      const std::string stuck = MoveInto(source, target);
+      std::string stuck = MoveInto(source, target);
       if (!stuck.empty()) return stuck;
       if (time) SetFolderTime(target, *time);
     } else if (is_folder_there || !MoveEntry(source, target)) {
