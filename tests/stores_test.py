@@ -93,7 +93,7 @@ class Machine:
 
     def limit_upload(self, kibibytes):
         with (self.root / "C" / "Program Files" / "Ondura" / "Engine.ini").open("a", newline="") as settings:
-            settings.write(f"[Limits]\r\nUpload={kibibytes}\r\n")
+            settings.write(f"[Limits]\r\nUploadKiB={kibibytes}\r\n")
 
     def brings_back(self, *names):
         back = HOME / "back" / self.root.parent.name

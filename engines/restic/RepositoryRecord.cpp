@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <chrono>
-#include <functional>
 
 #include "text/text.h"
 #include "util/date_text.h"
@@ -13,11 +12,6 @@ namespace {
 
 constexpr auto kMeetingLasts = std::chrono::minutes{10};
 constexpr auto kUsageLasts = std::chrono::days{7};
-
-// An address may hold a login, and need not be read again.
-std::string MarkOf(std::string_view address) {
-  return std::to_string(std::hash<std::string_view>{}(address));
-}
 
 // A clock that was set back makes a note useless, one that was set ahead old.
 bool IsYoung(const std::optional<LocalTime>& time, LocalTime now, LocalTime::duration age) {
@@ -30,13 +24,13 @@ RepositoryRecord::RepositoryRecord(Client& client, const std::string& work_folde
     : profiles_(client.machine().profiles), path_(work_folder + "\\Store.ini") {}
 
 bool RepositoryRecord::WasMetLately(std::string_view address, LocalTime now) const {
-  return Read("Contact", "Address") == MarkOf(address) &&
+  return Read("Contact", "Address") == address &&
          IsYoung(ParseFixedDate(Read("Contact", "Time")), now, kMeetingLasts);
 }
 
 void RepositoryRecord::NoteMeeting(std::string_view address, LocalTime now) {
   NoteNewest("");
-  Write("Contact", "Address", MarkOf(address));
+  Write("Contact", "Address", address);
   Write("Contact", "Time", FormatDate(kStampPicture, now));
 }
 

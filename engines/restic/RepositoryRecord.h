@@ -21,7 +21,7 @@ class RepositoryRecord {
   bool RememberId(std::string_view id) { return Write("Repository", "Id", id); }
 
   // The last time that the repository at `address` was there and was the right one. Good for some minutes, as
-  // long as a job's commands follow each other.
+  // long as a job's commands follow each other. The address without its login, as it is kept in the file.
   [[nodiscard]] bool WasMetLately(std::string_view address, LocalTime now) const;
   void NoteMeeting(std::string_view address, LocalTime now);
   // The newest snapshot, if it has been asked for since then.

@@ -68,8 +68,8 @@ EngineResult ResticStore::Enter(const Account& account) {
 EngineResult ResticStore::Resume(const Account& account) {
   const EngineResult prepared = Prepare(account);
   if (prepared != kDone) return prepared;
-  resumes_ =
-      !record_.Id().empty() && record_.WasMetLately(settings_.repository, client_.machine().clock.Now());
+  resumes_ = !record_.Id().empty() &&
+             record_.WasMetLately(WithoutLogins(settings_.repository), client_.machine().clock.Now());
   return resumes_ ? kDone : Meet();
 }
 
@@ -122,7 +122,7 @@ EngineResult ResticStore::TakeId(std::string_view id) {
     return kCannotConnect;
   }
   if (known.empty() && !record_.RememberId(id)) return kEndedAbnormally;
-  record_.NoteMeeting(settings_.repository, client_.machine().clock.Now());
+  record_.NoteMeeting(WithoutLogins(settings_.repository), client_.machine().clock.Now());
   return kDone;
 }
 
