@@ -3,25 +3,11 @@
 
 #include <iostream>
 
+#include "machines/portable/FastClock.h"
 #include "machines/win32/Win32Machine.h"
-#include "platform/forwarding.h"
 #include "scenario.h"
 
 namespace ondura::scenario {
-
-namespace {
-
-// The component's own waits pass faster; the engine beside it lives in real time.
-class FastClock : public ForwardingClock {
- public:
-  using ForwardingClock::ForwardingClock;
-  void Sleep(std::chrono::milliseconds duration) override { ForwardingClock::Sleep(duration / kSpeed); }
-
- private:
-  static constexpr int kSpeed = 10;
-};
-
-}  // namespace
 
 int PlayOnMachine(const std::vector<std::string>& arguments) {
   const auto owner = MakeWin32Machine();

@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "engines/check/CheckMachine.h"
+#include "machines/portable/FastClock.h"
 #include "machines/win32/Win32Machine.h"
 #include "machines/win32/handles.h"
 #include "machines/win32/text_edges.h"
-#include "platform/forwarding.h"
 // The headers below need what a header above declares.
 #include <psapi.h>
 #include <tlhelp32.h>
@@ -27,16 +27,6 @@ const char* const kDocumentsDrive = "";
 namespace {
 
 constexpr const char* kRoot = "C:\\OnduraEngineCheck";
-
-// The engine beside it lives in real time.
-class FastClock : public ForwardingClock {
- public:
-  using ForwardingClock::ForwardingClock;
-  void Sleep(std::chrono::milliseconds duration) override { ForwardingClock::Sleep(duration / kSpeed); }
-
- private:
-  static constexpr int kSpeed = 10;
-};
 
 class ThisMachine : public engines::ProgramMachine {
  public:
