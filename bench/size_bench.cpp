@@ -9,6 +9,7 @@
 #include "bench/TableReporter.h"
 #include "bench/child.h"
 #include "bench/statistics.h"
+#include "platform/forwarding.h"
 #include "reporting/Options.h"
 #include "text/text.h"
 
@@ -23,17 +24,15 @@ constexpr std::size_t kFoldersInADepartment = 100;
 constexpr std::size_t kDepartments = 100;
 
 // Adds up the pauses instead of making them.
-class PauseCounter : public Clock {
+class PauseCounter : public ForwardingClock {
  public:
-  explicit PauseCounter(Clock& clock) : clock_(clock) {}
+  using ForwardingClock::ForwardingClock;
 
-  LocalTime Now() override { return clock_.Now(); }
   void Sleep(std::chrono::milliseconds duration) override { waited_ += duration; }
 
   [[nodiscard]] std::chrono::milliseconds waited() const { return waited_; }
 
  private:
-  Clock& clock_;
   std::chrono::milliseconds waited_{0};
 };
 

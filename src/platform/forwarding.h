@@ -11,6 +11,7 @@ class ForwardingClock : public Clock {
  public:
   explicit ForwardingClock(Clock& next) : next_(next) {}
   LocalTime Now() override { return next_.Now(); }
+  std::chrono::minutes UtcOffset(LocalTime local) override { return next_.UtcOffset(local); }
   void Sleep(std::chrono::milliseconds duration) override { next_.Sleep(duration); }
 
  private:

@@ -10,6 +10,8 @@ class PosixClock : public Clock {
 
   LocalTime Now() override { return zone_.Now(); }
 
+  std::chrono::minutes UtcOffset(LocalTime local) override { return LocalZone::OffsetOf(local); }
+
   void Sleep(std::chrono::milliseconds duration) override {
     if (duration.count() > 0) Deadline{std::chrono::nanoseconds{duration} / speed_}.SleepUntil();
   }

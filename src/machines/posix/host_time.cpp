@@ -63,6 +63,20 @@ LocalTime LocalZone::ToLocal(std::time_t seconds) {
   return LocalTime{std::chrono::seconds{seconds + day.offset_seconds}};
 }
 
+std::chrono::minutes LocalZone::OffsetOf(LocalTime local) {
+  const TimeFields time = ToFields(local);
+  std::tm fields{};
+  fields.tm_year = time.year - 1900;
+  fields.tm_mon = time.month - 1;
+  fields.tm_mday = time.day;
+  fields.tm_hour = time.hour;
+  fields.tm_min = time.minute;
+  fields.tm_sec = time.second;
+  fields.tm_isdst = -1;
+  const std::time_t universal = mktime(&fields);
+  return std::chrono::duration_cast<std::chrono::minutes>(std::chrono::seconds{OffsetAt(universal)});
+}
+
 LocalTime LocalZone::Now() { return ToLocal(TimeOf(CLOCK_REALTIME).tv_sec); }
 
 }  // namespace ondura

@@ -37,6 +37,9 @@ class LocalZone {
 
   LocalTime Now();
 
+  // How far the zone is ahead of UTC at a local time.
+  static std::chrono::minutes OffsetOf(LocalTime local);
+
  private:
   struct Day {
     std::int64_t number = INT64_MIN;

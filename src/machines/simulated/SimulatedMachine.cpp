@@ -22,7 +22,7 @@ struct SimulatedMachine::Parts {
   CallGate gate{journal};
   CodePageTable code_page;
 
-  SimulatedClock clock{timeline};
+  SimulatedClock clock{timeline, surroundings};
   SimulatedMessagePump pump{timeline};
   SimulatedFiles files{disk};
   SimulatedFolders folders{disk};

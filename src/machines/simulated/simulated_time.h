@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "machines/simulated/Timeline.h"
+#include "machines/simulated/surroundings.h"
 #include "platform/Clock.h"
 #include "platform/MessagePump.h"
 
@@ -10,12 +11,17 @@ namespace ondura {
 
 class SimulatedClock : public Clock {
  public:
-  explicit SimulatedClock(Timeline& timeline) : timeline_(timeline) {}
+  SimulatedClock(Timeline& timeline, const Surroundings& surroundings)
+      : timeline_(timeline), surroundings_(surroundings) {}
   LocalTime Now() override { return timeline_.Now(); }
+  std::chrono::minutes UtcOffset(LocalTime local) override {
+    return surroundings_.utc_offset ? surroundings_.utc_offset(local) : std::chrono::minutes{0};
+  }
   void Sleep(std::chrono::milliseconds duration) override;
 
  private:
   Timeline& timeline_;
+  const Surroundings& surroundings_;
 };
 
 // Lets other actors move. A loop that only pumps spends a little time now and then, as it does in life.

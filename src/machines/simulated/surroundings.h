@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -15,6 +16,7 @@
 #include "platform/Registry.h"
 #include "platform/SystemInfo.h"
 #include "platform/WebRequests.h"
+#include "platform/local_time.h"
 
 namespace ondura {
 
@@ -60,6 +62,7 @@ struct WebAnswer {
 // What a simulated machine is like beside its clock, disk and processes: a test sets the upper fields at
 // any time and reads the lower ones.
 struct Surroundings {
+  std::function<std::chrono::minutes(LocalTime)> utc_offset;  // without it the zone is UTC
   SystemVersion version{2, 6, 1, true};
   bool is_wow64 = false;
   bool is_64_bit = true;

@@ -13,6 +13,8 @@ class Win32Clock : public Clock {
     return ToLocalTime(now);
   }
 
+  std::chrono::minutes UtcOffset(LocalTime local) override { return UtcOffsetOf(local); }
+
   void Sleep(std::chrono::milliseconds duration) override {
     if (duration.count() > 0) ::Sleep(static_cast<DWORD>(duration.count()));
   }

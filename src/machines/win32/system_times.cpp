@@ -16,4 +16,18 @@ LocalTime ToLocalTime(const FILETIME& time) {
   return ToLocalTime(local);
 }
 
+std::chrono::minutes UtcOffsetOf(LocalTime local) {
+  const TimeFields fields = ToFields(local);
+  SYSTEMTIME time{};
+  time.wYear = static_cast<WORD>(fields.year);
+  time.wMonth = static_cast<WORD>(fields.month);
+  time.wDay = static_cast<WORD>(fields.day);
+  time.wHour = static_cast<WORD>(fields.hour);
+  time.wMinute = static_cast<WORD>(fields.minute);
+  time.wSecond = static_cast<WORD>(fields.second);
+  SYSTEMTIME universal{};
+  if (!TzSpecificLocalTimeToSystemTime(nullptr, &time, &universal)) return {};
+  return std::chrono::duration_cast<std::chrono::minutes>(local - ToLocalTime(universal));
+}
+
 }  // namespace ondura
