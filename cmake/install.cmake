@@ -9,6 +9,7 @@ if(WIN32)
 else()
   # The host looks for the mail helper beside itself, `ondura init` for engine and scanner.
   install(TARGETS ondura ondura-host OndruaEStartup restic-engine restic-scanner RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programs)
+  install(FILES ${PROJECT_BINARY_DIR}/tools/ondura.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT docs)
 endif()
 
 install(TARGETS rehearsal-engine rehearsal-scanner rehearsal-database-manager

@@ -25,5 +25,7 @@ void AddLogCommand(CLI::App& app, const Globals& globals);
 void AddEngineCheckCommand(CLI::App& app, const Globals& globals);
 void AddStoreCommands(CLI::App& app, const Globals& globals);
 void AddStoreSettingsCommands(CLI::App& app, const Globals& globals);
+void AddPauseCommands(CLI::App& app, const Globals& globals);
+void AddCompletionCommands(CLI::App& app, const Globals& globals);
 
 }  // namespace ondura

@@ -1,18 +1,33 @@
 // The tool for people: sets a machine up, tells it what to back up and when, and shows how that went.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "Failure.h"
 #include "commands.h"
 #include "machines/posix/private_files.h"
+#include "next_steps.h"
+#include "usage/usage_message.h"
 
 namespace {
 
 using ondura::Exit;
 
 int Leave(Exit exit) { return static_cast<int>(exit); }
+
+void ShowNextSteps(const ondura::Globals& globals) {
+  constexpr std::size_t kMost = 3;
+  std::cout << "Next steps:\n";
+  const auto steps = ondura::NextSteps(globals);
+  for (std::size_t i = 0; i < std::min(steps.size(), kMost); ++i) {
+    std::cout << "  " << i + 1 << ". " << steps[i].what << ":\n       " << steps[i].command << "\n";
+  }
+  std::cout << "'ondura --help' lists all commands.\n";
+}
 
 int Run(int argc, char** argv) {
   ondura::Globals globals;
@@ -44,16 +59,19 @@ int Run(int argc, char** argv) {
   AddEngineCheckCommand(app, globals);
   AddStoreCommands(app, globals);
   AddStoreSettingsCommands(app, globals);
+  AddPauseCommands(app, globals);
+  AddCompletionCommands(app, globals);
   try {
     app.parse(argc, argv);
-    if (app.get_subcommands().empty()) {
-      throw ondura::Failure(Exit::kUsage, "which command? 'ondura --help' lists them");
-    }
+    if (app.get_subcommands().empty()) ShowNextSteps(globals);
     std::cout.flush();
     if (!std::cout)
       throw ondura::Failure(Exit::kFailed, "the output could not be written; look at where it goes");
+  } catch (const CLI::Success& asked) {
+    app.exit(asked);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? Leave(Exit::kDone) : Leave(Exit::kUsage);
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    throw ondura::Failure(Exit::kUsage, ondura::UsageMessage(app, error, words));
   }
   return Leave(Exit::kDone);
 }

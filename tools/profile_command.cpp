@@ -7,6 +7,7 @@
 #include "ValueWriter.h"
 #include "commands.h"
 #include "secret_input.h"
+#include "value_forms.h"
 
 namespace ondura {
 
@@ -36,7 +37,7 @@ void SetValue(const Globals& globals, KeyRequest request, bool has_value) {
   OpenedMachine opened(globals);
   opened.Serve(request.user);
   if (request.from_input) request.value = ReadInputLine("the value");
-  ValueWriter(opened.keys()).Write(key, request.value);
+  ValueWriter(opened.keys()).Write(key, FittingValue(key, request.value));
 }
 
 std::string Shown(const ProfileKey& key, const std::string& value) {

@@ -67,6 +67,21 @@ void RefuseUnknownCharacters(const OpenedMachine& opened, const std::string& nam
                 "--name: '" + name + "' has characters that the machine's code page can't hold; use others");
 }
 
+// What the schedule that takes the place of another doesn't take over from it.
+void WarnOfLoss(const ScheduleRecord& old, const ScheduleRecord& record) {
+  std::string lost;
+  const auto note = [&](const char* what, const std::string& before, const std::string& after) {
+    if (!before.empty() && before != after)
+      lost += (lost.empty() ? "" : ", ") + std::string{what} + " '" + before + "'";
+  };
+  note("repeat", RepeatWord(old), RepeatWord(record));
+  note("mail to", old.mailids, record.mailids);
+  note("name", old.schname, record.schname);
+  if (lost.empty()) return;
+  std::cerr << "ondura: warning: the old schedule is gone with its " << lost
+            << "; give these again with --replace if you want to keep them\n";
+}
+
 void AddSchedule(const Globals& globals, const ScheduleRequest& request) {
   OpenedMachine opened(globals);
   opened.Serve(request.user);
@@ -82,6 +97,7 @@ void AddSchedule(const Globals& globals, const ScheduleRequest& request) {
       throw Failure(Exit::kFailed, opened.installation().CurrentUser + " has a " + request.plan.kind +
                                        " schedule already; --replace takes its place");
     }
+    WarnOfLoss(*same, record);
     file.Remove(static_cast<std::size_t>(same - records.begin()));
   }
   file.Add(record);
@@ -124,27 +140,36 @@ nlohmann::ordered_json AsJson(std::size_t number, const ScheduleRecord& record) 
           {"mail_when", MailWord(record)}};
 }
 
+void WarnOfLinesWithoutKey(const ScheduleFile& file, const std::string& user) {
+  if (file.LinesWithoutKey() == 0) return;
+  std::cerr << "ondura: warning: " << file.LinesWithoutKey() << " line(s) of the schedule file of " << user
+            << " have no time, and the service deletes the whole file for that; any 'ondura schedule add' or "
+               "'remove' leaves them out\n";
+}
+
 void ListSchedules(const Globals& globals, const ScheduleRequest& request) {
   OpenedMachine opened(globals);
-  opened.Serve(request.user);
-  const ScheduleFile file = Load(opened);
-  const auto records = file.Records();
-  if (file.LinesWithoutKey() > 0) {
-    std::cerr << "ondura: warning: " << file.LinesWithoutKey()
-              << " line(s) of the schedule file have no time, and the service deletes the whole file for "
-                 "that; any 'ondura schedule add' or 'remove' leaves them out\n";
-  }
+  const bool for_all = request.user.empty();
+  if (!for_all) opened.Serve(request.user);
   nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (std::size_t i = 0; i < records.size(); ++i) list.push_back(AsJson(i + 1, records[i]));
-  if (request.as_json) {
-    std::cout << list.dump(2) << "\n";
-    return;
+  for (const auto& user : for_all ? opened.Users() : std::vector{opened.installation().CurrentUser}) {
+    opened.ServeNew(user);
+    const ScheduleFile file = Load(opened);
+    WarnOfLinesWithoutKey(file, user);
+    const auto records = file.Records();
+    if (for_all && !request.as_json) std::cout << user << (records.empty() ? ": no schedule\n" : "\n");
+    for (std::size_t i = 0; i < records.size(); ++i) {
+      const ScheduleRecord& record = records[i];
+      auto json = AsJson(i + 1, record);
+      if (for_all) json["user"] = user;
+      list.push_back(std::move(json));
+      if (request.as_json) continue;
+      std::cout << (for_all ? "  " : "") << i + 1 << "  " << TimeWord(record.sortkey) << "  "
+                << KindWord(record.recordno) << "  " << RepeatWord(record) << "  mail: " << MailWord(record)
+                << "  " << record.schname << "\n";
+    }
   }
-  for (std::size_t i = 0; i < records.size(); ++i) {
-    const ScheduleRecord& record = records[i];
-    std::cout << i + 1 << "  " << TimeWord(record.sortkey) << "  " << KindWord(record.recordno) << "  "
-              << RepeatWord(record) << "  mail: " << MailWord(record) << "  " << record.schname << "\n";
-  }
+  if (request.as_json) std::cout << list.dump(2) << "\n";
 }
 
 void AddAddCommand(CLI::App& schedule, const Globals& globals) {
@@ -172,9 +197,10 @@ void AddAddCommand(CLI::App& schedule, const Globals& globals) {
 }
 
 void AddListCommand(CLI::App& schedule, const Globals& globals) {
-  auto& list = *schedule.add_subcommand("list", "Lists a user's schedules with their numbers");
+  auto& list =
+      *schedule.add_subcommand("list", "Lists the schedules of a user, or of all, with their numbers");
   auto request = std::make_shared<ScheduleRequest>();
-  list.add_option("USER", request->user, "A user of the machine")->required();
+  list.add_option("USER", request->user, "Only this user");
   list.add_flag("--json", request->as_json, "As a JSON array");
   list.footer("Example: ondura schedule list ann");
   list.callback([&globals, request] { ListSchedules(globals, *request); });

@@ -52,11 +52,33 @@ struct PathOnMachine {
   bool is_folder = false;
 };
 
+bool IsPathOfMachine(std::string_view path) {
+  const auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  return path.starts_with("\\\\") || (path.size() > 3 && is_letter(path[0]) && path.substr(1, 2) == ":\\");
+}
+
+void RefusePattern(const std::string& path) {
+  if (path.find_first_of("*?") == std::string::npos) return;
+  throw Failure(Exit::kUsage,
+                "'" + path + "' is a pattern, and these lists hold none; name a file or a folder");
+}
+
+// What is to be left out may come later, such as a cache that its program makes.
+PathOnMachine NotThereYet(const std::string& path) {
+  const std::string_view name = FileNameOf(path);
+  const bool is_folder = name.empty() || name.find('.') == std::string_view::npos;
+  std::cerr << "ondura: there is nothing at " << path << " yet; it is left out as a "
+            << (is_folder ? "folder" : "file, or end it in a backslash if it is to be a folder") << "\n";
+  return {is_folder ? WithBackslash(path) : path, is_folder};
+}
+
 // The path in its own letter case; a folder ends in a backslash, as the size calculation wants it.
-PathOnMachine FindPath(const Machine& machine, const std::string& path) {
+PathOnMachine FindPath(const Machine& machine, const std::string& path, bool may_be_missing) {
+  RefusePattern(path);
   const std::string plain = ReplaceAll(path, "/", "\\");
   const bool is_folder = machine.folders.Exists(plain);
   if (!is_folder && !machine.files.Exists(plain)) {
+    if (may_be_missing && IsPathOfMachine(plain)) return NotThereYet(plain);
     throw Failure(Exit::kFailed, "there is nothing at '" + path +
                                      "'; give a path as the machine sees it, such as D:\\Documents");
   }
@@ -73,16 +95,29 @@ void RefuseTrailingBlanks(const PathOnMachine& path) {
                                    "rename it, or select the folder above");
 }
 
+// Saved once all the same, but whoever takes the outer one away keeps the inner one without knowing.
+void RemarkOverlaps(const std::vector<std::string>& selected, const std::string& added) {
+  for (const std::string& other : selected) {
+    if (EqualsIgnoringCase(other, added)) continue;
+    const bool is_inside = other == kEveryDrive || StartsWithIgnoringCase(added, WithBackslash(other));
+    const bool is_outside = added == kEveryDrive || StartsWithIgnoringCase(other, WithBackslash(added));
+    if (!is_inside && !is_outside) continue;
+    std::cerr << "ondura: " << (is_inside ? added : other) << " lies in " << (is_inside ? other : added)
+              << ", which is selected too\n";
+  }
+}
+
 void AddPaths(const Machine& machine, Lists& lists, const std::vector<std::string>& paths) {
   std::vector<PathOnMachine> found;
   for (const auto& path : paths) {
     const bool is_keyword = lists.are_one && path == kEveryDrive;
-    found.push_back(is_keyword ? PathOnMachine{path, false} : FindPath(machine, path));
+    found.push_back(is_keyword ? PathOnMachine{path, false} : FindPath(machine, path, !lists.are_one));
     if (lists.are_one) RefuseTrailingBlanks(found.back());
   }
   for (const auto& path : found) {
     if (!lists.For(path.is_folder).Add(path.text))
       std::cerr << "ondura: " << path.text << " is in the list already\n";
+    if (lists.are_one) RemarkOverlaps(lists.folders.Entries(), path.text);
   }
 }
 
@@ -150,7 +185,10 @@ void AddSelectCommand(CLI::App& app, const Globals& globals) {
 
 void AddExcludeCommand(CLI::App& app, const Globals& globals) {
   auto& exclude = *app.add_subcommand("exclude", "Leaves files and folders out of a user's backups");
-  exclude.footer("Example: ondura exclude ann 'D:\\Documents\\Cache'");
+  exclude.footer(
+      "A path that is not there yet counts as a folder where it ends in a backslash or has no ending. "
+      "Patterns can't "
+      "be used.\nExample: ondura exclude ann 'D:\\Documents\\Cache'");
   AddPathsCommand(exclude, globals, ExcludedLists);
 }
 

@@ -86,6 +86,32 @@ TEST(ToolForm, KeepsEachKeyWhereTheServiceReadsIt) {
   EXPECT_EQ(house.Run("set ANN port 1").exit, 0) << "the user in any letters";
 }
 
+TEST(ToolValue, IsWhatTheServiceUnderstandsOrRefused) {
+  const AnnHouse house;
+  for (const auto& [key, value, kept] :
+       std::vector<std::array<std::string, 3>>{{"ScheduleDisable", "no", "FALSE"},
+                                               {"ScheduleDisable", "Yes", "TRUE"},
+                                               {"SHUTDOWN", "off", "0"},
+                                               {"STARTMISSEDSCH", "on", "1"},
+                                               {"port", "65535", "65535"},
+                                               {"Status", "10", "10"}}) {
+    EXPECT_EQ(house.Set(key, value).exit, 0) << key << value;
+    EXPECT_EQ(house.Get(key).out, kept + "\n") << key << value;
+  }
+  for (const auto& [key, value, says] : std::vector<std::array<std::string, 3>>{
+           {"ScheduleDisable", "maybe", "it is TRUE (also yes, on) or FALSE (also no, off)"},
+           {"port", "65536", "a whole number from 1 to 65535"},
+           {"port", "1e3", "a whole number"},
+           {"Max", "10G", "a whole number"},
+           {"Max", "99999999999999999999", "a whole number"},
+           {"Status", "stop", "5 to ask for a stop"}}) {
+    const ToolResult result = house.Set(key, value);
+    EXPECT_EQ(result.exit, 2) << key << value;
+    EXPECT_THAT(result.err, HasSubstr(says)) << key << value;
+  }
+  EXPECT_EQ(house.Get("port").out, "65535\n");
+}
+
 TEST(ToolSecret, IsNeverShown) {
   const AnnHouse house;
   for (const std::string key :

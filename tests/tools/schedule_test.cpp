@@ -68,12 +68,25 @@ TEST(ToolScheduleFile, IsNotTouchedWhileAJobRuns) {
   EXPECT_EQ(house.Run("schedule add ann --at now").exit, 1);
 }
 
+TEST(ToolPause, WritesTheWordThatTheServiceReadsAndSaysWhenNothingChanges) {
+  const AnnHouse house;
+  EXPECT_THAT(house.Run("resume ann").out, HasSubstr("on already"));
+  EXPECT_THAT(house.Run("pause ANN").out, HasSubstr("No schedule of ann runs"));
+  EXPECT_EQ(house.Get("ScheduleDisable").out, "TRUE\n");
+  EXPECT_THAT(house.Run("pause ann").out, HasSubstr("off already"));
+  EXPECT_THAT(house.Run("resume ann").out, HasSubstr("run again"));
+  EXPECT_EQ(house.Get("ScheduleDisable").out, "FALSE\n");
+}
+
 TEST(ToolScheduleFile, HoldsOneRecordAKindAndGoesWithItsLast) {
   const AnnHouse house;
   const std::string add = "schedule add ann --at '2090-11-14 06:05'";
   ASSERT_EQ(house.Run(add).exit, 0);
   EXPECT_EQ(house.Run(add).exit, 1);
-  EXPECT_EQ(house.Run("schedule add ann --at '2091-01-01 10:00' --replace --repeat daily").exit, 0);
+  EXPECT_THAT(house.Run("schedule add ann --at '2091-01-01 10:00' --replace --repeat daily").err,
+              HasSubstr("gone with its repeat 'once';"));
+  EXPECT_EQ(house.Run("schedule list").out, "ann\n  1  2091-01-01 10:00  files  daily  mail: never  files\n");
+  EXPECT_THAT(house.Run("schedule list --json").out, HasSubstr("\"user\": \"ann\""));
   EXPECT_EQ(house.Run("schedule list ann").out, "1  2091-01-01 10:00  files  daily  mail: never  files\n");
   EXPECT_THAT(house.Run("schedule list ann --json").out, HasSubstr("\"next\": \"2091-01-01 10:00\""));
   EXPECT_EQ(house.Run("schedule remove ann 1").exit, 0);
@@ -88,7 +101,8 @@ TEST(ToolScheduleFile, RefusesWhatTheFileOrItsReaderCantTake) {
   EXPECT_THAT(house.Run("schedule add ann --at '2001-01-01 00:00'").err, HasSubstr("in the past"));
   EXPECT_EQ(house.Run("schedule add ann --at now --kind sql").err, "");
   house.PutForAnn("scheduleData.txt", "0\r\n" + Separated("1|s|x|t|0|u||1|0||4|0") + "\r\n");
-  EXPECT_THAT(house.Run("schedule list ann").err, HasSubstr("1 line(s) of the schedule file have no time"));
+  EXPECT_THAT(house.Run("schedule list ann").err,
+              HasSubstr("1 line(s) of the schedule file of ann have no time"));
 }
 
 // On a machine whose disk can be full.

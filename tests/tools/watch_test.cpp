@@ -40,6 +40,21 @@ TEST(ToolSelect, AddsNothingWhenAPathIsMissingOrEndsInABlankAndExcludesFilesApar
   EXPECT_EQ(house.OfAnn("atbkupExcludelist.txt"), Utf16("D:\\Documents\\\r\n"));
   EXPECT_EQ(house.OfAnn("atbkupExcludeFilePath.txt"), Utf16("D:\\notes.txt\r\n"));
   EXPECT_EQ(house.Run("exclude ann --list").out, "D:\\Documents\\\nD:\\notes.txt\n");
+  for (const auto& [path, says] : {std::pair{"D:\\Later", "left out as a folder"},
+                                   {"D:\\.cache\\", "left out as a folder"},
+                                   {"D:\\later.tmp", "left out as a file"}}) {
+    EXPECT_THAT(house.Run("exclude ann " + Quoted(path)).err, HasSubstr(says)) << path;
+  }
+  EXPECT_EQ(house.OfAnn("atbkupExcludelist.txt"),
+            Utf16("D:\\Documents\\\r\nD:\\Later\\\r\nD:\\.cache\\\r\n"));
+}
+
+TEST(ToolSelect, RemarksWhatIsSelectedTwice) {
+  const AnnHouse house;
+  EXPECT_EQ(house.Run("select ann 'D:\\Documents'").err, "");
+  EXPECT_THAT(house.Run("select ann 'd:\\'").err, HasSubstr("D:\\Documents\\ lies in D:\\"));
+  EXPECT_THAT(house.Run("select ann 'D:\\notes.txt'").err, HasSubstr("D:\\notes.txt lies in D:\\"));
+  EXPECT_THAT(house.Run("select ann 'My Computer'").err, HasSubstr("D:\\ lies in My Computer"));
 }
 
 TEST(ToolState, SaysWhatTheFilesMean) {
